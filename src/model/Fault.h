@@ -24,7 +24,11 @@ class Fault : public std::runtime_error {
 };
 
 /// Raises the refusal `description` (number 10000).
-[[noreturn]] inline void Refuse(const std::string& description) { throw Fault(Fault::kRefusal, description); }
-[[noreturn]] inline void AssertionFailed() { Refuse("Assertion failed"); }
+[[noreturn]] inline void Refuse(const std::string& description) {
+    throw Fault(Fault::kRefusal, description);
+}
+[[noreturn]] inline void AssertionFailed() {
+    Refuse("Assertion failed");
+}
 
 }  // namespace vortan

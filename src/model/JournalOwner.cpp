@@ -1,0 +1,92 @@
+#include "model/JournalOwner.h"
+
+#include "model/Fault.h"
+#include "model/ValueText.h"
+#include "model/Workspace.h"
+
+namespace vortan {
+
+void JournalOwner::SetCurrentIndex(std::int32_t index) {
+    if (index < 0 || index >= std::max(numJournals_, 1)) AssertionFailed();
+    currentIndex_ = index;
+}
+
+bool JournalOwner::AddJournal(DateTime date) {
+    if (numJournals_ == 0) {
+        numJournals_ = 1;
+        currentIndex_ = 0;
+        journalDates_ = {date};
+        return true;
+    }
+    for (currentIndex_ = 0; currentIndex_ < numJournals_; ++currentIndex_) {
+        if (Journal() == date) return false;
+        if (Journal() > date) break;
+    }
+    journalDates_.insert(journalDates_.begin() + currentIndex_, date);
+    ++numJournals_;
+    ChangeNumJournals();
+    return true;
+}
+
+void JournalOwner::DeleteJournal() {
+    if (numJournals_ < 2) Refuse("At least one journal must remain");
+    journalDates_.erase(journalDates_.begin() + currentIndex_);
+    --numJournals_;
+    ChangeNumJournals();
+    currentIndex_ = std::min(currentIndex_, numJournals_ - 1);
+}
+
+void JournalOwner::ChangeJournal(DateTime date) {
+    const auto current = static_cast<std::size_t>(currentIndex_);
+    if (currentIndex_ > 0) {
+        if (date <= journalDates_[current - 1]) {
+            Refuse("The new date must be later than the previous journal's date of " +
+                   FormatDate(journalDates_[current - 1]) + ".");
+        }
+    } else if (numJournals_ > 1 && date >= journalDates_[1]) {
+        Refuse("The new date must be earlier than the next journal's date of " +
+               FormatDate(journalDates_[1]) + ".");
+    }
+    journalDates_[current] = date;
+}
+
+void JournalOwner::SetJournal(DateTime date) {
+    if (Journal() == date) return;
+    for (std::int32_t i = 0; i < numJournals_; ++i) {
+        currentIndex_ = i;
+        if (Journal() == date) return;
+    }
+    Refuse("The specified journal does not exist");
+}
+
+bool JournalOwner::JournalDefined(DateTime date) const {
+    return numJournals_ > 0 &&
+           std::find(journalDates_.begin(), journalDates_.end(), date) != journalDates_.end();
+}
+
+void JournalOwner::LoadJournals(std::int32_t count, std::vector<DateTime> dates) {
+    if (count < 0 || dates.size() != static_cast<std::size_t>(std::max(count, 1))) {
+        Refuse("NumJournals is " + std::to_string(count) + " but there are " + std::to_string(dates.size()) +
+               " JournalDates");
+    }
+    for (std::size_t i = 1; i < dates.size(); ++i) {
+        if (dates[i] == dates[i - 1]) Refuse("Two journals have the date " + FormatDate(dates[i]));
+    }
+    numJournals_ = count;
+    journalDates_ = std::move(dates);
+    currentIndex_ = 0;
+    FitJournals();
+}
+
+void JournalOwner::SetDirty(bool value) {
+    dirty_ = value;
+    if (value) Owner().RestartSolve();
+}
+
+void JournalOwner::ResetJournals() {
+    numJournals_ = 0;
+    currentIndex_ = 0;
+    journalDates_ = {DateTime()};
+}
+
+}  // namespace vortan

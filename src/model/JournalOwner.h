@@ -1,0 +1,86 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "model/DateTime.h"
+#include "model/Journaled.h"
+#include "model/ObjectPool.h"
+
+namespace vortan {
+
+/// The journals of a project or template: a row of ascending dates, and which of them is active. All reads
+/// and writes of per-journal fields below the owner go through `CurrentIndex`.
+class JournalOwner : public VObject {
+  public:
+    using VObject::VObject;
+    virtual ~JournalOwner() = default;
+
+    /// 0 only until the first AddJournal.
+    std::int32_t NumJournals() const { return numJournals_; }
+    std::int32_t CurrentIndex() const { return currentIndex_; }
+    /// Makes the journal at `index` active. Out of range: Fault.
+    void SetCurrentIndex(std::int32_t index);
+    /// Ascending; the single date 0 before the first AddJournal.
+    const std::vector<DateTime>& JournalDates() const { return journalDates_; }
+
+    /// Makes the journal of `date` active, adding it where it is missing. True if it was added. The new
+    /// journal starts as a copy of the one before it.
+    bool AddJournal(DateTime date);
+    /// Removes the active journal. Fault if it is the only one; nothing changes then.
+    void DeleteJournal();
+    /// Moves the active journal to `date`, which must be later than the one before it (for the first:
+    /// earlier than the next), else Fault and nothing changes.
+    void ChangeJournal(DateTime date);
+    /// The date of the active journal.
+    DateTime Journal() const { return journalDates_[static_cast<std::size_t>(currentIndex_)]; }
+    /// Activates the journal of exactly that date. Fault if there is none, with the last journal active.
+    void SetJournal(DateTime date);
+    bool JournalDefined(DateTime date) const;
+
+    /// Takes over what a file says, checked: Fault if the numbers do not fit one another. Values of
+    /// per-journal fields below the owner are cut or extended to the new count.
+    void LoadJournals(std::int32_t count, std::vector<DateTime> dates);
+
+    bool Dirty() const { return dirty_; }
+    /// True also asks for a new solve: every change that should reach the schedule ends here.
+    void SetDirty(bool value);
+
+    /// Writes a per-journal field of this owner or of an object below it, in the active journal.
+    template <class T, class U>
+    void LetField(Journaled<T>& field, U&& value) const {
+        field.Let(std::forward<U>(value), currentIndex_, numJournals_);
+    }
+
+  protected:
+    /// Follows a change of `NumJournals` by one at `CurrentIndex` in every per-journal field.
+    virtual void ChangeNumJournals() = 0;
+    /// Cuts or extends every per-journal field to `NumJournals`.
+    virtual void FitJournals() = 0;
+    void ResetJournals();
+
+  private:
+    std::int32_t numJournals_ = 0;
+    std::int32_t currentIndex_ = 0;
+    std::vector<DateTime> journalDates_ = {DateTime()};
+    bool dirty_ = false;
+};
+
+/// Visitors over the fields of one object that follow a change in the number of journals.
+struct ResizeField {
+    int count, current;
+    template <class Field>
+    void operator()(const char*, Field& field) const {
+        if constexpr (IsJournaled<Field>::value) field.Resize(count, current);
+    }
+};
+struct FitField {
+    int count;
+    template <class Field>
+    void operator()(const char*, Field& field) const {
+        if constexpr (IsJournaled<Field>::value) field.Fit(count);
+    }
+};
+
+}  // namespace vortan

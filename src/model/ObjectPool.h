@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace vortan {
+
+class Workspace;
+
+/// What all pooled model objects have in common: the Workspace that made them and an identity number.
+class VObject {
+  public:
+    explicit VObject(Workspace& workspace) : workspace_(&workspace) {}
+    VObject(const VObject&) = delete;
+    VObject& operator=(const VObject&) = delete;
+
+    /// The Workspace to which the object belongs for as long as it exists.
+    Workspace& Owner() const { return *workspace_; }
+    /// Unique among all objects that the Workspace ever handed out; 0 while the object is unused.
+    std::uint32_t Id() const { return id_; }
+
+  private:
+    template <class T>
+    friend class ObjectPool;
+
+    Workspace* workspace_;
+    std::uint32_t id_ = 0;
+};
+
+/// Makes and reuses objects of one class. An object returned by Take is in its reset state; memory is
+/// released only with the pool, which is what lets a Link tell a deleted target.
+template <class T>
+class ObjectPool {
+  public:
+    ~ObjectPool() {
+        for (std::size_t i = 0; i < made_; ++i) At(i)->~T();
+    }
+
+    T* Take(Workspace& workspace, std::uint32_t id) {
+        T* object;
+        if (free_.empty()) {
+            if (made_ == blocks_.size() * kBlock) blocks_.push_back(std::make_unique<Block>());
+            object = new (blocks_.back()->Place(made_ % kBlock)) T(workspace);
+            ++made_;
+        } else {
+            object = free_.back();
+            free_.pop_back();
+        }
+        object->id_ = id;
+        return object;
+    }
+
+    /// The object must have been reset. Links to it read as deleted from here on.
+    void GiveBack(T* object) {
+        object->id_ = 0;
+        free_.push_back(object);
+    }
+
+    /// Resets and takes back every object in use.
+    void GiveBackAll() {
+        for (std::size_t i = 0; i < made_; ++i) {
+            if (T* object = At(i); object->id_ != 0) {
+                object->Reset();
+                GiveBack(object);
+            }
+        }
+    }
+
+  private:
+    static constexpr std::size_t kBlock = 64;
+    struct Block {
+        alignas(T) unsigned char bytes[kBlock * sizeof(T)];
+        void* Place(std::size_t i) { return bytes + i * sizeof(T); }
+    };
+
+    T* At(std::size_t i) { return static_cast<T*>(blocks_[i / kBlock]->Place(i % kBlock)); }
+
+    std::vector<std::unique_ptr<Block>> blocks_;
+    std::size_t made_ = 0;
+    std::vector<T*> free_;
+};
+
+}  // namespace vortan

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "model/Vtask.h"
+#include "model/WorkDays.h"
+
+namespace vortan {
+
+class Vresource;
+
+/// Ties a resource to a task for `Hours` a day on chosen days of the week.
+class Vassignment : public VObject {
+  public:
+    static constexpr int kVtype = 1;
+
+    explicit Vassignment(Workspace& workspace) : VObject(workspace) { Reset(); }
+
+    void Reset();
+
+    Vtask* Task() const { return myTask_; }
+    /// Joins that task's AssignmentList. In a later journal, it does not exist in the earlier ones.
+    void SetTask(Vtask* task);
+    Vproject* Project() const { return myTask_ ? myTask_->Project() : nullptr; }
+
+    bool Include() const { return include_.At(Index()); }
+    void SetInclude(bool value) { Let(include_, value); }
+    Vresource* ResourceRequired() const { return resourceRequired_.At(Index()).Get(); }
+    /// With a project, also takes over the resource's normal hours and work days.
+    void SetResourceRequired(Vresource* value);
+    /// Hours of the resource per working day of the assignment.
+    double Hours() const { return hours_.At(Index()); }
+    void SetHours(double value) { Let(hours_, value); }
+    /// `day` is 0 Holiday, 1 Sunday to 7 Saturday, 8 Shutdown.
+    bool WorkDay(int day) const { return workDays_.Field(day).At(Index()); }
+    void SetWorkDay(int day, bool value) { Let(workDays_.Field(day), value); }
+
+    /// Share of the resource's normal week that the assignment takes; 0 for a resource without one.
+    float PercentOfWeek() const;
+
+    /// Unique in the running program; not stored.
+    std::string Key() const { return std::to_string(Id()); }
+    static std::string ImageType() { return "a"; }
+    std::string Tag() const { return ImageType() + Key(); }
+    std::string BuildNodeText() const;
+    void ChangeNumJournals();
+    void FitJournals();
+    /// As Vdependency::Delete.
+    void Delete();
+
+    /// All stored fields, in the order of the file.
+    template <class Visitor>
+    void ForEachField(Visitor&& visit) {
+        visit("Include", include_);
+        visit("ResourceRequired", resourceRequired_);
+        visit("Hours", hours_);
+        workDays_.ForEachField(visit);
+    }
+
+  private:
+    std::int32_t Index() const { return Project() ? Project()->CurrentIndex() : 0; }
+    template <class Field, class T>
+    void Let(Field& field, T value) {
+        if (Vproject* project = Project()) {
+            project->LetField(field, value);
+        } else {
+            field.SetSingle(value);
+        }
+    }
+
+    Vtask* myTask_ = nullptr;
+    JournaledInclude include_;
+    Journaled<Link<Vresource>> resourceRequired_;
+    Journaled<double> hours_;
+    WorkDays workDays_;
+};
+
+}  // namespace vortan

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "model/Vtask.h"
+
+namespace vortan {
+
+/// A rule of one task: it cannot reach `ToPercent` of itself until `FromPercent` of another task is reached,
+/// or, without another task, until a date; `Offset` calendar days later (or earlier).
+class Vdependency : public VObject {
+  public:
+    static constexpr int kVtype = 2;
+
+    explicit Vdependency(Workspace& workspace) : VObject(workspace) { Reset(); }
+
+    void Reset();
+
+    /// The task that depends.
+    Vtask* Task() const { return myTask_; }
+    /// Joins that task's DependencyList. In a later journal, it does not exist in the earlier ones.
+    void SetTask(Vtask* task);
+    Vproject* Project() const { return myTask_ ? myTask_->Project() : nullptr; }
+
+    bool Include() const { return include_.At(Index()); }
+    void SetInclude(bool value) { Let(include_, value); }
+    /// Without a TaskRequired the date that controls the task, with one the date that the solve found.
+    DateTime DepDate() const { return depDate_.At(Index()); }
+    void SetDepDate(DateTime value) { Let(depDate_, value); }
+    /// The prerequisite, which may be in another project; none for a date dependency and for a deleted task.
+    Vtask* TaskRequired() const { return taskRequired_.At(Index()).Get(); }
+    void SetTaskRequired(Vtask* value) { Let(taskRequired_, Link<Vtask>(value)); }
+    /// Whether there was a prerequisite that has been deleted.
+    bool TaskRequiredDeleted() const { return taskRequired_.At(Index()).IsDeleted(); }
+    std::uint8_t FromPercent() const { return fromPercent_.At(Index()); }
+    void SetFromPercent(std::uint8_t value) { Let(fromPercent_, value); }
+    std::uint8_t ToPercent() const { return toPercent_.At(Index()); }
+    void SetToPercent(std::uint8_t value) { Let(toPercent_, value); }
+    double Offset() const { return offset_.At(Index()); }
+    void SetOffset(double value) { Let(offset_, value); }
+
+    /// Unique in the running program; not stored.
+    std::string Key() const { return std::to_string(Id()); }
+    static std::string ImageType() { return "d"; }
+    std::string Tag() const { return ImageType() + Key(); }
+    std::string BuildNodeText() const;
+    void ChangeNumJournals();
+    void FitJournals();
+    /// Ends the dependency from the journal in force on; one that was never changed ends in all. When no
+    /// journal holds it any more it goes back to the pool.
+    void Delete();
+
+    /// All stored fields, in the order of the file.
+    template <class Visitor>
+    void ForEachField(Visitor&& visit) {
+        visit("Include", include_);
+        visit("DepDate", depDate_);
+        visit("TaskRequired", taskRequired_);
+        visit("FromPercent", fromPercent_);
+        visit("ToPercent", toPercent_);
+        visit("Offset", offset_);
+    }
+
+  private:
+    std::int32_t Index() const { return Project() ? Project()->CurrentIndex() : 0; }
+    template <class Field, class T>
+    void Let(Field& field, T value) {
+        if (Vproject* project = Project()) {
+            project->LetField(field, value);
+        } else {
+            field.SetSingle(value);
+        }
+    }
+
+    Vtask* myTask_ = nullptr;
+    JournaledInclude include_;
+    Journaled<DateTime> depDate_;
+    Journaled<Link<Vtask>> taskRequired_;
+    Journaled<std::uint8_t> fromPercent_, toPercent_;
+    Journaled<double> offset_;
+};
+
+}  // namespace vortan

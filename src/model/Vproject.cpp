@@ -1,0 +1,193 @@
+#include "model/Vproject.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "model/Fault.h"
+#include "model/ValueText.h"
+#include "model/Workspace.h"
+
+namespace vortan {
+
+const char* SolveRuleText(std::int32_t rule) {
+    static constexpr const char* kTexts[] = {"Normal only, halt if more needed",
+                                             "Normal only, extend if more needed",
+                                             "Normal and overtime, halt if more needed",
+                                             "Normal and overtime, extend if more needed",
+                                             "Up to 24 hours, halt if more needed",
+                                             "Up to 24 hours, extend if more needed",
+                                             "Unlimited hours per day"};
+    if (rule < kNormalHalt || rule > kUnlimited) AssertionFailed();
+    return kTexts[rule];
+}
+
+Vproject::Vproject(Workspace& workspace) : JournalOwner(workspace) {
+    Reset();
+}
+
+void Vproject::Reset() {
+    Owner().FreeVlist(taskList_.TakeAll());
+    SetProjectName("");
+    description_.clear();
+    viewPassword_.clear();
+    modifyPassword_.clear();
+    planIndex_ = 0;
+    ResetJournals();
+    priority_.SetSingle("1");
+    solveRules_.SetSingle(kNormalHalt);
+    parent_.SetSingle({});
+    manager_.SetSingle({});
+}
+
+void Vproject::SetProjectName(const std::string& name) {
+    if (name == projectName_) return;
+    auto& list = Owner().ProjectList();
+    std::string free = name;
+    while (!free.empty() && list.Find(free)) Workspace::FixNameConflict(free);
+    if (!projectName_.empty()) list.Remove(projectName_);
+    projectName_ = free;
+    if (!free.empty()) list.Add(this, free);
+}
+
+void Vproject::SetPlanIndex(std::int32_t index) {
+    if (index < 0 || index >= std::max(NumJournals(), 1)) AssertionFailed();
+    planIndex_ = index;
+}
+
+Vresource* Vproject::Manager() const {
+    return manager_.At(CurrentIndex()).Get();
+}
+
+void Vproject::SetManager(Vresource* value) {
+    LetField(manager_, Link<Vresource>(value));
+}
+
+Vtask* Vproject::FindOrCreateTask(std::int32_t id) {
+    if (Vtask* task = taskList_.Find(id)) return task;
+    Vtask* task = Owner().NewVObject<Vtask>();
+    task->SetProject(this);
+    task->SetTaskID(id);
+    task->SetDescription("<stub>");
+    return task;
+}
+
+std::int32_t Vproject::HighestTaskID() const {
+    return taskList_.empty() ? 0 : taskList_[taskList_.size() - 1]->TaskID();
+}
+
+const Vproject* Vproject::Master() const {
+    const Vproject* project = this;
+    // A chain of parents longer than the list of projects runs in a circle.
+    for (std::size_t steps = Owner().ProjectList().size() + 1; steps > 0; --steps) {
+        const Vproject* parent = project->Parent();
+        if (!parent) return project;
+        project = parent;
+    }
+    return this;
+}
+
+bool Vproject::DescendsFrom(const Vproject* project) const {
+    const Vproject* ancestor = this;
+    for (std::size_t steps = Owner().ProjectList().size() + 1; ancestor && steps > 0; --steps) {
+        if (ancestor == project) return true;
+        ancestor = ancestor->Parent();
+    }
+    return false;
+}
+
+namespace {
+
+/// What the dates of a project derive from its included tasks.
+struct Span {
+    bool any = false;
+    DateTime start, finish;
+    double leastSlack = 0;  ///< days
+};
+
+Span SpanOf(const Vproject& project) {
+    Span span;
+    for (const Vtask* task : project.TaskList()) {
+        if (!task->Include()) continue;
+        const double slack = DaysBetween(task->EarlyFinish(), task->LateFinish());
+        if (!span.any) {
+            span = {true, task->EarlyStart(), task->EarlyFinish(), slack};
+        } else {
+            span.start = std::min(span.start, task->EarlyStart());
+            span.finish = std::max(span.finish, task->EarlyFinish());
+            span.leastSlack = std::min(span.leastSlack, slack);
+        }
+    }
+    return span;
+}
+
+}  // namespace
+
+DateTime Vproject::EarlyStart() const {
+    return SpanOf(*this).start;
+}
+DateTime Vproject::EarlyFinish() const {
+    return EarlyFinishAt(CurrentIndex());
+}
+
+DateTime Vproject::LateStart() const {
+    const Span span = SpanOf(*this);
+    return AddDays(span.start, span.leastSlack);
+}
+
+DateTime Vproject::LateFinish() const {
+    const Span span = SpanOf(*this);
+    return AddDays(span.finish, span.leastSlack);
+}
+
+Money Vproject::LaborCost() const {
+    Money sum;
+    for (const Vtask* task : taskList_) {
+        if (task->Include()) sum += task->LaborCost();
+    }
+    return sum;
+}
+
+Money Vproject::MaterialCost() const {
+    Money sum;
+    for (const Vtask* task : taskList_) {
+        if (task->Include()) sum += task->MaterialCost();
+    }
+    return sum;
+}
+
+DateTime Vproject::EarlyFinishAt(std::int32_t journalIndex) const {
+    bool any = false;
+    DateTime finish;
+    for (const Vtask* task : taskList_) {
+        if (!task->IncludeAt(journalIndex)) continue;
+        const DateTime at = task->EarlyFinishAt(journalIndex);
+        finish = any ? std::max(finish, at) : at;
+        any = true;
+    }
+    return finish;
+}
+
+std::string Vproject::JournalNodeText(std::int32_t index) const {
+    const std::string date = FormatDate(JournalDates().at(static_cast<std::size_t>(index)));
+    if (index == planIndex_ && index == CurrentIndex()) return date + " [Plan only]";
+    if (index == planIndex_) return date + " [Plan]";
+    if (index == CurrentIndex()) return date + " [Current]";
+    return date;
+}
+
+std::string Vproject::BuildNodeText() const {
+    return description_.empty() ? projectName_ : projectName_ + ": " + description_;
+}
+
+void Vproject::ChangeNumJournals() {
+    ForEachField(ResizeField{NumJournals(), CurrentIndex()});
+    for (Vtask* task : taskList_) task->ChangeNumJournals();
+}
+
+void Vproject::FitJournals() {
+    planIndex_ = std::min(planIndex_, std::max(NumJournals() - 1, 0));
+    ForEachField(FitField{NumJournals()});
+    for (Vtask* task : taskList_) task->FitJournals();
+}
+
+}  // namespace vortan

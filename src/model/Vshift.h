@@ -1,0 +1,82 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "model/ObjectPool.h"
+#include "model/ValueText.h"
+
+namespace vortan {
+
+class Vtemplate;
+
+/// The working day of a template: for each five-minute period of 24 hours one letter for its kind of time
+/// (N normal, O overtime, B break, X overload; any other letter counts as X), and four rate multipliers that
+/// are stored and edited with it. A shift is the same in all journals.
+class Vshift : public VObject {
+  public:
+    static constexpr int kVtype = 6;
+    static constexpr int kHours = 24;
+    static constexpr int kPeriodsPerHour = 12;
+
+    explicit Vshift(Workspace& workspace) : VObject(workspace) { Reset(); }
+
+    /// Leaves the default day: normal from 8 to 12 and 13 to 17, a break at noon, overtime from 17 to 21.
+    void Reset();
+
+    Vtemplate* Template() const { return template_; }
+    /// Set before the name, which files the shift in the template's ShiftList.
+    void SetTemplate(Vtemplate* value) { template_ = value; }
+
+    const std::string& ShiftName() const { return shiftName_; }
+    /// Files the shift under its new name. Fault if another shift of the template has it. An empty name
+    /// takes the shift out of its template.
+    void SetShiftName(const std::string& name);
+
+    /// The letters of one hour, 12 of them as a rule. `hour` outside 0 to 23: Fault.
+    const std::string& Matrix(int hour) const;
+    void SetMatrix(int hour, const std::string& letters);
+    /// The kind of time of period 0 to 287: one of N, O, B, X.
+    char Period(int period) const;
+
+    float BurdenedMultiplier() const { return burdenedMultiplier_; }
+    void SetBurdenedMultiplier(float value) { burdenedMultiplier_ = value; }
+    float OvertimeMultiplier() const { return overtimeMultiplier_; }
+    void SetOvertimeMultiplier(float value) { overtimeMultiplier_ = value; }
+    float OffDayMultiplier() const { return offDayMultiplier_; }
+    void SetOffDayMultiplier(float value) { offDayMultiplier_ = value; }
+    const std::string& HolidayMultiplier() const { return holidayMultiplier_; }
+    void SetHolidayMultiplier(const std::string& value) { holidayMultiplier_ = value; }
+
+    /// Hours of normal time a day, rounded to tenths.
+    float NormalHours() const;
+
+    const std::string& Key() const { return shiftName_; }
+    const std::string& BuildNodeText() const { return shiftName_; }
+    static std::string ImageType() { return "h"; }
+    std::string Tag() const { return ImageType() + Key(); }
+    /// Takes the shift out of its template. Resources that use it are not touched.
+    void Delete() { SetShiftName(""); }
+
+    /// All stored fields behind the name, in the order of the file.
+    template <class Visitor>
+    void ForEachField(Visitor&& visit) {
+        visit("BurdenedMultiplier", burdenedMultiplier_);
+        visit("OvertimeMultiplier", overtimeMultiplier_);
+        visit("OffDayMultiplier", offDayMultiplier_);
+        visit("HolidayMultiplier", holidayMultiplier_);
+        for (int hour = 0; hour < kHours; ++hour) {
+            visit(FormatHour(hour, true).c_str(), matrix_[static_cast<std::size_t>(hour)]);
+        }
+    }
+
+  private:
+    float burdenedMultiplier_, overtimeMultiplier_, offDayMultiplier_;
+    std::string holidayMultiplier_;
+    Vtemplate* template_ = nullptr;
+    std::string shiftName_;
+    std::array<std::string, kHours> matrix_;
+};
+
+}  // namespace vortan

@@ -1,0 +1,140 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "model/Vproject.h"
+
+namespace vortan {
+
+class Vassignment;
+class Vdependency;
+
+/// One activity of a project: an amount of work, or a stretch of calendar time, with dependencies that say
+/// when and assignments that say who. Estimates are minutes for the whole task. A task with a Subproject
+/// stands for that project. Results of the solve are written back into the same record.
+class Vtask : public VObject {
+  public:
+    static constexpr int kVtype = 9;
+
+    explicit Vtask(Workspace& workspace) : VObject(workspace) { Reset(); }
+
+    /// Frees dependencies and assignments, leaves the project, restores the defaults.
+    void Reset();
+
+    Vproject* Project() const { return project_; }
+    /// Set before the TaskID. In a later journal, the task does not exist in the earlier ones.
+    void SetProject(Vproject* project);
+    std::int32_t TaskID() const { return taskID_; }
+    /// Files the task under its number; 0 takes it out of its project. Fault if the number is in use.
+    void SetTaskID(std::int32_t id);
+    /// The project that this task stands for, or none.
+    Vproject* Subproject() const { return subproject_.Get(); }
+    /// Also makes this task's project the parent of `project`, if there is one.
+    void SetSubproject(Vproject* project);
+
+    const std::string& Description() const { return description_; }
+    void SetDescription(const std::string& value) { description_ = value; }
+
+    /// Whether the task exists in the journal in force.
+    bool Include() const { return include_.At(Index()); }
+    bool IncludeAt(std::int32_t journalIndex) const { return include_.At(journalIndex); }
+    void SetInclude(bool value) { Let(include_, value); }
+    /// Kind and unit of the estimates: negative is effort, positive calendar time, the magnitude the minutes
+    /// per unit; 0 has no estimate, its dates come from dependencies.
+    std::int32_t EffortUnits() const { return effortUnits_.At(Index()); }
+    void SetEffortUnits(std::int32_t value) { Let(effortUnits_, value); }
+    std::int32_t Optimistic() const { return optimistic_.At(Index()); }
+    void SetOptimistic(std::int32_t value) { Let(optimistic_, value); }
+    std::int32_t MostLikely() const { return mostLikely_.At(Index()); }
+    void SetMostLikely(std::int32_t value) { Let(mostLikely_, value); }
+    std::int32_t Pessimistic() const { return pessimistic_.At(Index()); }
+    void SetPessimistic(std::int32_t value) { Let(pessimistic_, value); }
+    /// How well a larger team scales, between 0 and 1.
+    double Efficiency() const { return efficiency_.At(Index()); }
+    void SetEfficiency(double value) { Let(efficiency_, value); }
+    Money MaterialCost() const { return materialCost_.At(Index()); }
+    void SetMaterialCost(Money value) { Let(materialCost_, value); }
+
+    Money LaborCost() const { return laborCost_.At(Index()); }
+    void SetLaborCost(Money value) { Let(laborCost_, value); }
+    DateTime EarlyStart() const { return earlyStart_.At(Index()); }
+    void SetEarlyStart(DateTime value) { Let(earlyStart_, value); }
+    DateTime EarlyFinish() const { return earlyFinish_.At(Index()); }
+    DateTime EarlyFinishAt(std::int32_t journalIndex) const { return earlyFinish_.At(journalIndex); }
+    void SetEarlyFinish(DateTime value) { Let(earlyFinish_, value); }
+    DateTime LateStart() const { return lateStart_.At(Index()); }
+    void SetLateStart(DateTime value) { Let(lateStart_, value); }
+    DateTime LateFinish() const { return lateFinish_.At(Index()); }
+    void SetLateFinish(DateTime value) { Let(lateFinish_, value); }
+
+    /// In order of creation.
+    const std::vector<Vdependency*>& DependencyList() const { return dependencyList_; }
+    const std::vector<Vassignment*>& AssignmentList() const { return assignmentList_; }
+    std::vector<Vdependency*>& DependencyListOfOwner() { return dependencyList_; }
+    std::vector<Vassignment*>& AssignmentListOfOwner() { return assignmentList_; }
+
+    /// Minutes worked on the days of `start` to `finish`, over the distinct resources of the included
+    /// assignments. 0 without a project or a solver.
+    std::int32_t EffortMinutes(DateTime start, DateTime finish) const;
+    /// The dependency that decides when the task starts, or none.
+    Vdependency* ControlDependency() const;
+
+    std::string Key() const { return std::to_string(taskID_); }
+    std::string ImageType() const { return Subproject() ? "s" : "t"; }
+    std::string Tag() const { return ImageType() + Key(); }
+    std::string BuildNodeText() const;
+    void ChangeNumJournals();
+    void FitJournals();
+    /// Ends the task from the journal in force on. When no earlier journal holds it either, it leaves the
+    /// project and goes back to the pool: the pointer is not to be used afterwards.
+    void Delete();
+
+    /// All stored fields behind the TaskID, in the order of the file.
+    template <class Visitor>
+    void ForEachField(Visitor&& visit) {
+        visit("Subproject", subproject_);
+        visit("Description", description_);
+        visit("Include", include_);
+        visit("EffortUnits", effortUnits_);
+        visit("Optimistic", optimistic_);
+        visit("MostLikely", mostLikely_);
+        visit("Pessimistic", pessimistic_);
+        visit("Efficiency", efficiency_);
+        visit("MaterialCost", materialCost_);
+        visit("LaborCost", laborCost_);
+        visit("EarlyStart", earlyStart_);
+        visit("EarlyFinish", earlyFinish_);
+        visit("LateStart", lateStart_);
+        visit("LateFinish", lateFinish_);
+    }
+
+    /// Index of this task in the network being built; means nothing outside of that.
+    std::int32_t solveIndex = -1;
+
+  private:
+    std::int32_t Index() const { return project_ ? project_->CurrentIndex() : 0; }
+    template <class Field, class T>
+    void Let(Field& field, T value) {
+        if (project_) {
+            project_->LetField(field, value);
+        } else {
+            field.SetSingle(value);
+        }
+    }
+
+    std::int32_t taskID_ = 0;
+    Vproject* project_ = nullptr;
+    std::vector<Vdependency*> dependencyList_;
+    std::vector<Vassignment*> assignmentList_;
+    JournaledInclude include_;
+    Journaled<std::int32_t> effortUnits_, optimistic_, mostLikely_, pessimistic_;
+    Journaled<double> efficiency_;
+    Journaled<Money> materialCost_, laborCost_;
+    Journaled<DateTime> earlyStart_, earlyFinish_, lateStart_, lateFinish_;
+    Link<Vproject> subproject_;
+    std::string description_;
+};
+
+}  // namespace vortan

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <array>
+
+#include "model/Journaled.h"
+
+namespace vortan {
+
+constexpr int kDayKinds = 9;  ///< 0 Holiday, 1 Sunday to 7 Saturday, 8 Shutdown
+
+/// File field names of the nine kinds of day.
+constexpr std::array<const char*, kDayKinds> kWorkDayFields = {
+    "WorkOnHoliday",  "WorkOnSunday", "WorkOnMonday",   "WorkOnTuesday", "WorkOnWednesday",
+    "WorkOnThursday", "WorkOnFriday", "WorkOnSaturday", "WorkOnShutdown"};
+
+/// On which kinds of day a resource or an assignment works, per journal. The solver reads 1 to 7 alone.
+class WorkDays {
+  public:
+    WorkDays() { Reset(); }
+
+    void Reset() {
+        for (int day = 0; day < kDayKinds; ++day) Field(day).SetSingle(day >= 2 && day <= 6);
+    }
+    Journaled<bool>& Field(int day) { return days_.at(static_cast<std::size_t>(day)); }
+    const Journaled<bool>& Field(int day) const { return days_.at(static_cast<std::size_t>(day)); }
+
+    template <class Visitor>
+    void ForEachField(Visitor&& visit) {
+        for (std::size_t day = 0; day < days_.size(); ++day) visit(kWorkDayFields[day], days_[day]);
+    }
+
+  private:
+    std::array<Journaled<bool>, kDayKinds> days_;
+};
+
+}  // namespace vortan

@@ -1,0 +1,128 @@
+#include "model/Workspace.h"
+
+#include <algorithm>
+
+namespace vortan {
+
+Workspace::~Workspace() = default;
+
+void Workspace::FreeAllMemory() {
+    thisProject_ = {};
+    thisTemplate_ = {};
+    if (solver_) solver_->Clear();
+    // Projects and templates free what they own; the rest are objects that never found an owner.
+    projects_.GiveBackAll();
+    templates_.GiveBackAll();
+    tasks_.GiveBackAll();
+    dependencies_.GiveBackAll();
+    assignments_.GiveBackAll();
+    resources_.GiveBackAll();
+    shifts_.GiveBackAll();
+    projectList_.Clear();
+    templateList_.Clear();
+}
+
+Vproject* Workspace::FindOrCreateProject(const std::string& name) {
+    if (name.empty()) return nullptr;
+    if (Vproject* project = projectList_.Find(name)) return project;
+    Vproject* project = NewVObject<Vproject>();
+    project->SetProjectName(name);
+    project->SetDescription("<stub>");
+    return project;
+}
+
+Vtemplate* Workspace::FindOrCreateTemplate(const std::string& name) {
+    if (name.empty()) return nullptr;
+    if (Vtemplate* found = templateList_.Find(name)) return found;
+    Vtemplate* made = NewVObject<Vtemplate>();
+    made->SetTemplateName(name);
+    return made;
+}
+
+void Workspace::FixNameConflict(std::string& name) {
+    const std::size_t size = name.size();
+    if (size < 3 || name[size - 1] != ')' || name[size - 3] != '(') name += "(A)";
+    ++name[name.size() - 2];
+}
+
+bool Workspace::ThisProjectSet() {
+    if (ThisProject()) return true;
+    WarnNotInMemory(false);
+    return false;
+}
+
+bool Workspace::ThisTemplateSet() {
+    if (ThisTemplate()) return true;
+    WarnNotInMemory(true);
+    return false;
+}
+
+void Workspace::WarnNotInMemory(bool isTemplate) {
+    const std::string what = isTemplate ? "template" : "project";
+    const std::string title = isTemplate ? "Template" : "Project";
+    platform_.MessageBox(
+        "There are no " + what + "s loaded in memory.\n\nPlease use the File menu to Open a file " +
+            "containing one or more " + what + "s, or use the " + title + " menu to create a New one.",
+        "No " + title + "s in Memory", BoxIcon::Warning, BoxButtons::Ok);
+}
+
+bool Workspace::ThisProjectSolved() {
+    if (!ThisProjectSet()) return false;
+    const SolveMode mode = Mode();
+    if (mode == SolveMode::Idle) return true;
+    if (mode == SolveMode::Halted) {
+        platform_.MessageBox(
+            "The requested operation cannot be performed until the error in solve is corrected.",
+            "Solve Error", BoxIcon::Warning, BoxButtons::Ok);
+    } else {
+        platform_.MessageBox(
+            "The requested operation cannot be performed until the background solve is complete.",
+            "Waiting For Solve To Complete", BoxIcon::Warning, BoxButtons::Ok);
+    }
+    return false;
+}
+
+void Workspace::NotReadyYet() {
+    platform_.MessageBox("This feature has not yet been implemented.", "Not Ready Yet", BoxIcon::Warning,
+                         BoxButtons::Ok);
+}
+
+void Workspace::RemoveListener(Listener* listener) {
+    const auto at = std::find(listeners_.begin(), listeners_.end(), listener);
+    if (at == listeners_.end()) return;
+    if (broadcasting_ > 0) {
+        *at = nullptr;
+    } else {
+        listeners_.erase(at);
+    }
+}
+
+void Workspace::Broadcast(void (Listener::*message)()) {
+    struct Depth {
+        Workspace& workspace;
+        explicit Depth(Workspace& w) : workspace(w) { ++workspace.broadcasting_; }
+        ~Depth() {
+            if (--workspace.broadcasting_ == 0) std::erase(workspace.listeners_, nullptr);
+        }
+    } depth(*this);
+    const std::size_t count = listeners_.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        if (listeners_[i]) (listeners_[i]->*message)();
+    }
+}
+
+void GetDateRange(const Workspace& workspace, DateTime& start, DateTime& finish, bool includeFirstJournal) {
+    Vproject* project = workspace.ThisProject();
+    start = finish = DateTime();
+    if (!project) return;
+    start = project->EarlyStart();
+    finish = project->EarlyFinish();
+    const std::int32_t current = project->CurrentIndex();
+    if (!includeFirstJournal || current == 0) return;
+    project->SetCurrentIndex(0);
+    start = std::min(start, project->EarlyStart());
+    finish = std::max(finish, project->EarlyFinish());
+    project->SetCurrentIndex(current);
+}
+
+}  // namespace vortan

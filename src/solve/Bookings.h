@@ -1,0 +1,165 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "model/DateTime.h"
+#include "model/Money.h"
+#include "solve/Network.h"
+
+namespace vortan {
+
+/// A stretch of one day of a resource, free or held by one task, as screens and files see it.
+struct SlotView {
+    DateTime startTime, endTime;
+    SlotClass kind = SlotClass::Overload;
+    std::int32_t task = -1;  ///< index in the network, -1 for a free slot
+    Money laborCost;
+};
+
+/// The schedules of all resources of a network: for every day that a run has touched, the chain of slots from
+/// midnight to midnight, without gap or overlap. Preparing a day copies the pattern of its shift. Most days
+/// of a plan are booked whole by one task, and such a day is one number until somebody needs its slots.
+///
+/// Besides, it remembers for each resource the days on which nothing is left to give, so that a task that
+/// waits does not walk them one by one: Find gives the next day of the same weekday that may have something.
+///
+/// All memory is kept from run to run.
+class Bookings {
+  public:
+    /// What a run may draw on, each including the one before: normal time, overtime, the whole day.
+    enum Reach : int { kNormalTime = 0, kWithOvertime = 1, kWholeDay = 2 };
+    static constexpr int kReaches = 3;
+
+    /// Cost and finish that bookings add to; owned by the run.
+    struct Account {
+        std::int32_t task;
+        double multiplier;  ///< size of the team, 1 in an ordinary solve
+        double* finish;     ///< the task's clock, days; moved forward to the end of what is booked
+        Money* sliceCost;
+        Money* taskCost;
+    };
+
+    /// Forgets all bookings and takes on the resources of `network`, which must outlive the use of this.
+    void Reset(const Network& network);
+
+    /// Books up to `minutes` of the free time that `pass` (0 normal time, 2 overtime, 4 any) allows, from
+    /// `start` to the end of its day, in time order. Returns the minutes booked. `interference` becomes true
+    /// when allowed time was found held.
+    std::int32_t Allocate(std::int32_t resource, double start, std::int32_t minutes, int pass,
+                          const Account& account, bool& interference);
+
+    /// Books all normal time of an untouched day, if there is such time and it is no more than `minutes`.
+    /// Returns the minutes booked, 0 if the day is not of that kind.
+    std::int32_t AllocateWholeDay(std::int32_t resource, std::int32_t day, std::int32_t minutes,
+                                  const Account& account);
+
+    /// The slot that holds `when` as an inner point or as its start.
+    SlotView SlotAt(std::int32_t resource, double when);
+
+    /// Remembers that the resource has nothing of that reach left on the day.
+    void MarkEmpty(std::int32_t resource, std::int32_t day, int reach);
+    bool IsEmpty(std::int32_t resource, std::int32_t day, int reach);
+    /// The first day from `day` on, in steps of a week, that is not known to be empty.
+    std::int32_t NextDay(std::int32_t resource, std::int32_t day, int reach);
+
+    /// Takes back the bookings of `task` between two moments on one day.
+    Money Unbook(std::int32_t resource, std::int32_t day, std::int32_t task, double from, double to);
+
+    /// Calls `visit(const SlotView&)` on the slots of one day in time order; none for an untouched day.
+    template <class Visit>
+    void ForEachSlot(std::int32_t resource, std::int32_t day, Visit&& visit) const {
+        const std::int32_t code = CodeAt(resource, day);
+        if (code == kUntouched) return;
+        double start = day;
+        if (code < 0) {
+            const auto& pattern = PatternOf(resource, day);
+            for (const auto& period : network_->PeriodsOf(pattern)) {
+                const bool held = period.kind <= SlotClass::OffDay;
+                const double end = day + period.end;
+                visit(SlotView{DateTime(start), DateTime(end), period.kind, held ? HolderOf(code) : -1,
+                               held ? CostOf(resource, period.kind, start, end, 1) : Money()});
+                start = end;
+            }
+            return;
+        }
+        for (std::int32_t i = code - 1; i >= 0;) {
+            const Slot& slot = slots_[static_cast<std::size_t>(i)];
+            visit(SlotView{DateTime(start), DateTime(slot.end), slot.Kind(), slot.task, slot.cost});
+            start = slot.end;
+            i = slot.Next();
+        }
+    }
+    /// The touched days of a resource lie in [first, last); empty when equal.
+    void DayRange(std::int32_t resource, std::int32_t& first, std::int32_t& last) const;
+    /// Whether a booking of this pass may use that kind of time.
+    static bool Allowed(SlotClass kind, int pass) {
+        return pass >= 4 || (pass >= 2 ? kind == SlotClass::Overtime : kind <= SlotClass::OffDay);
+    }
+    /// Whole minutes between two moments, each slot rounded on its own.
+    static std::int32_t Minutes(double start, double end) {
+        return RoundToInt32((end - start) * kMinutesPerDay);
+    }
+
+  private:
+    static constexpr std::int32_t kUntouched = 0;
+    static constexpr int kPageShift = 6;
+    static constexpr std::int32_t kPageDays = 1 << kPageShift;
+
+    struct Slot {
+        double end;
+        Money cost;
+        std::int32_t task;          ///< -1 free
+        std::uint32_t nextAndKind;  ///< (index of the next slot + 1) * 4 + kind
+
+        std::int32_t Next() const { return static_cast<std::int32_t>(nextAndKind >> 2) - 1; }
+        SlotClass Kind() const { return static_cast<SlotClass>(nextAndKind & 3); }
+        void SetNext(std::int32_t next) {
+            nextAndKind = static_cast<std::uint32_t>(next + 1) << 2 | (nextAndKind & 3);
+        }
+    };
+    /// 64 days of a resource. A code is kUntouched, the first slot of a chain + 1, or minus (task + 1) when
+    /// that task holds all normal time and nothing else is held. `skip` is the next day to look at, 0 for
+    /// the day itself.
+    struct Page {
+        std::int32_t code[kPageDays];
+        std::int32_t skip[kReaches][kPageDays];
+    };
+    struct Calendar {
+        std::int32_t firstPage = 0;
+        std::vector<std::int32_t> pages;  ///< index of a page, -1 for none
+    };
+
+    static std::int32_t HolderOf(std::int32_t code) { return -code - 1; }
+    const Network::DayPattern& PatternOf(std::int32_t resource, std::int32_t day) const {
+        const auto& owner = network_->Resources()[static_cast<std::size_t>(resource)];
+        return network_->Pattern(owner.pattern[static_cast<std::size_t>(WeekdayIndex(day))]);
+    }
+    Money CostOf(std::int32_t resource, SlotClass kind, double start, double end, double multiplier) const {
+        const double rate =
+            network_->Resources()[static_cast<std::size_t>(resource)].rate[static_cast<std::size_t>(kind)];
+        return Money::FromDouble(rate * (end - start) * 24 * multiplier);
+    }
+    const Page* FindPage(std::int32_t resource, std::int32_t day) const {
+        const Calendar& calendar = calendars_[static_cast<std::size_t>(resource)];
+        const auto at = static_cast<std::size_t>((day >> kPageShift) - calendar.firstPage);
+        if (at >= calendar.pages.size() || calendar.pages[at] < 0) return nullptr;
+        return &pages_[static_cast<std::size_t>(calendar.pages[at])];
+    }
+    Page& PageFor(std::int32_t resource, std::int32_t day);
+    std::int32_t CodeAt(std::int32_t resource, std::int32_t day) const {
+        const Page* page = FindPage(resource, day);
+        return page ? page->code[day & (kPageDays - 1)] : kUntouched;
+    }
+    /// First slot of the day's chain, which is made if need be.
+    std::int32_t Chain(std::int32_t resource, std::int32_t day);
+    std::int32_t Split(std::int32_t slot, double when);
+
+    const Network* network_ = nullptr;
+    std::vector<Calendar> calendars_;
+    std::vector<Page> pages_;
+    std::size_t pagesUsed_ = 0;
+    std::vector<Slot> slots_;
+};
+
+}  // namespace vortan

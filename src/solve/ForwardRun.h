@@ -1,0 +1,112 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "model/Money.h"
+#include "solve/Bookings.h"
+#include "solve/Network.h"
+
+namespace vortan {
+
+/// One forward pass over a network: places the slices in order, moving each task's clock forward day by day
+/// and booking resources as it goes. A slice that comes second gets what is left; the solve rule of its
+/// project decides what happens then. Touches no model object, and allocates nothing once it has run.
+class ForwardRun {
+  public:
+    enum class Outcome {
+        Done,
+        Stopped,  ///< the caller's poll said so
+        Halted,   ///< a resource held by another task could not give its hours, under a halting rule
+        NoTime,   ///< a clock would pass the last day of the calendar
+    };
+    struct Clock {
+        double start = 0, finish = 0;  ///< days; 0 is not solved
+        Money laborCost, materialCost;
+    };
+    /// One or more whole days of the clock of the task that is being watched, or the part of a day.
+    struct Step {
+        std::int32_t slice;
+        double from, to;             ///< days
+        std::int32_t before, after;  ///< minutes that remained of the slice
+        bool team;                   ///< the day held less than the slice needed
+        bool skipped;                ///< nothing could be given on any of these days
+    };
+    /// Asked every few hundred steps whether to stop. `slice` is the one in work.
+    class Poll {
+      public:
+        virtual ~Poll() = default;
+        virtual bool Stop(std::int32_t slice) = 0;
+    };
+
+    /// Takes all slices at their most likely minutes and a team of 1. `network` and `bookings`, which must
+    /// have been reset to it, are used until the next Prepare.
+    void Prepare(const Network& network, Bookings& bookings);
+    /// Places all slices in order.
+    Outcome SolveAllSlices(Poll* poll);
+
+    /// Records the steps of one task in the next pass; -1 records nothing.
+    void Watch(std::int32_t task) { watched_ = task; }
+    const std::vector<Step>& Steps() const { return steps_; }
+
+    // Results by slice and by task; 0 where the pass has not come.
+    const std::vector<double>& SliceStart() const { return sliceStart_; }
+    const std::vector<double>& SliceFinish() const { return sliceFinish_; }
+    const std::vector<Money>& SliceCost() const { return sliceCost_; }
+    const std::vector<Clock>& Clocks() const { return clocks_; }
+    /// How many slices the pass has begun, the one that it halted on included.
+    std::int32_t SlicesBegun() const { return begun_; }
+
+    // Of a halt.
+    std::int32_t ProblemTask() const { return problemTask_; }
+    std::int32_t ProblemResource() const { return problemResource_; }
+    std::int32_t ProblemMinutesLeft() const { return problemMinutesLeft_; }
+    double ProblemDate() const { return problemDate_; }
+
+  private:
+    struct Member {
+        std::int32_t resource;
+        std::int32_t minutesLeft;
+        bool interference;  ///< a wanted period was held by another task
+        bool free;          ///< works in the present stretch
+        bool gave;          ///< was free in some stretch of the day
+    };
+
+    Outcome SolveOneSlice(std::int32_t slice);
+    void SolveSubproject(std::int32_t slice);
+    double FindLatestDate(const Network::Task& task, int percent) const;
+    Outcome Work(std::int32_t slice);
+    bool SolveSomeMore(const Network::Task& task, std::int32_t& remaining, double stepStart);
+    void TeamSolve(const Network::Task& task, std::int32_t& remaining, std::int64_t& today, double start);
+    void PiecemealSolve(const Network::Task& task, std::int32_t& remaining, std::int64_t& today,
+                        double start);
+    double WorkStretch(int pass, double cursor, double limit, std::int32_t& remaining, std::int64_t& today);
+    std::int32_t NextUsefulDay(const Network::Task& task, std::int32_t remaining, std::int32_t day);
+    int ReachOn(const Network::Task& task, std::int32_t remaining, int weekday) const;
+    bool MayGive(const Network::Task& task, std::int32_t remaining, std::int32_t day);
+    Outcome Halt(Outcome outcome, std::int32_t task) {
+        problemTask_ = task;
+        return outcome;
+    }
+    void Note(std::int32_t slice, double from, std::int32_t before, std::int32_t after, bool team,
+              bool skipped);
+
+    const Network* network_ = nullptr;
+    Bookings* bookings_ = nullptr;
+    std::vector<double> sliceStart_, sliceFinish_;
+    std::vector<Money> sliceCost_;
+    std::vector<Clock> clocks_;
+    std::vector<std::int32_t> useMinutes_;
+    std::vector<float> multiplier_;
+    std::vector<Member> members_;
+    Bookings::Account account_{};
+    Poll* poll_ = nullptr;
+    int pollIn_ = 0;
+    std::int32_t begun_ = 0;
+    std::int32_t watched_ = -1;
+    std::vector<Step> steps_;
+    std::int32_t problemTask_ = -1, problemResource_ = -1, problemMinutesLeft_ = 0;
+    double problemDate_ = 0;
+};
+
+}  // namespace vortan

@@ -1,0 +1,205 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "model/Link.h"
+#include "model/Workspace.h"
+#include "solve/Problem.h"
+
+namespace vortan {
+
+constexpr int kWeekdays = 7;  ///< index 0 Sunday to 6 Saturday, throughout the solver
+
+/// Index of the weekday of a whole day number.
+constexpr int WeekdayIndex(std::int32_t day) {
+    return (day % kWeekdays + kWeekdays - 1) % kWeekdays;
+}
+
+/// Kinds of time, in the order of the passes that may use them.
+enum class SlotClass : std::uint8_t { Normal = 0, OffDay = 1, Overtime = 2, Overload = 3 };
+/// The slot type that screens and files know: 3, 4, 5 or 9.
+int SlotTypeOf(SlotClass kind);
+
+/// All tasks of all projects as one network of slices, with everything that a run needs to know of them, in
+/// flat arrays. A slice is a piece of a task between two percentages; tasks are cut wherever a dependency
+/// touches them. Slices are numbered in solve order, so slice 0 is the first of `OrderList`: by the length of
+/// the longest chain of slices before it, then by project priority and name, then by TaskID.
+///
+/// Built in two steps, Check and ComputeOrder; read-only from then on, so any number of runs can share it.
+/// Rebuilding an unchanged model allocates nothing.
+class Network {
+  public:
+    struct Project {
+        Link<Vproject> object;
+        std::int32_t rule = 0;  ///< SolveRule
+        std::int32_t firstTask = 0, taskCount = 0;
+        std::int32_t master = -1;  ///< index of the outermost project
+    };
+    struct Task {
+        Link<Vtask> object;
+        std::int32_t project = 0;
+        std::int32_t subproject = -1;  ///< index of the project that the task stands for
+        std::int32_t effortUnits = 0;
+        std::int32_t optimistic = 0, mostLikely = 0, pessimistic = 0;  ///< minutes
+        std::int32_t firstSource = 0, sourceCount = 0;
+        std::int32_t firstWant = 0, wantCount = 0;
+        std::int32_t firstSlice = -1;                 ///< the chain goes on through `Slice::next`
+        std::uint8_t wantedDays = 0;                  ///< bit w: some resource is wanted on weekday w
+        std::array<std::int32_t, kWeekdays> today{};  ///< minutes wanted of all resources, by weekday
+        Money materialCost;
+    };
+    /// A moment that a task waits for: a dependency on another slice, or on a date.
+    struct Source {
+        Vdependency* object = nullptr;
+        double date = 0;          ///< of a date dependency, days
+        double offset = 0;        ///< days
+        std::int32_t slice = -1;  ///< whose finish counts; -1 for a date dependency
+        std::uint8_t fromPercent = 0, toPercent = 0;
+    };
+    /// What a task wants of one resource a day. Only resources with minutes on some day are listed, in the
+    /// order of the first assignment of each.
+    struct Want {
+        std::int32_t resource = 0;
+        std::array<std::int32_t, kWeekdays> minutes{};
+    };
+    /// A stretch of one kind of time within a day.
+    struct Period {
+        double end;  ///< fraction of the day
+        SlotClass kind;
+    };
+    /// The periods of a shift's day, on a work day or an off day.
+    struct DayPattern {
+        const Vshift* shift = nullptr;
+        bool workDay = false;
+        std::int32_t firstPeriod = 0, periodCount = 0;
+        std::int32_t normalMinutes = 0;  ///< of the classes Normal and OffDay
+        double normalEnd = 0;            ///< end of the last such period
+    };
+    struct Resource {
+        Link<Vresource> object;
+        std::array<double, 4> rate{};                   ///< money per hour, by SlotClass
+        std::array<std::int32_t, kWeekdays> pattern{};  ///< DayPattern of each weekday
+    };
+    struct Slice {
+        std::int32_t task = -1;
+        std::uint8_t from = 0, to = 100;  ///< percent
+        std::int32_t next = -1;           ///< the task's next slice
+        std::int32_t useMinutes = 0;      ///< share of MostLikely
+        std::int32_t firstEdge = 0, edgeCount = 0;
+    };
+    /// Leads to a slice that waits for this one.
+    struct Edge {
+        std::int32_t slice = 0;
+        double offset = 0;  ///< days, of the first dependency between the two points
+    };
+
+    /// Reads the model in the journal in force and checks it task by task. Returns the first problem. `stop`
+    /// is asked at each task; when it says so, nothing is returned and the network is not usable.
+    template <class Stop>
+    std::optional<SolveProblem> Check(const Workspace& workspace, Stop&& stop) {
+        BeginCheck();
+        for (Vproject* project : workspace.ProjectList()) {
+            AddProject(project);
+            for (Vtask* task : project->TaskList()) {
+                if (!task->Include()) continue;
+                if (stop()) return std::nullopt;
+                if (auto problem = AddTask(task)) return problem;
+            }
+            projects_.back().taskCount =
+                static_cast<std::int32_t>(tasks_.size()) - projects_.back().firstTask;
+        }
+        return std::nullopt;
+    }
+    /// Cuts the tasks into slices and puts them in order. Returns a problem for a circle of dependencies; the
+    /// slices outside of it and ahead of it are in order then, the others missing.
+    std::optional<SolveProblem> ComputeOrder();
+    /// The tasks of one circle of dependencies, each required by the next and the last by the first. Valid
+    /// after ComputeOrder found one.
+    const std::vector<Link<Vtask>>& Circle() const { return circle_; }
+    /// Slices whose end nothing waits for, of master projects that have more than one.
+    void FindDangling(std::vector<std::int32_t>& dangling);
+
+    std::span<const Project> Projects() const { return projects_; }
+    std::span<const Task> Tasks() const { return tasks_; }
+    std::span<const Slice> Slices() const { return slices_; }
+    std::span<const Resource> Resources() const { return resources_; }
+    std::span<const Source> Sources() const { return sources_; }
+    std::span<const Source> SourcesOf(const Task& task) const {
+        return {sources_.data() + task.firstSource, static_cast<std::size_t>(task.sourceCount)};
+    }
+    std::span<const Want> WantsOf(const Task& task) const {
+        return {wants_.data() + task.firstWant, static_cast<std::size_t>(task.wantCount)};
+    }
+    std::span<const Edge> EdgesOf(const Slice& slice) const {
+        return {edges_.data() + slice.firstEdge, static_cast<std::size_t>(slice.edgeCount)};
+    }
+    const DayPattern& Pattern(std::int32_t index) const { return patterns_[static_cast<std::size_t>(index)]; }
+    std::span<const Period> PeriodsOf(const DayPattern& pattern) const {
+        return {periods_.data() + pattern.firstPeriod, static_cast<std::size_t>(pattern.periodCount)};
+    }
+
+    /// Index of a model object in this network, -1 if it is not part of it.
+    std::int32_t IndexOf(const Vtask* task) const;
+    std::int32_t IndexOf(const Vresource* resource) const;
+
+    void Clear() { *this = Network(); }
+
+  private:
+    struct PendingSource {
+        Vtask* required = nullptr;
+    };
+    using CutSet = std::array<std::uint64_t, 2>;  ///< bit p: the task is cut at p percent
+
+    void BeginCheck();
+    void AddProject(Vproject* project);
+    std::optional<SolveProblem> AddTask(Vtask* object);
+    std::optional<SolveProblem> CheckDependencies(Vtask* object, Task& task);
+    bool AddAssignments(Vtask* object, Task& task);
+    void AddWant(Task& task, Vresource* resource, std::size_t wantIndex, const Vassignment& assignment);
+    std::int32_t FindOrAddPattern(const Vshift* shift, bool workDay);
+
+    void IndexObjects();
+    std::optional<SolveProblem> CutTasks();
+    void MakeRawSlices();
+    std::int32_t FindFromSlice(std::int32_t task, int percent) const;
+    std::int32_t FindToSlice(std::int32_t task, int percent) const;
+    void MakeRawEdges();
+    void AddRawEdge(std::int32_t from, std::int32_t to, double offset);
+    double OffsetBetween(std::int32_t task, const Vtask* required, int from, int to) const;
+    bool Level();
+    void NumberSlices();
+    void FindCircle();
+
+    std::vector<Project> projects_;
+    std::vector<Task> tasks_;
+    std::vector<Source> sources_;
+    std::vector<PendingSource> pending_;  ///< parallel to sources_
+    std::vector<Want> wants_;
+    std::vector<Vresource*> wantResources_;  ///< parallel to wants_
+    std::vector<Resource> resources_;
+    std::vector<DayPattern> patterns_;
+    std::vector<Period> periods_;
+    std::vector<Slice> slices_;
+    std::vector<Edge> edges_;
+    std::vector<Link<Vtask>> circle_;
+
+    // Scratch of ComputeOrder: slices and edges before they are put in order.
+    struct RawEdge {
+        std::int32_t from, to;
+        double offset;
+    };
+    std::vector<CutSet> cuts_;
+    std::vector<Slice> raw_;
+    std::vector<RawEdge> rawEdges_;
+    std::vector<std::int32_t> rawFirstEdge_, rawSuccessor_, count_, level_, queue_, place_, levelStart_;
+    std::vector<std::int32_t> projectRank_;
+    std::vector<std::uint8_t> tiedIn_;    ///< by project: its link has a successor
+    std::vector<std::int32_t> openEnds_;  ///< by master project
+};
+
+}  // namespace vortan

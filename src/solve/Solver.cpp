@@ -1,0 +1,363 @@
+#include "solve/Solver.h"
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_map>
+
+#include "model/Fault.h"
+#include "model/ValueText.h"
+
+namespace vortan {
+
+namespace {
+
+constexpr int kCallsPerLook = 256;
+
+std::size_t Index(std::int32_t i) {
+    return static_cast<std::size_t>(i);
+}
+
+std::string NameOf(const Vtask& task) {
+    return "(" + (task.Project() ? task.Project()->BuildNodeText() : "") + ") " + task.BuildNodeText();
+}
+
+}  // namespace
+
+std::string Vslice::BuildNodeText() const {
+    if (!task) return "<deleted>";
+    const std::string text = NameOf(*task);
+    if (fromPercent == 0 && toPercent == 100) return text;
+    return std::to_string(fromPercent) + "% to " + std::to_string(toPercent) + "% of " + text;
+}
+
+std::string Vslot::BuildNodeText() const {
+    std::string text = FormatDate(startTime) + " to " + FormatDate(endTime);
+    if (!taskRequired) return text + " <available> ";
+    const Vproject* project = taskRequired->Project();
+    return text + " (" + (project ? project->ProjectName() : "") + ") " + taskRequired->BuildNodeText();
+}
+
+Solver::Solver(Workspace& workspace) : workspace_(workspace) {
+    workspace_.SetSolver(this);
+}
+
+Solver::~Solver() {
+    workspace_.SetSolver(nullptr);
+}
+
+void Solver::SetSolveMessage(const std::string& text) {
+    message_ = text;
+    workspace_.ThePlatform().SolveStatus(text);
+}
+
+void Solver::RestartSolve() {
+    if (mode_ == SolveMode::Idle || mode_ == SolveMode::Halted) {
+        SetMode(SolveMode::Restart);
+        workspace_.ThePlatform().ArmSolveTimer(true);
+    } else if (mode_ == SolveMode::Running) {
+        SetMode(SolveMode::Restart);
+    }
+}
+
+void Solver::SuspendSolve() {
+    SetSolveMessage("Solve suspended");
+    const bool resting =
+        mode_ == SolveMode::Idle || mode_ == SolveMode::Halted || mode_ == SolveMode::Restart;
+    SetMode(resting ? SolveMode::Suspended : SolveMode::SuspendedRunning);
+    workspace_.ThePlatform().ArmSolveTimer(false);
+}
+
+void Solver::ResumeSolve() {
+    if (mode_ == SolveMode::SuspendedRunning) {
+        SetMode(SolveMode::Restart);
+    } else if (mode_ == SolveMode::Suspended) {
+        SetMode(SolveMode::Restart);
+        workspace_.ThePlatform().ArmSolveTimer(true);
+    }
+}
+
+void Solver::Clear() {
+    problem_.reset();
+    dangling_.clear();
+    network_.Clear();
+    nextNetwork_.Clear();
+    bookings_ = Bookings();
+    run_ = ForwardRun();
+    reversed_ = false;
+}
+
+void Solver::SolveTimerTick() {
+    workspace_.ThePlatform().ArmSolveTimer(false);
+    if (mode_ != SolveMode::Idle && mode_ != SolveMode::Halted && mode_ != SolveMode::Restart)
+        AssertionFailed();
+    SetMode(SolveMode::Restart);
+    try {
+        while (mode_ == SolveMode::Restart) {
+            SetMode(SolveMode::Running);
+            TrySolve();
+        }
+    } catch (...) {
+        SetMode(SolveMode::Halted);
+        SetSolveMessage("Internal error");
+        throw;
+    }
+}
+
+bool Solver::AbortSolve() {
+    if (mode_ != SolveMode::Iterating) {
+        workspace_.ThePlatform().ServeEvents();
+        lastService_ = std::chrono::steady_clock::now();
+    }
+    return mode_ != SolveMode::Running && mode_ != SolveMode::Iterating;
+}
+
+/// AbortSolve at a price that a walk over all tasks can pay: events are served when the interval has passed.
+bool Solver::MayStop() {
+    if (--untilLook_ > 0) return false;
+    untilLook_ = serviceInterval_.count() == 0 ? 1 : kCallsPerLook;
+    if (std::chrono::steady_clock::now() - lastService_ < serviceInterval_) return false;
+    return AbortSolve();
+}
+
+bool Solver::Stop(std::int32_t slice) {
+    if (std::chrono::steady_clock::now() - lastService_ < serviceInterval_) return false;
+    const auto& task = network_.Tasks()[Index(network_.Slices()[Index(slice)].task)];
+    if (mode_ == SolveMode::Running) SetSolveMessage("Solving " + task.object->BuildNodeText() + " ...");
+    return AbortSolve();
+}
+
+void Solver::SolveError(const SolveProblem& problem) {
+    SetMode(SolveMode::Halted);
+    problem_ = problem;
+    SetSolveMessage(problem.message);
+}
+
+void Solver::TrySolve() {
+    lastService_ = std::chrono::steady_clock::now();
+    untilLook_ = 0;
+    problem_.reset();
+    if (!workspace_.ProjectList().empty()) DoEverything();
+    if (mode_ != SolveMode::Running) return;
+    SetMode(SolveMode::Idle);
+    SetSolveMessage(workspace_.ProjectList().empty() ? "No projects loaded" : "Solve complete");
+    workspace_.BroadcastNewSolution();
+}
+
+void Solver::DoEverything() {
+    SetSolveMessage("Preparing for solve ...");
+    VerifyJournalSync();
+    if (AbortSolve()) return;
+    if (!CheckAllTasks() || AbortSolve()) return;
+    std::swap(network_, nextNetwork_);
+    reversed_ = false;
+    auto problem = network_.ComputeOrder();
+    bookings_.Reset(network_);
+    run_.Prepare(network_, bookings_);
+    if (problem) SolveError(*problem);
+    if (AbortSolve()) return;
+    network_.FindDangling(dangling_);
+    if (!dangling_.empty()) {
+        SolveProblem open;
+        open.message = "Dangling tasks";
+        open.task = Slice(dangling_.front()).task;
+        SolveError(open);
+    }
+    if (AbortSolve()) return;
+    SetSolveMessage("Clearing previous solution ...");
+    if (AbortSolve()) return;
+    if (!ForwardPass() || AbortSolve()) return;
+    SetSolveMessage("Computing slack ...");
+    ReversePass();
+    AbortSolve();
+}
+
+void Solver::VerifyJournalSync() {
+    const JournalOwner* active = workspace_.ThisProject();
+    if (!active) active = workspace_.ThisTemplate();
+    if (!active) return;
+    const DateTime date = active->Journal();
+    for (const Vproject* project : workspace_.ProjectList()) {
+        if (project->Journal() != date) {
+            SolveProblem problem;
+            problem.message = "Journal sync error";
+            SolveError(problem);
+            return;
+        }
+    }
+    for (Vtemplate* each : workspace_.TemplateList()) each->AddJournal(date);
+}
+
+bool Solver::CheckAllTasks() {
+    bool stopped = false;
+    const auto problem = nextNetwork_.Check(workspace_, [&] { return stopped = MayStop(); });
+    if (problem) SolveError(*problem);
+    return !problem && !stopped;
+}
+
+bool Solver::ForwardPass() {
+    run_.Watch(network_.IndexOf(watched_.Get()));
+    const auto outcome = run_.SolveAllSlices(this);
+    if (outcome == ForwardRun::Outcome::Stopped) return false;
+    WriteForwardResults();
+    WriteDependencyDates();
+    if (outcome == ForwardRun::Outcome::Done) return true;
+    if (outcome == ForwardRun::Outcome::NoTime) {
+        SolveProblem problem;
+        problem.message = "No working time";
+        problem.task = network_.Tasks()[Index(run_.ProblemTask())].object;
+        SolveError(problem);
+    } else {
+        ReportShortage();
+    }
+    return false;
+}
+
+void Solver::ReportShortage() {
+    const auto& task = network_.Tasks()[Index(run_.ProblemTask())];
+    const std::int32_t rule = network_.Projects()[Index(task.project)].rule;
+    const Vresource* resource = network_.Resources()[Index(run_.ProblemResource())].object.Get();
+    SolveProblem problem;
+    problem.message = rule == kNormalHalt     ? "Overtime needed"
+                      : rule == kOvertimeHalt ? "Overload detected"
+                                              : "Overload > 24 hours";
+    problem.problemDate = DateTime(run_.ProblemDate());
+    const int weekday = Weekday(problem.problemDate);
+    for (Vassignment* assignment : task.object->AssignmentList()) {
+        if (!assignment->Include() || !assignment->WorkDay(weekday)) continue;
+        if (assignment->ResourceRequired() != resource) continue;
+        problem.assignment = assignment;
+        problem.requestedHours += assignment->Hours();
+    }
+    problem.assignedHours = problem.requestedHours - run_.ProblemMinutesLeft() / 60.0;
+    SolveError(problem);
+}
+
+void Solver::WriteForwardResults() {
+    const auto tasks = network_.Tasks();
+    for (std::size_t i = 0; i < tasks.size(); ++i) {
+        Vtask& task = *tasks[i].object.Get();
+        const auto& clock = run_.Clocks()[i];
+        task.SetEarlyStart(DateTime(clock.start));
+        task.SetEarlyFinish(DateTime(clock.finish));
+        task.SetLaborCost(clock.laborCost);
+        if (tasks[i].subproject >= 0 && network_.Slices()[Index(tasks[i].firstSlice)].task >= 0) {
+            if (tasks[i].firstSlice < run_.SlicesBegun()) task.SetMaterialCost(clock.materialCost);
+        }
+    }
+}
+
+/// The date of every dependency that the pass has looked at.
+void Solver::WriteDependencyDates() {
+    const std::int32_t begun = run_.SlicesBegun();
+    for (const auto& task : network_.Tasks()) {
+        if (task.subproject >= 0) continue;
+        for (const auto& source : network_.SourcesOf(task)) {
+            if (source.slice < 0) continue;
+            std::int32_t slice = task.firstSlice;
+            if (task.effortUnits != 0) {
+                while (network_.Slices()[Index(slice)].from < source.toPercent &&
+                       network_.Slices()[Index(slice)].next >= 0) {
+                    slice = network_.Slices()[Index(slice)].next;
+                }
+            }
+            if (slice < begun) source.object->SetDepDate(DateTime(run_.SliceFinish()[Index(source.slice)]));
+        }
+    }
+}
+
+/// The finish of a project in its plan journal, in days.
+double Solver::PlanFinish(const Network::Project& project) const {
+    const Vproject& object = *project.object.Get();
+    if (object.PlanIndex() != object.CurrentIndex()) return object.EarlyFinishAt(object.PlanIndex()).Days();
+    if (project.taskCount == 0) return 0;
+    double finish = run_.Clocks()[Index(project.firstTask)].finish;
+    for (std::int32_t t = project.firstTask + 1; t < project.firstTask + project.taskCount; ++t) {
+        finish = std::max(finish, run_.Clocks()[Index(t)].finish);
+    }
+    return finish;
+}
+
+void Solver::ReversePass() {
+    const auto projects = network_.Projects();
+    planFinish_.resize(projects.size());
+    for (std::size_t i = 0; i < projects.size(); ++i) {
+        const auto master = Index(projects[i].master);
+        // A master ahead in the list is known already: a plan of many subprojects looks it up once.
+        planFinish_[i] = master < i && Index(projects[master].master) == master
+                             ? planFinish_[master]
+                             : PlanFinish(projects[master]);
+    }
+    reverse_.Run(network_, run_, planFinish_);
+    reversed_ = true;
+    const auto tasks = network_.Tasks();
+    for (std::size_t i = 0; i < tasks.size(); ++i) {
+        Vtask& task = *tasks[i].object.Get();
+        task.SetLateStart(DateTime(reverse_.Tasks()[i].start));
+        task.SetLateFinish(DateTime(reverse_.Tasks()[i].finish));
+    }
+}
+
+Vslice Solver::Slice(std::int32_t index) const {
+    const auto at = Index(index);
+    const auto& slice = network_.Slices()[at];
+    Vslice view;
+    view.task = network_.Tasks()[Index(slice.task)].object.Get();
+    view.fromPercent = slice.from;
+    view.toPercent = slice.to;
+    view.earlyStart = DateTime(run_.SliceStart()[at]);
+    view.earlyFinish = DateTime(run_.SliceFinish()[at]);
+    view.laborCost = run_.SliceCost()[at];
+    if (reversed_) {
+        view.lateStart = DateTime(reverse_.Slices()[at].start);
+        view.lateFinish = DateTime(reverse_.Slices()[at].finish);
+    }
+    return view;
+}
+
+Vslot Solver::ViewOf(const SlotView& slot) const {
+    Vtask* task = slot.task >= 0 ? network_.Tasks()[Index(slot.task)].object.Get() : nullptr;
+    return {slot.startTime, slot.endTime, SlotTypeOf(slot.kind), task, slot.laborCost};
+}
+
+std::vector<Vslot> Solver::Slots(const Vresource& resource, std::int32_t day) const {
+    std::vector<Vslot> slots;
+    const std::int32_t index = network_.IndexOf(&resource);
+    if (index < 0) return slots;
+    bookings_.ForEachSlot(index, day, [&](const SlotView& slot) { slots.push_back(ViewOf(slot)); });
+    return slots;
+}
+
+std::vector<Vslot> Solver::HeldSlots(const Vresource& resource) const {
+    std::vector<Vslot> slots;
+    const std::int32_t index = network_.IndexOf(&resource);
+    if (index < 0) return slots;
+    std::int32_t first, last;
+    bookings_.DayRange(index, first, last);
+    for (std::int32_t day = first; day < last; ++day) {
+        bookings_.ForEachSlot(index, day, [&](const SlotView& slot) {
+            if (slot.task >= 0) slots.push_back(ViewOf(slot));
+        });
+    }
+    return slots;
+}
+
+std::int32_t Solver::CountMinutes(const Vresource& resource, const Vtask& task, DateTime from,
+                                  DateTime to) const {
+    const std::int32_t index = network_.IndexOf(&resource);
+    const std::int32_t taskIndex = network_.IndexOf(&task);
+    if (index < 0 || taskIndex < 0) return 0;
+    std::int32_t first, last;
+    bookings_.DayRange(index, first, last);
+    const double begin = std::max<double>(first, from.WholeDay());
+    const double end = std::min<double>(last - 1, to.WholeDay());
+    std::int32_t minutes = 0;
+    for (double day = begin; day <= end; ++day) {
+        bookings_.ForEachSlot(index, static_cast<std::int32_t>(day), [&](const SlotView& slot) {
+            if (slot.task == taskIndex)
+                minutes += Bookings::Minutes(slot.startTime.Days(), slot.endTime.Days());
+        });
+    }
+    return minutes;
+}
+
+}  // namespace vortan

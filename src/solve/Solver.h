@@ -1,0 +1,134 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "model/SolveService.h"
+#include "model/Workspace.h"
+#include "solve/Bookings.h"
+#include "solve/ForwardRun.h"
+#include "solve/Network.h"
+#include "solve/Problem.h"
+#include "solve/ReverseRun.h"
+
+namespace vortan {
+
+/// A slice as screens see it: a piece of a task between two percentages, with its dates and cost.
+struct Vslice {
+    Vtask* task = nullptr;  ///< none if it was deleted since the solve
+    int fromPercent = 0, toPercent = 100;
+    DateTime earlyStart, earlyFinish, lateStart, lateFinish;
+    Money laborCost;
+
+    std::string BuildNodeText() const;
+};
+
+/// A stretch of one day of a resource as screens see it.
+struct Vslot {
+    DateTime startTime, endTime;
+    int slotType = 0;               ///< 3 normal, 4 normal on an off day, 5 overtime, 9 break or overload
+    Vtask* taskRequired = nullptr;  ///< the task that holds it; none: free
+    Money laborCost;
+
+    std::string BuildNodeText() const;
+};
+
+/// The background solve of everything in a Workspace. Any change throws the solution away and asks for a new
+/// one (RestartSolve); the one-shot timer of the platform then runs a whole solve inside SolveTimerTick. The
+/// solve comes up for air in AbortSolve, which lets user events run on the same thread: what they change is
+/// the model and the mode, never the solver's arrays, and the solve gives up and begins again.
+///
+/// The model's result fields are written when a forward pass and a reverse pass have ended or halted, in the
+/// journal in force; a pass that gave up leaves no trace.
+class Solver : public SolveService, private ForwardRun::Poll {
+  public:
+    /// Registers with the workspace, which must outlive the solver.
+    explicit Solver(Workspace& workspace);
+    ~Solver() override;
+    Solver(const Solver&) = delete;
+    Solver& operator=(const Solver&) = delete;
+
+    SolveMode Mode() const override { return mode_; }
+    void RestartSolve() override;
+    void SuspendSolve() override;
+    void ResumeSolve() override;
+    void Clear() override;
+    std::int32_t CountMinutes(const Vresource& resource, const Vtask& task, DateTime from,
+                              DateTime to) const override;
+
+    /// The event of the solve timer: solves, again as long as a restart is asked for meanwhile. A fault
+    /// leaves the mode Halted with the text "Internal error" and is passed on.
+    void SolveTimerTick();
+    /// Serves events, unless an iterative solve runs. True: the solve must stop now.
+    bool AbortSolve();
+
+    /// The text about the solve.
+    const std::string& SolveMessage() const { return message_; }
+    void SetSolveMessage(const std::string& text);
+    /// What halted the last solve; none unless the mode is Halted.
+    const std::optional<SolveProblem>& Problem() const { return problem_; }
+    /// Halts: the running solve stops at its next AbortSolve.
+    void SolveError(const SolveProblem& problem);
+    /// The tasks of the circle, after "Circular dependency": each is required by the next, the last by the
+    /// first.
+    const std::vector<Link<Vtask>>& Circle() const { return network_.Circle(); }
+    /// Slices that nothing waits for, after "Dangling tasks".
+    const std::vector<std::int32_t>& DanglingList() const { return dangling_; }
+
+    /// The slices of the last network, in solve order.
+    std::int32_t SliceCount() const { return static_cast<std::int32_t>(network_.Slices().size()); }
+    Vslice Slice(std::int32_t index) const;
+    /// The slots of one day of a resource, free ones included; none for a day that nothing looked at.
+    std::vector<Vslot> Slots(const Vresource& resource, std::int32_t day) const;
+    /// All held slots of a resource, in time order.
+    std::vector<Vslot> HeldSlots(const Vresource& resource) const;
+
+    /// Records how the next solves place this task; none records nothing.
+    void Watch(const Vtask* task) { watched_ = const_cast<Vtask*>(task); }
+    const std::vector<ForwardRun::Step>& WatchedSteps() const { return run_.Steps(); }
+
+    const Network& TheNetwork() const { return network_; }
+    const ForwardRun& Run() const { return run_; }
+    /// Days that the iterative solves and tests want to look into.
+    const Bookings& TheBookings() const { return bookings_; }
+
+    /// Shortest time between two services of events in a running solve. Zero serves at every opportunity.
+    void SetServiceInterval(std::chrono::microseconds interval) { serviceInterval_ = interval; }
+
+  private:
+    void TrySolve();
+    void DoEverything();
+    void VerifyJournalSync();
+    bool CheckAllTasks();
+    bool ForwardPass();
+    void ReversePass();
+    void ReportShortage();
+    void WriteForwardResults();
+    void WriteDependencyDates();
+    double PlanFinish(const Network::Project& project) const;
+    bool Stop(std::int32_t slice) override;
+    bool MayStop();
+    void SetMode(SolveMode mode) { mode_ = mode; }
+    Vslot ViewOf(const SlotView& slot) const;
+
+    Workspace& workspace_;
+    SolveMode mode_ = SolveMode::Idle;
+    std::string message_;
+    std::optional<SolveProblem> problem_;
+    Network network_, nextNetwork_;
+    Bookings bookings_;
+    ForwardRun run_;
+    ReverseRun reverse_;
+    bool reversed_ = false;  ///< the late dates belong to the present network
+    std::vector<std::int32_t> dangling_;
+    std::vector<double> planFinish_;
+    Link<Vtask> watched_;
+    int untilLook_ = 0;
+    std::chrono::microseconds serviceInterval_{5000};
+    std::chrono::steady_clock::time_point lastService_;
+};
+
+}  // namespace vortan
