@@ -29,10 +29,14 @@ constexpr int kMinutesPerDay = 1440;
 constexpr double kLastDay = 2958465;
 
 /// The days between two moments, with fraction.
-constexpr double DaysBetween(DateTime from, DateTime to) { return to.Days() - from.Days(); }
+constexpr double DaysBetween(DateTime from, DateTime to) {
+    return to.Days() - from.Days();
+}
 
 /// `days` elapsed days later, with no regard to shifts or work days.
-constexpr DateTime AddDays(DateTime date, double days) { return DateTime(date.Days() + days); }
+constexpr DateTime AddDays(DateTime date, double days) {
+    return DateTime(date.Days() + days);
+}
 
 /// `minutes` later, rounded so that the result lies on a whole minute of its day. All bookings go
 /// through here, so they all lie on the minute grid.
@@ -54,7 +58,8 @@ struct DateParts {
     int hour = 0, minute = 0, second = 0;
 };
 
-/// Takes a moment apart, rounded to the nearest second.
+/// Takes a moment apart, rounded to the nearest second. A moment outside the years 100 to 9999 counts as the
+/// nearest one inside, "not a number" as day 0.
 DateParts ToParts(DateTime date);
 /// The reverse. The parts must name a real day; ValidDate tells.
 DateTime FromParts(const DateParts& parts);
