@@ -58,7 +58,8 @@ struct DateParts {
     int hour = 0, minute = 0, second = 0;
 };
 
-/// Takes a moment apart, rounded to the nearest second.
+/// Takes a moment apart, rounded to the nearest second. A moment outside the years 100 to 9999 counts as the
+/// nearest one inside, "not a number" as day 0.
 DateParts ToParts(DateTime date);
 /// The reverse. The parts must name a real day; ValidDate tells.
 DateTime FromParts(const DateParts& parts);

@@ -1,0 +1,278 @@
+#include "model/ValueText.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+#include "model/Fault.h"
+
+namespace vortan {
+namespace {
+
+template <class Action>
+std::string FaultOf(Action action) {
+    try {
+        action();
+    } catch (const Fault& fault) {
+        return std::to_string(fault.Number()) + " " + fault.Description();
+    }
+    return "none";
+}
+const char* const kAssertion = "10000 Assertion failed";
+
+TEST(ValueText, Durations) {
+    struct Case {
+        double days;
+        const char *longText, *shortText;
+    };
+    const Case cases[] = {
+        {0, "0", "0"},
+        {0.0001, "0", "0"},
+        {0.5 / 1440, "0", "0"},
+        {1.5 / 1440, "2 minutes", "2mi"},
+        {1.0 / 1440, "1 minute", "1mi"},
+        {59.0 / 1440, "59 minutes", "59mi"},
+        {1.0 / 24, "1 hour", "1h"},
+        {90.0 / 1440, "1.5 hours", "1.5h"},
+        {100.0 / 1440, "1.67 hours", "1.67h"},
+        {1439.0 / 1440, "23.98 hours", "23.98h"},
+        {1, "1 day", "1d"},
+        {1.5, "1.5 days", "1.5d"},
+        {-2, "-2 days", "-2d"},
+        {7, "1 week", "1w"},
+        {7.001, "1 week", "1w"},
+        {29.999, "4.29 weeks", "4.29w"},
+        {45, "1.5 months", "1.5mo"},
+        {30 * 1000.5, "1000.5 months", "1000.5mo"},
+        {std::numeric_limits<double>::quiet_NaN(), "0", "0"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(FormatDuration(c.days, true), c.longText);
+        EXPECT_EQ(FormatDuration(c.days, false), c.shortText);
+    }
+    EXPECT_EQ(FormatDuration(1e300, true), "213503982334601.29 months");
+    EXPECT_EQ(FormatDuration(-std::numeric_limits<double>::infinity(), false), "-213503982334601.29mo");
+}
+
+TEST(ValueText, DurationsAreReadBack) {
+    const std::pair<const char*, double> cases[] = {
+        {"5", 5.0 / 24},
+        {"5 min", 5.0 / 1440},
+        {"5mi", 5.0 / 1440},
+        {"2 mo", 60},
+        {"2m", 60},
+        {"1.5d", 1.5},
+        {"1.5 Days", 1.5},
+        {"-2w", -14},
+        {"3 HOURS", .125},
+        {"", 0},
+        {" .5 h ", .5 / 24},
+        {"hours", 0},
+        {"0", 0},
+    };
+    for (const auto& [text, days] : cases) EXPECT_DOUBLE_EQ(TextToDuration(text), days) << text;
+    EXPECT_LE(TextToDuration("1e308 months"), std::numeric_limits<double>::max());
+    for (const char* text : {"5 years", "abc", "1x"}) {
+        EXPECT_EQ(FaultOf([&] { TextToDuration(text); }), kAssertion) << text;
+    }
+}
+
+TEST(ValueText, Effort) {
+    EXPECT_EQ(FormatEffort(-60, 12480, 12480, 12480, true), "208 hours");
+    EXPECT_EQ(FormatEffort(-60, 9480, 12480, 15480, true), "158;208;258 hours");
+    EXPECT_EQ(FormatEffort(-60, 9480, 12480, 15480, false), "158;208;258h");
+    EXPECT_EQ(FormatEffort(-480, 480, 480, 480, true), "1 day");
+    EXPECT_EQ(FormatEffort(1440, 480, 480, 480, true), "0.33 days");
+    EXPECT_EQ(FormatEffort(43200, 0, 86400, 0, false), "2mo");
+    EXPECT_EQ(FormatEffort(-1, 7, 7, 7, false), "7mi");
+    EXPECT_EQ(FormatEffort(-2400, 0, 0, 0, true), "0");
+    EXPECT_EQ(FormatEffort(0, 1, 2, 3, true), "<dates>");
+    for (int units : {2, 480, -1440, std::numeric_limits<int>::min()}) {
+        EXPECT_EQ(FaultOf([&] { FormatEffort(units, 1, 1, 1, true); }), kAssertion) << units;
+    }
+}
+
+TEST(ValueText, EffortUnitNames) {
+    const std::pair<int, const char*> cases[] = {
+        {-1, "minutes"}, {-60, "hours"}, {-480, "days"}, {-2400, "weeks"}, {-9600, "months"},
+        {1, "minutes"},  {60, "hours"},  {1440, "days"}, {10080, "weeks"}, {43200, "months"},
+    };
+    for (const auto& [units, name] : cases) EXPECT_STREQ(EffortUnitName(units), name);
+    EXPECT_EQ(FaultOf([] { EffortUnitName(0); }), kAssertion);
+}
+
+TEST(ValueText, TwoDecimalsAreCutOff) {
+    const std::pair<float, const char*> cases[] = {
+        {1.999f, "1.99"},
+        {1.995f, "1.99"},
+        {0.29f, "0.29"},
+        {208, "208"},
+        {1.5f, "1.5"},
+        {-1.999f, "-1.99"},
+        {-0.001f, "0"},
+        {0, "0"},
+        {12345.67f, "12345.67"},
+        {1.009f, "1"},
+        {2147483648.0f, "2147483648"},
+    };
+    for (const auto& [value, text] : cases) EXPECT_EQ(FormatTwoDecimals(value), text);
+    EXPECT_EQ(FormatTwoDecimals(std::numeric_limits<float>::quiet_NaN()), "0");
+    EXPECT_EQ(FormatTwoDecimals(std::numeric_limits<float>::infinity()).size(), 39u);
+}
+
+TEST(ValueText, HundredthsSurviveTwoDecimals) {
+    for (int i = 1; i < 1000000; i += 7) {
+        const std::string text = FormatTwoDecimals(static_cast<float>(i / 100.0));
+        ASSERT_EQ(std::lround(std::stod(text) * 100), i) << text;
+    }
+}
+
+TEST(ValueText, Currency) {
+    const std::pair<std::int64_t, const char*> cases[] = {
+        {0, "$0.00"},
+        {10000, "$1.00"},
+        {-15000, "$-1.50"},
+        {12345000, "$1,234.50"},
+        {50, "$0.01"},
+        {49, "$0.00"},
+        {-50, "$-0.01"},
+        {-49, "$0.00"},
+        {9999950, "$1,000.00"},
+        {9990000, "$999.00"},
+        {1234567890000, "$123,456,789.00"},
+        {std::numeric_limits<std::int64_t>::max(), "$922,337,203,685,477.58"},
+        {std::numeric_limits<std::int64_t>::min(), "$-922,337,203,685,477.58"},
+    };
+    for (const auto& [units, text] : cases) {
+        EXPECT_EQ(FormatCurrency(Money::FromUnits(units), "$"), text);
+        // What is shown can be read again.
+        ASSERT_TRUE(ParseCurrency(text, "$")) << text;
+        EXPECT_EQ(FormatCurrency(*ParseCurrency(text, "$"), "$"), text);
+    }
+    EXPECT_EQ(FormatCurrency(Money(), ""), "$0.00");
+    EXPECT_EQ(FormatCurrency(Money(), "EUR "), "EUR 0.00");
+    EXPECT_EQ(FormatCurrency(Money(), std::string("kr\0junk", 7)), "kr0.00");
+    EXPECT_EQ(FormatCurrency("", "$"), "$0.00");
+    EXPECT_EQ(FormatCurrency("1234.5", "$"), "$1,234.50");
+    EXPECT_EQ(FaultOf([] { FormatCurrency("free", "$"); }), "10000 \"free\" is not an amount of money");
+}
+
+TEST(ValueText, TypedAmounts) {
+    const std::pair<const char*, std::int64_t> cases[] = {
+        {"12", 120000},     {"$12", 120000}, {" $ 1,234.5 ", 12345000},
+        {"-$5", -50000},    {"$-5", -50000}, {"+.25", 2500},
+        {"1.23456", 12346}, {"5$", 50000},   {"-1,000,000", -10000000000},
+        {"1e3", 10000000},
+    };
+    for (const auto& [text, units] : cases) {
+        EXPECT_EQ(ParseCurrency(text, "$"), Money::FromUnits(units)) << text;
+    }
+    EXPECT_EQ(ParseCurrency("7 \xE2\x82\xAC", "\xE2\x82\xAC"), Money::FromUnits(70000));
+    for (const char* text : {"", "$", "abc", "1 2", "--1", "-$-1", "1.2,3", "$$1", ",5", "1x", "1e20",
+                             "\xE2\x82\xAC"
+                             "5"}) {
+        EXPECT_EQ(ParseCurrency(text, "$"), std::nullopt) << text;
+    }
+}
+
+TEST(ValueText, Hours) {
+    const std::pair<float, const char*> cases[] = {
+        {0, "0.0"},       {8, "8.0"},      {7.5f, "7.5"},     {0.25f, "0.3"},
+        {0.35f, "0.4"},   {0.34f, "0.3"},  {9.95f, "10.0"},   {99.99f, "100.0"},
+        {-0.25f, "-0.3"}, {-0.04f, "0.0"}, {-9.95f, "-10.0"}, {123456, "123456.0"},
+    };
+    for (const auto& [hours, text] : cases) EXPECT_EQ(FormatHours(hours, false), text);
+    EXPECT_EQ(FormatHours(0, true), "");
+    EXPECT_EQ(FormatHours(0.01f, true), "0.0");
+}
+
+TEST(ValueText, HourOfTheDay) {
+    const char* const plain[] = {"12am", "1am",  "2am",  "3am",  "4am",  "5am",  "6am", "7am", "8am",
+                                 "9am",  "10am", "11am", "12pm", "1pm",  "2pm",  "3pm", "4pm", "5pm",
+                                 "6pm",  "7pm",  "8pm",  "9pm",  "10pm", "11pm", "12am"};
+    for (int hour = 0; hour <= 24; ++hour) {
+        const std::string text = plain[hour];
+        EXPECT_EQ(FormatHour(hour, false), text);
+        EXPECT_EQ(FormatHour(hour, true), text.size() < 4 ? "0" + text : text);
+    }
+}
+
+TEST(ValueText, DayNames) {
+    EXPECT_STREQ(DayName(0), "Holiday");
+    EXPECT_STREQ(DayName(1), "Sunday");
+    EXPECT_STREQ(DayName(8), "Shutdown");
+    std::string letters;
+    for (int day = 0; day <= 8; ++day) letters += DayLetters(day);
+    EXPECT_EQ(letters, "HoSuMoTuWeThFrSaSh");
+    EXPECT_EQ(FaultOf([] { DayName(9); }), kAssertion);
+    EXPECT_EQ(FaultOf([] { DayLetters(-1); }), kAssertion);
+}
+
+TEST(ValueText, DatesOnScreen) {
+    const std::pair<double, const char*> cases[] = {
+        {37137, "9/3/2001"},
+        {37137 + 485.0 / 1440, "9/3/2001 8:05:00 AM"},
+        {37137 + 47109.0 / 86400, "9/3/2001 1:05:09 PM"},
+        {37137 + 86399.9 / 86400, "9/4/2001"},
+        {0, "12:00:00 AM"},
+        {0.5242592592592593, "12:34:56 PM"},
+        {-1, "12/29/1899"},
+        {-1e-9, "12:00:00 AM"},
+    };
+    for (const auto& [days, text] : cases) EXPECT_EQ(FormatDate(DateTime(days)), text);
+    EXPECT_EQ(FormatShortDate(DateTime(37137.5)), "9/3/2001");
+    EXPECT_EQ(FormatShortDate(DateTime()), "12/30/1899");
+}
+
+TEST(ValueText, TypedDates) {
+    const std::pair<const char*, double> cases[] = {
+        {"9/3/2001", 37137},
+        {" 09/03/2001 ", 37137},
+        {"2001-09-03", 37137},
+        {"2001-9-3 18:00", 37137.75},
+        {"9/3/2001 8:05:00 AM", 37137 + 485.0 / 1440},
+        {"9/3/2001 6:00pm", 37137.75},
+        {"9/3/01", 37137},
+        {"1/1/29", 47119},
+        {"12/31/99", 36525},
+    };
+    for (const auto& [text, days] : cases) EXPECT_EQ(ParseDate(text), DateTime(days)) << text;
+    for (const char* text :
+         {"", "9/3", "9/31/2001", "2/29/1900", "3/9-2001", "01-09-03", "9/3/2001x", "9/3/20011", "9/3/2001 x",
+          "9/3/2001 8", "8:00", "tomorrow", "-9/3/2001", "9//3"}) {
+        EXPECT_EQ(ParseDate(text), std::nullopt) << text;
+    }
+}
+
+TEST(ValueText, JDateTakesTheFirstWord) {
+    EXPECT_EQ(JDate("9/10/2001 [Current]"), DateTime(37144));
+    EXPECT_EQ(JDate("2001-09-10"), DateTime(37144));
+    EXPECT_EQ(FaultOf([] { JDate("<journal n/a>"); }), "10000 \"<journal\" is not a date");
+    EXPECT_EQ(FaultOf([] { JDate(""); }), "10000 \"\" is not a date");
+}
+
+TEST(ValueText, Paths) {
+    EXPECT_EQ(RecoverPath("C:\\plans\\a.vtb"), "C:\\plans\\");
+    EXPECT_EQ(RecoverPath("/home/me/a.vtb"), "/home/me/");
+    EXPECT_EQ(RecoverPath("C:a.vtb"), "C:");
+    EXPECT_EQ(RecoverPath("a.vtb"), "");
+    EXPECT_EQ(JoinPath("/home/me", "a.vtb"), "/home/me/a.vtb");
+    EXPECT_EQ(JoinPath("/home/me/", "a.vtb"), "/home/me/a.vtb");
+    EXPECT_EQ(JoinPath("C:", "a.vtb"), "C:a.vtb");
+    EXPECT_EQ(JoinPath("C:\\", "a.vtb"), "C:\\a.vtb");
+    EXPECT_EQ(JoinPath("", "a.vtb"), "a.vtb");
+    EXPECT_EQ(ChopAtNull(std::string("ab\0cd", 5)), "ab");
+    EXPECT_EQ(ChopAtNull("ab"), "ab");
+}
+
+TEST(ValueText, VersionHasThreeNumbers) {
+    int major = -1, minor = -1, revision = -1, length = 0;
+    const std::string version = GetAppVersion();
+    EXPECT_EQ(std::sscanf(version.c_str(), "%d.%d.%d%n", &major, &minor, &revision, &length), 3);
+    EXPECT_EQ(static_cast<std::size_t>(length), version.size());
+}
+
+}  // namespace
+}  // namespace vortan
