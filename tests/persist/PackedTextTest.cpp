@@ -1,0 +1,190 @@
+#include "persist/PackedText.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <random>
+
+#include "persist/ReferencePacker.h"
+
+namespace vortan {
+namespace {
+
+using namespace std::string_literals;
+
+std::string Golden(const std::string& name) {
+    std::ifstream file(TEST_DATA "/golden/packed/" + name, std::ios::binary);
+    EXPECT_TRUE(file.good()) << name;
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+std::string RandomText(std::string_view alphabet, std::size_t length, unsigned seed) {
+    std::mt19937 random(seed);
+    std::string text;
+    while (text.size() < length) text += alphabet[random() % alphabet.size()];
+    return text;
+}
+
+std::string AllBytes() {
+    std::string bytes;
+    for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
+    return bytes;
+}
+
+/// Field lines with numbers that grow and jump about, as in a plan.
+std::string PlanLines(std::size_t length, unsigned seed) {
+    static const char* const kNames[] = {
+        "  TaskID,",      "  Description,Task ", "  TaskRequired,Pump,",
+        "TASK\r\n  Key,", "  OverheadRate,.",    "  Include,True\r\n  EarlyFinish,"};
+    std::mt19937 random(seed);
+    std::string text;
+    for (unsigned line = 0; text.size() < length; ++line) {
+        text += kNames[random() % std::size(kNames)] + std::to_string(line / 3 + random() % 20) + "\r\n";
+    }
+    return text;
+}
+
+/// Pieces cut out of the text itself and of the window's first filling: long runs, also over the borders.
+std::string Echoes(std::size_t length, unsigned seed) {
+    std::mt19937 random(seed);
+    std::string text = AllBytes() + AllBytes();
+    while (text.size() < length) {
+        const std::size_t from = random() % text.size();
+        text += text.substr(from, 1 + random() % 300);
+        if (random() % 4 == 0) text += static_cast<char>(random());
+    }
+    return text;
+}
+
+void ExpectRoundTrip(const std::string& text, const std::string& packed) {
+    const UnpackResult result = UnpackText(packed);
+    EXPECT_TRUE(result.text == text);
+    EXPECT_TRUE(result.suffixFound);
+    EXPECT_TRUE(result.crcMatches);
+    EXPECT_FALSE(result.tooLarge);
+    EXPECT_EQ(result.bytesUsed, packed.size());
+}
+
+TEST(PackText, WritesTheGoldenFilesByteForByte) {
+    for (const char* const name : {"p0", "p1", "p2"}) {
+        SCOPED_TRACE(name);
+        const std::string text = Golden(name + ".vta"s);
+        const std::string packed = Golden(name + ".vtb"s);
+        EXPECT_TRUE(PackText(text) == packed);
+        ExpectRoundTrip(text, packed);
+    }
+    EXPECT_EQ(PackText("A"), Golden("A.vtb"));
+    EXPECT_EQ(PackText(""), Golden("empty.vtb"));
+    ExpectRoundTrip("A", Golden("A.vtb"));
+    ExpectRoundTrip("", Golden("empty.vtb"));
+}
+
+TEST(PackText, AgreesWithTheReferenceOnAnyText) {
+    const struct {
+        const char* name;
+        std::string text;
+    } cases[] = {
+        {"one letter", std::string(40000, 'z')},
+        {"two letters", RandomText("ab", 30000, 1)},
+        {"the window's last own bytes", RandomText("\xFE\xFF", 30000, 2)},
+        {"four letters", RandomText("ACGT", 40000, 3)},
+        {"plan lines", PlanLines(120000, 4)},
+        {"more plan lines", PlanLines(120000, 5)},
+        {"all bytes", RandomText(AllBytes(), 40000, 6)},
+        {"echoes", Echoes(100000, 7)},
+        {"more echoes", Echoes(100000, 8)},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::string packed = PackText(c.text);
+        EXPECT_TRUE(packed == ReferencePacker().Pack(c.text));
+        ExpectRoundTrip(c.text, packed);
+    }
+}
+
+TEST(PackText, AgreesWithTheReferenceOnShortTexts) {
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        const std::string text = RandomText(seed % 2 == 0 ? "aab" : "\xFD\xFE\xFF\x00\x01"s, seed, seed);
+        ASSERT_EQ(PackText(text), ReferencePacker().Pack(text)) << "seed " << seed;
+    }
+}
+
+TEST(PackText, StartsARunOverWhoseSourceItsOwnCopyDestroyed) {
+    // The run stands at 254. Its first two bytes go to 256, where the third stood.
+    const std::string packed = PackText("\xFE\xFF\x00"s);
+    EXPECT_EQ(packed.substr(0, 6), "\x07\xF1\x00\x00\xFF\xFF"s);
+    ExpectRoundTrip("\xFE\xFF\x00"s, packed);
+
+    int restarts = 0;
+    for (std::size_t from = 129; from < 256; ++from) {
+        for (std::size_t length = 257 - from; length < 280; length += 9) {
+            const std::string text = (AllBytes() + AllBytes()).substr(from, length) + "tail";
+            ReferencePacker reference;
+            const std::string expected = reference.Pack(text);
+            restarts += reference.Restarts();
+            ASSERT_EQ(PackText(text), expected) << from << ", " << length;
+            ExpectRoundTrip(text, expected);
+        }
+    }
+    EXPECT_GT(restarts, 100);
+}
+
+TEST(UnpackText, GivesWhatThereIsOfACutFile) {
+    const std::string text = PlanLines(600, 9);
+    const std::string packed = PackText(text);
+    std::size_t longest = 0;
+    for (std::size_t size = 0; size < packed.size(); ++size) {
+        const UnpackResult result = UnpackText(std::string_view(packed).substr(0, size));
+        EXPECT_TRUE(text.starts_with(result.text)) << size;
+        EXPECT_GE(result.text.size(), longest) << size;
+        EXPECT_FALSE(result.suffixFound || result.crcMatches || result.tooLarge) << size;
+        EXPECT_LE(result.bytesUsed, size);
+        longest = result.text.size();
+    }
+    EXPECT_EQ(longest, text.size());
+}
+
+TEST(UnpackText, NoticesDamagedTextByTheCheckSum) {
+    const std::string text = PlanLines(600, 10);
+    const std::string packed = PackText(text);
+    std::size_t damagedTexts = 0;
+    for (std::size_t at = 0; at < packed.size(); ++at) {
+        std::string damaged = packed;
+        damaged[at] = static_cast<char>(damaged[at] ^ 0x41);
+        const UnpackResult result = UnpackText(damaged);
+        if (result.text == text) continue;  // a token may well point to the same characters elsewhere
+        EXPECT_FALSE(result.crcMatches) << at;
+        ++damagedTexts;
+    }
+    EXPECT_GT(damagedTexts, packed.size() / 2);
+}
+
+TEST(UnpackText, EndsAtWhateverPointsOutOfTheWindow) {
+    // Position 8191 with length 2 is no token either; the check sum of "A" follows, then other things.
+    const UnpackResult result = UnpackText("\x02\x08\xFF\xF9\x58\xE5tail");
+    EXPECT_EQ(result.text, "A");
+    EXPECT_TRUE(result.suffixFound);
+    EXPECT_TRUE(result.crcMatches);
+    EXPECT_EQ(result.bytesUsed, 6u);
+}
+
+TEST(UnpackText, ReadsTheWindowsLastPosition) {
+    const UnpackResult result = UnpackText("\xFF\xF8\xFC\x07"s);  // 8191, one byte; 8064, 128 bytes
+    EXPECT_EQ(result.text, "\xFF" + AllBytes().substr(128));
+    EXPECT_FALSE(result.suffixFound);
+}
+
+TEST(UnpackText, StopsBeforeTheTextOutgrowsItsLimit) {
+    const std::string packed = PackText(std::string(10000, 'x'));
+    EXPECT_FALSE(UnpackText(packed, 10000).tooLarge);
+    const UnpackResult result = UnpackText(packed, 9999);
+    EXPECT_TRUE(result.tooLarge);
+    EXPECT_FALSE(result.suffixFound);
+    EXPECT_LE(result.text.size(), 9999u);
+    EXPECT_TRUE(UnpackText("\x02\x08", 0).tooLarge);
+    EXPECT_FALSE(UnpackText("", 0).tooLarge);
+}
+
+}  // namespace
+}  // namespace vortan
