@@ -233,6 +233,13 @@ std::optional<Money> ParseCurrency(std::string_view text, const std::string& sym
     return ParseMoney(number);
 }
 
+std::string PlainNumber(double value) {
+    std::string text = FormatNumber(value);
+    const std::size_t point = text.front() == '-' ? 1 : 0;
+    if (text[point] == '.') text.insert(point, "0");
+    return text;
+}
+
 std::string FormatHours(float hours, bool blankIfZero) {
     if (hours == 0 && blankIfZero) return {};
     std::string text = PlainText(hours);

@@ -38,6 +38,9 @@ std::string FormatCurrency(std::string_view text, const std::string& symbol);
 /// behind. None if the text is not that, or is beyond the range of Money.
 std::optional<Money> ParseCurrency(std::string_view text, const std::string& symbol);
 
+/// A number as short as it can be written, with a zero before the point: 8, 0.5, 7.25.
+std::string PlainNumber(double value);
+
 /// One decimal, halves away from zero; empty for 0 if `blankIfZero`.
 std::string FormatHours(float hours, bool blankIfZero);
 /// An hour of the day, 0 to 24: "12am", "1am", "12pm", "1pm"; padded to "01am".
