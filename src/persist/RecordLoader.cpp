@@ -10,7 +10,9 @@ namespace vortan {
 
 namespace {
 
-std::string ReadString(TokenReader& reader) { return std::string(reader.ReadToken()); }
+std::string ReadString(TokenReader& reader) {
+    return std::string(reader.ReadToken());
+}
 
 bool ReadBool(TokenReader& reader) {
     const auto token = reader.ReadToken();
@@ -45,11 +47,16 @@ class FieldReader {
   public:
     /// `journals` is how many values a per-journal field has if it has more than one. `shifts` is the
     /// template in whose list shifts are looked up.
-    FieldReader(Workspace& workspace, TokenReader& reader, std::int32_t journals, const Vtemplate* shifts = nullptr)
+    FieldReader(Workspace& workspace, TokenReader& reader, std::int32_t journals,
+                const Vtemplate* shifts = nullptr)
         : workspace_(workspace), reader_(reader), journals_(std::max(journals, 1)), shifts_(shifts) {}
 
-    void operator()(const char* name, std::string& field) { One(name, [&] { field = ReadString(reader_); }); }
-    void operator()(const char* name, float& field) { One(name, [&] { field = ScanFloat(reader_.ReadToken()); }); }
+    void operator()(const char* name, std::string& field) {
+        One(name, [&] { field = ReadString(reader_); });
+    }
+    void operator()(const char* name, float& field) {
+        One(name, [&] { field = ScanFloat(reader_.ReadToken()); });
+    }
     void operator()(const char* name, std::int32_t& field) {
         One(name, [&] { field = ScanInt32(reader_.ReadToken()); });
     }
@@ -93,7 +100,8 @@ class FieldReader {
         }
     }
     void operator()(const char* name, Journaled<Link<Vproject>>& field) {
-        Many(name, field, [&] { return Link<Vproject>(workspace_.FindOrCreateProject(ReadString(reader_))); });
+        Many(name, field,
+             [&] { return Link<Vproject>(workspace_.FindOrCreateProject(ReadString(reader_))); });
     }
     void operator()(const char* name, Journaled<Link<Vtask>>& field) {
         Many(name, field, [&] {
@@ -134,9 +142,11 @@ class FieldReader {
     std::vector<T> ReadAll(const char* name, Read&& read) {
         Begin(name);
         std::vector<T> values = {read()};
-        while (!reader_.EndOfLine() && values.size() <= static_cast<std::size_t>(journals_)) values.push_back(read());
+        while (!reader_.EndOfLine() && values.size() <= static_cast<std::size_t>(journals_))
+            values.push_back(read());
         if (values.size() != 1 && values.size() != static_cast<std::size_t>(journals_)) {
-            reader_.Fail(std::string(name) + " must have one value or one for each journal, of which there are " +
+            reader_.Fail(std::string(name) +
+                         " must have one value or one for each journal, of which there are " +
                          std::to_string(journals_));
         }
         return values;
@@ -150,9 +160,11 @@ class FieldReader {
             return;
         }
         std::vector<T> values = {std::move(first)};
-        while (!reader_.EndOfLine() && values.size() <= static_cast<std::size_t>(journals_)) values.push_back(read());
+        while (!reader_.EndOfLine() && values.size() <= static_cast<std::size_t>(journals_))
+            values.push_back(read());
         if (values.size() != static_cast<std::size_t>(journals_)) {
-            reader_.Fail(std::string(name) + " must have one value or one for each journal, of which there are " +
+            reader_.Fail(std::string(name) +
+                         " must have one value or one for each journal, of which there are " +
                          std::to_string(journals_));
         }
         field.SetArray(values);
@@ -252,7 +264,8 @@ class RecordLoader {
         while (!reader_.EndOfLine()) dates.push_back(ReadDate(reader_));
         const std::int32_t last = std::max(count, 1) - 1;
         if (journals.current < 0 || journals.current > last || journals.plan < 0 || journals.plan > last) {
-            reader_.Fail("CurrentIndex or PlanIndex does not name one of the " + std::to_string(count) + " journals");
+            reader_.Fail("CurrentIndex or PlanIndex does not name one of the " + std::to_string(count) +
+                         " journals");
         }
         try {
             owner.LoadJournals(count, std::move(dates));
@@ -292,9 +305,9 @@ class RecordLoader {
         FieldReader fields(workspace_, reader_, owner.NumJournals(), &owner);
         resource.ForEachField(fields);
         if (!fields.MissingShift().empty()) {
-            report_.missingShifts.push_back("Resource " + resource.Key() + " of template " + owner.TemplateName() +
-                                            " has the shift \"" + fields.MissingShift() +
-                                            "\", which the template does not have.");
+            report_.missingShifts.push_back("Resource " + resource.Key() + " of template " +
+                                            owner.TemplateName() + " has the shift \"" +
+                                            fields.MissingShift() + "\", which the template does not have.");
         }
     }
 

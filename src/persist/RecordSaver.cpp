@@ -10,7 +10,9 @@ namespace vortan {
 
 namespace {
 
-void AppendName(std::string& out, const std::string& name) { AppendQuoted(out, name); }
+void AppendName(std::string& out, const std::string& name) {
+    AppendQuoted(out, name);
+}
 
 void AppendValue(std::string& out, const std::string& value) {
     // A line break cannot stand in a line; it is the one thing in a text that a file does not keep.
@@ -19,18 +21,37 @@ void AppendValue(std::string& out, const std::string& value) {
         return;
     }
     std::string oneLine = value;
-    std::replace_if(oneLine.begin(), oneLine.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+    std::replace_if(
+        oneLine.begin(), oneLine.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
     AppendQuoted(out, oneLine);
 }
-void AppendValue(std::string& out, bool value) { AppendNumber(out, value); }
-void AppendValue(std::string& out, std::uint8_t value) { AppendNumber(out, std::int32_t{value}); }
-void AppendValue(std::string& out, std::int32_t value) { AppendNumber(out, value); }
-void AppendValue(std::string& out, float value) { AppendNumber(out, value); }
-void AppendValue(std::string& out, double value) { AppendNumber(out, value); }
-void AppendValue(std::string& out, Money value) { AppendNumber(out, value); }
-void AppendValue(std::string& out, DateTime value) { AppendFileDate(out, value); }
-void AppendValue(std::string& out, const Link<Vproject>& link) { AppendName(out, link ? link->ProjectName() : ""); }
-void AppendValue(std::string& out, const Link<Vshift>& link) { AppendName(out, link ? link->ShiftName() : ""); }
+void AppendValue(std::string& out, bool value) {
+    AppendNumber(out, value);
+}
+void AppendValue(std::string& out, std::uint8_t value) {
+    AppendNumber(out, std::int32_t{value});
+}
+void AppendValue(std::string& out, std::int32_t value) {
+    AppendNumber(out, value);
+}
+void AppendValue(std::string& out, float value) {
+    AppendNumber(out, value);
+}
+void AppendValue(std::string& out, double value) {
+    AppendNumber(out, value);
+}
+void AppendValue(std::string& out, Money value) {
+    AppendNumber(out, value);
+}
+void AppendValue(std::string& out, DateTime value) {
+    AppendFileDate(out, value);
+}
+void AppendValue(std::string& out, const Link<Vproject>& link) {
+    AppendName(out, link ? link->ProjectName() : "");
+}
+void AppendValue(std::string& out, const Link<Vshift>& link) {
+    AppendName(out, link ? link->ShiftName() : "");
+}
 void AppendValue(std::string& out, const Link<Vtask>& link) {
     const Vproject* project = link ? link->Project() : nullptr;
     AppendName(out, project ? project->ProjectName() : "");
@@ -147,7 +168,8 @@ void SaveProject(FieldWriter& write, Vproject& project) {
 class Mentions {
   public:
     void Add(Vproject* project) {
-        if (project && !project->ProjectName().empty() && known_.insert(project).second) order_.push_back(project);
+        if (project && !project->ProjectName().empty() && known_.insert(project).second)
+            order_.push_back(project);
     }
     void AddRecord(Vproject& project) {
         Add(&project);

@@ -64,7 +64,8 @@ std::string_view TokenReader::ReadToken() {
         unquoted_ += '"';
         ++at;
     }
-    if (at < remaining_.size() && remaining_[at] != ',') Fail("Assertion failed: there is text behind a closing quote");
+    if (at < remaining_.size() && remaining_[at] != ',')
+        Fail("Assertion failed: there is text behind a closing quote");
     remaining_.remove_prefix(std::min(at + 1, remaining_.size()));
     return unquoted_;
 }
@@ -75,7 +76,8 @@ void TokenReader::ExpectToken(std::string_view expected) {
 }
 
 void TokenReader::Fail(const std::string& what) const {
-    std::string text = "Error reading file " + fileName_ + ": " + what + "\nLine " + std::to_string(lineNumber_);
+    std::string text =
+        "Error reading file " + fileName_ + ": " + what + "\nLine " + std::to_string(lineNumber_);
     Refuse(current_.empty() ? text : text + ": " + Shorten(current_));
 }
 
