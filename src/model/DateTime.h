@@ -15,7 +15,12 @@ class DateTime {
 
     constexpr double Days() const { return days_; }
     /// Midnight at which the day of this moment begins.
-    double WholeDay() const { return std::floor(days_); }
+    double WholeDay() const {
+        if (!(days_ > -1e9 && days_ < 1e9)) return std::floor(days_);
+        const auto whole =
+            static_cast<double>(static_cast<std::int64_t>(days_));  // quicker than a library call
+        return whole > days_ ? whole - 1 : whole;
+    }
     constexpr bool IsSet() const { return days_ != 0; }
 
     constexpr auto operator<=>(const DateTime&) const = default;
@@ -42,8 +47,8 @@ constexpr DateTime AddDays(DateTime date, double days) {
 /// through here, so they all lie on the minute grid.
 inline DateTime AddMinutes(DateTime date, std::int64_t minutes) {
     const double day = date.WholeDay();
-    const double sum = std::nearbyint((date.Days() - day) * kMinutesPerDay + static_cast<double>(minutes));
-    return DateTime(day + sum / kMinutesPerDay);
+    const auto sum = std::llrint((date.Days() - day) * kMinutesPerDay + static_cast<double>(minutes));
+    return DateTime(day + static_cast<double>(sum) / kMinutesPerDay);
 }
 
 /// 1 for Sunday to 7 for Saturday.

@@ -1,7 +1,6 @@
 #include "solve/Bookings.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
 namespace vortan {
@@ -48,18 +47,21 @@ std::int32_t Bookings::Chain(std::int32_t resource, std::int32_t day) {
     const std::int32_t holder = code < 0 ? HolderOf(code) : -1;
     const auto first = static_cast<std::int32_t>(slots_.size());
     const auto periods = network_->PeriodsOf(PatternOf(resource, day));
+    slots_.resize(slots_.size() + periods.size());
+    Slot* slot = &slots_[static_cast<std::size_t>(first)];
     double start = day;
-    for (std::size_t i = 0; i < periods.size(); ++i) {
-        const bool held = holder >= 0 && periods[i].kind <= SlotClass::OffDay;
-        Slot slot;
-        slot.end = day + periods[i].end;
-        slot.task = held ? holder : -1;
-        slot.cost = held ? CostOf(resource, periods[i].kind, start, slot.end, 1) : Money();
-        slot.nextAndKind = static_cast<std::uint32_t>(periods[i].kind);
-        slot.SetNext(i + 1 < periods.size() ? first + static_cast<std::int32_t>(i) + 1 : -1);
-        slots_.push_back(slot);
-        start = slot.end;
+    std::int32_t next = first;
+    for (const Network::Period& period : periods) {
+        const bool held = holder >= 0 && period.kind <= SlotClass::OffDay;
+        slot->end = day + period.end;
+        slot->task = held ? holder : -1;
+        slot->cost = held ? CostOf(resource, period.kind, start, slot->end, 1) : Money();
+        slot->nextAndKind = static_cast<std::uint32_t>(period.kind);
+        slot->SetNext(++next);
+        start = slot->end;
+        ++slot;
     }
+    (slot - 1)->SetNext(-1);
     code = first + 1;
     return first;
 }
@@ -79,7 +81,7 @@ std::int32_t Bookings::Split(std::int32_t slot, double when) {
 
 std::int32_t Bookings::Allocate(std::int32_t resource, double start, std::int32_t minutes, int pass,
                                 const Account& account, bool& interference) {
-    const auto day = static_cast<std::int32_t>(std::floor(start));
+    const auto day = static_cast<std::int32_t>(start);
     std::int32_t index = Chain(resource, day);
     double slotStart = day;
     while (slots_[static_cast<std::size_t>(index)].end <= start) {
@@ -132,23 +134,20 @@ std::int32_t Bookings::AllocateWholeDay(std::int32_t resource, std::int32_t day,
     if (code != kUntouched) return 0;
     code = -account.task - 1;
     page.skip[kNormalTime][day & (kPageDays - 1)] = day + kWeekdays;
-    double start = day;
-    for (const auto& period : network_->PeriodsOf(pattern)) {
-        const double end = day + period.end;
-        if (period.kind <= SlotClass::OffDay) {
-            const Money cost = CostOf(resource, period.kind, start, end, 1);
-            *account.sliceCost += cost;
-            *account.taskCost += cost;
-        }
-        start = end;
+    const SlotClass kind = pattern.NormalKind();
+    double end = day;
+    for (const auto& period : network_->NormalPeriodsOf(pattern)) {
+        end = day + period.end;
+        const Money cost = CostOf(resource, kind, day + period.start, end, 1);
+        *account.sliceCost += cost;
+        *account.taskCost += cost;
     }
-    const double finish = day + pattern.normalEnd;
-    if (*account.finish < finish) *account.finish = finish;
+    if (*account.finish < end) *account.finish = end;
     return pattern.normalMinutes;
 }
 
 SlotView Bookings::SlotAt(std::int32_t resource, double when) {
-    const auto day = static_cast<std::int32_t>(std::floor(when));
+    const auto day = static_cast<std::int32_t>(when);
     std::int32_t index = Chain(resource, day);
     double start = day;
     while (slots_[static_cast<std::size_t>(index)].end <= when) {

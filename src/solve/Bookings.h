@@ -44,8 +44,8 @@ class Bookings {
     void Reset(const Network& network);
 
     /// Books up to `minutes` of the free time that `pass` (0 normal time, 2 overtime, 4 any) allows, from
-    /// `start` to the end of its day, in time order. Returns the minutes booked. `interference` becomes true
-    /// when allowed time was found held.
+    /// `start` (days, not negative) to the end of its day, in time order. Returns the minutes booked.
+    /// `interference` becomes true when allowed time was found held.
     std::int32_t Allocate(std::int32_t resource, double start, std::int32_t minutes, int pass,
                           const Account& account, bool& interference);
 

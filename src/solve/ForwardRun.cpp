@@ -1,7 +1,6 @@
 #include "solve/ForwardRun.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace vortan {
 
@@ -11,6 +10,10 @@ constexpr int kStepsPerPoll = 512;
 
 std::size_t Index(std::int32_t i) {
     return static_cast<std::size_t>(i);
+}
+
+bool IsMidnight(double days) {
+    return days == DateTime(days).WholeDay();
 }
 
 bool RuleHalts(std::int32_t rule) {
@@ -87,7 +90,7 @@ ForwardRun::Outcome ForwardRun::SolveOneSlice(std::int32_t slice) {
         double target;
         if (task.effortUnits == 0) {
             target = FindLatestDate(task, 100);
-            if (target == std::floor(target)) target += 1;
+            if (IsMidnight(target)) target += 1;
         } else {
             target = AddMinutes(DateTime(clock.finish), useMinutes_[Index(slice)]).Days();
         }
@@ -138,8 +141,9 @@ ForwardRun::Outcome ForwardRun::Work(std::int32_t slice) {
             pollIn_ = kStepsPerPoll;
             if (poll_ && poll_->Stop(slice)) return Outcome::Stopped;
         }
+        if (taskIndex != watched_ && IsMidnight(clock.finish)) WorkWholeDays(task, remaining);
         const double begin = clock.finish;
-        if (begin == std::floor(begin)) {
+        if (IsMidnight(begin)) {
             const auto today = static_cast<std::int32_t>(begin);
             const std::int32_t day = NextUsefulDay(task, remaining, today);
             if (day != today) {
@@ -161,6 +165,26 @@ ForwardRun::Outcome ForwardRun::Work(std::int32_t slice) {
         }
     }
     return Outcome::Done;
+}
+
+/// The common course of a task in the quick: as long as a lone resource finds each wanted day untouched and
+/// needs all its normal time, books the day whole. Does what SolveSomeMore would, a day a step.
+void ForwardRun::WorkWholeDays(const Network::Task& task, std::int32_t& remaining) {
+    if (task.wantCount != 1 || task.wantedDays == 0) return;
+    const Network::Want& want = network_->WantsOf(task).front();
+    auto day = static_cast<std::int32_t>(*account_.finish);
+    std::size_t weekday = Index(WeekdayIndex(day));
+    while (day < static_cast<std::int32_t>(kLastDay)) {
+        if (want.minutes[weekday] > 0) {
+            if (remaining <= task.today[weekday]) break;
+            const std::int32_t got =
+                bookings_->AllocateWholeDay(want.resource, day, want.minutes[weekday], account_);
+            if (got == 0) break;
+            remaining -= got;
+        }
+        *account_.finish = ++day;
+        weekday = weekday + 1 == kWeekdays ? 0 : weekday + 1;
+    }
 }
 
 /// One day of one slice, or what is left of the day. False on a shortage that the solve rule does not bear.
@@ -245,14 +269,25 @@ void ForwardRun::TeamSolve(const Network::Task& task, std::int32_t& remaining, s
 /// of a stretch ran into a held slot.
 void ForwardRun::PiecemealSolve(const Network::Task& task, std::int32_t& remaining, std::int64_t& today,
                                 double start) {
-    const std::int32_t rule = network_->Projects()[Index(task.project)].rule;
-    for (int pass = 0; pass <= 2 && pass <= rule && remaining > 0; pass += 2) {
-        const double midnight = std::floor(start) + 1;
-        for (double cursor = start; remaining > 0 && cursor < midnight;) {
-            cursor = WorkStretch(pass, cursor, midnight, remaining, today);
+    if (members_.size() == 1 && network_->OnMinuteGrid()) {
+        // Alone and on whole minutes, the stretches come to one booking.
+        Member& member = members_.front();
+        bool held = false;
+        const std::int32_t got = bookings_->Allocate(member.resource, start, remaining, 0, account_, held);
+        member.gave = got > 0;
+        member.minutesLeft -= got;
+        remaining -= got;
+        today -= got;
+    } else {
+        const std::int32_t rule = network_->Projects()[Index(task.project)].rule;
+        const double midnight = DateTime(start).WholeDay() + 1;
+        for (int pass = 0; pass <= 2 && pass <= rule && remaining > 0; pass += 2) {
+            for (double cursor = start; remaining > 0 && cursor < midnight;) {
+                cursor = WorkStretch(pass, cursor, midnight, remaining, today);
+            }
         }
     }
-    if (remaining <= 0 || start != std::floor(start)) return;
+    if (remaining <= 0 || !IsMidnight(start)) return;
     for (const Member& member : members_) {
         if (member.minutesLeft > 0 && !member.gave) {
             bookings_->MarkEmpty(member.resource, static_cast<std::int32_t>(start), Bookings::kNormalTime);

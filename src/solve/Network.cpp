@@ -1,6 +1,7 @@
 #include "solve/Network.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <numeric>
 
@@ -31,13 +32,19 @@ std::int32_t AddSaturating(std::int32_t a, std::int32_t b) {
                                                               std::numeric_limits<std::int32_t>::max()));
 }
 
-bool HasNormalTime(const Vresource* resource) {
-    const Vshift* shift = resource ? resource->Shift() : nullptr;
-    if (!shift) return false;
-    for (int period = 0; period < Vshift::kHours * Vshift::kPeriodsPerHour; ++period) {
-        if (shift->Period(period) == 'N') return true;
+bool HasNormalPeriod(const Vshift& shift) {
+    for (int hour = 0; hour < Vshift::kHours; ++hour) {
+        const std::string& row = shift.Matrix(hour);
+        if (row.substr(0, Vshift::kPeriodsPerHour).find('N') != std::string::npos) return true;
     }
     return false;
+}
+
+/// Whether a number of days is a whole number of minutes, but for the noise of the last bits.
+bool IsOnMinuteGrid(double days) {
+    if (!(days > -kLastDay && days < kLastDay)) return false;
+    const double minutes = days * kMinutesPerDay;
+    return std::abs(minutes - static_cast<double>(std::llrint(minutes))) < 1e-3;
 }
 
 SolveProblem TaskProblem(const std::string& message, Vtask* task) {
@@ -71,9 +78,13 @@ void Network::BeginCheck() {
     resources_.clear();
     patterns_.clear();
     periods_.clear();
+    normalPeriods_.clear();
+    onMinuteGrid_ = true;
     slices_.clear();
     edges_.clear();
     circle_.clear();
+    lastShift_ = nullptr;
+    lastHasNormalTime_ = false;
 }
 
 void Network::AddProject(Vproject* project) {
@@ -129,6 +140,7 @@ std::optional<SolveProblem> Network::CheckDependencies(Vtask* object, Task& task
         source.offset = dependency->Offset();
         source.date = required ? 0 : dependency->DepDate().Days();
         pending_.push_back({required});
+        onMinuteGrid_ = onMinuteGrid_ && IsOnMinuteGrid(source.date) && IsOnMinuteGrid(source.offset);
         if (source.toPercent == 0) toStart = true;
         if (isLink) continue;
         if (required && required->Subproject() && source.fromPercent != 0 && source.fromPercent != 100) {
@@ -142,6 +154,15 @@ std::optional<SolveProblem> Network::CheckDependencies(Vtask* object, Task& task
     if (missing) return DependencyProblem("Missing prerequisite", missing);
     if (!toStart && !isLink) return TaskProblem("Missing to-start dependency", object);
     return std::nullopt;
+}
+
+/// Neighbouring tasks mostly share a shift, so the last answer is kept.
+bool Network::HasNormalTime(const Vshift* shift) {
+    if (shift != lastShift_) {
+        lastShift_ = shift;
+        lastHasNormalTime_ = shift && HasNormalPeriod(*shift);
+    }
+    return lastHasNormalTime_;
 }
 
 /// Collects what the assignments want of each resource by weekday. Returns whether at least one of them can
@@ -167,7 +188,7 @@ bool Network::AddAssignments(Vtask* object, Task& task) {
             want.minutes[Index(w)] = AddSaturating(want.minutes[Index(w)], minutes);
             task.today[Index(w)] = AddSaturating(task.today[Index(w)], minutes);
         }
-        if (!canWork && anyDay && minutes > 0) canWork = HasNormalTime(resource);
+        if (!canWork && anyDay && minutes > 0) canWork = HasNormalTime(resource->Shift());
     }
     for (std::size_t i = Index(task.firstWant); i < wants_.size(); ++i) {
         for (int w = 0; w < kWeekdays; ++w) {
@@ -199,7 +220,9 @@ std::int32_t Network::FindOrAddPattern(const Vshift* shift, bool workDay) {
     pattern.firstPeriod = static_cast<std::int32_t>(periods_.size());
     constexpr int cells = Vshift::kHours * Vshift::kPeriodsPerHour;
     const auto letter = [shift](int cell) { return shift ? shift->Period(cell) : 'X'; };
+    pattern.firstNormal = static_cast<std::int32_t>(normalPeriods_.size());
     int begin = 0;
+    double start = 0;
     for (int cell = 1; cell <= cells; ++cell) {
         if (cell < cells && letter(cell) == letter(begin)) continue;
         const SlotClass kind = ClassOf(letter(begin), workDay);
@@ -207,10 +230,12 @@ std::int32_t Network::FindOrAddPattern(const Vshift* shift, bool workDay) {
         periods_.push_back({end, kind});
         if (kind <= SlotClass::OffDay) {
             pattern.normalMinutes += (cell - begin) * (60 / Vshift::kPeriodsPerHour);
-            pattern.normalEnd = end;
+            normalPeriods_.push_back({start, end});
         }
         begin = cell;
+        start = end;
     }
+    pattern.normalCount = static_cast<std::int32_t>(normalPeriods_.size()) - pattern.firstNormal;
     pattern.periodCount = static_cast<std::int32_t>(periods_.size()) - pattern.firstPeriod;
     patterns_.push_back(pattern);
     return static_cast<std::int32_t>(patterns_.size()) - 1;

@@ -72,13 +72,19 @@ class Network {
         double end;  ///< fraction of the day
         SlotClass kind;
     };
+    /// A period of normal time within a day.
+    struct NormalPeriod {
+        double start, end;  ///< fractions of the day
+    };
     /// The periods of a shift's day, on a work day or an off day.
     struct DayPattern {
         const Vshift* shift = nullptr;
         bool workDay = false;
         std::int32_t firstPeriod = 0, periodCount = 0;
-        std::int32_t normalMinutes = 0;  ///< of the classes Normal and OffDay
-        double normalEnd = 0;            ///< end of the last such period
+        std::int32_t firstNormal = 0, normalCount = 0;
+        std::int32_t normalMinutes = 0;
+
+        SlotClass NormalKind() const { return workDay ? SlotClass::Normal : SlotClass::OffDay; }
     };
     struct Resource {
         Link<Vresource> object;
@@ -143,6 +149,12 @@ class Network {
         return {periods_.data() + pattern.firstPeriod, static_cast<std::size_t>(pattern.periodCount)};
     }
 
+    std::span<const NormalPeriod> NormalPeriodsOf(const DayPattern& pattern) const {
+        return {normalPeriods_.data() + pattern.firstNormal, static_cast<std::size_t>(pattern.normalCount)};
+    }
+    /// Whether all dates and offsets lie on whole minutes, so that every booking begins and ends on one.
+    bool OnMinuteGrid() const { return onMinuteGrid_; }
+
     /// Index of a model object in this network, -1 if it is not part of it.
     std::int32_t IndexOf(const Vtask* task) const;
     std::int32_t IndexOf(const Vresource* resource) const;
@@ -161,6 +173,7 @@ class Network {
     std::optional<SolveProblem> CheckDependencies(Vtask* object, Task& task);
     bool AddAssignments(Vtask* object, Task& task);
     void AddWant(Task& task, Vresource* resource, std::size_t wantIndex, const Vassignment& assignment);
+    bool HasNormalTime(const Vshift* shift);
     std::int32_t FindOrAddPattern(const Vshift* shift, bool workDay);
 
     void IndexObjects();
@@ -184,9 +197,13 @@ class Network {
     std::vector<Resource> resources_;
     std::vector<DayPattern> patterns_;
     std::vector<Period> periods_;
+    std::vector<NormalPeriod> normalPeriods_;
+    bool onMinuteGrid_ = true;
     std::vector<Slice> slices_;
     std::vector<Edge> edges_;
     std::vector<Link<Vtask>> circle_;
+    const Vshift* lastShift_ = nullptr;
+    bool lastHasNormalTime_ = false;
 
     // Scratch of ComputeOrder: slices and edges before they are put in order.
     struct RawEdge {

@@ -45,9 +45,9 @@ Solver::~Solver() {
     workspace_.SetSolver(nullptr);
 }
 
-void Solver::SetSolveMessage(const std::string& text) {
+void Solver::SetSolveMessage(std::string_view text) {
     message_ = text;
-    workspace_.ThePlatform().SolveStatus(text);
+    workspace_.ThePlatform().SolveStatus(message_);
 }
 
 void Solver::RestartSolve() {

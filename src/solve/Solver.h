@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "model/SolveService.h"
@@ -67,7 +68,7 @@ class Solver : public SolveService, private ForwardRun::Poll {
 
     /// The text about the solve.
     const std::string& SolveMessage() const { return message_; }
-    void SetSolveMessage(const std::string& text);
+    void SetSolveMessage(std::string_view text);
     /// What halted the last solve; none unless the mode is Halted.
     const std::optional<SolveProblem>& Problem() const { return problem_; }
     /// Halts: the running solve stops at its next AbortSolve.
