@@ -36,7 +36,7 @@ void ForwardRun::Prepare(const Network& network, Bookings& bookings) {
     clocks_.resize(tasks.size());
     for (std::size_t i = 0; i < tasks.size(); ++i) clocks_[i] = Clock{0, 0, Money(), tasks[i].materialCost};
     begun_ = 0;
-    steps_.clear();
+    sightings_.clear();
     problemTask_ = problemResource_ = -1;
 }
 
@@ -85,7 +85,9 @@ ForwardRun::Outcome ForwardRun::SolveOneSlice(std::int32_t slice) {
     }
     sliceStart_[Index(slice)] = start;
     if (task.effortUnits < 0) {
-        if (const Outcome outcome = Work(slice); outcome != Outcome::Done) return outcome;
+        const Outcome outcome = Work(slice);
+        if (piece.task == watched_) Record(slice);
+        if (outcome != Outcome::Done) return outcome;
     } else {
         double target;
         if (task.effortUnits == 0) {
@@ -122,10 +124,17 @@ void ForwardRun::SolveSubproject(std::int32_t slice) {
     sliceFinish_[Index(slice)] = clock.finish;
 }
 
-void ForwardRun::Note(std::int32_t slice, double from, std::int32_t before, std::int32_t after, bool team,
-                      bool skipped) {
-    const std::int32_t task = network_->Slices()[Index(slice)].task;
-    steps_.push_back({slice, from, clocks_[Index(task)].finish, before, after, team, skipped});
+void ForwardRun::Record(std::int32_t slice) {
+    const Network::Task& task = network_->Tasks()[Index(watched_)];
+    const auto first = static_cast<std::int32_t>(sliceStart_[Index(slice)]);
+    const auto last = static_cast<std::int32_t>(clocks_[Index(watched_)].finish);
+    for (const auto& want : network_->WantsOf(task)) {
+        for (std::int32_t day = first; day <= last; ++day) {
+            bookings_->ForEachSlot(want.resource, day, [&](const SlotView& slot) {
+                sightings_.push_back({slice, want.resource, slot});
+            });
+        }
+    }
 }
 
 /// Moves the clock of an effort slice forward, a day a step, until its minutes are placed.
@@ -141,25 +150,13 @@ ForwardRun::Outcome ForwardRun::Work(std::int32_t slice) {
             pollIn_ = kStepsPerPoll;
             if (poll_ && poll_->Stop(slice)) return Outcome::Stopped;
         }
-        if (taskIndex != watched_ && IsMidnight(clock.finish)) WorkWholeDays(task, remaining);
-        const double begin = clock.finish;
-        if (IsMidnight(begin)) {
-            const auto today = static_cast<std::int32_t>(begin);
-            const std::int32_t day = NextUsefulDay(task, remaining, today);
-            if (day != today) {
-                clock.finish = day;
-                if (taskIndex == watched_) Note(slice, begin, remaining, remaining, false, true);
-            }
+        if (IsMidnight(clock.finish)) WorkWholeDays(task, remaining);
+        if (IsMidnight(clock.finish)) {
+            clock.finish = NextUsefulDay(task, remaining, static_cast<std::int32_t>(clock.finish));
         }
         if (clock.finish > kLastDay) return Halt(Outcome::NoTime, taskIndex);
         const double stepStart = clock.finish;
-        const std::int32_t before = remaining;
-        const bool goesOn = SolveSomeMore(task, remaining, stepStart);
-        if (taskIndex == watched_) {
-            const int weekday = WeekdayIndex(static_cast<std::int32_t>(stepStart));
-            Note(slice, stepStart, before, remaining, before > task.today[Index(weekday)], false);
-        }
-        if (!goesOn) {
+        if (!SolveSomeMore(task, remaining, stepStart)) {
             problemDate_ = stepStart;
             return Halt(Outcome::Halted, taskIndex);
         }

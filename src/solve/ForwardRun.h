@@ -24,13 +24,10 @@ class ForwardRun {
         double start = 0, finish = 0;  ///< days; 0 is not solved
         Money laborCost, materialCost;
     };
-    /// One or more whole days of the clock of the task that is being watched, or the part of a day.
-    struct Step {
-        std::int32_t slice;
-        double from, to;             ///< days
-        std::int32_t before, after;  ///< minutes that remained of the slice
-        bool team;                   ///< the day held less than the slice needed
-        bool skipped;                ///< nothing could be given on any of these days
+    /// A slot of a resource that the watched task wants, as it stood when a slice of the task was done.
+    struct Sighting {
+        std::int32_t slice, resource;
+        SlotView slot;
     };
     /// Asked every few hundred steps whether to stop. `slice` is the one in work.
     class Poll {
@@ -45,9 +42,9 @@ class ForwardRun {
     /// Places all slices in order.
     Outcome SolveAllSlices(Poll* poll);
 
-    /// Records the steps of one task in the next pass; -1 records nothing.
+    /// Records what one task found on the days of its slices in the next pass; -1 records nothing.
     void Watch(std::int32_t task) { watched_ = task; }
-    const std::vector<Step>& Steps() const { return steps_; }
+    const std::vector<Sighting>& Sightings() const { return sightings_; }
 
     // Results by slice and by task; 0 where the pass has not come.
     const std::vector<double>& SliceStart() const { return sliceStart_; }
@@ -89,8 +86,7 @@ class ForwardRun {
         problemTask_ = task;
         return outcome;
     }
-    void Note(std::int32_t slice, double from, std::int32_t before, std::int32_t after, bool team,
-              bool skipped);
+    void Record(std::int32_t slice);
 
     const Network* network_ = nullptr;
     Bookings* bookings_ = nullptr;
@@ -105,7 +101,7 @@ class ForwardRun {
     int pollIn_ = 0;
     std::int32_t begun_ = 0;
     std::int32_t watched_ = -1;
-    std::vector<Step> steps_;
+    std::vector<Sighting> sightings_;
     std::int32_t problemTask_ = -1, problemResource_ = -1, problemMinutesLeft_ = 0;
     double problemDate_ = 0;
 };

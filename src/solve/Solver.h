@@ -87,9 +87,8 @@ class Solver : public SolveService, private ForwardRun::Poll {
     /// All held slots of a resource, in time order.
     std::vector<Vslot> HeldSlots(const Vresource& resource) const;
 
-    /// Records how the next solves place this task; none records nothing.
+    /// Records what this task finds in the next solves, for ExplainTask; none records nothing.
     void Watch(const Vtask* task) { watched_ = const_cast<Vtask*>(task); }
-    const std::vector<ForwardRun::Step>& WatchedSteps() const { return run_.Steps(); }
 
     const Network& TheNetwork() const { return network_; }
     const ForwardRun& Run() const { return run_; }

@@ -1,0 +1,98 @@
+#include "cli/CliPlatform.h"
+
+#include <clocale>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <ostream>
+
+#include "cli/TextTable.h"
+
+namespace vortan {
+
+namespace {
+
+// Work that is done sooner shows no progress.
+constexpr std::chrono::milliseconds kQuiet{300};
+constexpr int kProgressWidth = 78;
+
+/// A directory of the user's own below `variable`, or below the home directory, made if it is missing. The
+/// present directory if that fails.
+std::string UserDirectory(const char* variable, const char* belowHome) {
+    const char* base = std::getenv(variable);
+    const char* home = std::getenv("HOME");
+    std::filesystem::path path;
+    if (base && *base) {
+        path = base;
+    } else if (home && *home) {
+        path = std::filesystem::path(home) / belowHome;
+    } else {
+        return ".";
+    }
+    path /= "vortan";
+    std::error_code failed;
+    std::filesystem::create_directories(path, failed);
+    return failed ? "." : path.string();
+}
+
+}  // namespace
+
+BoxAnswer CliPlatform::MessageBox(const std::string& text, const std::string& title, BoxIcon,
+                                  BoxButtons buttons) {
+    ClearProgress();
+    streams_.err << title << ": " << text << "\n";
+    switch (buttons) {
+        case BoxButtons::Ok:
+            return BoxAnswer::Ok;
+        case BoxButtons::YesNo:
+            return BoxAnswer::No;
+        case BoxButtons::AbortRetryIgnore:
+            return BoxAnswer::Abort;
+        default:
+            return BoxAnswer::Cancel;
+    }
+}
+
+void CliPlatform::SolveStatus(const std::string& text) {
+    ShowProgress(text.ends_with("...") ? text : "");
+}
+
+void CliPlatform::ShowProgress(const std::string& text) {
+    if (!streams_.progress || std::chrono::steady_clock::now() - start_ < kQuiet) return;
+    ClearProgress();
+    if (text.empty()) return;
+    streams_.err << FitText(text, kProgressWidth) << std::flush;
+    shown_ = true;
+}
+
+void CliPlatform::ClearProgress() {
+    if (shown_) streams_.err << "\r\033[K" << std::flush;
+    shown_ = false;
+}
+
+DateTime CliPlatform::Now() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    return FromParts(
+        {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec});
+}
+
+std::string CliPlatform::CurrencySymbol() {
+    const std::lconv* locale = std::localeconv();
+    return locale && locale->currency_symbol ? locale->currency_symbol : "";
+}
+
+std::string CliPlatform::SettingsDirectory() {
+    return UserDirectory("XDG_CONFIG_HOME", ".config");
+}
+std::string CliPlatform::LogDirectory() {
+    return UserDirectory("XDG_STATE_HOME", ".local/state");
+}
+
+std::string CliPlatform::ProgramFile() {
+    std::error_code failed;
+    return std::filesystem::read_symlink("/proc/self/exe", failed).string();
+}
+
+}  // namespace vortan

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "cli/Cli.h"
+#include "cli/CliPlatform.h"
+#include "persist/Records.h"
+#include "solve/Solver.h"
+
+namespace vortan {
+
+/// Ends a command with a message and an exit code.
+class CliError : public std::runtime_error {
+  public:
+    explicit CliError(const std::string& message, int exitCode = kExitUsage)
+        : std::runtime_error(message), exitCode_(exitCode) {}
+    int ExitCode() const { return exitCode_; }
+
+  private:
+    int exitCode_;
+};
+
+/// One run of a command: a workspace with its solver, and the streams.
+struct CliSession {
+    explicit CliSession(const CliStreams& target)
+        : streams(target), platform(target), workspace(platform), solver(workspace) {}
+
+    /// Adds a plan file to the workspace. CliError if it cannot be read or is damaged. The first project and
+    /// template become active.
+    LoadReport Load(const std::string& fileName);
+    /// Writes everything. CliError if that fails.
+    void Save(const std::string& fileName);
+    /// Makes the project of that name active; nothing for an empty name. CliError if there is none.
+    void SelectProject(const std::string& name);
+    /// Makes the journal of that date active in all projects that have it. CliError if the active one has
+    /// not.
+    void SelectJournal(const std::string& date);
+    /// Solves everything in memory. Returns the exit code.
+    int Solve();
+
+    CliStreams streams;
+    CliPlatform platform;
+    Workspace workspace;
+    Solver solver;
+};
+
+/// A date as a user types it. CliError if it is none.
+DateTime ParseDateArgument(const std::string& text);
+
+struct SolveOptions {
+    std::vector<std::string> files;
+    bool json = false;
+    std::string save, journal, project;
+};
+int SolveCommand(CliSession& session, const SolveOptions& options);
+
+int ConvertCommand(CliSession& session, const std::string& from, const std::string& to);
+
+int CheckCommand(CliSession& session, const std::string& file);
+
+struct JournalOptions {
+    std::string file, project, add, activate, plan, save;
+};
+int JournalCommand(CliSession& session, const JournalOptions& options);
+
+struct WhyOptions {
+    std::string file, project;
+    int task = 0;
+    bool json = false;
+};
+int WhyCommand(CliSession& session, const WhyOptions& options);
+
+}  // namespace vortan

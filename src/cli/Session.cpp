@@ -1,0 +1,94 @@
+#include "cli/Commands.h"
+#include "model/Fault.h"
+#include "model/ValueText.h"
+#include "persist/Vfile.h"
+
+namespace vortan {
+
+namespace {
+
+void RequirePlanFile(const std::string& name) {
+    const FileType type = FileTypeOf(name);
+    if (type != FileType::Bundle && type != FileType::Ascii) {
+        throw CliError("The file \"" + name +
+                       "\" does not have a recognized type. Plan files end in .vta or .vtb.");
+    }
+}
+
+}  // namespace
+
+LoadReport CliSession::Load(const std::string& fileName) {
+    RequirePlanFile(fileName);
+    FileText file;
+    if (!ReadFileText(platform, fileName, file)) throw CliError("");
+    LoadReport report;
+    try {
+        TokenReader reader(file.text, fileName);
+        LoadRecords(workspace, reader, report);
+    } catch (const Fault& fault) {
+        throw CliError(fault.Description());
+    }
+    if (file.packed && !file.crcMatches) {
+        streams.err << "Warning: the check sum of " << fileName << " does not match: the file is damaged.\n";
+    }
+    if (report.lineBehindBlank > 0) {
+        streams.err << "Warning: " << fileName << " was read up to the blank line before line "
+                    << report.lineBehindBlank << "; what stands behind it was left out.\n";
+    }
+    if (!workspace.ThisProject() && !workspace.ProjectList().empty()) {
+        workspace.SetThisProject(workspace.ProjectList()[0]);
+    }
+    if (!workspace.ThisTemplate() && !workspace.TemplateList().empty()) {
+        workspace.SetThisTemplate(workspace.TemplateList()[0]);
+    }
+    return report;
+}
+
+void CliSession::Save(const std::string& fileName) {
+    RequirePlanFile(fileName);
+    if (!WriteFileText(platform, fileName, SaveRecords(workspace))) throw CliError("");
+}
+
+void CliSession::SelectProject(const std::string& name) {
+    if (name.empty()) return;
+    Vproject* project = workspace.ProjectList().Find(name);
+    if (!project) {
+        std::string known;
+        for (const Vproject* each : workspace.ProjectList())
+            known += (known.empty() ? "" : ", ") + each->ProjectName();
+        throw CliError("There is no project \"" + name + "\" in memory. " +
+                       (known.empty() ? "There are none." : "There are: " + known + "."));
+    }
+    workspace.SetThisProject(project);
+}
+
+void CliSession::SelectJournal(const std::string& text) {
+    if (text.empty()) return;
+    const DateTime date = ParseDateArgument(text);
+    const Vproject* active = workspace.ThisProject();
+    if (!active) throw CliError("There is no project in memory whose journal could be chosen.");
+    if (!active->JournalDefined(date)) {
+        std::string known;
+        for (const DateTime each : active->JournalDates())
+            known += (known.empty() ? "" : ", ") + FormatDate(each);
+        throw CliError("Project " + active->ProjectName() + " has no journal of " + FormatDate(date) +
+                       ". It has: " + known + ".");
+    }
+    for (Vproject* project : workspace.ProjectList()) {
+        if (project->JournalDefined(date)) project->SetJournal(date);
+    }
+}
+
+int CliSession::Solve() {
+    solver.RestartSolve();
+    solver.SolveTimerTick();
+    return solver.Mode() == SolveMode::Idle ? kExitDone : kExitHalted;
+}
+
+DateTime ParseDateArgument(const std::string& text) {
+    const auto date = ParseDate(text);
+    if (!date) throw CliError("\"" + text + "\" is not a date. Write month/day/year or year-month-day.");
+    return *date;
+}
+
+}  // namespace vortan

@@ -1,0 +1,93 @@
+#include "model/JournalCommands.h"
+
+#include "model/Fault.h"
+#include "model/ValueText.h"
+
+namespace vortan {
+
+namespace {
+
+/// Calls `act` on all projects of the active project's master.
+template <class Act>
+void ForEachRelative(Workspace& workspace, Act&& act) {
+    const Vproject* active = workspace.ThisProject();
+    if (!active) return;
+    const Vproject* master = active->Master();
+    for (Vproject* project : workspace.ProjectList()) {
+        if (project->Master() == master) act(*project);
+    }
+}
+
+}  // namespace
+
+bool NewJournal(Workspace& workspace) {
+    JournalOwner* owner = workspace.ThisProject();
+    if (!owner) owner = workspace.ThisTemplate();
+    if (!owner) {
+        workspace.ThisProjectSet();
+        return false;
+    }
+    Platform& platform = workspace.ThePlatform();
+    std::string text;
+    std::optional<DateTime> date;
+    while (!date) {
+        const InputAnswer answer =
+            platform.InputBox("Please enter a new journal date:", "Enter New Journal Date", text);
+        if (!answer.given || answer.text.empty()) return false;
+        text = answer.text;
+        date = ParseDate(text);
+        if (!date) platform.Beep();
+    }
+    const DateTime before = owner->Journal();
+    const bool existed = owner->JournalDefined(*date);
+    if (existed && *date == before) {
+        platform.MessageBox("The active journal has a date of " + FormatDate(*date) + ".",
+                            "Journal Already Active", BoxIcon::Information, BoxButtons::Ok);
+    } else if (existed) {
+        platform.MessageBox("A journal with the date of " + FormatDate(*date) +
+                                " already exists.  VORTAN will now make that journal active.",
+                            "Journal Already Exists", BoxIcon::Information, BoxButtons::Ok);
+    }
+    owner->AddJournal(*date);
+    AddJournalEverywhere(workspace, *date);
+    workspace.BroadcastNewJournal();
+    workspace.RestartSolve();
+    return !existed;
+}
+
+void SelectJournal(Workspace& workspace, const std::string& nodeText) {
+    if (nodeText.empty() || nodeText.front() == '<') return;
+    const DateTime date = JDate(nodeText);
+    if (const Vproject* project = workspace.ThisProject()) {
+        if (project->Journal() == date) return;
+        ActivateJournal(workspace, date);
+    } else if (Vtemplate* active = workspace.ThisTemplate()) {
+        active->SetJournal(date);
+    }
+    workspace.BroadcastNewJournal();
+    workspace.RestartSolve();
+}
+
+void SetAsPlan(Workspace& workspace) {
+    const Vproject* active = workspace.ThisProject();
+    if (!active) return;
+    ForEachRelative(workspace, [&](const Vproject& project) {
+        if (project.Journal() == active->Journal()) return;
+        Refuse("Project.Journal (" + FormatDate(project.Journal()) + ") <> ThisProject.Journal (" +
+               FormatDate(active->Journal()) + ")");
+    });
+    ForEachRelative(workspace, [](Vproject& project) { project.SetPlanIndex(project.CurrentIndex()); });
+    workspace.BroadcastNewJournal();
+}
+
+void AddJournalEverywhere(Workspace& workspace, DateTime date) {
+    ForEachRelative(workspace, [&](Vproject& project) { project.AddJournal(date); });
+    for (Vtemplate* each : workspace.TemplateList()) each->AddJournal(date);
+}
+
+void ActivateJournal(Workspace& workspace, DateTime date) {
+    ForEachRelative(workspace, [&](Vproject& project) { project.SetJournal(date); });
+    for (Vtemplate* each : workspace.TemplateList()) each->AddJournal(date);
+}
+
+}  // namespace vortan
