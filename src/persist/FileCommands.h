@@ -1,0 +1,76 @@
+#pragma once
+
+#include <exception>
+#include <functional>
+#include <string>
+
+#include "model/Workspace.h"
+#include "persist/Records.h"
+#include "persist/Settings.h"
+
+namespace vortan {
+
+/// The file commands of the program and the rules around them. Memory holds any number of projects and
+/// templates, a file holds them all at once, and reading a file adds to memory unless the user says
+/// otherwise. Each public procedure is meant to run as one command in the error trap.
+class FileCommands {
+  public:
+    /// Both must outlive the object.
+    FileCommands(Workspace& workspace, Settings& settings) : workspace_(workspace), settings_(settings) {}
+    FileCommands(const FileCommands&) = delete;
+    FileCommands& operator=(const FileCommands&) = delete;
+
+    /// Exchange with files of Microsoft Project (".mpp"). Without one, the command answers that it is not
+    /// ready yet.
+    std::function<bool(const std::string&fileName)> Import, Export;
+    /// Closes every screen that shows what is about to be cleared.
+    std::function<void()> UnloadScreens;
+
+    /// Before the first command: the directory of the file dialogs and the period of the backup. Reads the
+    /// settings, whose fault it passes on with everything done.
+    void StartUp();
+    /// The close of the program. False: the user wants to stay, and nothing has changed. True: the settings
+    /// are written, memory is empty, and no solve will run any more.
+    bool ShutDown();
+
+    /// Writes everything in memory to a bundle or ASCII file. Nothing is dirty once the file is safely
+    /// written. False: it was not, which the user has been told. Another type is a fault.
+    bool SaveAll(const std::string& fileName);
+    /// Asks for a name and saves under it. True only if nothing in memory is dirty now.
+    bool RequestSave();
+    /// Whether memory may be thrown away: nothing is dirty, or the user saved it or gave it up.
+    bool OkToDeleteAll();
+    /// Empties memory without a question.
+    void DeleteAll();
+
+    void FileNew();
+    /// Reads a file, after asking what is to become of what is in memory.
+    void OpenFile(const std::string& fileName);
+    /// Adds what a file holds to memory without a question. Makes its first project and template the active
+    /// ones if there are none, tells everyone, and has everything solved. False: nothing was read, which the
+    /// user has been told. A fault about a damaged file goes on to the caller when all that is done; what was
+    /// read up to the damage stays.
+    bool LoadFile(const std::string& fileName);
+    /// The records of a bundle or ASCII file alone, and nothing after them. False and faults as LoadFile.
+    bool OpenBundle(const std::string& fileName);
+    /// What the file last read held.
+    const LoadReport& LastReport() const { return report_; }
+
+    /// The event of a timer of 10 seconds: saves a backup when it is time for one.
+    void AutoBackupTick();
+
+  private:
+    bool AnyDirty(bool& projects, bool& templates) const;
+    void AddRecentFile(const std::string& fileName);
+    bool LoadByType(const std::string& fileName);
+    void TellUnrecognized(const std::string& fileName);
+    void TellWhatIsOdd(const std::string& fileName);
+
+    Workspace& workspace_;
+    Settings& settings_;
+    LoadReport report_;
+    std::string damage_;      // of the packed form of the file last read, for the status bar
+    double lastBackup_ = -1;  // the minute of the last backup, counted from date 0
+};
+
+}  // namespace vortan

@@ -1,0 +1,362 @@
+#include "persist/FileCommands.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+
+#include "model/Fault.h"
+#include "model/Listener.h"
+#include "persist/PackedText.h"
+#include "persist/Vfile.h"
+#include "solve/Solver.h"
+#include "support/PlanFiles.h"
+#include "support/ScriptedPlatform.h"
+
+namespace vortan {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class CountingListener : public Listener {
+  public:
+    void NewThisProject() override { ++projects; }
+    void NewThisTemplate() override { ++templates; }
+    int projects = 0, templates = 0;
+};
+
+class FileCommandsTest : public testing::Test {
+  protected:
+    FileCommandsTest() { workspace.AddListener(&listener); }
+
+    std::string Path(const std::string& name) const { return platform.Directory() + "/" + name; }
+    std::string Write(const std::string& name, const std::string& text) const {
+        WriteBytes(Path(name), FileTypeOf(name) == FileType::Bundle ? PackText(text) : text);
+        return Path(name);
+    }
+    Vproject* Load(const std::string& name) {
+        LoadText(workspace, SmallPlan(name) + StartsOnADate());
+        workspace.SetThisProject(workspace.ProjectList().Find(name));
+        return workspace.ThisProject();
+    }
+    Names Projects() const {
+        Names names;
+        for (const Vproject* project : workspace.ProjectList()) names.push_back(project->ProjectName());
+        return names;
+    }
+
+    ScriptedPlatform platform;
+    Workspace workspace{platform};
+    Solver solver{workspace};
+    Settings settings{platform};
+    FileCommands files{workspace, settings};
+    CountingListener listener;
+};
+
+TEST_F(FileCommandsTest, OpenIntoEmptyMemoryAsksNothing) {
+    for (const std::string name : {"a.vta", "b.VTB"}) {
+        SCOPED_TRACE(name);
+        listener = {};
+        Write(name, SmallPlan("Second") + SmallPlan("First"));
+        files.OpenFile(Path(name));
+        EXPECT_EQ(Projects(), (Names{"Second", "First"}));
+        EXPECT_EQ(workspace.ThisProject(), workspace.ProjectList()[0]);
+        EXPECT_EQ(files.LastReport().tasks, 2);
+        EXPECT_EQ(listener.projects, 1);
+        EXPECT_EQ(listener.templates, 1);
+        EXPECT_EQ(workspace.LastFileName, Path(name));
+        EXPECT_EQ(settings.RecentFiles()[0], Path(name));
+        EXPECT_EQ(solver.Mode(), SolveMode::Restart);
+        EXPECT_TRUE(platform.solveTimerArmed);
+        EXPECT_EQ(platform.statusMessages.back(), "");
+        workspace.FreeAllMemory();
+    }
+}
+
+TEST_F(FileCommandsTest, OpenWithSomethingInMemoryAsks) {
+    Write("b.vta", SmallPlan("B"));
+    Vproject* const a = Load("A");
+    const std::string question =
+        "There are already projects and/or templates loaded into memory.\nIf you do not delete them, then "
+        "VORTAN will combine the data in " +
+        Path("b.vta") +
+        " with the data in memory.\n\nDo you want to delete all templates and projects first?";
+
+    platform.ExpectBox("Delete All Projects and Templates", BoxAnswer::Cancel, question);
+    files.OpenFile(Path("b.vta"));
+    EXPECT_EQ(Projects(), Names{"A"});
+    EXPECT_EQ(workspace.LastFileName, "");
+
+    platform.ExpectBox("Delete All Projects and Templates", BoxAnswer::No);
+    files.OpenFile(Path("b.vta"));
+    EXPECT_EQ(Projects(), (Names{"A", "B"}));
+    EXPECT_EQ(workspace.ThisProject(), a);
+
+    a->SetDirty(true);
+    platform.ExpectBox("Delete All Projects and Templates", BoxAnswer::Yes);
+    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Cancel);
+    files.OpenFile(Path("b.vta"));
+    EXPECT_EQ(Projects(), (Names{"A", "B"}));
+
+    platform.ExpectBox("Delete All Projects and Templates", BoxAnswer::Yes);
+    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No);
+    files.OpenFile(Path("b.vta"));
+    EXPECT_EQ(Projects(), Names{"B"});
+    EXPECT_EQ(workspace.ThisProject()->ProjectName(), "B");
+}
+
+TEST_F(FileCommandsTest, LoadingSeveralFilesMergesWithoutAQuestion) {
+    EXPECT_TRUE(files.LoadFile(Write("a.vta", SmallPlan("A"))));
+    EXPECT_TRUE(files.LoadFile(Write("b.vtb", SmallPlan("B"))));
+    EXPECT_EQ(Projects(), (Names{"A", "B"}));
+    EXPECT_EQ(workspace.ThisProject()->ProjectName(), "A");
+    EXPECT_FALSE(std::filesystem::exists(Path("Vortan.cfg")));
+}
+
+TEST_F(FileCommandsTest, WhatCannotBeOpenedLeavesMemoryAndSolvesOn) {
+    Load("A");
+    platform.ExpectBox("File Open Error", BoxAnswer::Ok, "Attempting the read");
+    EXPECT_FALSE(files.LoadFile(Path("none.vta")));
+    platform.ExpectBox("File Type Not Recognized", BoxAnswer::Ok,
+                       "The file \"plan.txt\" does not have a recognized type.");
+    EXPECT_FALSE(files.LoadFile("plan.txt"));
+    platform.ExpectBox("File Type Not Recognized", BoxAnswer::Ok);
+    EXPECT_FALSE(files.LoadFile("Vortan.cfg"));
+    platform.ExpectBox("Not Ready Yet", BoxAnswer::Ok);
+    EXPECT_FALSE(files.LoadFile("plan.MPP"));
+    files.Import = [](const std::string& name) { return name == "plan.mpp"; };
+    EXPECT_TRUE(files.LoadFile("plan.mpp"));
+    EXPECT_EQ(Projects(), Names{"A"});
+    EXPECT_EQ(listener.projects, 5);
+    EXPECT_EQ(solver.Mode(), SolveMode::Restart);
+    solver.SolveTimerTick();
+    EXPECT_EQ(solver.SolveMessage(), "Solve complete");
+}
+
+TEST_F(FileCommandsTest, ADamagedFileIsAFaultWithWhatWasReadInPlace) {
+    Write("a.vta", SmallPlan("A") + "PROJEKT\r\n");
+    try {
+        files.OpenFile(Path("a.vta"));
+        ADD_FAILURE() << "no fault";
+    } catch (const Fault& fault) {
+        EXPECT_NE(fault.Description().find(Path("a.vta")), std::string::npos);
+        EXPECT_NE(fault.Description().find("PROJEKT"), std::string::npos);
+    }
+    ASSERT_NE(workspace.ThisProject(), nullptr);
+    EXPECT_EQ(files.LastReport().projects, 1);
+    EXPECT_EQ(listener.projects, 1);
+    EXPECT_EQ(listener.templates, 1);
+    EXPECT_EQ(solver.Mode(), SolveMode::Restart);
+    EXPECT_TRUE(platform.solveTimerArmed);
+}
+
+TEST_F(FileCommandsTest, WhatIsOddInAFileIsTold) {
+    Write("a.vta", "\r\n\r\n" + SmallPlan("A"));
+    platform.ExpectBox("File Not Read To Its End", BoxAnswer::Ok, "begins in line 3 ");
+    EXPECT_TRUE(files.LoadFile(Path("a.vta")));
+    EXPECT_EQ(Projects(), Names{});
+
+    std::string packed = PackText(SmallPlan("B"));
+    packed.back() ^= 1;
+    WriteBytes(Path("b.vtb"), packed);
+    EXPECT_TRUE(files.LoadFile(Path("b.vtb")));
+    EXPECT_NE(platform.statusMessages.back().find("check sum"), std::string::npos);
+    WriteBytes(Path("b.vtb"), packed.substr(0, packed.size() - 4));
+    EXPECT_TRUE(files.LoadFile(Path("b.vtb")));
+    EXPECT_NE(platform.statusMessages.back().find("cut off"), std::string::npos);
+    EXPECT_EQ(Projects(), Names{"B"});
+}
+
+TEST_F(FileCommandsTest, SavingMakesClean) {
+    Load("A")->SetDirty(true);
+    LoadText(workspace,
+             "TEMPLATE\r\n  TemplateName,T\r\n  Description,\"\"\r\n  ViewPassword,\"\"\r\n"
+             "  ModifyPassword,\"\"\r\n  CurrentIndex,0\r\n  NumJournals,1\r\n"
+             "  JournalDates,09/03/2001 12:00am\r\n");
+    Vtemplate* const staff = workspace.TemplateList()[0];
+    staff->SetDirty(true);
+    platform.ExpectBox("File Open Error", BoxAnswer::Ok, "Attempting the write");
+    EXPECT_FALSE(files.SaveAll(Path("none/a.vtb")));
+    EXPECT_TRUE(workspace.ThisProject()->Dirty() && staff->Dirty());
+    EXPECT_EQ(settings.RecentFiles(), Names{});
+
+    EXPECT_TRUE(files.SaveAll(Path("a.vtb")));
+    EXPECT_FALSE(workspace.ThisProject()->Dirty() || staff->Dirty());
+    EXPECT_EQ(settings.RecentFiles(), Names{Path("a.vtb")});
+    EXPECT_EQ(UnpackText(FileBytes(Path("a.vtb"))).text, SaveRecords(workspace));
+    EXPECT_THROW(files.SaveAll(Path("a.cfg")), Fault);
+}
+
+TEST_F(FileCommandsTest, SaveAsksForAName) {
+    Load("A")->SetDirty(true);
+    platform.ExpectSaveFileDialog({});
+    EXPECT_FALSE(files.RequestSave());
+    EXPECT_EQ(workspace.LastFileName, "");
+    platform.ExpectSaveFileDialog({true, Path("a.txt")});
+    platform.ExpectBox("File Type Not Recognized", BoxAnswer::Ok);
+    EXPECT_FALSE(files.RequestSave());
+    EXPECT_EQ(workspace.LastFileName, Path("a.txt"));
+    EXPECT_EQ(workspace.FileDialogPath, platform.Directory() + "/");
+    platform.ExpectSaveFileDialog({true, Path("a.mpp")});
+    platform.ExpectBox("Not Ready Yet", BoxAnswer::Ok);
+    EXPECT_FALSE(files.RequestSave());
+    std::string exported;
+    files.Export = [&](const std::string& name) { return exported = name, true; };
+    platform.ExpectSaveFileDialog({true, Path("a.mpp")});
+    EXPECT_FALSE(files.RequestSave());  // nothing in memory became clean
+    EXPECT_EQ(exported, Path("a.mpp"));
+    EXPECT_TRUE(workspace.ThisProject()->Dirty());
+    platform.ExpectSaveFileDialog({true, Path("a.vta")});
+    EXPECT_TRUE(files.RequestSave());
+    EXPECT_EQ(FileBytes(Path("a.vta")), SaveRecords(workspace));
+}
+
+TEST_F(FileCommandsTest, NewThrowsMemoryAwayOnlyWithConsent) {
+    platform.ExpectBox("Memory Already Empty", BoxAnswer::Ok,
+                       "Memory is already empty.  There are no projects or templates loaded.");
+    files.FileNew();
+    EXPECT_EQ(listener.projects, 0);
+
+    Load("A")->SetDirty(true);
+    int unloaded = 0;
+    files.UnloadScreens = [&] { ++unloaded; };
+    const std::string question =
+        "Changes have been made to one or more projects.\nThese changes exist only in memory and will be "
+        "lost "
+        "unless they are saved to disk.\n\nDo you want to save all changes to disk?";
+    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Cancel, question);
+    files.FileNew();
+    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Yes);
+    platform.ExpectSaveFileDialog({});
+    files.FileNew();
+    EXPECT_EQ(Projects(), Names{"A"});
+    EXPECT_EQ(unloaded, 0);
+
+    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Yes);
+    platform.ExpectSaveFileDialog({true, Path("a.vtb")});
+    settings.RecentFiles();  // reads them, with a status message of its own
+    platform.statusMessages.clear();
+    files.FileNew();
+    EXPECT_EQ(Projects(), Names{});
+    EXPECT_EQ(workspace.ThisProject(), nullptr);
+    EXPECT_EQ(unloaded, 1);
+    EXPECT_GE(listener.projects, 1);
+    EXPECT_GE(listener.templates, 1);
+    EXPECT_EQ(platform.statusMessages, (Names{"Writing to " + Path("a.vtb"), "", "Clearing memory", ""}));
+    EXPECT_EQ(solver.Mode(), SolveMode::Restart);
+}
+
+TEST_F(FileCommandsTest, TheQuestionNamesWhatIsDirty) {
+    Load("A");
+    Vtemplate* const staff = workspace.FindOrCreateTemplate("T");
+    EXPECT_TRUE(files.OkToDeleteAll());
+    staff->SetDirty(true);
+    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No, "one or more templates.\n");
+    EXPECT_TRUE(files.OkToDeleteAll());
+    workspace.ThisProject()->SetDirty(true);
+    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No, "one or more projects and templates.\n");
+    EXPECT_TRUE(files.OkToDeleteAll());
+}
+
+TEST_F(FileCommandsTest, BackupsRunOnceInTheirMinute) {
+    const auto tickAt = [&](int hour, int minute, int second) {
+        platform.now = FromParts({2001, 9, 3, hour, minute, second});
+        files.AutoBackupTick();
+    };
+    const auto backups = [&] {
+        Names names = NamesIn(platform.Directory());
+        std::erase_if(names, [](const std::string& name) { return !name.starts_with("Backup"); });
+        return names;
+    };
+    workspace.BackupMinutes = 20;
+    tickAt(8, 0, 0);
+    EXPECT_EQ(backups(), Names{});  // nothing to save
+    Load("A")->SetDirty(true);
+    workspace.BackupMinutes = 0;
+    tickAt(8, 0, 10);
+    EXPECT_EQ(backups(), Names{});  // off
+    workspace.BackupMinutes = 20;
+    tickAt(8, 0, 20);
+    EXPECT_EQ(backups(), Names{"Backup00.vtb"});
+    EXPECT_FALSE(workspace.ThisProject()->Dirty());
+    EXPECT_EQ(settings.RecentFiles(), Names{Path("Backup00.vtb")});
+
+    std::filesystem::remove(Path("Backup00.vtb"));
+    for (int second = 30; second < 60; second += 10) tickAt(8, 0, second);
+    EXPECT_EQ(backups(), Names{});
+    for (int minute = 1; minute < 60; ++minute) tickAt(8, minute, 5);
+    EXPECT_EQ(backups(), (Names{"Backup20.vtb", "Backup40.vtb"}));
+    tickAt(9, 0, 5);
+    EXPECT_EQ(backups().size(), 3u);
+}
+
+TEST_F(FileCommandsTest, StartUpReadsTheSettings) {
+    files.StartUp();
+    EXPECT_EQ(workspace.BackupMinutes, 0);
+    EXPECT_EQ(workspace.FileDialogPath, std::filesystem::current_path().string());
+
+    WriteBytes(Path("Vortan.cfg"), PackText("INITIALIZATION\r\nAutomaticBackupCombo,5\r\nBarOption\r\n"));
+    Settings damaged(platform);
+    FileCommands next(workspace, damaged);
+    EXPECT_THROW(next.StartUp(), Fault);
+    EXPECT_EQ(workspace.BackupMinutes, 5);
+}
+
+TEST_F(FileCommandsTest, ShutDownAsksWritesAndClears) {
+    files.StartUp();
+    Load("A")->SetDirty(true);
+    settings.WriteSettings("BarOption", "-");
+    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Yes);
+    platform.ExpectSaveFileDialog({});
+    EXPECT_FALSE(files.ShutDown());
+    EXPECT_EQ(Projects(), Names{"A"});
+    EXPECT_FALSE(std::filesystem::exists(Path("Vortan.cfg")));
+
+    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No);
+    EXPECT_TRUE(files.ShutDown());
+    EXPECT_EQ(Projects(), Names{});
+    EXPECT_FALSE(platform.solveTimerArmed);
+    EXPECT_EQ(Settings(platform).ReadSettings("BarOption"), "-");
+}
+
+/// The user's commands run in the middle of a solve, on its own stack, at whatever moment.
+TEST_F(FileCommandsTest, CommandsMayComeWhileASolveRuns) {
+    const std::string plan = FileBytes(TEST_DATA "/golden/solve/m22.vta");
+    Write("b.vta", SmallPlan("B"));
+    solver.SetServiceInterval(std::chrono::microseconds(0));
+    int moment = 0;
+    for (bool came = true; came; ++moment) {
+        SCOPED_TRACE(moment);
+        workspace.FreeAllMemory();
+        LoadText(workspace, plan);
+        workspace.SetThisProject(workspace.ProjectList()[0]);
+        const std::size_t loaded = workspace.ProjectList().size();
+        came = false;
+        platform.onServeEvents = [&, left = moment]() mutable {
+            if (left-- != 0) return;
+            came = true;
+            if (moment % 2 == 0) {
+                files.DeleteAll();
+            } else {
+                EXPECT_TRUE(files.LoadFile(Path("b.vta")));
+            }
+        };
+        solver.RestartSolve();
+        solver.SolveTimerTick();
+        if (!came) {
+            EXPECT_EQ(solver.SolveMessage(), "Solve complete");
+        } else if (moment % 2 == 0) {
+            EXPECT_EQ(solver.SolveMessage(), "No projects loaded");
+        } else {
+            EXPECT_EQ(workspace.ProjectList().size(), loaded + 1);
+            EXPECT_EQ(solver.SolveMessage(), "Journal sync error");  // the new project has other journals
+        }
+    }
+    const auto& texts = platform.solveStatuses;
+    EXPECT_TRUE(
+        std::any_of(texts.begin(), texts.end(), [](const auto& t) { return t.starts_with("Solving "); }));
+}
+
+}  // namespace
+}  // namespace vortan

@@ -1,0 +1,272 @@
+#include "persist/Records.h"
+
+#include <gtest/gtest.h>
+
+#include "model/Fault.h"
+#include "persist/PackedText.h"
+#include "solve/Solver.h"
+#include "support/PlanFiles.h"
+#include "support/ScriptedPlatform.h"
+
+namespace vortan {
+namespace {
+
+class RecordsTest : public testing::Test {
+  protected:
+    /// Reads `text` into new memory and saves it again.
+    std::string Resaved(std::string_view text) {
+        Workspace fresh(platform);
+        LoadText(fresh, text);
+        if (!fresh.ProjectList().empty()) fresh.SetThisProject(fresh.ProjectList()[0]);
+        if (!fresh.TemplateList().empty()) fresh.SetThisTemplate(fresh.TemplateList()[0]);
+        return SaveRecords(fresh);
+    }
+    /// The fault of reading `text`, empty if there is none. What was read must be fit to be saved and solved.
+    std::string FaultOf(std::string_view text) {
+        Workspace fresh(platform);
+        Solver solver(fresh);
+        std::string description;
+        try {
+            LoadText(fresh, text);
+        } catch (const Fault& fault) {
+            description = fault.Description();
+        }
+        const std::string saved = SaveRecords(fresh);
+        EXPECT_EQ(saved.empty(), fresh.ProjectList().empty() && fresh.TemplateList().empty());
+        if (!fresh.ProjectList().empty()) fresh.SetThisProject(fresh.ProjectList()[0]);
+        solver.RestartSolve();
+        solver.SolveTimerTick();
+        return description;
+    }
+
+    ScriptedPlatform platform;
+    Workspace workspace{platform};
+};
+
+std::string Replace(std::string text, const std::string& from, const std::string& to) {
+    const auto at = text.find(from);
+    EXPECT_NE(at, std::string::npos) << from;
+    return text.replace(at, from.size(), to);
+}
+
+/// The lines of a text with their ends.
+std::vector<std::string> Lines(const std::string& text) {
+    std::vector<std::string> lines;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = text.find('\n', at) + 1;
+        lines.push_back(text.substr(at, end - at));
+        at = end;
+    }
+    return lines;
+}
+
+std::string Join(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const std::string& line : lines) text += line;
+    return text;
+}
+
+const std::string kSmallGolden = TEST_DATA "/golden/solve/m33.vta";
+
+TEST_F(RecordsTest, EveryPlanIsSavedAsItWasRead) {
+    const auto plans = GoldenPlans();
+    ASSERT_GT(plans.size(), 20u);
+    for (const std::string& plan : plans) {
+        SCOPED_TRACE(plan);
+        const std::string saved = Resaved(FileBytes(plan));
+        EXPECT_TRUE(Resaved(saved) == saved);
+        const UnpackResult unpacked = UnpackText(PackText(saved));
+        EXPECT_TRUE(unpacked.crcMatches && unpacked.text == saved);
+    }
+}
+
+TEST_F(RecordsTest, ACanonicalPlanIsSavedByteForByte) {
+    const std::string plan = SmallPlan("P", {1, 2}) + DependencyOn("P", 1) + SmallPlan("Q");
+    EXPECT_EQ(Resaved(plan), plan);
+    std::string bare = plan;
+    std::erase(bare, '\r');
+    EXPECT_EQ(Resaved(bare), plan);
+    EXPECT_EQ(Resaved(""), "");
+}
+
+TEST_F(RecordsTest, AMissingLineIsAFaultWithItsPlace) {
+    const auto lines = Lines(FileBytes(kSmallGolden));
+    ASSERT_GT(lines.size(), 200u);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        SCOPED_TRACE(lines[i]);
+        auto damaged = lines;
+        damaged.erase(damaged.begin() + static_cast<std::ptrdiff_t>(i));
+        const std::string fault = FaultOf(Join(damaged));
+        const std::string place = "Line " + std::to_string(i + 1);
+        EXPECT_NE(fault.find("plan.vta"), std::string::npos) << fault;
+        // At the end of the text there is only the last line to point to.
+        if (i + 1 < lines.size()) {
+            EXPECT_NE(fault.find(place), std::string::npos) << fault;
+        }
+    }
+}
+
+TEST_F(RecordsTest, AnAlteredLineIsAFaultWithItsPlace) {
+    const auto lines = Lines(FileBytes(kSmallGolden));
+    const std::string ends = "\r\n";
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        SCOPED_TRACE(lines[i]);
+        const std::string line = lines[i].substr(0, lines[i].size() - ends.size());
+        for (const std::string& wrong :
+             {"x" + line, line.substr(0, line.find(',')) + ",\"", line + ",1,2,3"}) {
+            auto damaged = lines;
+            damaged[i] = wrong + ends;
+            const std::string fault = FaultOf(Join(damaged));
+            EXPECT_NE(fault.find("plan.vta"), std::string::npos) << wrong;
+            EXPECT_NE(fault.find("Line " + std::to_string(i + 1)), std::string::npos) << wrong << fault;
+        }
+    }
+}
+
+TEST_F(RecordsTest, ValuesThatCannotBeAreFaults) {
+    const std::string plan = SmallPlan("P", {1, 2}) + DependencyOn("P", 1);
+    const struct {
+        const char *from, *to, *fragment;
+    } cases[] = {
+        {"ProjectName,P", "ProjectName,\"\"", "ProjectName is empty"},
+        {"TaskID,2", "TaskID,0", "a number above 0"},
+        {"TaskID,2", "TaskID,-7", "a number above 0"},
+        {"NumJournals,1", "NumJournals,2", "2"},
+        {"NumJournals,1", "NumJournals,-1", "-1"},
+        {"NumJournals,1", "NumJournals,2000000000", "2000000000"},
+        {"CurrentIndex,0", "CurrentIndex,1", "CurrentIndex"},
+        {"PlanIndex,0", "PlanIndex,-1", "PlanIndex"},
+        {"JournalDates,09/03/2001 12:00am", "JournalDates,13/03/2001 12:00am", "a date"},
+        {"SolveRules,1", "SolveRules,7", "a solve rule"},
+        {"Include,True", "Include,Maybe", "True or False"},
+        {"Include,True", "Include,True,True", "one for each journal"},
+        {"FromPercent,100", "FromPercent,101", "a percentage"},
+        {"TaskRequired,P,1", "TaskRequired,P", "the number is missing"},
+        {"EarlyStart,12/30/1899 12:00am", "EarlyStart,tomorrow", "a date"},
+    };
+    for (const auto& test : cases) {
+        const std::string fault = FaultOf(Replace(plan, test.from, test.to));
+        EXPECT_NE(fault.find(test.fragment), std::string::npos) << test.to << ": " << fault;
+        EXPECT_NE(fault.find("Line "), std::string::npos) << test.to;
+    }
+}
+
+TEST_F(RecordsTest, APlanCutAnywhereIsReadOrAFault) {
+    const std::string plan = SmallPlan("P", {1, 2}) + DependencyOn("P", 1);
+    int whole = 0;
+    for (std::size_t size = 0; size < plan.size(); ++size) {
+        if (FaultOf(std::string_view(plan).substr(0, size)).empty()) ++whole;
+    }
+    EXPECT_GT(whole, 3);    // the ends of the records
+    EXPECT_LT(whole, 120);  // and of values that are shorter but no less good
+}
+
+TEST_F(RecordsTest, APackedPlanCutAnywhereIsReadOrAFault) {
+    const std::string packed = PackText(FileBytes(kSmallGolden));
+    for (std::size_t size = 0; size < packed.size(); ++size) {
+        const UnpackResult cut = UnpackText(std::string_view(packed).substr(0, size));
+        EXPECT_FALSE(cut.suffixFound && cut.crcMatches) << size;
+        FaultOf(cut.text);
+    }
+}
+
+TEST_F(RecordsTest, ReadingTwiceOverwritesFieldsAndDoublesDependencies) {
+    const std::string plan = SmallPlan("P", {1, 2}) + DependencyOn("P", 1);
+    LoadText(workspace, plan);
+    LoadText(workspace, SmallPlan("P", {3}));
+    const Vproject& project = *workspace.ProjectList()[0];
+    EXPECT_EQ(project.TaskList().size(), 3u);  // the second file lacks 1 and 2
+    Vtask* const second = project.FindTask(2);
+    LoadText(workspace, Replace(Replace(plan, "Description,Small", "Description,Other"),
+                                "TaskID,2\r\n  Subproject,\"\"\r\n  Description,Dig",
+                                "TaskID,2\r\n  Subproject,\"\"\r\n  Description,Fill"));
+    ASSERT_EQ(workspace.ProjectList().size(), 1u);
+    EXPECT_EQ(project.Description(), "Other");
+    EXPECT_EQ(project.FindTask(2), second);
+    EXPECT_EQ(second->Description(), "Fill");
+    EXPECT_EQ(second->DependencyList().size(), 2u);
+    EXPECT_FALSE(project.Dirty());
+}
+
+TEST_F(RecordsTest, LinksMayPointForward) {
+    LoadText(workspace, SmallPlan("P", {1}) + DependencyOn("Q", 5) + SmallPlan("Q", {5}));
+    const Vproject& later = *workspace.ProjectList().Find("Q");
+    const Vtask& task = *workspace.ProjectList().Find("P")->FindTask(1);
+    EXPECT_EQ(task.DependencyList()[0]->TaskRequired(), later.FindTask(5));
+    EXPECT_EQ(later.FindTask(5)->Description(), "Dig");
+    EXPECT_EQ(later.Description(), "Small");
+
+    LoadText(workspace, SmallPlan("R", {1}) + DependencyOn("S", 9));
+    const Vproject& stub = *workspace.ProjectList().Find("S");
+    EXPECT_EQ(stub.Description(), "<stub>");
+    Vtask* const stubTask = stub.FindTask(9);
+    EXPECT_EQ(stubTask->Description(), "<stub>");
+    LoadText(workspace, SmallPlan("S", {9}));  // another file fills it in
+    EXPECT_EQ(stub.FindTask(9), stubTask);
+    EXPECT_EQ(stubTask->Description(), "Dig");
+}
+
+TEST_F(RecordsTest, JournalsAreRowsOfValues) {
+    std::string plan = SmallPlan("P", {1});
+    plan = Replace(plan, "CurrentIndex,0", "CurrentIndex,2");
+    plan = Replace(plan, "NumJournals,1", "NumJournals,3");
+    plan = Replace(plan, "09/03/2001 12:00am", "09/03/2001 12:00am,10/01/2001 12:00am,11/01/2001 12:00am");
+    plan = Replace(plan, "Include,True", "Include,False,True,True");
+    plan = Replace(plan, "MostLikely,60", "MostLikely,60,60,90");
+    LoadText(workspace, plan);
+    Vproject& project = *workspace.ProjectList()[0];
+    EXPECT_EQ(project.NumJournals(), 3);
+    EXPECT_EQ(project.CurrentIndex(), 2);  // the one in which it was saved
+    const Vtask& task = *project.FindTask(1);
+    EXPECT_FALSE(task.IncludeAt(0));
+    EXPECT_TRUE(task.IncludeAt(1) && task.IncludeAt(2));
+    EXPECT_EQ(task.MostLikely(), 90);
+    EXPECT_EQ(SaveRecords(workspace), plan);
+    project.SetCurrentIndex(0);
+    EXPECT_EQ(task.MostLikely(), 60);
+    EXPECT_EQ(SaveRecords(workspace), Replace(plan, "CurrentIndex,2", "CurrentIndex,0"));
+}
+
+TEST_F(RecordsTest, ADamagedProjectKeepsItsJournalIndex) {
+    std::string plan = SmallPlan("P", {1});
+    plan = Replace(plan, "CurrentIndex,0", "CurrentIndex,1");
+    plan = Replace(plan, "NumJournals,1", "NumJournals,2");
+    plan = Replace(plan, "09/03/2001 12:00am", "09/03/2001 12:00am,10/01/2001 12:00am");
+    EXPECT_THROW(LoadText(workspace, Replace(plan, "LateFinish", "TooLate")), Fault);
+    EXPECT_EQ(workspace.ProjectList()[0]->CurrentIndex(), 1);
+}
+
+TEST_F(RecordsTest, ASingleFalseIncludesInNoJournal) {
+    const std::string plan = Replace(SmallPlan("P", {1}), "Include,True", "Include,False");
+    LoadText(workspace, plan);
+    EXPECT_FALSE(workspace.ProjectList()[0]->FindTask(1)->Include());
+    EXPECT_EQ(SaveRecords(workspace), plan);
+}
+
+TEST_F(RecordsTest, TextsKeepCommasAndQuotes) {
+    for (const char* const text : {"\"a, b\"", "say \"hi\"", "\"\"\"x\"\"\"", "\"\"", "M\xC3\xBChle"}) {
+        const std::string plan = Replace(SmallPlan("P"), "Small", text);
+        EXPECT_EQ(Resaved(plan), plan);
+    }
+    LoadText(workspace, Replace(SmallPlan("P"), "Small", "\"a, \"\"b\"\"\""));
+    EXPECT_EQ(workspace.ProjectList()[0]->Description(), "a, \"b\"");
+    workspace.ProjectList()[0]->SetDescription("two\r\nlines");
+    EXPECT_NE(SaveRecords(workspace).find("Description,two  lines\r\n"), std::string::npos);
+}
+
+TEST_F(RecordsTest, AShiftThatTheTemplateLacksIsReported) {
+    const std::string plan = FileBytes(kSmallGolden);
+    EXPECT_TRUE(LoadText(workspace, plan).missingShifts.empty());
+    Workspace second(platform);
+    const LoadReport report = LoadText(second, Replace(plan, "  Shift,Standard", "  Shift,Lost"));
+    ASSERT_EQ(report.missingShifts.size(), 1u);
+    EXPECT_NE(report.missingShifts[0].find("\"Lost\""), std::string::npos);
+    EXPECT_EQ(report.shifts, 3);
+    EXPECT_EQ(report.resources, 2);
+    EXPECT_EQ(report.tasks, 3);
+    EXPECT_EQ(report.dependencies, 5);
+    EXPECT_EQ(report.assignments, 2);
+}
+
+}  // namespace
+}  // namespace vortan

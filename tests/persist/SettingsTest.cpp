@@ -1,0 +1,149 @@
+#include "persist/Settings.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "model/Fault.h"
+#include "persist/PackedText.h"
+#include "support/PlanFiles.h"
+#include "support/ScriptedPlatform.h"
+
+namespace vortan {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class SettingsTest : public testing::Test {
+  protected:
+    std::string File() const { return platform.Directory() + "/Vortan.cfg"; }
+    std::string FileText() const { return UnpackText(FileBytes(File())).text; }
+    void WriteFile(const std::string& text) const { WriteBytes(File(), PackText(text)); }
+
+    ScriptedPlatform platform;
+    Settings settings{platform};
+};
+
+TEST_F(SettingsTest, WithoutAFileAreTheDefaults) {
+    EXPECT_EQ(settings.ReadSettings("EfficiencyText"), "0.85");
+    EXPECT_EQ(settings.ReadSettings("AutomaticBackupCombo"), "off");
+    EXPECT_TRUE(settings.SettingIsOn("BarOption"));
+    EXPECT_FALSE(settings.SettingIsOn("MilestoneOption"));
+    EXPECT_EQ(settings.SettingLetter("DateDependencyCombo"), "L");
+    EXPECT_EQ(settings.ReadSettings("NeverWritten"), "");
+    EXPECT_EQ(settings.SettingLetter("NeverWritten"), "");
+    EXPECT_EQ(settings.RecentFiles(), Names{});
+    ASSERT_TRUE(settings.WriteConfigFile());
+    const std::string text = FileText();
+    EXPECT_TRUE(text.starts_with("INITIALIZATION\r\nAdjustColorsCheck,-\r\nAutomaticBackupCombo,off\r\n"));
+    EXPECT_TRUE(text.ends_with("SubprojectDisplayCombo,One level only\r\nWrapTextCheck,-\r\n"));
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 16);
+}
+
+TEST_F(SettingsTest, AreNotWrittenUnlessUsed) {
+    EXPECT_TRUE(settings.WriteConfigFile());
+    EXPECT_FALSE(std::filesystem::exists(File()));
+}
+
+TEST_F(SettingsTest, StandInTheOrderOfTheirLastChange) {
+    settings.WriteSettings("First", "1");
+    settings.WriteSettings("BarOption", "-");
+    settings.WriteSettings("First", "2");
+    settings.WriteConfigFile();
+    EXPECT_TRUE(FileText().ends_with("WrapTextCheck,-\r\nBarOption,-\r\nFirst,2\r\n")) << FileText();
+    EXPECT_EQ(FileText().find("First,1"), std::string::npos);
+    EXPECT_THROW(settings.WriteSettings("", "x"), Fault);
+}
+
+TEST_F(SettingsTest, SurviveTheRun) {
+    const Names values = {"", "a,b", "\"quoted\" text", "say \"hi\"", "M\xC3\xBChle", "\"", ","};
+    for (std::size_t i = 0; i < values.size(); ++i)
+        settings.WriteSettings("Key" + std::to_string(i), values[i]);
+    settings.WriteSettings("Two\nlines", "1\r\n2");
+    settings.AddRecentFile("/home/m/plans, old/a.vtb");
+    ASSERT_TRUE(settings.WriteConfigFile());
+    Settings next(platform);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        EXPECT_EQ(next.ReadSettings("Key" + std::to_string(i)), values[i]);
+    }
+    EXPECT_EQ(next.ReadSettings("Two lines"), "1  2");
+    EXPECT_EQ(next.RecentFiles(), Names{"/home/m/plans, old/a.vtb"});
+    next.WriteSettings("Key0", "changed");
+    next.ReadConfigFile();
+    EXPECT_EQ(next.ReadSettings("Key0"), "");
+}
+
+TEST_F(SettingsTest, AFirstWriteDoesNotHideTheFile) {
+    WriteFile("INITIALIZATION\r\nKey,old\r\nOther,kept\r\n");
+    settings.WriteSettings("Key", "new");
+    EXPECT_EQ(settings.ReadSettings("Key"), "new");
+    EXPECT_EQ(settings.ReadSettings("Other"), "kept");
+}
+
+TEST_F(SettingsTest, ADamagedFileIsAFaultOnce) {
+    const struct {
+        const char *text, *fragment;
+    } cases[] = {
+        {"", "when expecting \"INITIALIZATION\""},
+        {"BarOption,-\r\n", "when expecting \"INITIALIZATION\""},
+        {"INITIALIZATION\r\nKey,read\r\nBarOption\r\nLost,x\r\n", "there is no value for BarOption"},
+        {"INITIALIZATION\r\nKey,read\r\nBarOption,-,-\r\nLost,x\r\n", "more than one value for BarOption"},
+        {"INITIALIZATION\r\nKey,read\r\nBarOption,\"-\r\nLost,x\r\n", "Line 3"},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.text);
+        WriteFile(test.text);
+        Settings damaged(platform);
+        try {
+            damaged.WriteSettings("Mine", "lost with the fault");
+            ADD_FAILURE() << "no fault";
+        } catch (const Fault& fault) {
+            EXPECT_NE(fault.Description().find(test.fragment), std::string::npos) << fault.Description();
+            EXPECT_NE(fault.Description().find(File()), std::string::npos);
+        }
+        EXPECT_EQ(damaged.ReadSettings("BarOption"), "X");
+        EXPECT_EQ(damaged.ReadSettings("Lost"), "");
+        if (std::string(test.text).find("Key,read") != std::string::npos) {
+            EXPECT_EQ(damaged.ReadSettings("Key"), "read");
+        }
+        EXPECT_TRUE(damaged.WriteConfigFile());
+        EXPECT_TRUE(Settings(platform).SettingIsOn("BarOption"));  // the file is whole again
+    }
+}
+
+TEST_F(SettingsTest, TheNewestOfNineRecentFilesIsInFront) {
+    for (int i = 1; i <= 10; ++i) settings.AddRecentFile("/f" + std::to_string(i));
+    EXPECT_EQ(settings.RecentFiles(),
+              (Names{"/f10", "/f9", "/f8", "/f7", "/f6", "/f5", "/f4", "/f3", "/f2"}));
+    settings.AddRecentFile("/F8");  // up, in whatever case; what stands behind it stays
+    EXPECT_EQ(settings.RecentFiles(),
+              (Names{"/F8", "/f10", "/f9", "/f7", "/f6", "/f5", "/f4", "/f3", "/f2"}));
+    settings.AddRecentFile("/F8");
+    EXPECT_EQ(settings.RecentFiles()[1], "/f10");
+    settings.AddRecentFile("/f2");
+    EXPECT_EQ(settings.RecentFiles().back(), "/f3");
+    EXPECT_EQ(settings.ReadSettings("RecentFile1"), "/f2");
+}
+
+TEST_F(SettingsTest, FontsHaveDefaults) {
+    const FormFont plain = settings.FontOf("Gantt");
+    EXPECT_EQ(plain.name, "Times New Roman");
+    EXPECT_EQ(plain.size, 9);
+    EXPECT_FALSE(plain.bold || plain.italic);
+    settings.WriteSettings("Gantt.FontSize", "12");  // counts with a name only
+    EXPECT_EQ(settings.FontOf("Gantt").size, 9);
+    settings.WriteSettings("Gantt.FontName", "Serif");
+    settings.WriteSettings("Gantt.FontBold", "True");
+    const FormFont chosen = settings.FontOf("Gantt");
+    EXPECT_EQ(chosen.name, "Serif");
+    EXPECT_EQ(chosen.size, 12);
+    EXPECT_TRUE(chosen.bold);
+    EXPECT_FALSE(chosen.italic);
+    for (const char* const size : {"", "0", "-3", "1e9", "large"}) {
+        settings.WriteSettings("Gantt.FontSize", size);
+        EXPECT_EQ(settings.FontOf("Gantt").size, 9) << size;
+    }
+}
+
+}  // namespace
+}  // namespace vortan

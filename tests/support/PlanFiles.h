@@ -1,0 +1,84 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "model/Workspace.h"
+#include "persist/Records.h"
+
+namespace vortan {
+
+inline std::string FileBytes(const std::string& name) {
+    std::ifstream file(name, std::ios::binary);
+    EXPECT_TRUE(file.good()) << name;
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+inline void WriteBytes(const std::string& name, std::string_view bytes) {
+    std::ofstream(name, std::ios::binary) << bytes;
+}
+
+/// The names in a directory, sorted.
+inline std::vector<std::string> NamesIn(const std::string& directory) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(directory)) {
+        names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+/// Plans of all sizes with several projects, templates and journals.
+inline std::vector<std::string> GoldenPlans() {
+    std::vector<std::string> plans;
+    for (const std::string& name : NamesIn(TEST_DATA "/golden/solve")) {
+        if (name.ends_with(".vta")) plans.push_back(TEST_DATA "/golden/solve/" + name);
+    }
+    return plans;
+}
+
+inline LoadReport LoadText(Workspace& workspace, std::string_view text,
+                           const std::string& fileName = "plan.vta") {
+    TokenReader reader(text, fileName);
+    LoadReport report;
+    LoadRecords(workspace, reader, report);
+    return report;
+}
+
+/// A project of one journal with one task on each of `taskIDs`, without dependencies.
+inline std::string SmallPlan(const std::string& projectName, const std::vector<int>& taskIDs = {1}) {
+    std::string text = "PROJECT\r\n  ProjectName," + projectName +
+                       "\r\n  Description,Small\r\n  ViewPassword,\"\"\r\n  ModifyPassword,\"\"\r\n"
+                       "  PlanIndex,0\r\n  CurrentIndex,0\r\n  NumJournals,1\r\n"
+                       "  JournalDates,09/03/2001 12:00am\r\n  Priority,1\r\n  SolveRules,1\r\n"
+                       "  Parent,\"\"\r\n  Manager,\"\"\r\n";
+    for (const int id : taskIDs) {
+        text += "TASK\r\n  TaskID," + std::to_string(id) +
+                "\r\n  Subproject,\"\"\r\n  Description,Dig\r\n  Include,True\r\n  EffortUnits,60\r\n"
+                "  Optimistic,60\r\n  MostLikely,60\r\n  Pessimistic,60\r\n  Efficiency,.85\r\n"
+                "  MaterialCost,0\r\n  LaborCost,0\r\n  EarlyStart,12/30/1899 12:00am\r\n"
+                "  EarlyFinish,12/30/1899 12:00am\r\n  LateStart,12/30/1899 12:00am\r\n"
+                "  LateFinish,12/30/1899 12:00am\r\n";
+    }
+    return text;
+}
+
+/// A dependency record that has the task before it begin on 2001-09-03.
+inline std::string StartsOnADate() {
+    return "DEPENDENCY\r\n  Include,True\r\n  DepDate,09/03/2001 08:00am\r\n  TaskRequired,\"\"\r\n"
+           "  FromPercent,100\r\n  ToPercent,0\r\n  Offset,0\r\n";
+}
+
+/// A dependency record for the task before it.
+inline std::string DependencyOn(const std::string& project, int taskID) {
+    return "DEPENDENCY\r\n  Include,True\r\n  DepDate,12/30/1899 12:00am\r\n  TaskRequired," + project + "," +
+           std::to_string(taskID) + "\r\n  FromPercent,100\r\n  ToPercent,0\r\n  Offset,0\r\n";
+}
+
+}  // namespace vortan
