@@ -4,6 +4,7 @@
 #include <set>
 
 #include "support/LoadedPlan.h"
+#include "support/PlanGenerator.h"
 #include "support/SlowSolver.h"
 
 namespace vortan {
@@ -147,6 +148,29 @@ TEST(SlowSolverTest, AgreesOnPlansWithKnownAnswers) {
         ++compared;
     }
     EXPECT_GE(compared, 40);
+}
+
+TEST(SlowSolverTest, AgreesOnPlansOfAllKinds) {
+    for (std::uint64_t seed = 0; seed < 300; ++seed) {
+        LoadedPlan plan(GeneratePlan(seed, MixedKnobs(seed)));
+        EXPECT_EQ(plan.solver.SolveMessage(), "Solve complete") << "seed " << seed;
+        EXPECT_EQ(Comparison(plan).Report(), "") << "seed " << seed;
+    }
+}
+
+/// Where many tasks wait for one resource the real solver passes over days on which nothing can happen.
+TEST(SlowSolverTest, AgreesWhereManyTasksWait) {
+    for (int rule = kNormalHalt; rule <= kUnlimited; ++rule) {
+        int complete = 0;
+        for (std::uint64_t seed = 1000; seed < 1060; ++seed) {
+            LoadedPlan plan(GeneratePlan(seed, CrowdedKnobs(seed, rule)));
+            complete += plan.Complete() ? 1 : 0;
+            EXPECT_EQ(Comparison(plan).Report(), "") << "rule " << rule << ", seed " << seed;
+        }
+        // Rules that extend never halt, the others do so in such a crowd.
+        const bool halting = rule % 2 == 0 && rule != kUnlimited;
+        EXPECT_TRUE(halting ? complete < 60 : complete == 60) << "rule " << rule << ": " << complete;
+    }
 }
 
 }  // namespace
