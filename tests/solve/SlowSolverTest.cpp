@@ -158,6 +158,30 @@ TEST(SlowSolverTest, AgreesOnPlansOfAllKinds) {
     }
 }
 
+TEST(SlowSolverTest, AgreesOnHaltsAndOnTasksWithoutADate) {
+    int halted = 0;
+    for (std::uint64_t seed = 500; seed < 650; ++seed) {
+        PlanKnobs knobs = MixedKnobs(seed);
+        knobs.rule = static_cast<int>(seed % 7);
+        knobs.unset = 15;
+        LoadedPlan plan(GeneratePlan(seed, knobs));
+        halted += plan.Complete() ? 0 : 1;
+        EXPECT_EQ(Comparison(plan).Report(), "") << "seed " << seed;
+    }
+    EXPECT_GE(halted, 20);
+}
+
+TEST(SlowSolverTest, ADifferenceIsReported) {
+    LoadedPlan plan(GeneratePlan(1, MixedKnobs(1)));
+    ASSERT_EQ(Comparison(plan).Report(), "");
+    for (const Vtemplate* pool : plan.workspace.TemplateList()) {
+        for (Vresource* resource : pool->ResourceList()) {
+            resource->SetBurdenedRate(resource->BurdenedRate() + Money::FromUnits(100));
+        }
+    }
+    EXPECT_NE(Comparison(plan).Report().find("cost"), std::string::npos);
+}
+
 /// Where many tasks wait for one resource the real solver passes over days on which nothing can happen.
 TEST(SlowSolverTest, AgreesWhereManyTasksWait) {
     for (int rule = kNormalHalt; rule <= kUnlimited; ++rule) {

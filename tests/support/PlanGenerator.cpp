@@ -312,6 +312,7 @@ class Generator {
         double date = kBase + random_.Between(0, knobs_.spread);
         if (random_.Chance(40)) date += random_.Between(0, kMinutesPerDay - 1) / double(kMinutesPerDay);
         if (to == 100) date += knobs_.spread;
+        if (knobs_.unset > 0 && random_.Chance(knobs_.unset)) date = 0;
         WriteDependency(project, nullptr, 100, to, date);
     }
 

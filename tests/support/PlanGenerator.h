@@ -40,6 +40,7 @@ struct PlanKnobs {
     int offsets = 30;     ///< percent of the dependencies with an offset
     int calendar = 15;    ///< percent of the tasks that pass time on the clock
     int dated = 10;       ///< percent of the tasks that dates drive
+    int unset = 0;        ///< percent of the dates that are day 0
     bool oddShifts = true;
     bool oddHours = true;  ///< assignments of parts of hours, of 0 hours and of whole days
     int rule = -1;         ///< of all projects; -1: any of those that never halt

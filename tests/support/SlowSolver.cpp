@@ -398,7 +398,7 @@ void SlowSolver::SolveSubproject(Slice* slice) {
 
 void SlowSolver::SolveSomeMore(Slice* slice, const Resources& resources, std::int32_t& remaining,
                                double targetFinish) {
-    if (++daySteps_ > 20'000'000) throw std::runtime_error("A slice that never ends");
+    if (++daySteps_ > 2'000'000) throw std::runtime_error("A slice that never ends");
     const Vtask* task = slice->task;
     TaskResult& result = Result(task);
     const double stepStart = result.earlyFinish;
