@@ -168,7 +168,7 @@ TEST(SlowSolverTest, AgreesOnHaltsAndOnTasksWithoutADate) {
         halted += plan.Complete() ? 0 : 1;
         EXPECT_EQ(Comparison(plan).Report(), "") << "seed " << seed;
     }
-    EXPECT_GE(halted, 20);
+    EXPECT_GE(halted, 10);
 }
 
 TEST(SlowSolverTest, ADifferenceIsReported) {
@@ -183,6 +183,17 @@ TEST(SlowSolverTest, ADifferenceIsReported) {
 }
 
 /// Where many tasks wait for one resource the real solver passes over days on which nothing can happen.
+TEST(SlowSolverTest, AgreesWhereTasksWaitForYears) {
+    for (int rule = kNormalHalt; rule <= kUnlimited; ++rule) {
+        for (std::uint64_t seed = 1500; seed < 1503; ++seed) {
+            PlanKnobs knobs = CrowdedKnobs(seed, rule);
+            knobs.longest = 100'000;
+            LoadedPlan plan(GeneratePlan(seed, knobs));
+            EXPECT_EQ(Comparison(plan).Report(), "") << "rule " << rule << ", seed " << seed;
+        }
+    }
+}
+
 TEST(SlowSolverTest, AgreesWhereManyTasksWait) {
     for (int rule = kNormalHalt; rule <= kUnlimited; ++rule) {
         int complete = 0;

@@ -326,8 +326,9 @@ class Generator {
         Journaled(text, "FromPercent", std::to_string(from), [&] { return std::to_string(100 - from); });
         Journaled(text, "ToPercent", std::to_string(to), [&] { return std::to_string(100 - to); });
         const auto offset = [&] {
-            return random_.Chance(knobs_.offsets) ? std::string(Pick(std::array<const char*, 6>{
-                                                        "-2", "-.5", "1", "2.5", ".3333", "-.2717"}))
+            return random_.Chance(knobs_.offsets) ? std::string(Pick(std::array<const char*, 8>{
+                                                        "-2", "-.5", "1", "2.5", ".3333", "-.2717",
+                                                        "1.00034722222222222", "-.99930555"}))
                                                   : std::string("0");
         };
         Journaled(text, "Offset", offset(), offset);
@@ -348,10 +349,11 @@ class Generator {
             };
             Journaled(text, "ResourceRequired", resource(), resource);
             const auto hours = [&] {
-                return std::string(knobs_.oddHours && random_.Chance(50)
-                                       ? Pick(std::array<const char*, 9>{"2", "3.333", ".5", "7.75", "10",
-                                                                         "24", "6", "1.0083", "4"})
-                                       : "8");
+                return std::string(
+                    knobs_.oddHours && random_.Chance(50)
+                        ? Pick(std::array<const char*, 12>{"2", "3.333", ".5", "7.75", "10", "24", "6",
+                                                           "1.0083", "4", "30", ".0249", ".1"})
+                        : "8");
             };
             Journaled(text, "Hours", !sure && knobs_.oddHours && random_.Chance(10) ? "0" : hours(), hours);
             WorkDayFields(text, SomeDays());
