@@ -21,7 +21,7 @@ std::vector<std::string> ReadAll(std::string_view text, bool twice) {
             if (token.empty() && reader.EndOfLine() && !newLine && reader.LineBehindBlank() == 0) break;
             line = reader.LineNumber();
             tokens.push_back(token);
-            if (twice && newLine && !token.empty()) {
+            if (twice && newLine) {
                 reader.UnReadLine();
                 FuzzCheck(reader.ReadToken() == token, "a line that was put back reads differently");
             }

@@ -10,10 +10,6 @@ namespace vortan {
 
 namespace {
 
-void AppendName(std::string& out, const std::string& name) {
-    AppendQuoted(out, name);
-}
-
 void AppendValue(std::string& out, const std::string& value) {
     // A line break cannot stand in a line; it is the one thing in a text that a file does not keep.
     if (value.find_first_of("\r\n") == std::string::npos) {
@@ -47,21 +43,21 @@ void AppendValue(std::string& out, DateTime value) {
     AppendFileDate(out, value);
 }
 void AppendValue(std::string& out, const Link<Vproject>& link) {
-    AppendName(out, link ? link->ProjectName() : "");
+    AppendValue(out, link ? link->ProjectName() : std::string());
 }
 void AppendValue(std::string& out, const Link<Vshift>& link) {
-    AppendName(out, link ? link->ShiftName() : "");
+    AppendValue(out, link ? link->ShiftName() : std::string());
 }
 void AppendValue(std::string& out, const Link<Vtask>& link) {
     const Vproject* project = link ? link->Project() : nullptr;
-    AppendName(out, project ? project->ProjectName() : "");
+    AppendValue(out, project ? project->ProjectName() : std::string());
     if (!project || project->ProjectName().empty()) return;
     out += ',';
     AppendNumber(out, link->TaskID());
 }
 void AppendValue(std::string& out, const Link<Vresource>& link) {
     const Vtemplate* owner = link ? link->Template() : nullptr;
-    AppendName(out, owner ? owner->TemplateName() : "");
+    AppendValue(out, owner ? owner->TemplateName() : std::string());
     if (!owner || owner->TemplateName().empty()) return;
     out += ',';
     AppendNumber(out, link->ResourceID());

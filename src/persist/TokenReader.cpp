@@ -1,6 +1,7 @@
 #include "persist/TokenReader.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "model/Fault.h"
 
@@ -44,6 +45,7 @@ bool TokenReader::GetAnotherLine() {
 }
 
 std::string_view TokenReader::ReadToken() {
+    if (std::exchange(blankAgain_, false)) return {};
     if (remaining_.empty() && !GetAnotherLine()) return {};
     while (!remaining_.empty() && remaining_.front() == ' ') remaining_.remove_prefix(1);
     if (remaining_.empty()) return {};

@@ -21,7 +21,10 @@ class TokenReader {
     /// Fault "Error reading file ..." if the next token is not `expected`.
     void ExpectToken(std::string_view expected);
     /// Makes the whole of the last line come again.
-    void UnReadLine() { remaining_ = current_; }
+    void UnReadLine() {
+        remaining_ = current_;
+        blankAgain_ = current_.empty();
+    }
 
     /// Raises a Fault that tells file, line and the text of the line besides `what`.
     [[noreturn]] void Fail(const std::string& what) const;
@@ -42,6 +45,7 @@ class TokenReader {
     std::size_t position_ = 0;
     int lineNumber_ = 0;
     std::string_view current_, remaining_;
+    bool blankAgain_ = false;  ///< a blank line was unread
     std::string unquoted_;
 };
 

@@ -268,5 +268,21 @@ TEST_F(RecordsTest, AShiftThatTheTemplateLacksIsReported) {
     EXPECT_EQ(report.assignments, 2);
 }
 
+TEST_F(RecordsTest, ABlankLineEndsTheReadingWhereverItStands) {
+    const auto lines = Lines(SmallPlan("P", {1, 2}));
+    for (std::size_t cut = 0; cut <= lines.size(); ++cut) {
+        const bool recordEnds = cut == lines.size() || lines[cut].front() != ' ';
+        if (!recordEnds) continue;  // between fields, a blank line is damage
+        std::string text;
+        for (std::size_t i = 0; i < lines.size(); ++i) text += (i == cut ? "  \r\n" : "") + lines[i];
+        Workspace fresh(platform);
+        const LoadReport report = LoadText(fresh, text);
+        const auto records = std::count_if(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(cut),
+                                           [](const std::string& line) { return line.front() != ' '; });
+        EXPECT_EQ(report.projects + report.tasks + report.dependencies, records) << cut;
+        EXPECT_EQ(report.lineBehindBlank, cut == lines.size() ? 0 : static_cast<int>(cut) + 2) << cut;
+    }
+}
+
 }  // namespace
 }  // namespace vortan

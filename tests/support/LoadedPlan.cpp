@@ -1,0 +1,132 @@
+#include "support/LoadedPlan.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "model/Fault.h"
+#include "persist/Records.h"
+
+namespace vortan {
+
+namespace {
+
+void Append(std::string& text, double value) {
+    char digits[40];
+    std::snprintf(digits, sizeof digits, " %.17g", value);
+    text += digits;
+}
+
+template <class List>
+auto SortedByKey(const List& list) {
+    std::vector<std::decay_t<decltype(*list.begin())>> items(list.begin(), list.end());
+    std::sort(items.begin(), items.end(), [](auto* a, auto* b) { return a->Key() < b->Key(); });
+    return items;
+}
+
+std::string NameOf(const Vtask* task) {
+    return task ? task->Project()->ProjectName() + "/" + task->Key() : "-";
+}
+
+}  // namespace
+
+void LoadedPlan::Load(std::string_view text) {
+    try {
+        TokenReader reader(text, "plan.vta");
+        LoadReport report;
+        LoadRecords(workspace, reader, report);
+    } catch (const Fault& fault) {
+        ADD_FAILURE() << fault.what();
+    }
+    if (!workspace.ProjectList().empty()) workspace.SetThisProject(workspace.ProjectList()[0]);
+    if (!workspace.TemplateList().empty()) workspace.SetThisTemplate(workspace.TemplateList()[0]);
+}
+
+void LoadedPlan::Solve() {
+    solver.RestartSolve();
+    solver.SolveTimerTick();
+}
+
+Vtask* LoadedPlan::Task(const std::string& project, std::int32_t id) const {
+    Vproject* found = workspace.ProjectList().Find(project);
+    return found ? found->FindTask(id) : nullptr;
+}
+
+Vresource* LoadedPlan::Resource(const std::string& templateName, std::int32_t id) const {
+    Vtemplate* found = workspace.TemplateList().Find(templateName);
+    return found ? found->FindResource(id) : nullptr;
+}
+
+std::string ResultText(LoadedPlan& plan) {
+    std::string text = plan.solver.SolveMessage() + "\n";
+    for (std::int32_t i = 0; i < plan.solver.SliceCount(); ++i) {
+        const Vslice slice = plan.solver.Slice(i);
+        text += "slice " + NameOf(slice.task);
+        for (const double value : {double(slice.fromPercent), double(slice.toPercent),
+                                   slice.earlyStart.Days(), slice.earlyFinish.Days(), slice.lateStart.Days(),
+                                   slice.lateFinish.Days(), slice.laborCost.ToDouble()}) {
+            Append(text, value);
+        }
+        text += "\n";
+    }
+    for (const Vproject* project : SortedByKey(plan.workspace.ProjectList())) {
+        for (const Vtask* task : project->TaskList()) {
+            text += "task " + NameOf(task);
+            for (const double value :
+                 {task->EarlyStart().Days(), task->EarlyFinish().Days(), task->LateStart().Days(),
+                  task->LateFinish().Days(), task->LaborCost().ToDouble(), task->MaterialCost().ToDouble()}) {
+                Append(text, value);
+            }
+            for (const Vdependency* dependency : task->DependencyList()) {
+                Append(text, dependency->DepDate().Days());
+            }
+            text += "\n";
+        }
+    }
+    for (const Vtemplate* pool : SortedByKey(plan.workspace.TemplateList())) {
+        for (const Vresource* resource : pool->ResourceList()) {
+            text += "resource " + pool->TemplateName() + "/" + resource->Key() + "\n";
+            for (const Vslot& slot : plan.solver.HeldSlots(*resource)) {
+                text += NameOf(slot.taskRequired) + " " + std::to_string(slot.slotType);
+                for (const double value :
+                     {slot.startTime.Days(), slot.endTime.Days(), slot.laborCost.ToDouble()}) {
+                    Append(text, value);
+                }
+                text += "\n";
+            }
+        }
+    }
+    return text;
+}
+
+std::string ReadTextFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) ADD_FAILURE() << "Cannot read " << path;
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+std::vector<std::string> FilesIn(const std::string& directory, const std::string& extension) {
+    std::vector<std::string> names;
+    std::error_code missing;
+    for (const auto& entry : std::filesystem::directory_iterator(directory, missing)) {
+        if (entry.path().extension() == extension) names.push_back(entry.path().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::string StemOf(const std::string& path) {
+    return std::filesystem::path(path).stem().string();
+}
+
+std::string DateText(DateTime date) {
+    const DateParts parts = ToParts(date);
+    char text[80];
+    std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d", parts.year, parts.month, parts.day,
+                  parts.hour, parts.minute);
+    return text;
+}
+
+}  // namespace vortan

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model/Workspace.h"
+#include "solve/Solver.h"
+#include "support/ScriptedPlatform.h"
+
+namespace vortan {
+
+/// A workspace with its solver and a platform on which no box may come, filled from the text of a .vta file.
+/// The first project and template are made active.
+class LoadedPlan {
+  public:
+    LoadedPlan() : solver(workspace) {}
+    /// Loads and solves.
+    explicit LoadedPlan(std::string_view text) : LoadedPlan() {
+        Load(text);
+        Solve();
+    }
+
+    /// Reads the records into what is there. A damaged text fails the test.
+    void Load(std::string_view text);
+    /// A whole solve, from the start.
+    void Solve();
+    bool Complete() const { return solver.Mode() == SolveMode::Idle; }
+
+    /// None if there is no such project or task, or resource.
+    Vtask* Task(const std::string& project, std::int32_t id) const;
+    Vresource* Resource(const std::string& templateName, std::int32_t id) const;
+
+    ScriptedPlatform platform;
+    Workspace workspace{platform};
+    Solver solver;
+};
+
+/// Everything that a solve leaves, one line a fact, with all digits: two solves agree exactly if the texts
+/// are equal. Projects and templates are listed by name, whatever their order in memory.
+std::string ResultText(LoadedPlan& plan);
+
+std::string ReadTextFile(const std::string& path);
+/// The files of a directory with that extension (".vta"), sorted; none if there is no such directory.
+std::vector<std::string> FilesIn(const std::string& directory, const std::string& extension);
+/// The file's name without directory and extension.
+std::string StemOf(const std::string& path);
+
+/// "2001-09-03 08:00"
+std::string DateText(DateTime date);
+
+}  // namespace vortan
