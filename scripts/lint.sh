@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# Formatting, layers and static analysis of the project's own code. Needs a configured dev build.
+set -eu
+cd "$(dirname "$0")/.."
+scripts/check_layers.sh
+mapfile -t files < <(git ls-files '*.cpp' '*.h')
+clang-format --dry-run -Werror "${files[@]}"
+echo "Formatting and layers are in order"
+mapfile -t sources < <(git ls-files 'src/*.cpp')
+printf '%s\n' "${sources[@]}" | xargs -P "$(nproc)" -n 4 clang-tidy -p build/dev --quiet 2> >(grep -v 'warnings generated' >&2)
+echo "clang-tidy found nothing"

@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# test.sh [PRESET]: installs what is missing, builds and runs all tests (preset dev; asan for the sanitizers).
+set -eu
+cd "$(dirname "$0")"
+preset=${1:-dev}
+scripts/install_packages.sh
+scripts/check_layers.sh
+scripts/build.sh "$preset"
+ctest --preset "$preset" -j "$(nproc)" --progress
