@@ -171,7 +171,7 @@ bool Network::AddAssignments(Vtask* object, Task& task) {
     bool canWork = false;
     for (const Vassignment* assignment : object->AssignmentList()) {
         Vresource* resource = assignment->ResourceRequired();
-        if (!resource || !assignment->Include()) continue;
+        if (!resource) continue;
         const auto begin = wantResources_.begin() + task.firstWant;
         const auto known = std::find(begin, wantResources_.end(), resource);
         const auto wantIndex = static_cast<std::size_t>(known - wantResources_.begin());
@@ -179,6 +179,7 @@ bool Network::AddAssignments(Vtask* object, Task& task) {
             wantResources_.push_back(resource);
             wants_.emplace_back();
         }
+        if (!assignment->Include()) continue;  // but it has given its resource a place in the order
         const std::int32_t minutes = RoundToInt32(assignment->Hours() * 60);
         Want& want = wants_[wantIndex];
         bool anyDay = false;
@@ -190,11 +191,19 @@ bool Network::AddAssignments(Vtask* object, Task& task) {
         }
         if (!canWork && anyDay && minutes > 0) canWork = HasNormalTime(resource->Shift());
     }
-    for (std::size_t i = Index(task.firstWant); i < wants_.size(); ++i) {
+    std::size_t kept = Index(task.firstWant);
+    for (std::size_t i = kept; i < wants_.size(); ++i) {
+        bool any = false;
         for (int w = 0; w < kWeekdays; ++w) {
+            any = any || wants_[i].minutes[Index(w)] != 0;
             if (wants_[i].minutes[Index(w)] > 0) task.wantedDays |= static_cast<std::uint8_t>(1 << w);
         }
+        if (!any) continue;
+        wants_[kept] = wants_[i];
+        wantResources_[kept++] = wantResources_[i];
     }
+    wants_.resize(kept);
+    wantResources_.resize(kept);
     task.wantCount = static_cast<std::int32_t>(wants_.size()) - task.firstWant;
     return canWork;
 }

@@ -208,5 +208,12 @@ TEST(SlowSolverTest, AgreesWhereManyTasksWait) {
     }
 }
 
+/// An assignment that is not included still settles which resource of a task is looked at first.
+TEST(SlowSolverTest, AgreesOnTheResourceAtFaultBehindAnExcludedAssignment) {
+    LoadedPlan plan(ReadTextFile(TEST_DATA "/plans/ExcludedAssignmentFirst.vta"));
+    EXPECT_EQ(plan.solver.SolveMessage(), "Overtime needed");
+    EXPECT_EQ(Comparison(plan).Report(), "");
+}
+
 }  // namespace
 }  // namespace vortan
