@@ -14,7 +14,7 @@ class Vdependency;
 /// One activity of a project: an amount of work, or a stretch of calendar time, with dependencies that say
 /// when and assignments that say who. Estimates are minutes for the whole task. A task with a Subproject
 /// stands for that project. Results of the solve are written back into the same record.
-class Vtask : public VObject {
+class alignas(64) Vtask : public VObject {
   public:
     static constexpr int kVtype = 9;
 
@@ -110,9 +110,6 @@ class Vtask : public VObject {
         visit("LateFinish", lateFinish_);
     }
 
-    /// Index of this task in the network being built; means nothing outside of that.
-    std::int32_t solveIndex = -1;
-
   private:
     std::int32_t Index() const { return project_ ? project_->CurrentIndex() : 0; }
     template <class Field, class T>
@@ -124,16 +121,23 @@ class Vtask : public VObject {
         }
     }
 
+    // What a dependency of another task asks of this one shares a cache line.
     std::int32_t taskID_ = 0;
+
+  public:
+    /// Index of this task in the network being built; means nothing outside of that.
+    std::int32_t solveIndex = -1;
+
+  private:
     Vproject* project_ = nullptr;
+    Link<Vproject> subproject_;
+    JournaledInclude include_;
     std::vector<Vdependency*> dependencyList_;
     std::vector<Vassignment*> assignmentList_;
-    JournaledInclude include_;
     Journaled<std::int32_t> effortUnits_, optimistic_, mostLikely_, pessimistic_;
     Journaled<double> efficiency_;
     Journaled<Money> materialCost_, laborCost_;
     Journaled<DateTime> earlyStart_, earlyFinish_, lateStart_, lateFinish_;
-    Link<Vproject> subproject_;
     std::string description_;
 };
 

@@ -1,7 +1,6 @@
 #include "solve/Bookings.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace vortan {
 
@@ -16,49 +15,71 @@ constexpr std::int32_t kFirstExactDay = 1024;
 void Bookings::Reset(const Network& network) {
     network_ = &network;
     const std::size_t count = network.Resources().size();
-    for (std::size_t i = 0; i < std::min(count, calendars_.size()); ++i) calendars_[i].pages.clear();
+    for (Calendar& calendar : calendars_) calendar.count = 0;
     calendars_.resize(count);
     pagesUsed_ = 0;
+    skipPagesUsed_ = 0;
     slots_.clear();
 }
 
-Bookings::Page& Bookings::PageFor(std::int32_t resource, std::int32_t day) {
+Bookings::Page& Bookings::AddPage(std::int32_t resource, std::int32_t day) {
     Calendar& calendar = calendars_[static_cast<std::size_t>(resource)];
     const std::int32_t wanted = day >> kPageShift;
-    if (calendar.pages.empty()) calendar.firstPage = wanted;
-    if (wanted < calendar.firstPage) {
-        calendar.pages.insert(calendar.pages.begin(), static_cast<std::size_t>(calendar.firstPage - wanted),
-                              -1);
-        calendar.firstPage = wanted;
+    if (calendar.count == 0) calendar.firstPage = wanted;
+    const std::int32_t first = std::min(calendar.firstPage, wanted);
+    const std::int32_t count = std::max(calendar.firstPage + calendar.count, wanted + 1) - first;
+    if (count != calendar.count) {
+        const std::int32_t shift = calendar.firstPage - first;
+        if (count > Calendar::kInline) {
+            std::vector<std::int32_t>& far = calendar.far;
+            if (calendar.count <= Calendar::kInline) {
+                far.assign(calendar.near.begin(), calendar.near.begin() + calendar.count);
+            }
+            far.insert(far.begin(), static_cast<std::size_t>(shift), -1);
+            far.resize(static_cast<std::size_t>(count), -1);
+        } else {
+            auto& near = calendar.near;
+            std::copy_backward(near.begin(), near.begin() + calendar.count,
+                               near.begin() + shift + calendar.count);
+            std::fill(near.begin(), near.begin() + shift, -1);
+            std::fill(near.begin() + shift + calendar.count, near.begin() + count, -1);
+        }
+        calendar.firstPage = first;
+        calendar.count = count;
     }
-    const auto at = static_cast<std::size_t>(wanted - calendar.firstPage);
-    if (at >= calendar.pages.size()) calendar.pages.resize(at + 1, -1);
-    if (calendar.pages[at] < 0) {
-        if (pagesUsed_ == pages_.size()) pages_.emplace_back();
-        std::memset(&pages_[pagesUsed_], 0, sizeof(Page));
-        calendar.pages[at] = static_cast<std::int32_t>(pagesUsed_++);
+    if (pagesUsed_ == pages_.size()) pages_.emplace_back();
+    pages_[pagesUsed_] = Page();
+    calendar.Pages()[wanted - first] = static_cast<std::int32_t>(pagesUsed_);
+    return pages_[pagesUsed_++];
+}
+
+std::int32_t& Bookings::SkipAt(Page& page, std::int32_t day, int reach) {
+    const auto at = static_cast<std::size_t>(day & (kPageDays - 1));
+    if (reach == kNormalTime) return page.days[at].skip;
+    std::int32_t& skips = page.skips[static_cast<std::size_t>(reach - 1)];
+    if (skips < 0) {
+        skips = static_cast<std::int32_t>(skipPagesUsed_);
+        if (skipPagesUsed_ == skipPages_.size()) skipPages_.emplace_back();
+        skipPages_[skipPagesUsed_++].fill(0);
     }
-    return pages_[static_cast<std::size_t>(calendar.pages[at])];
+    return skipPages_[static_cast<std::size_t>(skips)][at];
 }
 
 std::int32_t Bookings::Chain(std::int32_t resource, std::int32_t day) {
-    std::int32_t& code = PageFor(resource, day).code[day & (kPageDays - 1)];
+    std::int32_t& code = PageFor(resource, day).days[static_cast<std::size_t>(day & (kPageDays - 1))].code;
     if (code > 0) return code - 1;
     const std::int32_t holder = code < 0 ? HolderOf(code) : -1;
     const auto first = static_cast<std::int32_t>(slots_.size());
     const auto periods = network_->PeriodsOf(PatternOf(resource, day));
     slots_.resize(slots_.size() + periods.size());
     Slot* slot = &slots_[static_cast<std::size_t>(first)];
-    double start = day;
     std::int32_t next = first;
     for (const Network::Period& period : periods) {
         const bool held = holder >= 0 && period.kind <= SlotClass::OffDay;
         slot->end = day + period.end;
         slot->task = held ? holder : -1;
-        slot->cost = held ? CostOf(resource, period.kind, start, slot->end, 1) : Money();
         slot->nextAndKind = static_cast<std::uint32_t>(period.kind);
         slot->SetNext(++next);
-        start = slot->end;
         ++slot;
     }
     (slot - 1)->SetNext(-1);
@@ -71,7 +92,6 @@ std::int32_t Bookings::Split(std::int32_t slot, double when) {
     const auto right = static_cast<std::int32_t>(slots_.size());
     Slot copy = slots_[static_cast<std::size_t>(slot)];
     copy.task = -1;
-    copy.cost = Money();
     slots_.push_back(copy);
     Slot& left = slots_[static_cast<std::size_t>(slot)];
     left.end = when;
@@ -108,9 +128,9 @@ std::int32_t Bookings::Allocate(std::int32_t resource, double start, std::int32_
                 booked += used;
                 minutes -= used;
                 slot.task = account.task;
-                slot.cost = CostOf(resource, kind, slotStart, slot.end, account.multiplier);
-                *account.sliceCost += slot.cost;
-                *account.taskCost += slot.cost;
+                const Money cost = CostOf(resource, kind, slotStart, slot.end, account.multiplier);
+                *account.sliceCost += cost;
+                *account.taskCost += cost;
                 if (*account.finish < slot.end) *account.finish = slot.end;
             }
         }
@@ -129,11 +149,10 @@ std::int32_t Bookings::AllocateWholeDay(std::int32_t resource, std::int32_t day,
         day < kFirstExactDay) {
         return 0;
     }
-    Page& page = PageFor(resource, day);
-    std::int32_t& code = page.code[day & (kPageDays - 1)];
-    if (code != kUntouched) return 0;
-    code = -account.task - 1;
-    page.skip[kNormalTime][day & (kPageDays - 1)] = day + kWeekdays;
+    Day& entry = PageFor(resource, day).days[static_cast<std::size_t>(day & (kPageDays - 1))];
+    if (entry.code != kUntouched) return 0;
+    entry.code = -account.task - 1;
+    entry.skip = day + kWeekdays;
     const SlotClass kind = pattern.NormalKind();
     double end = day;
     for (const auto& period : network_->NormalPeriodsOf(pattern)) {
@@ -157,57 +176,35 @@ SlotView Bookings::SlotAt(std::int32_t resource, double when) {
         index = next;
     }
     const Slot& slot = slots_[static_cast<std::size_t>(index)];
-    return {DateTime(start), DateTime(slot.end), slot.Kind(), slot.task, slot.cost};
+    return {DateTime(start), DateTime(slot.end), slot.Kind(), slot.task, Money()};
 }
 
 void Bookings::MarkEmpty(std::int32_t resource, std::int32_t day, int reach) {
-    PageFor(resource, day).skip[reach][day & (kPageDays - 1)] = day + kWeekdays;
+    SkipAt(PageFor(resource, day), day, reach) = day + kWeekdays;
 }
 
-bool Bookings::IsEmpty(std::int32_t resource, std::int32_t day, int reach) {
+bool Bookings::IsEmpty(std::int32_t resource, std::int32_t day, int reach) const {
     const Page* page = FindPage(resource, day);
-    return page && page->skip[reach][day & (kPageDays - 1)] != 0;
+    return page && SkipOf(*page, day, reach) != 0;
 }
 
 std::int32_t Bookings::NextDay(std::int32_t resource, std::int32_t day, int reach) {
     // Chains of skips are halved on the way, so that they stay short.
     for (;;) {
         Page* page = const_cast<Page*>(FindPage(resource, day));
-        if (!page) return day;
-        std::int32_t& skip = page->skip[reach][day & (kPageDays - 1)];
-        if (skip == 0) return day;
-        if (const Page* nextPage = FindPage(resource, skip)) {
-            if (const std::int32_t further = nextPage->skip[reach][skip & (kPageDays - 1)]) skip = further;
-        }
-        day = skip;
+        const std::int32_t next = page ? SkipOf(*page, day, reach) : 0;
+        if (next == 0) return day;
+        const Page* nextPage = FindPage(resource, next);
+        const std::int32_t further = nextPage ? SkipOf(*nextPage, next, reach) : 0;
+        if (further == 0) return next;
+        day = SkipAt(*page, day, reach) = further;
     }
-}
-
-Money Bookings::Unbook(std::int32_t resource, std::int32_t day, std::int32_t task, double from, double to) {
-    Money freed;
-    if (CodeAt(resource, day) == kUntouched) return freed;
-    double start = day;
-    for (std::int32_t index = Chain(resource, day); index >= 0;) {
-        Slot& slot = slots_[static_cast<std::size_t>(index)];
-        if (slot.task == task && start >= from && slot.end <= to) {
-            freed += slot.cost;
-            slot.task = -1;
-            slot.cost = Money();
-        }
-        start = slot.end;
-        index = slot.Next();
-    }
-    // What is known of empty days of this resource no longer holds.
-    for (const std::int32_t page : calendars_[static_cast<std::size_t>(resource)].pages) {
-        if (page >= 0) std::memset(pages_[static_cast<std::size_t>(page)].skip, 0, sizeof(Page::skip));
-    }
-    return freed;
 }
 
 void Bookings::DayRange(std::int32_t resource, std::int32_t& first, std::int32_t& last) const {
     const Calendar& calendar = calendars_[static_cast<std::size_t>(resource)];
     first = calendar.firstPage << kPageShift;
-    last = first + (static_cast<std::int32_t>(calendar.pages.size()) << kPageShift);
+    last = first + (calendar.count << kPageShift);
 }
 
 }  // namespace vortan

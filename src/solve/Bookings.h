@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -14,7 +15,7 @@ struct SlotView {
     DateTime startTime, endTime;
     SlotClass kind = SlotClass::Overload;
     std::int32_t task = -1;  ///< index in the network, -1 for a free slot
-    Money laborCost;
+    Money laborCost;         ///< for a team of 1
 };
 
 /// The schedules of all resources of a network: for every day that a run has touched, the chain of slots from
@@ -54,17 +55,14 @@ class Bookings {
     std::int32_t AllocateWholeDay(std::int32_t resource, std::int32_t day, std::int32_t minutes,
                                   const Account& account);
 
-    /// The slot that holds `when` as an inner point or as its start.
+    /// The slot that holds `when` as an inner point or as its start; its cost is left out.
     SlotView SlotAt(std::int32_t resource, double when);
 
     /// Remembers that the resource has nothing of that reach left on the day.
     void MarkEmpty(std::int32_t resource, std::int32_t day, int reach);
-    bool IsEmpty(std::int32_t resource, std::int32_t day, int reach);
+    bool IsEmpty(std::int32_t resource, std::int32_t day, int reach) const;
     /// The first day from `day` on, in steps of a week, that is not known to be empty.
     std::int32_t NextDay(std::int32_t resource, std::int32_t day, int reach);
-
-    /// Takes back the bookings of `task` between two moments on one day.
-    Money Unbook(std::int32_t resource, std::int32_t day, std::int32_t task, double from, double to);
 
     /// Calls `visit(const SlotView&)` on the slots of one day in time order; none for an untouched day.
     template <class Visit>
@@ -85,7 +83,8 @@ class Bookings {
         }
         for (std::int32_t i = code - 1; i >= 0;) {
             const Slot& slot = slots_[static_cast<std::size_t>(i)];
-            visit(SlotView{DateTime(start), DateTime(slot.end), slot.Kind(), slot.task, slot.cost});
+            const Money cost = slot.task < 0 ? Money() : CostOf(resource, slot.Kind(), start, slot.end, 1);
+            visit(SlotView{DateTime(start), DateTime(slot.end), slot.Kind(), slot.task, cost});
             start = slot.end;
             i = slot.Next();
         }
@@ -118,16 +117,27 @@ class Bookings {
             nextAndKind = static_cast<std::uint32_t>(next + 1) << 2 | (nextAndKind & 3);
         }
     };
-    /// 64 days of a resource. A code is kUntouched, the first slot of a chain + 1, or minus (task + 1) when
-    /// that task holds all normal time and nothing else is held. `skip` is the next day to look at, 0 for
-    /// the day itself.
-    struct Page {
-        std::int32_t code[kPageDays];
-        std::int32_t skip[kReaches][kPageDays];
+    struct Day {
+        std::int32_t code = kUntouched;  ///< the first slot of a chain + 1, or minus (task + 1) when that
+                                         ///< task holds all normal time and nothing else is held
+        std::int32_t skip = 0;  ///< next day to look at for normal time, 0 for the day itself
     };
+    /// 64 days of a resource.
+    struct Page {
+        std::array<Day, kPageDays> days{};
+        /// Skips for the longer reaches; index of a SkipPage for each, -1 for none yet.
+        std::array<std::int32_t, kReaches - 1> skips{-1, -1};
+    };
+    using SkipPage = std::array<std::int32_t, kPageDays>;
     struct Calendar {
-        std::int32_t firstPage = 0;
-        std::vector<std::int32_t> pages;  ///< index of a page, -1 for none
+        static constexpr std::int32_t kInline = 6;
+
+        std::int32_t firstPage = 0, count = 0;
+        std::array<std::int32_t, kInline> near{};  ///< index of a page, -1 for none
+        std::vector<std::int32_t> far;             ///< all of them, once there are more than kInline
+
+        std::int32_t* Pages() { return count > kInline ? far.data() : near.data(); }
+        const std::int32_t* Pages() const { return count > kInline ? far.data() : near.data(); }
     };
 
     static std::int32_t HolderOf(std::int32_t code) { return -code - 1; }
@@ -142,23 +152,38 @@ class Bookings {
     }
     const Page* FindPage(std::int32_t resource, std::int32_t day) const {
         const Calendar& calendar = calendars_[static_cast<std::size_t>(resource)];
-        const auto at = static_cast<std::size_t>((day >> kPageShift) - calendar.firstPage);
-        if (at >= calendar.pages.size() || calendar.pages[at] < 0) return nullptr;
-        return &pages_[static_cast<std::size_t>(calendar.pages[at])];
+        const std::int32_t at = (day >> kPageShift) - calendar.firstPage;
+        if (at < 0 || at >= calendar.count) return nullptr;
+        const std::int32_t page = calendar.Pages()[at];
+        return page < 0 ? nullptr : &pages_[static_cast<std::size_t>(page)];
     }
-    Page& PageFor(std::int32_t resource, std::int32_t day);
+    Page& PageFor(std::int32_t resource, std::int32_t day) {
+        if (const Page* page = FindPage(resource, day)) return const_cast<Page&>(*page);
+        return AddPage(resource, day);
+    }
+    Page& AddPage(std::int32_t resource, std::int32_t day);
     std::int32_t CodeAt(std::int32_t resource, std::int32_t day) const {
         const Page* page = FindPage(resource, day);
-        return page ? page->code[day & (kPageDays - 1)] : kUntouched;
+        return page ? page->days[static_cast<std::size_t>(day & (kPageDays - 1))].code : kUntouched;
     }
     /// First slot of the day's chain, which is made if need be.
     std::int32_t Chain(std::int32_t resource, std::int32_t day);
     std::int32_t Split(std::int32_t slot, double when);
+    /// Where the page keeps the next day to look at.
+    std::int32_t& SkipAt(Page& page, std::int32_t day, int reach);
+    std::int32_t SkipOf(const Page& page, std::int32_t day, int reach) const {
+        const auto at = static_cast<std::size_t>(day & (kPageDays - 1));
+        if (reach == kNormalTime) return page.days[at].skip;
+        const std::int32_t skips = page.skips[static_cast<std::size_t>(reach - 1)];
+        return skips < 0 ? 0 : skipPages_[static_cast<std::size_t>(skips)][at];
+    }
 
     const Network* network_ = nullptr;
     std::vector<Calendar> calendars_;
     std::vector<Page> pages_;
     std::size_t pagesUsed_ = 0;
+    std::vector<SkipPage> skipPages_;
+    std::size_t skipPagesUsed_ = 0;
     std::vector<Slot> slots_;
 };
 

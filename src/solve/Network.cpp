@@ -139,7 +139,7 @@ std::optional<SolveProblem> Network::CheckDependencies(Vtask* object, Task& task
         source.toPercent = dependency->ToPercent();
         source.offset = dependency->Offset();
         source.date = required ? 0 : dependency->DepDate().Days();
-        pending_.push_back({required});
+        pending_.push_back({required, -1});
         onMinuteGrid_ = onMinuteGrid_ && IsOnMinuteGrid(source.date) && IsOnMinuteGrid(source.offset);
         if (source.toPercent == 0) toStart = true;
         if (isLink) continue;
@@ -298,7 +298,12 @@ std::optional<SolveProblem> Network::CutTasks() {
             const Source& source = sources_[Index(i)];
             if (source.toPercent > 0) cut(static_cast<std::int32_t>(t), source.toPercent);
             if (const Vtask* required = pending_[Index(i)].required) {
-                const std::int32_t index = IndexOf(required);
+                const Vproject* home = required->Project();
+                const bool known =
+                    home && home->solveIndex >= 0 && Index(home->solveIndex) < projects_.size() &&
+                    projects_[Index(home->solveIndex)].object.Get() == home && required->Include();
+                const std::int32_t index = known ? required->solveIndex : -1;
+                pending_[Index(i)].index = index;
                 // A prerequisite whose project is not in memory's list has no place in the network.
                 if (index < 0 && task.subproject < 0) {
                     return DependencyProblem("Missing prerequisite", source.object);
@@ -312,8 +317,9 @@ std::optional<SolveProblem> Network::CutTasks() {
 
 void Network::MakeRawSlices() {
     raw_.clear();
+    rawFirst_.resize(tasks_.size() + 1);
     for (std::size_t t = 0; t < tasks_.size(); ++t) {
-        tasks_[t].firstSlice = static_cast<std::int32_t>(raw_.size());
+        rawFirst_[t] = static_cast<std::int32_t>(raw_.size());
         Slice slice;
         slice.task = static_cast<std::int32_t>(t);
         const CutSet& cuts = cuts_[t];
@@ -330,16 +336,19 @@ void Network::MakeRawSlices() {
         slice.next = -1;
         raw_.push_back(slice);
     }
+    rawFirst_.back() = static_cast<std::int32_t>(raw_.size());
 }
 
 std::int32_t Network::FindFromSlice(std::int32_t task, int percent) const {
-    std::int32_t i = tasks_[Index(task)].firstSlice;
+    std::int32_t i = rawFirst_[Index(task)];
+    if (rawFirst_[Index(task) + 1] == i + 1) return i;
     while (raw_[Index(i)].from != percent && raw_[Index(i)].to <= percent && raw_[Index(i)].next >= 0) ++i;
     return i;
 }
 
 std::int32_t Network::FindToSlice(std::int32_t task, int percent) const {
-    std::int32_t i = tasks_[Index(task)].firstSlice;
+    std::int32_t i = rawFirst_[Index(task)];
+    if (rawFirst_[Index(task) + 1] == i + 1) return i;
     for (;; ++i) {
         const Slice& slice = raw_[Index(i)];
         if (slice.next < 0 || slice.to > percent) return i;
@@ -383,16 +392,16 @@ void Network::MakeRawEdges() {
             const Project& project = projects_[Index(task.subproject)];
             for (std::int32_t inner = project.firstTask; inner < project.firstTask + project.taskCount;
                  ++inner) {
-                AddRawEdge(FindToSlice(inner, 100), task.firstSlice,
+                AddRawEdge(FindToSlice(inner, 100), rawFirst_[t],
                            OffsetBetween(index, tasks_[Index(inner)].object.Get(), 100, 0));
             }
             continue;
         }
         for (std::int32_t i = task.firstSource; i < task.firstSource + task.sourceCount; ++i) {
             Source& source = sources_[Index(i)];
-            const Vtask* required = pending_[Index(i)].required;
-            if (!required) continue;
-            const std::int32_t from = FindToSlice(required->solveIndex, source.fromPercent);
+            const PendingSource& pending = pending_[Index(i)];
+            if (pending.index < 0) continue;
+            const std::int32_t from = FindToSlice(pending.index, source.fromPercent);
             const std::int32_t to = FindFromSlice(index, source.toPercent);
             source.slice = from;
             double offset = source.offset;
@@ -401,7 +410,7 @@ void Network::MakeRawEdges() {
                 const RawEdge& other = rawEdges_[Index(last)];
                 offset = other.to == to
                              ? other.offset
-                             : OffsetBetween(index, required, source.fromPercent, source.toPercent);
+                             : OffsetBetween(index, pending.required, source.fromPercent, source.toPercent);
             }
             last = static_cast<std::int32_t>(rawEdges_.size());
             AddRawEdge(from, to, offset);
@@ -460,11 +469,8 @@ void Network::NumberSlices() {
     for (const std::int32_t p : projectRank_) {
         const Project& project = projects_[Index(p)];
         if (project.taskCount == 0) continue;
-        const std::int32_t lastTask = project.firstTask + project.taskCount - 1;
-        std::int32_t slice = tasks_[Index(project.firstTask)].firstSlice;
-        const bool toEnd = Index(lastTask) + 1 == tasks_.size();
-        const std::int32_t end =
-            toEnd ? static_cast<std::int32_t>(raw_.size()) : tasks_[Index(lastTask) + 1].firstSlice;
+        std::int32_t slice = rawFirst_[Index(project.firstTask)];
+        const std::int32_t end = rawFirst_[Index(project.firstTask + project.taskCount)];
         for (; slice < end; ++slice) {
             if (count_[Index(slice)] == 0) place_[Index(slice)] = levelStart_[Index(level_[Index(slice)])]++;
         }
@@ -494,7 +500,7 @@ void Network::NumberSlices() {
             edges_[Index(at++)] = {place_[Index(edge.to)], edge.offset};
         }
     }
-    for (Task& task : tasks_) task.firstSlice = place_[Index(task.firstSlice)];
+    for (std::size_t t = 0; t < tasks_.size(); ++t) tasks_[t].firstSlice = place_[Index(rawFirst_[t])];
     for (Source& source : sources_) {
         if (source.slice >= 0) source.slice = place_[Index(source.slice)];
     }

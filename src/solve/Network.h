@@ -164,6 +164,7 @@ class Network {
   private:
     struct PendingSource {
         Vtask* required = nullptr;
+        std::int32_t index = -1;  ///< of `required` in this network
     };
     using CutSet = std::array<std::uint64_t, 2>;  ///< bit p: the task is cut at p percent
 
@@ -214,6 +215,7 @@ class Network {
     std::vector<Slice> raw_;
     std::vector<RawEdge> rawEdges_;
     std::vector<std::int32_t> rawFirstEdge_, rawSuccessor_, count_, level_, queue_, place_, levelStart_;
+    std::vector<std::int32_t> rawFirst_;  ///< by task: its first raw slice; one more at the end
     std::vector<std::int32_t> projectRank_;
     std::vector<std::uint8_t> tiedIn_;    ///< by project: its link has a successor
     std::vector<std::int32_t> openEnds_;  ///< by master project

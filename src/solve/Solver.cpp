@@ -197,10 +197,9 @@ bool Solver::CheckAllTasks() {
 bool Solver::ForwardPass() {
     run_.Watch(network_.IndexOf(watched_.Get()));
     const auto outcome = run_.SolveAllSlices(this);
-    if (outcome == ForwardRun::Outcome::Stopped) return false;
-    WriteForwardResults();
-    WriteDependencyDates();
     if (outcome == ForwardRun::Outcome::Done) return true;
+    if (outcome == ForwardRun::Outcome::Stopped) return false;
+    WriteResults();
     if (outcome == ForwardRun::Outcome::NoTime) {
         SolveProblem problem;
         problem.message = "No working time";
@@ -232,7 +231,8 @@ void Solver::ReportShortage() {
     SolveError(problem);
 }
 
-void Solver::WriteForwardResults() {
+/// Writes what the passes found into the model: the late dates only when the reverse pass has run.
+void Solver::WriteResults() {
     const auto tasks = network_.Tasks();
     for (std::size_t i = 0; i < tasks.size(); ++i) {
         Vtask& task = *tasks[i].object.Get();
@@ -240,35 +240,52 @@ void Solver::WriteForwardResults() {
         task.SetEarlyStart(DateTime(clock.start));
         task.SetEarlyFinish(DateTime(clock.finish));
         task.SetLaborCost(clock.laborCost);
-        if (tasks[i].subproject >= 0 && network_.Slices()[Index(tasks[i].firstSlice)].task >= 0) {
-            if (tasks[i].firstSlice < run_.SlicesBegun()) task.SetMaterialCost(clock.materialCost);
+        if (tasks[i].subproject >= 0 && tasks[i].firstSlice < run_.SlicesBegun()) {
+            task.SetMaterialCost(clock.materialCost);
         }
+        if (reversed_) {
+            task.SetLateStart(DateTime(reverse_.Tasks()[i].start));
+            task.SetLateFinish(DateTime(reverse_.Tasks()[i].finish));
+        }
+        WriteDependencyDates(tasks[i]);
     }
 }
 
 /// The date of every dependency that the pass has looked at.
-void Solver::WriteDependencyDates() {
+void Solver::WriteDependencyDates(const Network::Task& task) {
+    if (task.subproject >= 0) return;
     const std::int32_t begun = run_.SlicesBegun();
-    for (const auto& task : network_.Tasks()) {
-        if (task.subproject >= 0) continue;
-        for (const auto& source : network_.SourcesOf(task)) {
-            if (source.slice < 0) continue;
-            std::int32_t slice = task.firstSlice;
-            if (task.effortUnits != 0) {
-                while (network_.Slices()[Index(slice)].from < source.toPercent &&
-                       network_.Slices()[Index(slice)].next >= 0) {
-                    slice = network_.Slices()[Index(slice)].next;
-                }
+    for (const auto& source : network_.SourcesOf(task)) {
+        if (source.slice < 0) continue;
+        std::int32_t slice = task.firstSlice;
+        if (task.effortUnits != 0) {
+            while (network_.Slices()[Index(slice)].from < source.toPercent &&
+                   network_.Slices()[Index(slice)].next >= 0) {
+                slice = network_.Slices()[Index(slice)].next;
             }
-            if (slice < begun) source.object->SetDepDate(DateTime(run_.SliceFinish()[Index(source.slice)]));
         }
+        if (slice < begun) source.object->SetDepDate(DateTime(run_.SliceFinish()[Index(source.slice)]));
     }
 }
 
 /// The finish of a project in its plan journal, in days.
 double Solver::PlanFinish(const Network::Project& project) const {
     const Vproject& object = *project.object.Get();
-    if (object.PlanIndex() != object.CurrentIndex()) return object.EarlyFinishAt(object.PlanIndex()).Days();
+    const std::int32_t plan = object.PlanIndex();
+    if (plan != object.CurrentIndex()) {
+        // What this solve finds runs forward into later journals.
+        bool any = false;
+        double finish = 0;
+        for (const Vtask* task : object.TaskList()) {
+            if (!task->IncludeAt(plan)) continue;
+            const std::int32_t index = plan > object.CurrentIndex() ? network_.IndexOf(task) : -1;
+            const double at =
+                index >= 0 ? run_.Clocks()[Index(index)].finish : task->EarlyFinishAt(plan).Days();
+            finish = any ? std::max(finish, at) : at;
+            any = true;
+        }
+        return finish;
+    }
     if (project.taskCount == 0) return 0;
     double finish = run_.Clocks()[Index(project.firstTask)].finish;
     for (std::int32_t t = project.firstTask + 1; t < project.firstTask + project.taskCount; ++t) {
@@ -289,12 +306,7 @@ void Solver::ReversePass() {
     }
     reverse_.Run(network_, run_, planFinish_);
     reversed_ = true;
-    const auto tasks = network_.Tasks();
-    for (std::size_t i = 0; i < tasks.size(); ++i) {
-        Vtask& task = *tasks[i].object.Get();
-        task.SetLateStart(DateTime(reverse_.Tasks()[i].start));
-        task.SetLateFinish(DateTime(reverse_.Tasks()[i].finish));
-    }
+    WriteResults();
 }
 
 Vslice Solver::Slice(std::int32_t index) const {

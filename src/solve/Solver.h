@@ -42,8 +42,8 @@ struct Vslot {
 /// solve comes up for air in AbortSolve, which lets user events run on the same thread: what they change is
 /// the model and the mode, never the solver's arrays, and the solve gives up and begins again.
 ///
-/// The model's result fields are written when a forward pass and a reverse pass have ended or halted, in the
-/// journal in force; a pass that gave up leaves no trace.
+/// The model's result fields are written when the passes have ended or halted, in the journal in force; a
+/// pass that gave up leaves no trace.
 class Solver : public SolveService, private ForwardRun::Poll {
   public:
     /// Registers with the workspace, which must outlive the solver.
@@ -106,8 +106,8 @@ class Solver : public SolveService, private ForwardRun::Poll {
     bool ForwardPass();
     void ReversePass();
     void ReportShortage();
-    void WriteForwardResults();
-    void WriteDependencyDates();
+    void WriteResults();
+    void WriteDependencyDates(const Network::Task& task);
     double PlanFinish(const Network::Project& project) const;
     bool Stop(std::int32_t slice) override;
     bool MayStop();
