@@ -4,14 +4,6 @@
 
 namespace vortan {
 
-namespace {
-
-// From this day on, the end of a five-minute cell of a shift and the same minute reached by AddMinutes are
-// the same number; before it, they can differ in the last bit, and a booking can leave a sliver behind.
-constexpr std::int32_t kFirstExactDay = 1024;
-
-}  // namespace
-
 void Bookings::Reset(const Network& network) {
     network_ = &network;
     const std::size_t count = network.Resources().size();
@@ -19,7 +11,7 @@ void Bookings::Reset(const Network& network) {
     calendars_.resize(count);
     pagesUsed_ = 0;
     skipPagesUsed_ = 0;
-    slots_.clear();
+    slotsUsed_ = 0;
 }
 
 Bookings::Page& Bookings::AddPage(std::int32_t resource, std::int32_t day) {
@@ -65,22 +57,25 @@ std::int32_t& Bookings::SkipAt(Page& page, std::int32_t day, int reach) {
     return skipPages_[static_cast<std::size_t>(skips)][at];
 }
 
+/// Room for `count` slots in a row. Returns the index of the first.
+std::int32_t Bookings::AddSlots(std::size_t count) {
+    const std::size_t first = slotsUsed_;
+    slotsUsed_ += count;
+    if (slotsUsed_ > slots_.size()) slots_.resize(std::max(slotsUsed_, 2 * slots_.size()));
+    return static_cast<std::int32_t>(first);
+}
+
 std::int32_t Bookings::Chain(std::int32_t resource, std::int32_t day) {
     std::int32_t& code = PageFor(resource, day).days[static_cast<std::size_t>(day & (kPageDays - 1))].code;
     if (code > 0) return code - 1;
     const std::int32_t holder = code < 0 ? HolderOf(code) : -1;
-    const auto first = static_cast<std::int32_t>(slots_.size());
     const auto periods = network_->PeriodsOf(PatternOf(resource, day));
-    slots_.resize(slots_.size() + periods.size());
+    const std::int32_t first = AddSlots(periods.size());
     Slot* slot = &slots_[static_cast<std::size_t>(first)];
     std::int32_t next = first;
     for (const Network::Period& period : periods) {
         const bool held = holder >= 0 && period.kind <= SlotClass::OffDay;
-        slot->end = day + period.end;
-        slot->task = held ? holder : -1;
-        slot->nextAndKind = static_cast<std::uint32_t>(period.kind);
-        slot->SetNext(++next);
-        ++slot;
+        *slot++ = Slot{day + period.end, held ? holder : -1, Slot::Pack(++next, period.kind)};
     }
     (slot - 1)->SetNext(-1);
     code = first + 1;
@@ -89,11 +84,9 @@ std::int32_t Bookings::Chain(std::int32_t resource, std::int32_t day) {
 
 /// Cuts a slot in two at `when`; the new right part is free. Returns its index.
 std::int32_t Bookings::Split(std::int32_t slot, double when) {
-    const auto right = static_cast<std::int32_t>(slots_.size());
-    Slot copy = slots_[static_cast<std::size_t>(slot)];
-    copy.task = -1;
-    slots_.push_back(copy);
+    const std::int32_t right = AddSlots(1);
     Slot& left = slots_[static_cast<std::size_t>(slot)];
+    slots_[static_cast<std::size_t>(right)] = Slot{left.end, -1, left.nextAndKind};
     left.end = when;
     left.SetNext(right);
     return right;
@@ -144,23 +137,18 @@ std::int32_t Bookings::Allocate(std::int32_t resource, double start, std::int32_
 
 std::int32_t Bookings::AllocateWholeDay(std::int32_t resource, std::int32_t day, std::int32_t minutes,
                                         const Account& account) {
-    const auto& pattern = PatternOf(resource, day);
-    if (pattern.normalMinutes == 0 || minutes < pattern.normalMinutes || account.multiplier != 1 ||
-        day < kFirstExactDay) {
-        return 0;
-    }
+    if (account.multiplier != 1 || day < kSteadyDays || day >= 2 * kSteadyDays) return 0;
+    const auto& owner = network_->Resources()[static_cast<std::size_t>(resource)];
+    const auto weekday = static_cast<std::size_t>(WeekdayIndex(day));
+    const auto& pattern = network_->Pattern(owner.pattern[weekday]);
+    if (pattern.normalMinutes == 0 || minutes < pattern.normalMinutes) return 0;
     Day& entry = PageFor(resource, day).days[static_cast<std::size_t>(day & (kPageDays - 1))];
     if (entry.code != kUntouched) return 0;
     entry.code = -account.task - 1;
     entry.skip = day + kWeekdays;
-    const SlotClass kind = pattern.NormalKind();
-    double end = day;
-    for (const auto& period : network_->NormalPeriodsOf(pattern)) {
-        end = day + period.end;
-        const Money cost = CostOf(resource, kind, day + period.start, end, 1);
-        *account.sliceCost += cost;
-        *account.taskCost += cost;
-    }
+    *account.sliceCost += owner.wholeDayCost[weekday];
+    *account.taskCost += owner.wholeDayCost[weekday];
+    const double end = day + network_->NormalPeriodsOf(pattern).back().end;
     if (*account.finish < end) *account.finish = end;
     return pattern.normalMinutes;
 }

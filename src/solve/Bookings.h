@@ -105,22 +105,23 @@ class Bookings {
     static constexpr int kPageShift = 6;
     static constexpr std::int32_t kPageDays = 1 << kPageShift;
 
+    /// The cost of a held slot follows from its length, so it is not kept.
     struct Slot {
         double end;
-        Money cost;
         std::int32_t task;          ///< -1 free
         std::uint32_t nextAndKind;  ///< (index of the next slot + 1) * 4 + kind
 
         std::int32_t Next() const { return static_cast<std::int32_t>(nextAndKind >> 2) - 1; }
         SlotClass Kind() const { return static_cast<SlotClass>(nextAndKind & 3); }
-        void SetNext(std::int32_t next) {
-            nextAndKind = static_cast<std::uint32_t>(next + 1) << 2 | (nextAndKind & 3);
+        static std::uint32_t Pack(std::int32_t next, SlotClass kind) {
+            return static_cast<std::uint32_t>(next + 1) << 2 | static_cast<std::uint32_t>(kind);
         }
+        void SetNext(std::int32_t next) { nextAndKind = Pack(next, Kind()); }
     };
     struct Day {
         std::int32_t code = kUntouched;  ///< the first slot of a chain + 1, or minus (task + 1) when that
                                          ///< task holds all normal time and nothing else is held
-        std::int32_t skip = 0;  ///< next day to look at for normal time, 0 for the day itself
+        std::int32_t skip = 0;           ///< next day to look at for normal time, 0 for the day itself
     };
     /// 64 days of a resource.
     struct Page {
@@ -168,6 +169,7 @@ class Bookings {
     }
     /// First slot of the day's chain, which is made if need be.
     std::int32_t Chain(std::int32_t resource, std::int32_t day);
+    std::int32_t AddSlots(std::size_t count);
     std::int32_t Split(std::int32_t slot, double when);
     /// Where the page keeps the next day to look at.
     std::int32_t& SkipAt(Page& page, std::int32_t day, int reach);
@@ -184,7 +186,8 @@ class Bookings {
     std::size_t pagesUsed_ = 0;
     std::vector<SkipPage> skipPages_;
     std::size_t skipPagesUsed_ = 0;
-    std::vector<Slot> slots_;
+    std::vector<Slot> slots_;  ///< those up to slotsUsed_ are in use
+    std::size_t slotsUsed_ = 0;
 };
 
 }  // namespace vortan

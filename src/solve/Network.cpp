@@ -281,6 +281,12 @@ void Network::IndexObjects() {
                              object->OvertimeRate().ToDouble(), object->HolidayRate().ToDouble()};
             for (int w = 0; w < kWeekdays; ++w) {
                 resource.pattern[Index(w)] = FindOrAddPattern(object->Shift(), object->WorkDay(w + 1));
+                const DayPattern& pattern = Pattern(resource.pattern[Index(w)]);
+                const double rate = resource.rate[static_cast<std::size_t>(pattern.NormalKind())];
+                for (const NormalPeriod& period : NormalPeriodsOf(pattern)) {
+                    const double days = (kSteadyDays + period.end) - (kSteadyDays + period.start);
+                    resource.wholeDayCost[Index(w)] += Money::FromDouble(rate * days * 24);
+                }
             }
         }
         wants_[i].resource = object->solveIndex;

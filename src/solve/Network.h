@@ -20,6 +20,10 @@ constexpr int WeekdayIndex(std::int32_t day) {
     return (day % kWeekdays + kWeekdays - 1) % kWeekdays;
 }
 
+/// From kSteadyDays to twice that (1989 to 2079), moments have the same resolution, so a period of the day
+/// has the same length, to the last bit, on each of these days.
+constexpr std::int32_t kSteadyDays = 32768;
+
 /// Kinds of time, in the order of the passes that may use them.
 enum class SlotClass : std::uint8_t { Normal = 0, OffDay = 1, Overtime = 2, Overload = 3 };
 /// The slot type that screens and files know: 3, 4, 5 or 9.
@@ -90,6 +94,8 @@ class Network {
         Link<Vresource> object;
         std::array<double, 4> rate{};                   ///< money per hour, by SlotClass
         std::array<std::int32_t, kWeekdays> pattern{};  ///< DayPattern of each weekday
+        /// Cost of all normal time of a weekday for a team of 1, on the days of kSteadyDays.
+        std::array<Money, kWeekdays> wholeDayCost{};
     };
     struct Slice {
         std::int32_t task = -1;
