@@ -29,6 +29,13 @@ class CommandLine {
     CLI::App& App() { return app_; }
     int Run(CliSession& session) const { return run_(session); }
 
+    /// Whether the first argument is meant as a command, but is none.
+    bool NamesNoCommand(const std::vector<std::string>& arguments) const {
+        if (arguments.empty() || arguments.front().starts_with('-')) return false;
+        const auto named = [&](const CLI::App* command) { return command->check_name(arguments.front()); };
+        return app_.get_subcommands(named).empty();
+    }
+
   private:
     CLI::App* Command(const char* name, const char* description, std::function<int(CliSession&)> run) {
         CLI::App* command = app_.add_subcommand(name, description);
@@ -40,9 +47,9 @@ class CommandLine {
         auto* command = Command("solve", "Solve plans and print their schedules",
                                 [this](CliSession& session) { return SolveCommand(session, solve_); });
         command
-            ->add_option("files", solve_.files, "Plan files (.vta, .vtb), read in this order into one memory")
+            ->add_option("FILE", solve_.files, "Plan files (.vta, .vtb), read in this order into one memory")
             ->required()
-            ->type_name("FILE");
+            ->type_name("");
         command->add_flag("--json", solve_.json, "Print the result as one JSON object");
         command->add_option("--save", solve_.save, "Write the solved plan to this file")->type_name("OUT");
         command->add_option("--journal", solve_.journal, "Solve the journal of this date")->type_name("DATE");
@@ -53,18 +60,18 @@ class CommandLine {
         auto* command =
             Command("convert", "Convert between plain (.vta) and packed (.vtb) files, content unchanged",
                     [this](CliSession& session) { return ConvertCommand(session, from_, to_); });
-        command->add_option("in", from_, "File to read")->required()->type_name("IN");
-        command->add_option("out", to_, "File to write")->required()->type_name("OUT");
+        command->add_option("IN", from_, "File to read")->required()->type_name("");
+        command->add_option("OUT", to_, "File to write")->required()->type_name("");
     }
     void AddCheck() {
         auto* command = Command("check", "Read a file and tell what is in it and whether it is damaged",
                                 [this](CliSession& session) { return CheckCommand(session, check_); });
-        command->add_option("file", check_, "Plan file")->required()->type_name("FILE");
+        command->add_option("FILE", check_, "Plan file")->required()->type_name("");
     }
     void AddJournal() {
         auto* command = Command("journal", "List the journals of a plan, add one, set the plan, activate one",
                                 [this](CliSession& session) { return JournalCommand(session, journal_); });
-        command->add_option("file", journal_.file, "Plan file")->required()->type_name("FILE");
+        command->add_option("FILE", journal_.file, "Plan file")->required()->type_name("");
         command->add_option("--add", journal_.add, "Add a journal of this date and activate it")
             ->type_name("DATE");
         command->add_option("--plan", journal_.plan, "Make the journal of this date the plan")
@@ -78,7 +85,7 @@ class CommandLine {
     void AddWhy() {
         auto* command = Command("why", "Explain in plain words why a task lies where it does",
                                 [this](CliSession& session) { return WhyCommand(session, why_); });
-        command->add_option("file", why_.file, "Plan file")->required()->type_name("FILE");
+        command->add_option("FILE", why_.file, "Plan file")->required()->type_name("");
         command->add_option("--task", why_.task, "Number of the task")->required()->type_name("N");
         command->add_option("--project", why_.project, "Its project; the first one if not given")
             ->type_name("NAME");
@@ -101,6 +108,11 @@ class CommandLine {
 
 int RunCli(const std::vector<std::string>& arguments, const CliStreams& streams) {
     CommandLine line;
+    if (line.NamesNoCommand(arguments)) {
+        streams.err << "There is no command \"" << arguments.front()
+                    << "\".\nRun with --help for more information.\n";
+        return kExitUsage;
+    }
     try {
         line.App().parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::ParseError& error) {

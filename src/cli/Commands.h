@@ -49,6 +49,9 @@ struct CliSession {
 /// A date as a user types it. CliError if it is none.
 DateTime ParseDateArgument(const std::string& text);
 
+/// A moment for people: no seconds where there are none, "-" for none at all.
+std::string MomentText(DateTime moment);
+
 struct SolveOptions {
     std::vector<std::string> files;
     bool json = false;

@@ -21,15 +21,17 @@ LoadReport CliSession::Load(const std::string& fileName) {
     RequirePlanFile(fileName);
     FileText file;
     if (!ReadFileText(platform, fileName, file)) throw CliError("");
+    const bool cutOff = file.packed && !file.suffixFound;
     LoadReport report;
     try {
         TokenReader reader(file.text, fileName);
         LoadRecords(workspace, reader, report);
     } catch (const Fault& fault) {
-        throw CliError(fault.Description());
+        throw CliError(fault.Description() + (cutOff ? "\nThe packed file was cut off before its end." : ""));
     }
-    if (file.packed && !file.crcMatches) {
-        streams.err << "Warning: the check sum of " << fileName << " does not match: the file is damaged.\n";
+    if (cutOff || (file.packed && !file.crcMatches)) {
+        streams.err << "Warning: " << fileName << " is damaged: "
+                    << (cutOff ? "it was cut off before its end" : "its check sum does not match") << ".\n";
     }
     if (report.lineBehindBlank > 0) {
         streams.err << "Warning: " << fileName << " was read up to the blank line before line "
@@ -89,6 +91,15 @@ DateTime ParseDateArgument(const std::string& text) {
     const auto date = ParseDate(text);
     if (!date) throw CliError("\"" + text + "\" is not a date. Write month/day/year or year-month-day.");
     return *date;
+}
+
+std::string MomentText(DateTime moment) {
+    if (!moment.IsSet()) return "-";
+    std::string text = FormatDate(moment);
+    const std::size_t blank = text.rfind(' ');
+    if (blank != std::string::npos && blank >= 3 && text.compare(blank - 3, 3, ":00") == 0)
+        text.erase(blank - 3, 3);
+    return text;
 }
 
 }  // namespace vortan

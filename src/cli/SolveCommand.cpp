@@ -11,15 +11,36 @@ namespace vortan {
 
 namespace {
 
-std::string DateOrNone(DateTime date) {
-    return date.IsSet() ? FormatDate(date) : "-";
+/// How much a table tells: where space is short, days without the time of day.
+enum class Detail { Full, Brief };
+
+std::string TableDate(DateTime date, Detail detail) {
+    return detail == Detail::Brief && date.IsSet() ? FormatShortDate(date) : MomentText(date);
 }
 
-std::string SlackText(DateTime early, DateTime late) {
-    return early.IsSet() && late.IsSet() ? FormatDuration(DaysBetween(early, late), true) : "-";
+std::string SlackText(DateTime early, DateTime late, Detail detail) {
+    if (!early.IsSet() || !late.IsSet()) return "-";
+    return FormatDuration(DaysBetween(early, late), detail == Detail::Full);
 }
 
-std::string ProjectTable(const Vproject& project, const std::string& currency, int width) {
+/// The task in whose midst the solve halted: its finish is only how far it came.
+const Vtask* HaltedTask(const Solver& solver) {
+    return solver.Problem() && solver.Problem()->assignment ? solver.Problem()->assignment.Get()->Task()
+                                                            : nullptr;
+}
+
+/// Of the tasks that were placed, which a halt may leave in the minority.
+DateTime FirstStart(const Vproject& project) {
+    DateTime first;
+    for (const Vtask* task : project.TaskList()) {
+        const DateTime start = task->Include() ? task->EarlyStart() : DateTime();
+        if (start.IsSet() && (!first.IsSet() || start < first)) first = start;
+    }
+    return first;
+}
+
+TextTable ProjectTable(const Vproject& project, const Vtask* halted, const std::string& currency,
+                       Detail detail) {
     using Align = TextTable::Align;
     TextTable table({"Id", "Description", "Start", "Finish", "Slack", "Labor cost"},
                     {Align::Right, Align::Left, Align::Left, Align::Left, Align::Right, Align::Right}, 1);
@@ -27,17 +48,19 @@ std::string ProjectTable(const Vproject& project, const std::string& currency, i
         if (!task->Include()) continue;
         const Vproject* subproject = task->Subproject();
         table.AddRow({task->Key(), subproject ? subproject->BuildNodeText() : task->Description(),
-                      DateOrNone(task->EarlyStart()), DateOrNone(task->EarlyFinish()),
-                      SlackText(task->EarlyFinish(), task->LateFinish()),
+                      TableDate(task->EarlyStart(), detail),
+                      task == halted ? "halted" : TableDate(task->EarlyFinish(), detail),
+                      SlackText(task->EarlyFinish(), task->LateFinish(), detail),
                       FormatCurrency(task->LaborCost(), currency)});
     }
     table.AddRule();
-    table.AddRow({"", "Total", DateOrNone(project.EarlyStart()), DateOrNone(project.EarlyFinish()), "",
+    table.AddRow({"", "Total", TableDate(FirstStart(project), detail),
+                  TableDate(project.EarlyFinish(), detail), "",
                   FormatCurrency(project.LaborCost(), currency)});
     if (project.MaterialCost() != Money()) {
         table.AddRow({"", "Material", "", "", "", FormatCurrency(project.MaterialCost(), currency)});
     }
-    return table.Print(width);
+    return table;
 }
 
 void PrintTables(const CliSession& session, const std::string& currency) {
@@ -50,7 +73,12 @@ void PrintTables(const CliSession& session, const std::string& currency) {
             facts = "Journal " + project->JournalNodeText(project->CurrentIndex()) + "; " + facts;
         }
         if (const Vproject* parent = project->Parent()) facts += "; subproject of " + parent->ProjectName();
-        out << facts << "\n\n" << ProjectTable(*project, currency, session.streams.width) << "\n";
+        const Vtask* halted = HaltedTask(session.solver);
+        TextTable table = ProjectTable(*project, halted, currency, Detail::Full);
+        const int width = session.streams.width;
+        if (width > 0 && table.ReadableWidth() > width)
+            table = ProjectTable(*project, halted, currency, Detail::Brief);
+        out << WrapText(facts, width) << "\n\n" << table.Print(width) << "\n";
     }
 }
 
@@ -68,7 +96,7 @@ int SolveCommand(CliSession& session, const SolveOptions& options) {
         PrintTables(session, symbol);
         session.streams.out << session.solver.SolveMessage() << "\n";
         const std::string advice = ExplainProblem(session.workspace, session.solver);
-        if (!advice.empty()) session.streams.out << advice << "\n";
+        if (!advice.empty()) session.streams.out << WrapText(advice, session.streams.width) << "\n";
     }
     if (!options.save.empty()) session.Save(options.save);
     return exitCode;

@@ -8,6 +8,7 @@ namespace vortan {
 namespace {
 
 constexpr int kLeastElastic = 8;
+constexpr int kReadable = 20;  // columns of the elastic column
 constexpr int kGap = 2;
 
 struct Range {
@@ -71,6 +72,27 @@ std::string FitText(std::string_view text, int width) {
     return cut ? fitted + "…" : fitted;
 }
 
+std::string WrapText(std::string_view text, int width) {
+    if (width <= 0) return std::string(text);
+    std::string out;
+    int used = 0;
+    while (!text.empty()) {
+        const std::size_t blank = text.find(' ');
+        const std::string_view word = text.substr(0, blank);
+        text.remove_prefix(blank == std::string_view::npos ? text.size() : blank + 1);
+        if (used > 0 && used + 1 + TextWidth(word) > width) {
+            out += '\n';
+            used = 0;
+        } else if (used > 0) {
+            out += ' ';
+            ++used;
+        }
+        out += word;
+        used += TextWidth(word);
+    }
+    return out;
+}
+
 TextTable::TextTable(std::vector<std::string> headings, std::vector<Align> alignment, std::size_t elastic)
     : alignment_(std::move(alignment)), elastic_(elastic) {
     rows_.push_back(std::move(headings));
@@ -81,17 +103,33 @@ void TextTable::AddRow(std::vector<std::string> cells) {
     rows_.push_back(std::move(cells));
 }
 
-std::string TextTable::Print(int width) const {
+std::vector<int> TextTable::NaturalColumns() const {
     std::vector<int> columns(alignment_.size(), 0);
     for (const auto& row : rows_) {
         for (std::size_t i = 0; i < row.size(); ++i) columns[i] = std::max(columns[i], TextWidth(row[i]));
     }
+    return columns;
+}
+
+int TextTable::ReadableWidth() const {
+    std::vector<int> columns = NaturalColumns();
+    columns[elastic_] = std::min(columns[elastic_], kReadable);
+    return std::accumulate(columns.begin(), columns.end(), kGap * static_cast<int>(columns.size() - 1));
+}
+
+std::string TextTable::Print(int width) const {
+    std::vector<int> columns = NaturalColumns();
     const int gaps = kGap * static_cast<int>(columns.size() - 1);
     int total = std::accumulate(columns.begin(), columns.end(), gaps);
     if (width > 0 && total > width) {
         const int give = std::min(total - width, std::max(columns[elastic_] - kLeastElastic, 0));
         columns[elastic_] -= give;
         total -= give;
+    }
+    for (; width > 0 && total > width; --total) {
+        const auto widest = std::max_element(columns.begin(), columns.end());
+        if (*widest <= 1) break;
+        --*widest;
     }
     std::string out;
     for (const auto& row : rows_) {

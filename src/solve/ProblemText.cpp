@@ -52,7 +52,9 @@ std::string ExplainShortage(const Solver& solver, const SolveProblem& problem) {
 std::string ExplainJournals(const Workspace& workspace) {
     std::vector<std::string> names;
     for (const Vproject* project : workspace.ProjectList()) {
-        names.push_back(project->ProjectName() + " at " + FormatDate(project->Journal()));
+        names.push_back(project->ProjectName() +
+                        (project->NumJournals() > 0 ? " at " + FormatDate(project->Journal())
+                                                    : " without any journal (it is only named, not loaded)"));
     }
     return "All projects in memory share their resources, so they must be at the same journal: " +
            JoinNames(names) + ". Make one date active in all of them, or solve them apart.";
@@ -60,8 +62,10 @@ std::string ExplainJournals(const Workspace& workspace) {
 
 std::string ExplainCircle(const Solver& solver) {
     std::string text = "These tasks wait for each other in a circle: ";
+    const char* joint = " is required by ";
     for (const Link<Vtask>& task : solver.Circle()) {
-        if (task) text += NameTask(*task.Get()) + " is required by ";
+        if (task) text += NameTask(*task.Get()) + joint;
+        joint = ", which is required by ";
     }
     if (!solver.Circle().empty() && solver.Circle().front()) text += NameTask(*solver.Circle().front().Get());
     return text + ". Remove one of these dependencies.";
@@ -79,16 +83,16 @@ std::string ExplainDangling(const Solver& solver) {
 
 std::string ExplainDependency(const SolveProblem& problem) {
     const Vdependency& dependency = *problem.dependency.Get();
-    const Vtask& task = *dependency.Task();
-    const std::string name = "The dependency of " + NameTask(task) + " on " + dependency.BuildNodeText();
+    const std::string task = NameTask(*dependency.Task());
+    const std::string required =
+        dependency.TaskRequired() ? NameTask(*dependency.TaskRequired()) : "a deleted task";
     if (problem.message == "Missing prerequisite") {
-        return name +
-               " names a task that this journal does not have. Delete the dependency, or bring the task "
-               "back.";
+        return task + " depends on " + required +
+               ", which this journal does not have. Delete the dependency, or bring the task back.";
     }
-    return name +
-           " is on a task that stands for a subproject: it can run only from its start (0%) or its end "
-           "(100%).";
+    return task + " depends on " + std::to_string(dependency.FromPercent()) + "% of " + required +
+           ". That task stands for a subproject: a dependency on it can run only from its start (0%) or its "
+           "end (100%).";
 }
 
 std::string ExplainTask(const SolveProblem& problem) {
@@ -116,7 +120,7 @@ std::string ExplainTask(const SolveProblem& problem) {
 
 std::string NameTask(const Vtask& task) {
     return "task " + task.BuildNodeText() +
-           (task.Project() ? " of project " + task.Project()->ProjectName() : "");
+           (task.Project() ? " (project " + task.Project()->ProjectName() + ")" : "");
 }
 
 std::string NameResource(const Vresource& resource) {

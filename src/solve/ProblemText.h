@@ -10,7 +10,7 @@ namespace vortan {
 /// What halted the solve and what a planner can do about it, in full sentences. Empty when nothing did.
 std::string ExplainProblem(const Workspace& workspace, const Solver& solver);
 
-/// "task 4: Roof of project House", for messages.
+/// "task 4: Roof (project House)", for messages.
 std::string NameTask(const Vtask& task);
 std::string NameResource(const Vresource& resource);
 

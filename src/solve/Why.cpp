@@ -27,6 +27,8 @@ class Explainer {
         CollectBookings();
         for (std::size_t i = 0; i < slices_.size(); ++i) ExplainStart(i);
         for (std::size_t i = 0; i < slices_.size(); ++i) ExplainSlice(i);
+        std::stable_sort(report_.stretches.begin(), report_.stretches.end(),
+                         [](const auto& a, const auto& b) { return a.from < b.from; });
         ExplainFollowers();
         report_.solved = !slices_.empty() && slices_.back().earlyFinish.IsSet();
         report_.slackDays = DaysBetween(task_.EarlyFinish(), task_.LateFinish());
@@ -229,9 +231,11 @@ class Explainer {
                 const Vslice follower = solver_.Slice(edge.slice);
                 if (follower.task == &task_ || !follower.task) continue;
                 const double allowed = solver_.Slice(i).earlyFinish.Days() + edge.offset;
+                // What stands for a subproject begins with its first task; it is the end that waits.
+                const DateTime waits =
+                    follower.task->Subproject() ? follower.task->EarlyFinish() : follower.earlyStart;
                 report_.followers.push_back(
-                    {follower.task, follower.earlyStart, follower.fromPercent,
-                     follower.task->Subproject() ? 0 : follower.earlyStart.Days() - allowed});
+                    {follower.task, waits, follower.fromPercent, waits.Days() - allowed});
             }
         }
         std::stable_sort(report_.followers.begin(), report_.followers.end(),

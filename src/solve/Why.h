@@ -38,9 +38,9 @@ struct WhyReport {
     /// A task that waits for this one.
     struct Follower {
         Vtask* task = nullptr;
-        DateTime start;       ///< of its slice that waits
+        DateTime start;       ///< of its slice that waits; of a subproject's task, the end
         int percent = 0;      ///< of it that waits
-        double roomDays = 0;  ///< between the moment that this task allows and its start; 0 is held back
+        double roomDays = 0;  ///< between the moment that this task allows and `start`; 0 is held back
     };
 
     bool solved = false;  ///< the task was placed to its end

@@ -1,0 +1,133 @@
+#include <filesystem>
+
+#include "cli/CliRun.h"
+#include "persist/PackedText.h"
+
+namespace vortan {
+namespace {
+
+class ConvertCommandTest : public CliFixture {};
+class CheckCommandTest : public CliFixture {};
+class JournalCommandTest : public CliFixture {};
+
+TEST_F(ConvertCommandTest, ThereAndBackChangesNothing) {
+    for (const std::string& plan :
+         {std::string(EXAMPLES "/house.vta"), FileWith("odd.vta", "no plan,\n\n at all")}) {
+        EXPECT_EQ(Done({"convert", plan, PathOf("packed.vtb")}), "");
+        EXPECT_EQ(Done({"convert", PathOf("packed.vtb"), PathOf("back.vta")}), "");
+        EXPECT_TRUE(FileBytes(PathOf("back.vta")) == FileBytes(plan));
+    }
+}
+
+TEST_F(ConvertCommandTest, PackedBytesAreExact) {
+    for (const std::string name : {"p0", "p1", "p2"}) {
+        const std::string golden = TEST_DATA "/golden/packed/" + name;
+        Done({"convert", golden + ".vta", PathOf("out.vtb")});
+        EXPECT_TRUE(FileBytes(PathOf("out.vtb")) == FileBytes(golden + ".vtb")) << name;
+        Done({"convert", golden + ".vtb", PathOf("out.vta")});
+        EXPECT_TRUE(FileBytes(PathOf("out.vta")) == FileBytes(golden + ".vta")) << name;
+    }
+}
+
+TEST_F(ConvertCommandTest, ADamagedPackedFileIsNotConverted) {
+    const std::string packed = FileBytes(TEST_DATA "/golden/packed/p1.vtb");
+    std::string changed = packed;
+    changed[packed.size() / 2] = static_cast<char>(changed[packed.size() / 2] ^ 0x10);
+    for (const std::string& bytes : {changed, packed.substr(0, packed.size() / 2)}) {
+        ExpectPart(Refused({"convert", FileWith("bad.vtb", bytes), PathOf("out.vta")}), "is damaged");
+        EXPECT_FALSE(std::filesystem::exists(PathOf("out.vta")));
+    }
+}
+
+TEST_F(CheckCommandTest, AGoodFileIsCounted) {
+    EXPECT_EQ(Done({"check", FileWith("shed.vta", UsualShed())}),
+              "1 template, 1 shift, 2 resources\n"
+              "1 project, 6 tasks, 10 dependencies, 5 assignments\n"
+              "Template Crew: 1 journal (9/3/2001)\n"
+              "Project Shed: 1 journal (9/3/2001), active 9/3/2001 [Plan only]\n"
+              "No damage found\n");
+    Done({"convert", PathOf("shed.vta"), PathOf("shed.vtb")});
+    ExpectPart(Done({"check", PathOf("shed.vtb")}), "The check sum matches.\nNo damage found\n");
+    ExpectPart(Done({"check", EXAMPLES "/programme.vta"}),
+               "2 journals (1/11/2027, 4/12/2027), active 4/12/2027");
+}
+
+TEST_F(CheckCommandTest, DamageIsToldWithWhatCouldBeRead) {
+    const std::string plan = UsualShed();
+    const std::string packed = PackText(plan);
+    const std::tuple<const char*, std::string, std::vector<const char*>> cases[] = {
+        {"bad.vta",
+         Replaced(plan, "  EffortUnits,1440", "  EffortUnit,1440"),
+         {"1 template, 1 shift, 2 resources", "bad.vta", "\nLine "}},
+        {"cut.vta",
+         plan.substr(0, plan.find("  EffortUnits,1440") + 13),
+         {"1 project, ", "Error reading file"}},
+        {"cut.vtb", packed.substr(0, packed.size() / 2), {"cut off before its end"}},
+        {"sum.vtb",
+         packed.substr(0, packed.size() - 1) + static_cast<char>(packed.back() ^ 1),
+         {"The check sum does not match."}},
+    };
+    for (const auto& [name, bytes, parts] : cases) {
+        SCOPED_TRACE(name);
+        const CliOutcome outcome = Run({"check", FileWith(name, bytes)});
+        EXPECT_EQ(outcome.exitCode, kExitUsage);
+        for (const char* part : parts) ExpectPart(outcome.out, part);
+        EXPECT_TRUE(outcome.out.ends_with("\nDamaged\n")) << outcome.out;
+    }
+}
+
+TEST_F(CheckCommandTest, WhatLinksNameAndNoRecordCompletesIsTold) {
+    const std::string plan = Replaced(UsualShed(), "TaskRequired,Shed,1\r\n", "TaskRequired,Barn,7\r\n");
+    const std::string out =
+        Done({"check", FileWith("stubs.vta", Replaced(plan, "Shift,Standard", "Shift,Night"))});
+    for (const char* part :
+         {"Never completed: task 7 of project Barn\n", "Night", "Project Barn: no journals\n"})
+        ExpectPart(out, part);
+    ExpectNoPart(out, "Never completed: task 1 ");
+    ExpectPart(Done({"check", FileWith("blank.vta", UsualShed() + "\r\n\r\n\r\n\r\nPROJECT\r\n")}),
+               "Text behind a blank line is not read: line ");
+}
+
+TEST_F(JournalCommandTest, JournalsAreListed) {
+    EXPECT_EQ(Done({"journal", EXAMPLES "/programme.vta"}),
+              "Project Billing\n"
+              "  1/11/2027 [Plan]\n"
+              "  4/12/2027 [Current]\n"
+              "Template Renewal office\n"
+              "  1/11/2027\n"
+              "  4/12/2027 [Current]\n");
+}
+
+TEST_F(JournalCommandTest, AJournalIsAddedMadeThePlanAndActivated) {
+    const std::string plan = FileWith("shed.vta", UsualShed());
+    const std::string out = PathOf("out.vta");
+    const auto journals = [&] {
+        const std::string text = Done({"journal", out});
+        return text.substr(0, text.find("Template"));
+    };
+    Done({"journal", plan, "--add", "2001-09-10", "--save", out});
+    EXPECT_EQ(journals(), "Project Shed\n  9/3/2001 [Plan]\n  9/10/2001 [Current]\n");
+    Done({"journal", out, "--plan", "9/10/2001", "--save", out});
+    EXPECT_EQ(journals(), "Project Shed\n  9/3/2001\n  9/10/2001 [Plan only]\n");
+    Done({"journal", out, "--activate", "9/3/2001", "--save", out});
+    EXPECT_EQ(journals(), "Project Shed\n  9/3/2001 [Current]\n  9/10/2001 [Plan]\n");
+    Done({"journal", out, "--add", "9/17/2001"});
+    EXPECT_EQ(journals(), "Project Shed\n  9/3/2001 [Current]\n  9/10/2001 [Plan]\n")
+        << "written without --save";
+    ExpectPart(Done({"solve", out, "--journal", "9/10/2001"}), "Journal 9/10/2001 [Plan only]");
+}
+
+TEST_F(JournalCommandTest, WhatCannotBeDoneIsRefused) {
+    const std::string plan = FileWith("shed.vta", UsualShed());
+    const std::pair<std::vector<std::string>, const char*> cases[] = {
+        {{"journal", plan, "--add", "9/3/2001"}, "already exists"},
+        {{"journal", plan, "--add", "someday"}, "is not a date"},
+        {{"journal", plan, "--activate", "9/4/2001"}, "has no journal of 9/4/2001"},
+        {{"journal", plan, "--plan", "9/4/2001"}, "has no journal of 9/4/2001"},
+        {{"journal", FileWith("empty.vta", ""), "--add", "9/4/2001"}, "There is no project"},
+    };
+    for (const auto& [arguments, reason] : cases) ExpectPart(Refused(arguments), reason);
+}
+
+}  // namespace
+}  // namespace vortan

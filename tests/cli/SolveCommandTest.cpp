@@ -1,0 +1,146 @@
+#include <sstream>
+
+#include "cli/CliRun.h"
+#include "cli/TextTable.h"
+
+namespace vortan {
+namespace {
+
+class SolveCommandTest : public CliFixture {};
+
+std::string Golden(const std::string& name) {
+    return TEST_DATA "/golden/solve/" + name + ".vta";
+}
+
+TEST_F(SolveCommandTest, TheTableShowsDatesSlackAndCost) {
+    const std::string expected =
+        "Shed: Garden shed\n"
+        "Journal 9/3/2001 [Plan only]; Normal only, extend if more needed\n"
+        "\n"
+        "Id  Description  Start               Finish                  Slack  Labor cost\n"
+        "------------------------------------------------------------------------------\n"
+        " 1  Dig          9/3/2001 8:00 AM    9/10/2001 5:00 PM   1.75 days   $2,400.00\n"
+        " 2  Pipes        9/3/2001 8:00 AM    9/12/2001 5:00 PM           0     $800.00\n"
+        " 3  Drawings     9/3/2001 8:00 AM    9/5/2001 12:00 PM   1.75 days     $480.00\n"
+        " 4  Permit       9/6/2001 12:00 PM   9/9/2001 12:00 PM   1.75 days       $0.00\n"
+        " 5  Walls        9/5/2001 12:00 PM   9/10/2001 5:00 PM   1.75 days     $640.00\n"
+        " 6  Paint        9/12/2001 11:00 AM  9/13/2001 12:00 PM          0     $200.00\n"
+        "------------------------------------------------------------------------------\n"
+        "    Total        9/3/2001 8:00 AM    9/13/2001 12:00 PM              $4,520.00\n"
+        "\n"
+        "Solve complete\n";
+    EXPECT_EQ(Done({"solve", FileWith("shed.vta", UsualShed())}), expected);
+}
+
+TEST_F(SolveCommandTest, NoLineIsWiderThanTheTerminal) {
+    for (const std::string& plan : {std::string(EXAMPLES "/house.vta"), std::string(EXAMPLES "/launch.vta"),
+                                    Golden("m12"), Golden("m27")}) {
+        for (const int width : {60, 80, 100}) {
+            std::istringstream lines(Run({"solve", plan}, width).out);
+            for (std::string line; std::getline(lines, line);) EXPECT_LE(TextWidth(line), width) << line;
+        }
+    }
+    // Where the time of day has no room, the day and the whole description are still there.
+    ExpectPart(Done({"solve", EXAMPLES "/launch.vta"}, 80), "Product specification ");
+}
+
+TEST_F(SolveCommandTest, EveryHaltSaysWhatToDo) {
+    struct Case {
+        const char* plan;
+        const char* status;
+        std::vector<const char*> advice;
+    };
+    const Case cases[] = {
+        {"m03",
+         "Journal sync error",
+         {"beta at 11/2/2001", "Nowhere without any journal", "Make one date active"}},
+        {"m07", "Subproject is claimed by project Bridge 10", {"Task 38", "Take one of the two links away"}},
+        {"m11",
+         "must be either 0% or 100%",
+         {"Task 11", "40% of task 12", "its start (0%) or its end (100%)"}},
+        {"m12",
+         "Overtime needed",
+         {"wants 8 hours of resource 180", "on 3/10/2004", "can have 0", "because of task 5",
+          "uses overtime or extends"}},
+        {"m15", "Missing prerequisite", {"Task 1", "depends on task 3", "Delete the dependency"}},
+        {"m19", "Missing to-start dependency", {"Task 43", "a start date or a dependency"}},
+        {"m23", "Effort without resources", {"Task 13", "Assign a resource"}},
+        {"m27", "No working time", {"Task 11", "Check hours, work days, shifts"}},
+        {"m31",
+         "Circular dependency",
+         {"task 36", "is required by task 33", "which is required by task 36", "Remove one"}},
+        {"m35", "Dangling tasks", {"task 63", "task 62", "one last task only"}},
+        {"m43",
+         "Overload detected",
+         {"and can have 6.51", "because of task 28", "up to 24 hours or extends"}},
+        {"m47", "Overload > 24 hours", {"wants 24 hours", "extends or has no limit"}},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.plan);
+        const CliOutcome outcome = Run({"solve", Golden(each.plan)});
+        EXPECT_EQ(outcome.exitCode, kExitHalted);
+        const auto status = outcome.out.rfind(std::string("\n") + each.status + "\n");
+        ASSERT_NE(status, std::string::npos) << outcome.out;
+        for (const char* part : each.advice) ExpectPart(outcome.out.substr(status), part);
+        ExpectPart(Run({"solve", Golden(each.plan), "--json"}).out,
+                   std::string("\"status\":\"") + each.status + "\"");
+    }
+}
+
+TEST_F(SolveCommandTest, AHaltedTaskHasNoFinish) {
+    const std::string out = Run({"solve", FileWith("shed.vta", UsualShed(0))}).out;
+    ExpectPart(out, " 2  Pipes        9/3/2001 8:00 AM  halted ");
+    ExpectPart(out, " 3  Drawings     -                 - ");
+    ExpectPart(out, "    Total        9/3/2001 8:00 AM  9/10/2001 5:00 PM ");
+}
+
+TEST_F(SolveCommandTest, TheSavedPlanSolvesToTheSame) {
+    const std::string plan = FileWith("shed.vta", UsualShed());
+    for (const char* name : {"out.vta", "out.vtb"}) {
+        const std::string first = Done({"solve", plan, "--json", "--save", PathOf(name)});
+        EXPECT_EQ(Done({"solve", PathOf(name), "--json"}), first);
+    }
+    ExpectPart(FileBytes(PathOf("out.vta")), "  EarlyFinish,09/10/2001 05:00pm\r\n");
+    ExpectPart(Run({"solve", plan, "--save", PathOf("no/such/out.vta")}).err, "out.vta");
+    EXPECT_EQ(Run({"solve", plan, "--save", PathOf("no/such/out.vta")}).exitCode, kExitUsage);
+}
+
+TEST_F(SolveCommandTest, SeveralFilesShareOneMemory) {
+    const std::string one = FileWith("one.vta", SmallPlan("One") + StartsOnADate());
+    const std::string two = FileWith("two.vta", SmallPlan("Two") + DependencyOn("One", 1));
+    const std::string out = Done({"solve", one, two, "--project", "Two"});
+    ExpectPart(out, "One: Small\n");
+    ExpectPart(out, "Dig          9/3/2001 9:00 AM  9/3/2001 10:00 AM");
+}
+
+TEST_F(SolveCommandTest, AProjectOrJournalThatIsNotThereIsRefused) {
+    const std::string plan = EXAMPLES "/programme.vta";
+    ExpectPart(Refused({"solve", plan, "--project", "Shed"}),
+               "no project \"Shed\" in memory. There are: Billing.");
+    ExpectPart(Refused({"solve", plan, "--journal", "2027-02-02"}), "It has: 1/11/2027, 4/12/2027.");
+    ExpectPart(Refused({"solve", plan, "--journal", "soon"}), "\"soon\" is not a date");
+    ExpectPart(Done({"solve", plan, "--journal", "1/11/2027"}), "7/12/2027 9:00 AM");
+}
+
+TEST_F(SolveCommandTest, TheExamplesEndAsTheirReadmeSays) {
+    const std::string readme = FileBytes(EXAMPLES "/README.md");
+    const std::tuple<const char*, const char*, int> cases[] = {{"house", "Solve complete", kExitDone},
+                                                               {"launch", "Solve complete", kExitDone},
+                                                               {"programme", "Solve complete", kExitDone},
+                                                               {"overtime", "Overtime needed", kExitHalted}};
+    for (const auto& [name, status, exitCode] : cases) {
+        SCOPED_TRACE(name);
+        const std::string plan = std::string(EXAMPLES "/") + name + ".vta";
+        const CliOutcome outcome = Run({"solve", plan, "--save", PathOf("again.vta")});
+        EXPECT_EQ(outcome.exitCode, exitCode);
+        ExpectPart(outcome.out, std::string("\n") + status + "\n");
+        EXPECT_TRUE(FileBytes(PathOf("again.vta")) == FileBytes(plan)) << "the file holds other results";
+        const auto section = readme.find(std::string("## ") + name + ".vta");
+        ASSERT_NE(section, std::string::npos);
+        const auto told = readme.find("Status: ", section);
+        EXPECT_EQ(readme.substr(told + 9, std::string(status).size()), status);
+    }
+}
+
+}  // namespace
+}  // namespace vortan
