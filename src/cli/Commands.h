@@ -39,6 +39,8 @@ struct CliSession {
     void SelectJournal(const std::string& date);
     /// Solves everything in memory. Returns the exit code.
     int Solve();
+    /// The text about the solve; when it halted, with the object at fault and what can be done about it.
+    std::string StatusLine() const;
 
     CliStreams streams;
     CliPlatform platform;

@@ -1,7 +1,9 @@
 #include "cli/Commands.h"
+#include "cli/TextTable.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
 #include "persist/Vfile.h"
+#include "solve/ProblemText.h"
 
 namespace vortan {
 
@@ -85,6 +87,11 @@ int CliSession::Solve() {
     solver.RestartSolve();
     solver.SolveTimerTick();
     return solver.Mode() == SolveMode::Idle ? kExitDone : kExitHalted;
+}
+
+std::string CliSession::StatusLine() const {
+    const std::string advice = ExplainProblem(workspace, solver);
+    return WrapText(solver.SolveMessage() + (advice.empty() ? "" : ": " + advice), streams.width);
 }
 
 DateTime ParseDateArgument(const std::string& text) {

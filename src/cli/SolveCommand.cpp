@@ -94,9 +94,7 @@ int SolveCommand(CliSession& session, const SolveOptions& options) {
     } else {
         const std::string symbol = session.platform.CurrencySymbol();
         PrintTables(session, symbol);
-        session.streams.out << session.solver.SolveMessage() << "\n";
-        const std::string advice = ExplainProblem(session.workspace, session.solver);
-        if (!advice.empty()) session.streams.out << WrapText(advice, session.streams.width) << "\n";
+        session.streams.out << session.StatusLine() << "\n";
     }
     if (!options.save.empty()) session.Save(options.save);
     return exitCode;

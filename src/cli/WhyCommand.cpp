@@ -271,18 +271,14 @@ int WhyCommand(CliSession& session, const WhyOptions& options) {
     }
     session.solver.Watch(task);
     const int exitCode = session.Solve();
-    const WhyReport report = ExplainTask(session.workspace, session.solver, *task);
+    const WhyReport report = ExplainTask(session.solver, *task);
     if (options.json) {
         session.streams.out << WhyJson(session, *task, report);
         return exitCode;
     }
     PrintReport(session.streams.out, *task, report);
     if (exitCode != kExitDone) {
-        session.streams.out << "\n"
-                            << session.solver.SolveMessage() << "\n"
-                            << WrapText(ExplainProblem(session.workspace, session.solver),
-                                        session.streams.width)
-                            << "\n";
+        session.streams.out << "\n" << session.StatusLine() << "\n";
     }
     return exitCode;
 }

@@ -1,5 +1,6 @@
 #include "model/JournalCommands.h"
 
+#include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
 
@@ -21,6 +22,7 @@ void ForEachRelative(Workspace& workspace, Act&& act) {
 }  // namespace
 
 bool NewJournal(Workspace& workspace) {
+    const Section section("Journals:NewJournal");
     JournalOwner* owner = workspace.ThisProject();
     if (!owner) owner = workspace.ThisTemplate();
     if (!owner) {
@@ -56,6 +58,7 @@ bool NewJournal(Workspace& workspace) {
 }
 
 void SelectJournal(Workspace& workspace, const std::string& nodeText) {
+    const Section section("Journals:SelectJournal");
     if (nodeText.empty() || nodeText.front() == '<') return;
     const DateTime date = JDate(nodeText);
     if (const Vproject* project = workspace.ThisProject()) {
@@ -69,6 +72,7 @@ void SelectJournal(Workspace& workspace, const std::string& nodeText) {
 }
 
 void SetAsPlan(Workspace& workspace) {
+    const Section section("Journals:SetAsPlan");
     const Vproject* active = workspace.ThisProject();
     if (!active) return;
     ForEachRelative(workspace, [&](const Vproject& project) {

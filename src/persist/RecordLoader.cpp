@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "model/ErrTrap.h"
 #include "model/NumberText.h"
 #include "persist/Records.h"
 
@@ -352,6 +353,7 @@ class RecordLoader {
 }  // namespace
 
 void LoadRecords(Workspace& workspace, TokenReader& reader, LoadReport& report) {
+    const Section section("Records:LoadRecords");
     RecordLoader(workspace, reader, report).LoadAll();
 }
 

@@ -18,8 +18,8 @@ struct Booking {
 /// Builds the report of one task.
 class Explainer {
   public:
-    Explainer(const Workspace& workspace, const Solver& solver, const Vtask& task)
-        : workspace_(workspace), solver_(solver), task_(task), index_(solver.TheNetwork().IndexOf(&task)) {}
+    Explainer(const Solver& solver, const Vtask& task)
+        : solver_(solver), task_(task), index_(solver.TheNetwork().IndexOf(&task)) {}
 
     WhyReport Explain() {
         if (index_ < 0) return report_;
@@ -242,7 +242,6 @@ class Explainer {
                          [](const auto& a, const auto& b) { return a.roomDays < b.roomDays; });
     }
 
-    const Workspace& workspace_;
     const Solver& solver_;
     const Vtask& task_;
     const std::int32_t index_;
@@ -254,8 +253,8 @@ class Explainer {
 
 }  // namespace
 
-WhyReport ExplainTask(const Workspace& workspace, const Solver& solver, const Vtask& task) {
-    return Explainer(workspace, solver, task).Explain();
+WhyReport ExplainTask(const Solver& solver, const Vtask& task) {
+    return Explainer(solver, task).Explain();
 }
 
 }  // namespace vortan

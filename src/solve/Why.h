@@ -51,6 +51,6 @@ struct WhyReport {
 };
 
 /// Valid while the solver's last solve stands. A task that is not part of it gives an empty report.
-WhyReport ExplainTask(const Workspace& workspace, const Solver& solver, const Vtask& task);
+WhyReport ExplainTask(const Solver& solver, const Vtask& task);
 
 }  // namespace vortan

@@ -117,7 +117,7 @@ TEST_F(WhyCommandTest, AHaltIsToldWithTheTask) {
     EXPECT_EQ(halted.exitCode, kExitHalted);
     for (const char* part :
          {"From 9/3/2001 8:00 AM on\n", "Ann is held by task 1: Dig", "not placed to its end",
-          "\nOvertime needed\nTask 2: Pipes (project Shed) wants 8 hours of resource 1: Ann"})
+          "\nOvertime needed: Task 2: Pipes (project Shed) wants 8 hours of resource 1: Ann"})
         ExpectPart(halted.out, part);
     ExpectPart(Run({"why", plan, "--task", "6"}).out, "It was not placed.\n");
     ExpectPart(Run({"why", plan, "--task", "2", "--json"}).out, "\"status\":\"Overtime needed\"");
