@@ -6,4 +6,11 @@ preset=${1:-dev}
 scripts/install_packages.sh
 scripts/check_layers.sh
 scripts/build.sh "$preset"
-ctest --preset "$preset" -j "$(nproc)" --progress
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+echo "Testing ($preset) ..."
+if ! ctest --preset "$preset" -j "$(nproc)" >"$log" 2>&1; then
+    cat "$log" >&2
+    exit 1
+fi
+tail -n 3 "$log"
