@@ -74,6 +74,7 @@ class ForwardRun {
     double FindLatestDate(const Network::Task& task, int percent) const;
     Outcome Work(std::int32_t slice);
     bool SolveSomeMore(const Network::Task& task, std::int32_t& remaining, double stepStart);
+    bool SolveAlone(const Network::Task& task, std::int32_t& remaining, double stepStart);
     void WorkWholeDays(const Network::Task& task, std::int32_t& remaining);
     void TeamSolve(const Network::Task& task, std::int32_t& remaining, std::int64_t& today, double start);
     void PiecemealSolve(const Network::Task& task, std::int32_t& remaining, std::int64_t& today,

@@ -76,6 +76,7 @@ void Network::BeginCheck() {
     wants_.clear();
     wantResources_.clear();
     resources_.clear();
+    resourceDays_.clear();
     patterns_.clear();
     periods_.clear();
     normalPeriods_.clear();
@@ -250,6 +251,28 @@ std::int32_t Network::FindOrAddPattern(const Vshift* shift, bool workDay) {
     return static_cast<std::int32_t>(patterns_.size()) - 1;
 }
 
+void Network::AddResource(Vresource* object) {
+    Resource& resource = resources_.emplace_back();
+    resource.object = object;
+    resource.rate = {object->BurdenedRate().ToDouble(), object->OffDayRate().ToDouble(),
+                     object->OvertimeRate().ToDouble(), object->HolidayRate().ToDouble()};
+    for (int w = 0; w < kWeekdays; ++w) {
+        const DayPattern& pattern =
+            patterns_[Index(FindOrAddPattern(object->Shift(), object->WorkDay(w + 1)))];
+        ResourceDay& day = resourceDays_.emplace_back();
+        day.firstPeriod = pattern.firstPeriod;
+        day.periodCount = pattern.periodCount;
+        day.normalMinutes = pattern.normalMinutes;
+        const double rate = resource.rate[static_cast<std::size_t>(pattern.NormalKind())];
+        for (std::int32_t i = 0; i < pattern.normalCount; ++i) {
+            const NormalPeriod& period = normalPeriods_[Index(pattern.firstNormal + i)];
+            const double days = (kSteadyDays + period.end) - (kSteadyDays + period.start);
+            day.wholeDayCost += Money::FromDouble(rate * days * 24);
+            day.normalEnd = period.end;
+        }
+    }
+}
+
 /// Gives every task, project and resource its index, and turns references into indexes.
 void Network::IndexObjects() {
     for (std::size_t i = 0; i < projects_.size(); ++i) {
@@ -275,19 +298,7 @@ void Network::IndexObjects() {
         Vresource* object = wantResources_[i];
         if (IndexOf(object) < 0) {
             object->solveIndex = static_cast<std::int32_t>(resources_.size());
-            Resource& resource = resources_.emplace_back();
-            resource.object = object;
-            resource.rate = {object->BurdenedRate().ToDouble(), object->OffDayRate().ToDouble(),
-                             object->OvertimeRate().ToDouble(), object->HolidayRate().ToDouble()};
-            for (int w = 0; w < kWeekdays; ++w) {
-                resource.pattern[Index(w)] = FindOrAddPattern(object->Shift(), object->WorkDay(w + 1));
-                const DayPattern& pattern = Pattern(resource.pattern[Index(w)]);
-                const double rate = resource.rate[static_cast<std::size_t>(pattern.NormalKind())];
-                for (const NormalPeriod& period : NormalPeriodsOf(pattern)) {
-                    const double days = (kSteadyDays + period.end) - (kSteadyDays + period.start);
-                    resource.wholeDayCost[Index(w)] += Money::FromDouble(rate * days * 24);
-                }
-            }
+            AddResource(object);
         }
         wants_[i].resource = object->solveIndex;
     }
