@@ -110,7 +110,7 @@ std::int32_t Bookings::Allocate(std::int32_t resource, double start, std::int32_
                     index = Split(index, start);
                     slotStart = start;
                 }
-                const double end = AddMinutes(DateTime(slotStart), minutes).Days();
+                const double end = EndOf(day, slotStart, minutes);
                 if (slots_[static_cast<std::size_t>(index)].end > end) Split(index, end);
                 slots = slots_.data();
                 Slot& slot = slots_[static_cast<std::size_t>(index)];
@@ -131,34 +131,33 @@ std::int32_t Bookings::Allocate(std::int32_t resource, double start, std::int32_
     return booked;
 }
 
-/// Gives all normal time of a day to one task, if the day is untouched and the whole of it is wanted.
-inline bool Bookings::BookWhole(Day& entry, const Network::ResourceDay& kind, std::int32_t day,
-                                std::int32_t minutes, const Account& account) {
-    if (entry.code != kUntouched || kind.normalMinutes == 0 || minutes < kind.normalMinutes) return false;
-    entry = Day{-account.task - 1, day + kWeekdays};
-    *account.sliceCost += kind.wholeDayCost;
-    *account.taskCost += kind.wholeDayCost;
-    return true;
-}
-
 std::int32_t Bookings::AllocateWholeDays(const Network::Want& want,
                                          const std::array<std::int32_t, kWeekdays>& today, std::int32_t day,
                                          std::int32_t& remaining, const Account& account) {
     if (account.multiplier != 1 || day < kSteadyDays) return day;
     const Network::ResourceDay* const week = network_->WeekOf(want.resource);
     auto weekday = static_cast<std::size_t>(WeekdayIndex(day));
-    Page* page = nullptr;
+    Day* days = nullptr;  // of the present page
+    std::int32_t left = remaining;
+    Money sliceCost = *account.sliceCost, taskCost = *account.taskCost;
     for (; day < 2 * kSteadyDays; ++day) {
         if (want.minutes[weekday] > 0) {
-            if (remaining <= today[weekday]) break;
-            if (!page) page = &PageFor(want.resource, day);
-            Day& entry = page->days[static_cast<std::size_t>(day & (kPageDays - 1))];
-            if (!BookWhole(entry, week[weekday], day, want.minutes[weekday], account)) break;
-            remaining -= week[weekday].normalMinutes;
+            if (left <= today[weekday]) break;
+            const Network::ResourceDay& kind = week[weekday];
+            if (!days) days = PageFor(want.resource, day).days.data();
+            Day& entry = days[day & (kPageDays - 1)];
+            if (!CanBookWhole(entry, kind, want.minutes[weekday])) break;
+            entry = Day{-account.task - 1, day + kWeekdays};
+            sliceCost += kind.wholeDayCost;
+            taskCost += kind.wholeDayCost;
+            left -= kind.normalMinutes;
         }
         weekday = weekday + 1 == kWeekdays ? 0 : weekday + 1;
-        if ((day & (kPageDays - 1)) == kPageDays - 1) page = nullptr;
+        if ((day & (kPageDays - 1)) == kPageDays - 1) days = nullptr;
     }
+    remaining = left;
+    *account.sliceCost = sliceCost;
+    *account.taskCost = taskCost;
     return day;
 }
 
@@ -166,7 +165,11 @@ std::int32_t Bookings::AllocateWholeDay(std::int32_t resource, std::int32_t day,
                                         const Account& account) {
     if (account.multiplier != 1 || day < kSteadyDays || day >= 2 * kSteadyDays) return 0;
     const Network::ResourceDay& kind = KindOf(resource, day);
-    if (!BookWhole(DayFor(resource, day), kind, day, minutes, account)) return 0;
+    Day& entry = DayFor(resource, day);
+    if (!CanBookWhole(entry, kind, minutes)) return 0;
+    entry = Day{-account.task - 1, day + kWeekdays};
+    *account.sliceCost += kind.wholeDayCost;
+    *account.taskCost += kind.wholeDayCost;
     const double end = day + kind.normalEnd;
     if (*account.finish < end) *account.finish = end;
     return kind.normalMinutes;

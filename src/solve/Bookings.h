@@ -190,8 +190,15 @@ class Bookings {
         return entry.code - 1;
     }
     void MakeChain(Day& entry, const Network::ResourceDay& kind, std::int32_t day);
-    bool BookWhole(Day& entry, const Network::ResourceDay& kind, std::int32_t day, std::int32_t minutes,
-                   const Account& account);
+    /// Whether the day is untouched and all of its normal time is wanted.
+    static bool CanBookWhole(const Day& entry, const Network::ResourceDay& kind, std::int32_t minutes) {
+        return entry.code == kUntouched && kind.normalMinutes != 0 && minutes >= kind.normalMinutes;
+    }
+    /// AddMinutes for a moment that is known to lie within `day`.
+    static double EndOf(std::int32_t day, double start, std::int32_t minutes) {
+        const auto sum = std::llrint((start - day) * kMinutesPerDay + static_cast<double>(minutes));
+        return day + static_cast<double>(sum) / kMinutesPerDay;
+    }
     std::int32_t AddSlots(std::size_t count);
     std::int32_t Split(std::int32_t slot, double when);
     /// Where the page keeps the next day to look at.

@@ -361,35 +361,24 @@ int ForwardRun::ReachOn(const Network::Task& task, std::int32_t remaining, int w
     return rule / 2;
 }
 
-bool ForwardRun::MayGive(const Network::Task& task, std::int32_t remaining, std::int32_t day) {
-    const int weekday = WeekdayIndex(day);
-    const int reach = ReachOn(task, remaining, weekday);
-    if (reach < 0) return true;
-    for (const auto& want : network_->WantsOf(task)) {
-        if (want.minutes[Index(weekday)] > 0 && !bookings_->IsEmpty(want.resource, day, reach)) return true;
-    }
-    return false;
-}
-
 /// The first day from `day` on at which the step might do more than let the day pass.
 std::int32_t ForwardRun::NextUsefulDay(const Network::Task& task, std::int32_t remaining, std::int32_t day) {
     constexpr auto never = static_cast<std::int32_t>(kLastDay) + 1;
     if (task.wantedDays == 0) return never;
-    while ((task.wantedDays >> WeekdayIndex(day) & 1) == 0) ++day;
-    if (MayGive(task, remaining, day)) return day;
+    const auto wants = network_->WantsOf(task);
     std::int32_t best = never;
-    for (std::int32_t d = day; d < day + kWeekdays; ++d) {
-        const int weekday = WeekdayIndex(d);
-        if ((task.wantedDays >> weekday & 1) == 0) continue;
-        const int reach = ReachOn(task, remaining, weekday);
-        if (reach < 0) {
-            best = std::min(best, d);
-            continue;
+    int weekday = WeekdayIndex(day);
+    // A day behind the best one found so far cannot give an earlier one.
+    for (std::int32_t d = day; d < std::min(day + kWeekdays, best); ++d) {
+        if ((task.wantedDays >> weekday & 1) != 0) {
+            const int reach = ReachOn(task, remaining, weekday);
+            if (reach < 0) return d;
+            for (const auto& want : wants) {
+                if (want.minutes[Index(weekday)] <= 0) continue;
+                best = std::min(best, bookings_->NextDay(want.resource, d, reach));
+            }
         }
-        for (const auto& want : network_->WantsOf(task)) {
-            if (want.minutes[Index(weekday)] <= 0) continue;
-            best = std::min(best, bookings_->NextDay(want.resource, d, reach));
-        }
+        weekday = weekday + 1 == kWeekdays ? 0 : weekday + 1;
     }
     return best;
 }

@@ -82,7 +82,6 @@ class ForwardRun {
     double WorkStretch(int pass, double cursor, double limit, std::int32_t& remaining, std::int64_t& today);
     std::int32_t NextUsefulDay(const Network::Task& task, std::int32_t remaining, std::int32_t day);
     int ReachOn(const Network::Task& task, std::int32_t remaining, int weekday) const;
-    bool MayGive(const Network::Task& task, std::int32_t remaining, std::int32_t day);
     Outcome Halt(Outcome outcome, std::int32_t task) {
         problemTask_ = task;
         return outcome;
