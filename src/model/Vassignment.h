@@ -34,6 +34,8 @@ class Vassignment : public VObject {
     void SetHours(double value) { Let(hours_, value); }
     /// `day` is 0 Holiday, 1 Sunday to 7 Saturday, 8 Shutdown.
     bool WorkDay(int day) const { return workDays_.Field(day).At(Index()); }
+    /// The weekdays it works on in the journal in force: bit 0 Sunday to 6 Saturday.
+    unsigned WeekdaysNow() const { return workDays_.WeekdaysAt(Index()); }
     void SetWorkDay(int day, bool value) { Let(workDays_.Field(day), value); }
 
     /// Share of the resource's normal week that the assignment takes; 0 for a resource without one.

@@ -40,6 +40,17 @@ class Vdependency : public VObject {
     double Offset() const { return offset_.At(Index()); }
     void SetOffset(double value) { Let(offset_, value); }
 
+    /// The stored terms but for the date, all read at once.
+    struct Terms {
+        Link<Vtask> taskRequired;
+        double offset;
+        std::uint8_t fromPercent, toPercent;
+    };
+    Terms TermsNow() const {
+        const std::int32_t index = Index();
+        return {taskRequired_.At(index), offset_.At(index), fromPercent_.At(index), toPercent_.At(index)};
+    }
+
     /// Unique in the running program; not stored.
     std::string Key() const { return std::to_string(Id()); }
     static std::string ImageType() { return "d"; }

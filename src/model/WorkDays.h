@@ -24,6 +24,13 @@ class WorkDays {
     Journaled<bool>& Field(int day) { return days_.at(static_cast<std::size_t>(day)); }
     const Journaled<bool>& Field(int day) const { return days_.at(static_cast<std::size_t>(day)); }
 
+    /// Bit 0 Sunday to 6 Saturday, in that journal.
+    unsigned WeekdaysAt(int index) const {
+        unsigned bits = 0;
+        for (unsigned w = 0; w < 7; ++w) bits |= static_cast<unsigned>(days_[w + 1].At(index)) << w;
+        return bits;
+    }
+
     template <class Visitor>
     void ForEachField(Visitor&& visit) {
         for (std::size_t day = 0; day < days_.size(); ++day) visit(kWorkDayFields[day], days_[day]);

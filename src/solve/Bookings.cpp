@@ -40,7 +40,7 @@ Bookings::Page& Bookings::AddPage(std::int32_t resource, std::int32_t day) {
         calendar.count = count;
     }
     if (pagesUsed_ == pages_.size()) pages_.emplace_back();
-    pages_[pagesUsed_] = Page();
+    pages_[pagesUsed_].Clear();
     calendar.Pages()[wanted - first] = static_cast<std::int32_t>(pagesUsed_);
     return pages_[pagesUsed_++];
 }
@@ -65,21 +65,17 @@ std::int32_t Bookings::AddSlots(std::size_t count) {
     return static_cast<std::int32_t>(first);
 }
 
-std::int32_t Bookings::Chain(std::int32_t resource, std::int32_t day) {
-    std::int32_t& code = PageFor(resource, day).days[static_cast<std::size_t>(day & (kPageDays - 1))].code;
-    if (code > 0) return code - 1;
-    const std::int32_t holder = code < 0 ? HolderOf(code) : -1;
-    const auto periods = network_->PeriodsOf(PatternOf(resource, day));
-    const std::int32_t first = AddSlots(periods.size());
+void Bookings::MakeChain(Day& entry, const Network::ResourceDay& kind, std::int32_t day) {
+    const std::int32_t holder = entry.code < 0 ? HolderOf(entry.code) : -1;
+    const std::int32_t first = AddSlots(static_cast<std::size_t>(kind.periodCount));
     Slot* slot = &slots_[static_cast<std::size_t>(first)];
     std::int32_t next = first;
-    for (const Network::Period& period : periods) {
-        const bool held = holder >= 0 && period.kind <= SlotClass::OffDay;
-        *slot++ = Slot{day + period.end, held ? holder : -1, Slot::Pack(++next, period.kind)};
+    for (const Network::Period& period : network_->PeriodsOf(kind)) {
+        *slot++ = Slot{day + period.end, period.kind <= SlotClass::OffDay ? holder : -1,
+                       Slot::Pack(++next, period.kind)};
     }
     (slot - 1)->SetNext(-1);
-    code = first + 1;
-    return first;
+    entry.code = first + 1;
 }
 
 /// Cuts a slot in two at `when`; the new right part is free. Returns its index.
@@ -96,26 +92,27 @@ std::int32_t Bookings::Allocate(std::int32_t resource, double start, std::int32_
                                 const Account& account, bool& interference) {
     const auto day = static_cast<std::int32_t>(start);
     std::int32_t index = Chain(resource, day);
+    const Slot* slots = slots_.data();  // anew after each Split
     double slotStart = day;
-    while (slots_[static_cast<std::size_t>(index)].end <= start) {
-        slotStart = slots_[static_cast<std::size_t>(index)].end;
-        const std::int32_t next = slots_[static_cast<std::size_t>(index)].Next();
-        if (next < 0) return 0;
-        index = next;
+    while (slots[index].end <= start) {
+        slotStart = slots[index].end;
+        index = slots[index].Next();
+        if (index < 0) return 0;
     }
     std::int32_t booked = 0;
     while (minutes > 0) {
-        const SlotClass kind = slots_[static_cast<std::size_t>(index)].Kind();
+        const SlotClass kind = slots[index].Kind();
         if (Allowed(kind, pass)) {
-            if (slots_[static_cast<std::size_t>(index)].task >= 0) {
+            if (slots[index].task >= 0) {
                 interference = true;
             } else {
                 if (slotStart < start) {
                     index = Split(index, start);
                     slotStart = start;
                 }
-                const double end = AddMinutes(DateTime(slotStart), minutes).Days();
+                const double end = EndOf(day, slotStart, minutes);
                 if (slots_[static_cast<std::size_t>(index)].end > end) Split(index, end);
+                slots = slots_.data();
                 Slot& slot = slots_[static_cast<std::size_t>(index)];
                 const std::int32_t used = Minutes(slotStart, slot.end);
                 booked += used;
@@ -127,30 +124,55 @@ std::int32_t Bookings::Allocate(std::int32_t resource, double start, std::int32_
                 if (*account.finish < slot.end) *account.finish = slot.end;
             }
         }
-        const Slot& slot = slots_[static_cast<std::size_t>(index)];
-        slotStart = slot.end;
-        index = slot.Next();
+        slotStart = slots[index].end;
+        index = slots[index].Next();
         if (index < 0) break;
     }
     return booked;
 }
 
+std::int32_t Bookings::AllocateWholeDays(const Network::Want& want,
+                                         const std::array<std::int32_t, kWeekdays>& today, std::int32_t day,
+                                         std::int32_t& remaining, const Account& account) {
+    if (account.multiplier != 1 || day < kSteadyDays) return day;
+    const Network::ResourceDay* const week = network_->WeekOf(want.resource);
+    auto weekday = static_cast<std::size_t>(WeekdayIndex(day));
+    Day* days = nullptr;  // of the present page
+    std::int32_t left = remaining;
+    Money sliceCost = *account.sliceCost, taskCost = *account.taskCost;
+    for (; day < 2 * kSteadyDays; ++day) {
+        if (want.minutes[weekday] > 0) {
+            if (left <= today[weekday]) break;
+            const Network::ResourceDay& kind = week[weekday];
+            if (!days) days = PageFor(want.resource, day).days.data();
+            Day& entry = days[day & (kPageDays - 1)];
+            if (!CanBookWhole(entry, kind, want.minutes[weekday])) break;
+            entry = Day{-account.task - 1, day + kWeekdays};
+            sliceCost += kind.wholeDayCost;
+            taskCost += kind.wholeDayCost;
+            left -= kind.normalMinutes;
+        }
+        weekday = weekday + 1 == kWeekdays ? 0 : weekday + 1;
+        if ((day & (kPageDays - 1)) == kPageDays - 1) days = nullptr;
+    }
+    remaining = left;
+    *account.sliceCost = sliceCost;
+    *account.taskCost = taskCost;
+    return day;
+}
+
 std::int32_t Bookings::AllocateWholeDay(std::int32_t resource, std::int32_t day, std::int32_t minutes,
                                         const Account& account) {
     if (account.multiplier != 1 || day < kSteadyDays || day >= 2 * kSteadyDays) return 0;
-    const auto& owner = network_->Resources()[static_cast<std::size_t>(resource)];
-    const auto weekday = static_cast<std::size_t>(WeekdayIndex(day));
-    const auto& pattern = network_->Pattern(owner.pattern[weekday]);
-    if (pattern.normalMinutes == 0 || minutes < pattern.normalMinutes) return 0;
-    Day& entry = PageFor(resource, day).days[static_cast<std::size_t>(day & (kPageDays - 1))];
-    if (entry.code != kUntouched) return 0;
-    entry.code = -account.task - 1;
-    entry.skip = day + kWeekdays;
-    *account.sliceCost += owner.wholeDayCost[weekday];
-    *account.taskCost += owner.wholeDayCost[weekday];
-    const double end = day + network_->NormalPeriodsOf(pattern).back().end;
+    const Network::ResourceDay& kind = KindOf(resource, day);
+    Day& entry = DayFor(resource, day);
+    if (!CanBookWhole(entry, kind, minutes)) return 0;
+    entry = Day{-account.task - 1, day + kWeekdays};
+    *account.sliceCost += kind.wholeDayCost;
+    *account.taskCost += kind.wholeDayCost;
+    const double end = day + kind.normalEnd;
     if (*account.finish < end) *account.finish = end;
-    return pattern.normalMinutes;
+    return kind.normalMinutes;
 }
 
 SlotView Bookings::SlotAt(std::int32_t resource, double when) {
@@ -169,11 +191,6 @@ SlotView Bookings::SlotAt(std::int32_t resource, double when) {
 
 void Bookings::MarkEmpty(std::int32_t resource, std::int32_t day, int reach) {
     SkipAt(PageFor(resource, day), day, reach) = day + kWeekdays;
-}
-
-bool Bookings::IsEmpty(std::int32_t resource, std::int32_t day, int reach) const {
-    const Page* page = FindPage(resource, day);
-    return page && SkipOf(*page, day, reach) != 0;
 }
 
 std::int32_t Bookings::NextDay(std::int32_t resource, std::int32_t day, int reach) {

@@ -50,6 +50,13 @@ class Bookings {
     std::int32_t Allocate(std::int32_t resource, double start, std::int32_t minutes, int pass,
                           const Account& account, bool& interference);
 
+    /// Books all normal time of the wanted days from `day` on, as long as each of them is untouched, the
+    /// slice needs more than `today` of it, and the want covers its normal time. Takes what it books off
+    /// `remaining`. Returns the day that it stopped at.
+    std::int32_t AllocateWholeDays(const Network::Want& want,
+                                   const std::array<std::int32_t, kWeekdays>& today, std::int32_t day,
+                                   std::int32_t& remaining, const Account& account);
+
     /// Books all normal time of an untouched day, if there is such time and it is no more than `minutes`.
     /// Returns the minutes booked, 0 if the day is not of that kind.
     std::int32_t AllocateWholeDay(std::int32_t resource, std::int32_t day, std::int32_t minutes,
@@ -60,7 +67,10 @@ class Bookings {
 
     /// Remembers that the resource has nothing of that reach left on the day.
     void MarkEmpty(std::int32_t resource, std::int32_t day, int reach);
-    bool IsEmpty(std::int32_t resource, std::int32_t day, int reach) const;
+    bool IsEmpty(std::int32_t resource, std::int32_t day, int reach) const {
+        const Page* page = FindPage(resource, day);
+        return page && SkipOf(*page, day, reach) != 0;
+    }
     /// The first day from `day` on, in steps of a week, that is not known to be empty.
     std::int32_t NextDay(std::int32_t resource, std::int32_t day, int reach);
 
@@ -71,8 +81,7 @@ class Bookings {
         if (code == kUntouched) return;
         double start = day;
         if (code < 0) {
-            const auto& pattern = PatternOf(resource, day);
-            for (const auto& period : network_->PeriodsOf(pattern)) {
+            for (const auto& period : network_->PeriodsOf(KindOf(resource, day))) {
                 const bool held = period.kind <= SlotClass::OffDay;
                 const double end = day + period.end;
                 visit(SlotView{DateTime(start), DateTime(end), period.kind, held ? HolderOf(code) : -1,
@@ -128,6 +137,11 @@ class Bookings {
         std::array<Day, kPageDays> days{};
         /// Skips for the longer reaches; index of a SkipPage for each, -1 for none yet.
         std::array<std::int32_t, kReaches - 1> skips{-1, -1};
+
+        void Clear() {
+            days.fill(Day());
+            skips.fill(-1);
+        }
     };
     using SkipPage = std::array<std::int32_t, kPageDays>;
     struct Calendar {
@@ -142,9 +156,8 @@ class Bookings {
     };
 
     static std::int32_t HolderOf(std::int32_t code) { return -code - 1; }
-    const Network::DayPattern& PatternOf(std::int32_t resource, std::int32_t day) const {
-        const auto& owner = network_->Resources()[static_cast<std::size_t>(resource)];
-        return network_->Pattern(owner.pattern[static_cast<std::size_t>(WeekdayIndex(day))]);
+    const Network::ResourceDay& KindOf(std::int32_t resource, std::int32_t day) const {
+        return network_->WeekOf(resource)[WeekdayIndex(day)];
     }
     Money CostOf(std::int32_t resource, SlotClass kind, double start, double end, double multiplier) const {
         const double rate =
@@ -167,8 +180,25 @@ class Bookings {
         const Page* page = FindPage(resource, day);
         return page ? page->days[static_cast<std::size_t>(day & (kPageDays - 1))].code : kUntouched;
     }
+    Day& DayFor(std::int32_t resource, std::int32_t day) {
+        return PageFor(resource, day).days[static_cast<std::size_t>(day & (kPageDays - 1))];
+    }
     /// First slot of the day's chain, which is made if need be.
-    std::int32_t Chain(std::int32_t resource, std::int32_t day);
+    std::int32_t Chain(std::int32_t resource, std::int32_t day) {
+        Day& entry = DayFor(resource, day);
+        if (entry.code <= 0) MakeChain(entry, KindOf(resource, day), day);
+        return entry.code - 1;
+    }
+    void MakeChain(Day& entry, const Network::ResourceDay& kind, std::int32_t day);
+    /// Whether the day is untouched and all of its normal time is wanted.
+    static bool CanBookWhole(const Day& entry, const Network::ResourceDay& kind, std::int32_t minutes) {
+        return entry.code == kUntouched && kind.normalMinutes != 0 && minutes >= kind.normalMinutes;
+    }
+    /// AddMinutes for a moment that is known to lie within `day`.
+    static double EndOf(std::int32_t day, double start, std::int32_t minutes) {
+        const auto sum = std::llrint((start - day) * kMinutesPerDay + static_cast<double>(minutes));
+        return day + static_cast<double>(sum) / kMinutesPerDay;
+    }
     std::int32_t AddSlots(std::size_t count);
     std::int32_t Split(std::int32_t slot, double when);
     /// Where the page keeps the next day to look at.

@@ -168,24 +168,14 @@ ForwardRun::Outcome ForwardRun::Work(std::int32_t slice) {
 /// needs all its normal time, books the day whole. Does what SolveSomeMore would, a day a step.
 void ForwardRun::WorkWholeDays(const Network::Task& task, std::int32_t& remaining) {
     if (task.wantCount != 1 || task.wantedDays == 0) return;
-    const Network::Want& want = network_->WantsOf(task).front();
-    auto day = static_cast<std::int32_t>(*account_.finish);
-    std::size_t weekday = Index(WeekdayIndex(day));
-    while (day < static_cast<std::int32_t>(kLastDay)) {
-        if (want.minutes[weekday] > 0) {
-            if (remaining <= task.today[weekday]) break;
-            const std::int32_t got =
-                bookings_->AllocateWholeDay(want.resource, day, want.minutes[weekday], account_);
-            if (got == 0) break;
-            remaining -= got;
-        }
-        *account_.finish = ++day;
-        weekday = weekday + 1 == kWeekdays ? 0 : weekday + 1;
-    }
+    const auto day = static_cast<std::int32_t>(*account_.finish);
+    *account_.finish =
+        bookings_->AllocateWholeDays(network_->WantsOf(task).front(), task.today, day, remaining, account_);
 }
 
 /// One day of one slice, or what is left of the day. False on a shortage that the solve rule does not bear.
 bool ForwardRun::SolveSomeMore(const Network::Task& task, std::int32_t& remaining, double stepStart) {
+    if (task.wantCount == 1 && network_->OnMinuteGrid()) return SolveAlone(task, remaining, stepStart);
     const auto day = static_cast<std::int32_t>(stepStart);
     const auto weekday = Index(WeekdayIndex(day));
     members_.clear();
@@ -218,6 +208,59 @@ bool ForwardRun::SolveSomeMore(const Network::Task& task, std::int32_t& remainin
         }
     }
     return true;  // the shortage comes from the shift, not from another task
+}
+
+/// SolveSomeMore for a task that wants one resource, in a network of whole minutes: TeamSolve without the
+/// team, and PiecemealSolve as a single booking, since all its stretches are free or held as a whole.
+bool ForwardRun::SolveAlone(const Network::Task& task, std::int32_t& remaining, double stepStart) {
+    const Network::Want& want = network_->WantsOf(task).front();
+    const std::int32_t resource = want.resource;
+    const auto day = static_cast<std::int32_t>(stepStart);
+    const bool wholeDay = stepStart == day;
+    const auto weekday = Index(WeekdayIndex(day));
+    const std::int32_t wanted = want.minutes[weekday];
+    std::int64_t today = task.today[weekday];
+    bool interference = false;
+    if (remaining <= today) {
+        // Held time is not asked for, so it is no shortage.
+        const std::int32_t got =
+            bookings_->Allocate(resource, stepStart, remaining, 0, account_, interference);
+        remaining -= got;
+        if (remaining <= 0) return true;
+        if (wholeDay && got == 0 && wanted > 0) bookings_->MarkEmpty(resource, day, Bookings::kNormalTime);
+        *account_.finish = day + 1;
+        return true;
+    }
+
+    const std::int32_t rule = network_->Projects()[Index(task.project)].rule;
+    std::int32_t left = wanted;
+    for (int pass = 0; pass <= 4 && pass <= rule; pass += 2) {
+        if (left <= 0 || (pass > 0 && !interference)) break;
+        std::int32_t got = 0;
+        if (pass == 0 && wholeDay) got = bookings_->AllocateWholeDay(resource, day, left, account_);
+        if (got == 0) {
+            got = bookings_->Allocate(resource, stepStart, left, pass, account_, interference);
+            if (got == 0 && pass == 0 && wholeDay) bookings_->MarkEmpty(resource, day, Bookings::kNormalTime);
+        }
+        left -= got;
+        remaining -= got;
+        today -= got;
+        if (today <= 0) break;
+    }
+    if (remaining > 0) *account_.finish = day + 1;
+    if (today <= 0) return true;
+    if (rule == kUnlimited) {
+        if (interference) remaining -= left;
+        return true;
+    }
+    // Every pass of the rule has been tried, from midnight on: what gave nothing has nothing left.
+    if (wholeDay && rule >= kOvertimeHalt && left > 0 && left == wanted) {
+        bookings_->MarkEmpty(resource, day, rule / 2);
+    }
+    if (!RuleHalts(rule) || !interference || left <= 0) return true;
+    problemResource_ = resource;
+    problemMinutesLeft_ = left;
+    return false;
 }
 
 /// A day that holds less than the slice needs: each resource books as much of its own day as it can. Only one
@@ -266,22 +309,11 @@ void ForwardRun::TeamSolve(const Network::Task& task, std::int32_t& remaining, s
 /// of a stretch ran into a held slot.
 void ForwardRun::PiecemealSolve(const Network::Task& task, std::int32_t& remaining, std::int64_t& today,
                                 double start) {
-    if (members_.size() == 1 && network_->OnMinuteGrid()) {
-        // Alone and on whole minutes, the stretches come to one booking.
-        Member& member = members_.front();
-        bool held = false;
-        const std::int32_t got = bookings_->Allocate(member.resource, start, remaining, 0, account_, held);
-        member.gave = got > 0;
-        member.minutesLeft -= got;
-        remaining -= got;
-        today -= got;
-    } else {
-        const std::int32_t rule = network_->Projects()[Index(task.project)].rule;
-        const double midnight = DateTime(start).WholeDay() + 1;
-        for (int pass = 0; pass <= 2 && pass <= rule && remaining > 0; pass += 2) {
-            for (double cursor = start; remaining > 0 && cursor < midnight;) {
-                cursor = WorkStretch(pass, cursor, midnight, remaining, today);
-            }
+    const std::int32_t rule = network_->Projects()[Index(task.project)].rule;
+    const double midnight = DateTime(start).WholeDay() + 1;
+    for (int pass = 0; pass <= 2 && pass <= rule && remaining > 0; pass += 2) {
+        for (double cursor = start; remaining > 0 && cursor < midnight;) {
+            cursor = WorkStretch(pass, cursor, midnight, remaining, today);
         }
     }
     if (remaining <= 0 || !IsMidnight(start)) return;
@@ -329,35 +361,24 @@ int ForwardRun::ReachOn(const Network::Task& task, std::int32_t remaining, int w
     return rule / 2;
 }
 
-bool ForwardRun::MayGive(const Network::Task& task, std::int32_t remaining, std::int32_t day) {
-    const int weekday = WeekdayIndex(day);
-    const int reach = ReachOn(task, remaining, weekday);
-    if (reach < 0) return true;
-    for (const auto& want : network_->WantsOf(task)) {
-        if (want.minutes[Index(weekday)] > 0 && !bookings_->IsEmpty(want.resource, day, reach)) return true;
-    }
-    return false;
-}
-
 /// The first day from `day` on at which the step might do more than let the day pass.
 std::int32_t ForwardRun::NextUsefulDay(const Network::Task& task, std::int32_t remaining, std::int32_t day) {
     constexpr auto never = static_cast<std::int32_t>(kLastDay) + 1;
     if (task.wantedDays == 0) return never;
-    while ((task.wantedDays >> WeekdayIndex(day) & 1) == 0) ++day;
-    if (MayGive(task, remaining, day)) return day;
+    const auto wants = network_->WantsOf(task);
     std::int32_t best = never;
-    for (std::int32_t d = day; d < day + kWeekdays; ++d) {
-        const int weekday = WeekdayIndex(d);
-        if ((task.wantedDays >> weekday & 1) == 0) continue;
-        const int reach = ReachOn(task, remaining, weekday);
-        if (reach < 0) {
-            best = std::min(best, d);
-            continue;
+    int weekday = WeekdayIndex(day);
+    // A day behind the best one found so far cannot give an earlier one.
+    for (std::int32_t d = day; d < std::min(day + kWeekdays, best); ++d) {
+        if ((task.wantedDays >> weekday & 1) != 0) {
+            const int reach = ReachOn(task, remaining, weekday);
+            if (reach < 0) return d;
+            for (const auto& want : wants) {
+                if (want.minutes[Index(weekday)] <= 0) continue;
+                best = std::min(best, bookings_->NextDay(want.resource, d, reach));
+            }
         }
-        for (const auto& want : network_->WantsOf(task)) {
-            if (want.minutes[Index(weekday)] <= 0) continue;
-            best = std::min(best, bookings_->NextDay(want.resource, d, reach));
-        }
+        weekday = weekday + 1 == kWeekdays ? 0 : weekday + 1;
     }
     return best;
 }

@@ -74,6 +74,7 @@ class ForwardRun {
     double FindLatestDate(const Network::Task& task, int percent) const;
     Outcome Work(std::int32_t slice);
     bool SolveSomeMore(const Network::Task& task, std::int32_t& remaining, double stepStart);
+    bool SolveAlone(const Network::Task& task, std::int32_t& remaining, double stepStart);
     void WorkWholeDays(const Network::Task& task, std::int32_t& remaining);
     void TeamSolve(const Network::Task& task, std::int32_t& remaining, std::int64_t& today, double start);
     void PiecemealSolve(const Network::Task& task, std::int32_t& remaining, std::int64_t& today,
@@ -81,7 +82,6 @@ class ForwardRun {
     double WorkStretch(int pass, double cursor, double limit, std::int32_t& remaining, std::int64_t& today);
     std::int32_t NextUsefulDay(const Network::Task& task, std::int32_t remaining, std::int32_t day);
     int ReachOn(const Network::Task& task, std::int32_t remaining, int weekday) const;
-    bool MayGive(const Network::Task& task, std::int32_t remaining, std::int32_t day);
     Outcome Halt(Outcome outcome, std::int32_t task) {
         problemTask_ = task;
         return outcome;

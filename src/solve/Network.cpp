@@ -42,6 +42,7 @@ bool HasNormalPeriod(const Vshift& shift) {
 
 /// Whether a number of days is a whole number of minutes, but for the noise of the last bits.
 bool IsOnMinuteGrid(double days) {
+    if (days == 0) return true;
     if (!(days > -kLastDay && days < kLastDay)) return false;
     const double minutes = days * kMinutesPerDay;
     return std::abs(minutes - static_cast<double>(std::llrint(minutes))) < 1e-3;
@@ -76,6 +77,7 @@ void Network::BeginCheck() {
     wants_.clear();
     wantResources_.clear();
     resources_.clear();
+    resourceDays_.clear();
     patterns_.clear();
     periods_.clear();
     normalPeriods_.clear();
@@ -132,12 +134,13 @@ std::optional<SolveProblem> Network::CheckDependencies(Vtask* object, Task& task
     Vdependency* missing = nullptr;
     for (Vdependency* dependency : object->DependencyList()) {
         if (!dependency->Include()) continue;
-        Vtask* required = dependency->TaskRequired();
+        const Vdependency::Terms terms = dependency->TermsNow();
+        Vtask* required = terms.taskRequired.Get();
         Source& source = sources_.emplace_back();
         source.object = dependency;
-        source.fromPercent = dependency->FromPercent();
-        source.toPercent = dependency->ToPercent();
-        source.offset = dependency->Offset();
+        source.fromPercent = terms.fromPercent;
+        source.toPercent = terms.toPercent;
+        source.offset = terms.offset;
         source.date = required ? 0 : dependency->DepDate().Days();
         pending_.push_back({required, -1});
         onMinuteGrid_ = onMinuteGrid_ && IsOnMinuteGrid(source.date) && IsOnMinuteGrid(source.offset);
@@ -147,7 +150,7 @@ std::optional<SolveProblem> Network::CheckDependencies(Vtask* object, Task& task
             return DependencyProblem("must be either 0% or 100%", dependency);
         }
         const bool gone =
-            required ? !required->Project() || !required->Include() : dependency->TaskRequiredDeleted();
+            required ? !required->Project() || !required->Include() : terms.taskRequired.IsDeleted();
         if (gone && !missing) missing = dependency;
     }
     task.sourceCount = static_cast<std::int32_t>(sources_.size()) - task.firstSource;
@@ -182,28 +185,33 @@ bool Network::AddAssignments(Vtask* object, Task& task) {
         if (!assignment->Include()) continue;  // but it has given its resource a place in the order
         const std::int32_t minutes = RoundToInt32(assignment->Hours() * 60);
         Want& want = wants_[wantIndex];
-        bool anyDay = false;
-        for (int w = 0; w < kWeekdays; ++w) {
-            if (!assignment->WorkDay(w + 1)) continue;
-            anyDay = true;
-            want.minutes[Index(w)] = AddSaturating(want.minutes[Index(w)], minutes);
-            task.today[Index(w)] = AddSaturating(task.today[Index(w)], minutes);
+        const unsigned workDays = assignment->WeekdaysNow();
+        for (std::size_t w = 0; w < kWeekdays; ++w) {
+            if ((workDays >> w & 1) == 0) continue;
+            want.minutes[w] = AddSaturating(want.minutes[w], minutes);
+            task.today[w] = AddSaturating(task.today[w], minutes);
         }
-        if (!canWork && anyDay && minutes > 0) canWork = HasNormalTime(resource->Shift());
+        if (!canWork && workDays != 0 && minutes > 0) canWork = HasNormalTime(resource->Shift());
     }
     std::size_t kept = Index(task.firstWant);
     for (std::size_t i = kept; i < wants_.size(); ++i) {
-        bool any = false;
-        for (int w = 0; w < kWeekdays; ++w) {
-            any = any || wants_[i].minutes[Index(w)] != 0;
-            if (wants_[i].minutes[Index(w)] > 0) task.wantedDays |= static_cast<std::uint8_t>(1 << w);
+        unsigned any = 0, wanted = 0;
+        for (std::size_t w = 0; w < kWeekdays; ++w) {
+            any |= static_cast<unsigned>(wants_[i].minutes[w]);
+            wanted |= static_cast<unsigned>(wants_[i].minutes[w] > 0) << w;
         }
-        if (!any) continue;
-        wants_[kept] = wants_[i];
-        wantResources_[kept++] = wantResources_[i];
+        task.wantedDays |= static_cast<std::uint8_t>(wanted);
+        if (any == 0) continue;
+        if (kept != i) {
+            wants_[kept] = wants_[i];
+            wantResources_[kept] = wantResources_[i];
+        }
+        ++kept;
     }
-    wants_.resize(kept);
-    wantResources_.resize(kept);
+    if (kept != wants_.size()) {
+        wants_.resize(kept);
+        wantResources_.resize(kept);
+    }
     task.wantCount = static_cast<std::int32_t>(wants_.size()) - task.firstWant;
     return canWork;
 }
@@ -250,6 +258,28 @@ std::int32_t Network::FindOrAddPattern(const Vshift* shift, bool workDay) {
     return static_cast<std::int32_t>(patterns_.size()) - 1;
 }
 
+void Network::AddResource(Vresource* object) {
+    Resource& resource = resources_.emplace_back();
+    resource.object = object;
+    resource.rate = {object->BurdenedRate().ToDouble(), object->OffDayRate().ToDouble(),
+                     object->OvertimeRate().ToDouble(), object->HolidayRate().ToDouble()};
+    for (int w = 0; w < kWeekdays; ++w) {
+        const DayPattern& pattern =
+            patterns_[Index(FindOrAddPattern(object->Shift(), object->WorkDay(w + 1)))];
+        ResourceDay& day = resourceDays_.emplace_back();
+        day.firstPeriod = pattern.firstPeriod;
+        day.periodCount = pattern.periodCount;
+        day.normalMinutes = pattern.normalMinutes;
+        const double rate = resource.rate[static_cast<std::size_t>(pattern.NormalKind())];
+        for (std::int32_t i = 0; i < pattern.normalCount; ++i) {
+            const NormalPeriod& period = normalPeriods_[Index(pattern.firstNormal + i)];
+            const double days = (kSteadyDays + period.end) - (kSteadyDays + period.start);
+            day.wholeDayCost += Money::FromDouble(rate * days * 24);
+            day.normalEnd = period.end;
+        }
+    }
+}
+
 /// Gives every task, project and resource its index, and turns references into indexes.
 void Network::IndexObjects() {
     for (std::size_t i = 0; i < projects_.size(); ++i) {
@@ -275,19 +305,7 @@ void Network::IndexObjects() {
         Vresource* object = wantResources_[i];
         if (IndexOf(object) < 0) {
             object->solveIndex = static_cast<std::int32_t>(resources_.size());
-            Resource& resource = resources_.emplace_back();
-            resource.object = object;
-            resource.rate = {object->BurdenedRate().ToDouble(), object->OffDayRate().ToDouble(),
-                             object->OvertimeRate().ToDouble(), object->HolidayRate().ToDouble()};
-            for (int w = 0; w < kWeekdays; ++w) {
-                resource.pattern[Index(w)] = FindOrAddPattern(object->Shift(), object->WorkDay(w + 1));
-                const DayPattern& pattern = Pattern(resource.pattern[Index(w)]);
-                const double rate = resource.rate[static_cast<std::size_t>(pattern.NormalKind())];
-                for (const NormalPeriod& period : NormalPeriodsOf(pattern)) {
-                    const double days = (kSteadyDays + period.end) - (kSteadyDays + period.start);
-                    resource.wholeDayCost[Index(w)] += Money::FromDouble(rate * days * 24);
-                }
-            }
+            AddResource(object);
         }
         wants_[i].resource = object->solveIndex;
     }
