@@ -41,7 +41,7 @@ TEST_F(SolveCommandTest, NoLineIsWiderThanTheTerminal) {
         }
     }
     // Where the time of day has no room, the day and the whole description are still there.
-    ExpectPart(Done({"solve", EXAMPLES "/launch.vta"}, 80), "Product specification ");
+    ExpectPart(Done({"solve", EXAMPLES "/launch.vta"}, 80), "Product definition ");
 }
 
 TEST_F(SolveCommandTest, EveryHaltSaysWhatToDo) {
