@@ -194,9 +194,11 @@ bool ForwardRun::SolveSomeMore(const Network::Task& task, std::int32_t& remainin
     if (rule == kUnlimited) {
         // What others hold counts as worked, though no slot holds it. The clock stands at midnight even if
         // that ends the slice.
+        std::int64_t left = remaining;
         for (const Member& member : members_) {
-            if (member.interference) remaining -= member.minutesLeft;
+            if (member.interference) left -= member.minutesLeft;
         }
+        remaining = static_cast<std::int32_t>(std::max<std::int64_t>(left, INT32_MIN));
         return true;
     }
     if (!RuleHalts(rule)) return true;

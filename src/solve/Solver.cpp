@@ -4,6 +4,7 @@
 #include <cmath>
 #include <unordered_map>
 
+#include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
 
@@ -87,6 +88,7 @@ void Solver::Clear() {
 }
 
 void Solver::SolveTimerTick() {
+    const Section section("Main:SolveTimer");
     workspace_.ThePlatform().ArmSolveTimer(false);
     if (mode_ != SolveMode::Idle && mode_ != SolveMode::Halted && mode_ != SolveMode::Restart)
         AssertionFailed();
@@ -144,6 +146,7 @@ void Solver::TrySolve() {
 }
 
 void Solver::DoEverything() {
+    const Section section("Solve:DoEverything");
     SetSolveMessage("Preparing for solve ...");
     VerifyJournalSync();
     if (AbortSolve()) return;
@@ -188,6 +191,7 @@ void Solver::VerifyJournalSync() {
 }
 
 bool Solver::CheckAllTasks() {
+    const Section section("Solve:CheckAllTasks");
     bool stopped = false;
     const auto problem = nextNetwork_.Check(workspace_, [&] { return stopped = MayStop(); });
     if (problem) SolveError(*problem);
@@ -195,6 +199,7 @@ bool Solver::CheckAllTasks() {
 }
 
 bool Solver::ForwardPass() {
+    const Section section("Solve:SolveAllSlices");
     run_.Watch(network_.IndexOf(watched_.Get()));
     const auto outcome = run_.SolveAllSlices(this);
     if (outcome == ForwardRun::Outcome::Done) return true;
@@ -295,6 +300,7 @@ double Solver::PlanFinish(const Network::Project& project) const {
 }
 
 void Solver::ReversePass() {
+    const Section section("Solve:ReverseSolve");
     const auto projects = network_.Projects();
     planFinish_.resize(projects.size());
     for (std::size_t i = 0; i < projects.size(); ++i) {
