@@ -84,10 +84,19 @@ std::string CliPlatform::CurrencySymbol() {
 }
 
 std::string CliPlatform::SettingsDirectory() {
-    return UserDirectory("XDG_CONFIG_HOME", ".config");
+    return OwnDirectory("XDG_CONFIG_HOME", ".config");
 }
+
 std::string CliPlatform::LogDirectory() {
-    return UserDirectory("XDG_STATE_HOME", ".local/state");
+    return OwnDirectory("XDG_STATE_HOME", ".local/state");
+}
+
+/// Portable use: settings that stand beside the program keep everything there.
+std::string CliPlatform::OwnDirectory(const char* variable, const char* belowHome) {
+    const auto beside = std::filesystem::path(ProgramFile()).parent_path();
+    std::error_code failed;
+    if (!beside.empty() && std::filesystem::exists(beside / "Vortan.cfg", failed)) return beside.string();
+    return UserDirectory(variable, belowHome);
 }
 
 std::string CliPlatform::ProgramFile() {
