@@ -51,8 +51,10 @@ class ObjectPool {
         return object;
     }
 
-    /// The object must have been reset. Links to it read as deleted from here on.
+    /// The object must have been reset. Links to it read as deleted from here on. What a Reset leaves,
+    /// whether there are unsaved changes, must not pass to the object's next life.
     void GiveBack(T* object) {
+        if constexpr (requires { object->SetDirty(false); }) object->SetDirty(false);
         object->id_ = 0;
         free_.push_back(object);
     }

@@ -1,6 +1,7 @@
 #include "model/Vassignment.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "model/ValueText.h"
 #include "model/Workspace.h"
@@ -28,7 +29,9 @@ void Vassignment::SetTask(Vtask* task) {
 void Vassignment::SetResourceRequired(Vresource* value) {
     Let(resourceRequired_, Link<Vresource>(value));
     if (!Project() || !value) return;
-    SetHours(static_cast<double>(value->NormalHours()));
+    // Normal hours are tenths; the nearest double to 8.3 reads and is saved as 8.3, that of the float does
+    // not.
+    SetHours(std::round(static_cast<double>(value->NormalHours()) * 10) / 10);
     for (int day = 0; day < kDayKinds; ++day) SetWorkDay(day, value->WorkDay(day));
 }
 

@@ -180,6 +180,7 @@ std::string Vproject::BuildNodeText() const {
 }
 
 void Vproject::ChangeNumJournals() {
+    planIndex_ = std::min(planIndex_, NumJournals() - 1);
     ForEachField(ResizeField{NumJournals(), CurrentIndex()});
     for (Vtask* task : taskList_) task->ChangeNumJournals();
 }

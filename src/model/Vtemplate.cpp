@@ -19,6 +19,7 @@ void Vtemplate::Reset() {
     viewPassword_.clear();
     modifyPassword_.clear();
     ResetJournals();
+    SetDirty(false);
 }
 
 void Vtemplate::SetTemplateName(const std::string& name) {

@@ -19,7 +19,7 @@ class Vtemplate : public JournalOwner {
 
     explicit Vtemplate(Workspace& workspace);
 
-    /// Returns all but `Dirty` to the defaults and frees shifts and resources.
+    /// Returns everything to the defaults and frees shifts and resources.
     void Reset();
 
     const std::string& TemplateName() const { return templateName_; }

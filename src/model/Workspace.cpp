@@ -41,7 +41,9 @@ Vtemplate* Workspace::FindOrCreateTemplate(const std::string& name) {
 
 void Workspace::FixNameConflict(std::string& name) {
     const std::size_t size = name.size();
-    if (size < 3 || name[size - 1] != ')' || name[size - 3] != '(') name += "(A)";
+    const bool suffixed = size >= 3 && name[size - 1] == ')' && name[size - 3] == '(';
+    // Behind the last character of ASCII a second suffix begins: one byte more would be no text.
+    if (!suffixed || static_cast<unsigned char>(name[size - 2]) >= 0x7F) name += "(A)";
     ++name[name.size() - 2];
 }
 
@@ -120,9 +122,11 @@ void GetDateRange(const Workspace& workspace, DateTime& start, DateTime& finish,
     const std::int32_t current = project->CurrentIndex();
     if (!includeFirstJournal || current == 0) return;
     project->SetCurrentIndex(0);
-    start = std::min(start, project->EarlyStart());
+    const DateTime firstStart = project->EarlyStart();
     finish = std::max(finish, project->EarlyFinish());
     project->SetCurrentIndex(current);
+    // A journal without tasks has no dates, which is not the same as very early ones.
+    if (firstStart.IsSet()) start = start.IsSet() ? std::min(start, firstStart) : firstStart;
 }
 
 }  // namespace vortan

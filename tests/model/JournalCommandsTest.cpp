@@ -1,0 +1,111 @@
+#include "model/JournalCommands.h"
+
+#include <gtest/gtest.h>
+
+#include "support/ModelBench.h"
+
+namespace vortan {
+namespace {
+
+/// Two projects of one master, one of its own, and a template; journals of days 1 and 2.
+class JournalCommandsTest : public testing::Test {
+  protected:
+    JournalCommandsTest() {
+        top->FindOrCreateTask(1)->SetSubproject(sub);
+        model.workspace.SetThisProject(sub);
+        model.workspace.AddListener(&screen);
+    }
+    void Answer(const char* text) { model.platform.ExpectInput({true, text}); }
+    std::string Journals() const {
+        std::string all;
+        for (const JournalOwner* owner : std::initializer_list<const JournalOwner*>{top, sub, other, pool}) {
+            all += std::to_string(static_cast<int>(owner->Journal().Days())) + "/" +
+                   std::to_string(owner->NumJournals()) + " ";
+        }
+        return all;
+    }
+
+    ModelBench model;
+    Vproject *top = model.Project("Top", 2), *sub = model.Project("Sub", 2),
+             *other = model.Project("Other", 2);
+    Vtemplate* pool = model.Template("T", 2);
+    struct Screen : Listener {
+        void NewJournal() override { ++broadcasts; }
+        int broadcasts = 0;
+    } screen;
+};
+
+TEST_F(JournalCommandsTest, NewAddsToAllRelativesAndTemplates) {
+    Answer("soon");
+    Answer("2/30/1900");
+    Answer("1/2/1900");
+    EXPECT_TRUE(NewJournal(model.workspace));
+    EXPECT_EQ(model.platform.beeps, 2);
+    EXPECT_EQ(Journals(), "3/3 3/3 1/2 3/3 ");
+    EXPECT_EQ(screen.broadcasts, 1);
+}
+
+TEST_F(JournalCommandsTest, NewCanBeCancelled) {
+    model.platform.ExpectInput({false, "1/2/1900"});
+    EXPECT_FALSE(NewJournal(model.workspace));
+    Answer("");
+    EXPECT_FALSE(NewJournal(model.workspace));
+    Answer("?");
+    model.platform.ExpectInput({});
+    EXPECT_FALSE(NewJournal(model.workspace));
+    EXPECT_EQ(Journals(), "1/2 1/2 1/2 1/2 ");
+    EXPECT_EQ(screen.broadcasts, 0);
+}
+
+TEST_F(JournalCommandsTest, NewOfAJournalThatThereIs) {
+    Answer("12/31/1899");
+    model.platform.ExpectBox("Journal Already Active", BoxAnswer::Ok,
+                             "The active journal has a date of 12/31/1899.");
+    EXPECT_FALSE(NewJournal(model.workspace));
+    EXPECT_EQ(Journals(), "1/2 1/2 1/2 1/2 ");
+    Answer("1/1/1900");
+    model.platform.ExpectBox("Journal Already Exists", BoxAnswer::Ok,
+                             "A journal with the date of 1/1/1900 already exists.  VORTAN will now make that "
+                             "journal active.");
+    EXPECT_FALSE(NewJournal(model.workspace));
+    EXPECT_EQ(Journals(), "2/2 2/2 1/2 2/2 ");
+}
+
+TEST_F(JournalCommandsTest, NewWithoutAProject) {
+    model.workspace.SetThisProject(nullptr);
+    model.platform.ExpectBox("No Projects in Memory", BoxAnswer::Ok);
+    EXPECT_FALSE(NewJournal(model.workspace));
+    model.workspace.SetThisTemplate(pool);
+    Answer("1/2/1900");
+    EXPECT_TRUE(NewJournal(model.workspace));
+    EXPECT_EQ(Journals(), "1/2 1/2 1/2 3/3 ");
+}
+
+TEST_F(JournalCommandsTest, SelectMovesRelativesAndTemplates) {
+    SelectJournal(model.workspace, "<journal n/a>");
+    SelectJournal(model.workspace, sub->JournalNodeText(0));
+    EXPECT_EQ(screen.broadcasts, 0);
+    SelectJournal(model.workspace, "1/1/1900 [Plan]");
+    EXPECT_EQ(Journals(), "2/2 2/2 1/2 2/2 ");
+    EXPECT_EQ(screen.broadcasts, 1);
+    EXPECT_EQ(RefusalOf([&] { SelectJournal(model.workspace, "1/9/1900"); }),
+              "The specified journal does not exist");
+    model.workspace.SetThisProject(nullptr);
+    model.workspace.SetThisTemplate(pool);
+    SelectJournal(model.workspace, "12/31/1899");
+    EXPECT_EQ(pool->CurrentIndex(), 0);
+    EXPECT_EQ(screen.broadcasts, 2);
+}
+
+TEST_F(JournalCommandsTest, PlanIsSetInAllRelativesOrInNone) {
+    top->SetCurrentIndex(1);
+    EXPECT_EQ(RefusalOf([&] { SetAsPlan(model.workspace); }),
+              "Project.Journal (1/1/1900) <> ThisProject.Journal (12/31/1899)");
+    sub->SetCurrentIndex(1);
+    SetAsPlan(model.workspace);
+    EXPECT_EQ(std::vector({top->PlanIndex(), sub->PlanIndex(), other->PlanIndex()}), std::vector({1, 1, 0}));
+    EXPECT_EQ(screen.broadcasts, 1);
+}
+
+}  // namespace
+}  // namespace vortan
