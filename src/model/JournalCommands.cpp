@@ -8,15 +8,17 @@ namespace vortan {
 
 namespace {
 
-/// Calls `act` on all projects of the active project's master.
-template <class Act>
-void ForEachRelative(Workspace& workspace, Act&& act) {
+/// All projects of the active project's master, found before any of them moves: parents can differ between
+/// journals.
+std::vector<Vproject*> Relatives(const Workspace& workspace) {
+    std::vector<Vproject*> relatives;
     const Vproject* active = workspace.ThisProject();
-    if (!active) return;
+    if (!active) return relatives;
     const Vproject* master = active->Master();
     for (Vproject* project : workspace.ProjectList()) {
-        if (project->Master() == master) act(*project);
+        if (project->Master() == master) relatives.push_back(project);
     }
+    return relatives;
 }
 
 }  // namespace
@@ -50,7 +52,7 @@ bool NewJournal(Workspace& workspace) {
                                 " already exists.  VORTAN will now make that journal active.",
                             "Journal Already Exists", BoxIcon::Information, BoxButtons::Ok);
     }
-    owner->AddJournal(*date);
+    if (owner->AddJournal(*date)) owner->SetDirty(true);
     AddJournalEverywhere(workspace, *date);
     workspace.BroadcastNewJournal();
     workspace.RestartSolve();
@@ -74,23 +76,33 @@ void SelectJournal(Workspace& workspace, const std::string& nodeText) {
 void SetAsPlan(Workspace& workspace) {
     const Section section("Journals:SetAsPlan");
     const Vproject* active = workspace.ThisProject();
-    if (!active) return;
-    ForEachRelative(workspace, [&](const Vproject& project) {
-        if (project.Journal() == active->Journal()) return;
-        Refuse("Project.Journal (" + FormatDate(project.Journal()) + ") <> ThisProject.Journal (" +
+    const auto relatives = Relatives(workspace);
+    for (const Vproject* project : relatives) {
+        if (project->Journal() == active->Journal()) continue;
+        Refuse("Project.Journal (" + FormatDate(project->Journal()) + ") <> ThisProject.Journal (" +
                FormatDate(active->Journal()) + ")");
-    });
-    ForEachRelative(workspace, [](Vproject& project) { project.SetPlanIndex(project.CurrentIndex()); });
+    }
+    for (Vproject* project : relatives) {
+        project->SetPlanIndex(project->CurrentIndex());
+        project->SetDirty(true);
+    }
     workspace.BroadcastNewJournal();
 }
 
 void AddJournalEverywhere(Workspace& workspace, DateTime date) {
-    ForEachRelative(workspace, [&](Vproject& project) { project.AddJournal(date); });
-    for (Vtemplate* each : workspace.TemplateList()) each->AddJournal(date);
+    const auto add = [date](JournalOwner& owner) {
+        if (owner.AddJournal(date)) owner.SetDirty(true);
+    };
+    for (Vproject* project : Relatives(workspace)) add(*project);
+    for (Vtemplate* each : workspace.TemplateList()) add(*each);
 }
 
 void ActivateJournal(Workspace& workspace, DateTime date) {
-    ForEachRelative(workspace, [&](Vproject& project) { project.SetJournal(date); });
+    const auto relatives = Relatives(workspace);
+    for (const Vproject* project : relatives) {
+        if (!project->JournalDefined(date)) Refuse("The specified journal does not exist");
+    }
+    for (Vproject* project : relatives) project->SetJournal(date);
     for (Vtemplate* each : workspace.TemplateList()) each->AddJournal(date);
 }
 

@@ -25,7 +25,7 @@ void SetAsPlan(Workspace& workspace);
 void AddJournalEverywhere(Workspace& workspace, DateTime date);
 
 /// Makes a journal active in all projects of the active project's master and in all templates. Fault if one
-/// of the projects does not have it; a template that lacks it gets it.
+/// of the projects does not have it, and nothing changes; a template that lacks it gets it.
 void ActivateJournal(Workspace& workspace, DateTime date);
 
 }  // namespace vortan
