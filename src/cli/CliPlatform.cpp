@@ -1,12 +1,12 @@
 #include "cli/CliPlatform.h"
 
 #include <clocale>
-#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <ostream>
 
 #include "cli/TextTable.h"
+#include "persist/UserDirectories.h"
 
 namespace vortan {
 
@@ -15,25 +15,6 @@ namespace {
 // Work that is done sooner shows no progress.
 constexpr std::chrono::milliseconds kQuiet{300};
 constexpr int kProgressWidth = 78;
-
-/// A directory of the user's own below `variable`, or below the home directory, made if it is missing. The
-/// present directory if that fails.
-std::string UserDirectory(const char* variable, const char* belowHome) {
-    const char* base = std::getenv(variable);
-    const char* home = std::getenv("HOME");
-    std::filesystem::path path;
-    if (base && *base) {
-        path = base;
-    } else if (home && *home) {
-        path = std::filesystem::path(home) / belowHome;
-    } else {
-        return ".";
-    }
-    path /= "vortan";
-    std::error_code failed;
-    std::filesystem::create_directories(path, failed);
-    return failed ? "." : path.string();
-}
 
 }  // namespace
 
@@ -84,19 +65,11 @@ std::string CliPlatform::CurrencySymbol() {
 }
 
 std::string CliPlatform::SettingsDirectory() {
-    return OwnDirectory("XDG_CONFIG_HOME", ".config");
+    return vortan::SettingsDirectory(ProgramFile());
 }
 
 std::string CliPlatform::LogDirectory() {
-    return OwnDirectory("XDG_STATE_HOME", ".local/state");
-}
-
-/// Portable use: settings that stand beside the program keep everything there.
-std::string CliPlatform::OwnDirectory(const char* variable, const char* belowHome) {
-    const auto beside = std::filesystem::path(ProgramFile()).parent_path();
-    std::error_code failed;
-    if (!beside.empty() && std::filesystem::exists(beside / "Vortan.cfg", failed)) return beside.string();
-    return UserDirectory(variable, belowHome);
+    return vortan::LogDirectory(ProgramFile());
 }
 
 std::string CliPlatform::ProgramFile() {

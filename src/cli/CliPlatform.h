@@ -32,7 +32,6 @@ class CliPlatform : public Platform {
     std::string ProgramFile() override;
 
   private:
-    std::string OwnDirectory(const char* variable, const char* belowHome);
     void ShowProgress(const std::string& text);
     void ClearProgress();
 

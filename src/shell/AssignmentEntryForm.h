@@ -1,0 +1,14 @@
+#pragma once
+
+#include "shell/Desktop.h"
+
+namespace vortan {
+
+class AssignmentEntryForm {
+  public:
+    static void StartAdd(Desktop& desktop);
+    /// The object is that of the selected node.
+    static void StartModify(Desktop& desktop);
+};
+
+}  // namespace vortan

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+
+#include "model/ErrTrap.h"
+#include "model/Workspace.h"
+#include "persist/FileCommands.h"
+#include "persist/Settings.h"
+#include "solve/Solver.h"
+
+namespace vortan {
+
+class MainForm;
+class Trees;
+
+/// What every screen of the desktop program works on: one memory with its solver, the settings, the file
+/// commands and the error trap. Knows nothing of windows but where the main one is.
+class Desktop {
+  public:
+    /// `thePlatform` must outlive the object.
+    explicit Desktop(Platform& thePlatform)
+        : platform(thePlatform),
+          workspace(thePlatform),
+          solver(workspace),
+          settings(thePlatform),
+          files(workspace, settings),
+          trap(thePlatform) {}
+    Desktop(const Desktop&) = delete;
+    Desktop& operator=(const Desktop&) = delete;
+
+    /// Runs what one click, key or timer tick does. `section` names it for the log, as ErrTrap::RunCommand.
+    bool Run(const char* section, const std::function<void()>& command) {
+        return trap.RunCommand(section, command);
+    }
+
+    Platform& platform;
+    Workspace workspace;
+    Solver solver;
+    Settings settings;
+    FileCommands files;
+    ErrTrap trap;
+    MainForm* mainForm = nullptr;  ///< set for as long as there is one
+    Trees* trees = nullptr;        ///< the main window's
+};
+
+}  // namespace vortan

@@ -1,0 +1,151 @@
+#include "shell/EntryForm.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <cmath>
+
+#include "model/Characters.h"
+#include "model/NumberText.h"
+#include "model/ValueText.h"
+#include "shell/MainForm.h"
+#include "shell/Text.h"
+
+namespace vortan {
+
+EntryForm::EntryForm(Desktop& desktop, const char* name, const char* caption)
+    : QDialog(desktop.mainForm), desktop_(desktop), body_(new QVBoxLayout) {
+    setObjectName(name);
+    setWindowTitle(caption);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+
+    ok_ = new QPushButton("Ok");
+    ok_->setObjectName("OkCommand");
+    ok_->setDefault(true);
+    cancel_ = new QPushButton("Cancel");
+    cancel_->setObjectName("CancelCommand");
+    cancel_->setAutoDefault(false);
+    connect(ok_, &QPushButton::clicked, this, Command("EntryForm:OkCommand_Click", [this] {
+                if (Finish()) Unload();
+            }));
+    connect(cancel_, &QPushButton::clicked, this, [this] { reject(); });
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(ok_);
+    buttons->addWidget(cancel_);
+    auto* all = new QVBoxLayout(this);
+    all->addLayout(body_, 1);
+    all->addSpacing(fontMetrics().height() / 2);
+    all->addLayout(buttons);
+
+    desktop_.workspace.AddListener(this);
+}
+
+EntryForm::~EntryForm() {
+    desktop_.workspace.RemoveListener(this);
+    // Closed with the program: the main window is not there to be told.
+    if (!unloaded_ && desktop_.mainForm) desktop_.mainForm->UnlockEntryForm(*this);
+}
+
+void EntryForm::Unload() {
+    if (unloaded_) return;
+    unloaded_ = true;
+    desktop_.workspace.RemoveListener(this);
+    FormUnload();
+    hide();
+    if (desktop_.mainForm) desktop_.mainForm->UnlockEntryForm(*this);
+    setObjectName({});
+    deleteLater();
+}
+
+void EntryForm::reject() {
+    desktop_.Run("EntryForm:CancelCommand_Click", [this] { CancelCommandClick(); });
+}
+
+void EntryForm::ShowWith(QWidget& first) {
+    desktop_.mainForm->ShowForm(*this);
+    first.setFocus(Qt::TabFocusReason);
+}
+
+QFormLayout& EntryForm::Rows() {
+    if (!rows_) {
+        rows_ = new QFormLayout;
+        rows_->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+        body_->addLayout(rows_);
+    }
+    return *rows_;
+}
+
+void EntryForm::AddRow(const QString& label, QWidget* field) {
+    Rows().addRow(label + ":", field);
+}
+
+std::function<void()> EntryForm::Command(const char* section, std::function<void()> slot) {
+    return [this, section, slot = std::move(slot)] { desktop_.Run(section, slot); };
+}
+
+bool EntryForm::Complain(QWidget& field, const std::string& text, const std::string& title) {
+    desktop_.platform.MessageBox(text, title, BoxIcon::Warning, BoxButtons::Ok);
+    field.setFocus(Qt::OtherFocusReason);
+    return false;
+}
+
+std::optional<DateTime> EntryForm::ReadDate(TextField& field) {
+    const auto date = ParseDate(field.Value());
+    if (!date) Complain(field, "Invalid date", "Invalid Date");
+    return date;
+}
+
+std::optional<Money> EntryForm::ReadMoney(TextField& field, const std::string& what) {
+    const auto value = ParseCurrency(field.Value(), CurrencySymbol());
+    if (!value) Complain(field, "The " + what + " must be an amount of money.", "Invalid Amount");
+    return value;
+}
+
+std::optional<double> EntryForm::ReadNumber(TextField& field, const std::string& what) {
+    const auto value = ParseNumber(field.Value());
+    if (!value) Complain(field, "The " + what + " must be a number.", "Invalid Number");
+    return value;
+}
+
+std::optional<std::int32_t> EntryForm::ReadWhole(TextField& field, const std::string& what,
+                                                 std::int32_t least, std::int32_t most) {
+    const auto value = ParseNumber(field.Value());
+    const bool fits = value && *value >= least && *value <= most && *value == std::floor(*value);
+    if (fits) return static_cast<std::int32_t>(*value);
+    Complain(field,
+             "The " + what + " must be a whole number from " + std::to_string(least) + " to " +
+                 std::to_string(most) + ".",
+             "Invalid Number");
+    return std::nullopt;
+}
+
+std::string EntryForm::Currency(Money value) const {
+    return FormatCurrency(value, CurrencySymbol());
+}
+
+void EntryForm::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_F1) {
+        desktop_.Run("EntryForm:Form_KeyDown", [this] { desktop_.mainForm->ContextHelp(); });
+        return;
+    }
+    QDialog::keyPressEvent(event);
+}
+
+WorkDayChecks::WorkDayChecks() {
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(0, 0, 0, 0);
+    for (int day = 0; day < 9; ++day) {
+        auto* check = new QCheckBox(DayName(day));
+        check->setObjectName(QString("WorkDayCheck(%1)").arg(day));
+        checks_[static_cast<std::size_t>(day)] = check;
+    }
+    // The week in one column of its own, what is not a day of the week beside it.
+    for (int day = 1; day <= 7; ++day)
+        grid->addWidget(checks_[static_cast<std::size_t>(day)], (day - 1) % 4, (day - 1) / 4);
+    grid->addWidget(checks_[0], 0, 2);
+    grid->addWidget(checks_[8], 1, 2);
+}
+
+}  // namespace vortan

@@ -1,0 +1,272 @@
+#include "shell/MainForm.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QScreen>
+#include <QSplitter>
+#include <QToolButton>
+#include <algorithm>
+
+#include "model/ValueText.h"
+#include "shell/ElidedLabel.h"
+#include "shell/Icons.h"
+#include "shell/ProjectTreeForm.h"
+#include "shell/TemplateTreeForm.h"
+#include "shell/Text.h"
+#include "shell/Trees.h"
+#include "shell/WelcomeForm.h"
+
+namespace vortan {
+namespace {
+
+constexpr int kBackupPeriod = 10'000;  // milliseconds between looks at the clock
+// Of the work area, the share of the project tree and that of the template tree.
+constexpr int kProjectShare = 60, kTemplateShare = 40;
+
+}  // namespace
+
+MainForm::MainForm(Desktop& desktop) : desktop_(desktop) {
+    setObjectName("MainForm");
+    setWindowTitle(Q("VORTAN " + GetAppVersion()));
+    setWindowIcon(GetResIcon("Vortan.ico"));
+    desktop_.mainForm = this;
+    desktop_.files.UnloadScreens = [this] { UnloadScreens(); };
+
+    BuildMenus();
+    BuildToolbar();
+    BuildStatusBar();
+    BuildWorkArea();
+    desktop_.workspace.AddListener(this);
+    desktop_.Run("MainForm:MDIForm_Load", [this] {
+        UpdateMenu();
+        boxes_->UpdateProjectCombo();
+        boxes_->UpdateTemplateCombo();
+        boxes_->UpdateJournalCombo();
+        desktop_.files.StartUp();
+    });
+    desktop_.solver.SuspendSolve();
+    desktop_.solver.ResumeSolve();
+
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        for (ChildForm* form : forms_) {
+            if (form->Class() == FormClass::Pane && now && form->Window().isAncestorOf(now)) lastPane_ = form;
+        }
+    });
+    connect(&backupTimer_, &QTimer::timeout, this, [this] {
+        desktop_.Run("MainForm:AutoBackupTimer_Timer", [this] { desktop_.files.AutoBackupTick(); });
+    });
+    backupTimer_.start(kBackupPeriod);
+
+    const QRect available = screen()->availableGeometry();
+    const int left = available.width() / 24, top = available.height() / 24;
+    setGeometry(available.x() + left, available.y() + top, available.width() - 2 * left,
+                available.height() - 3 * top);
+}
+
+MainForm::~MainForm() {
+    UnloadScreens();
+    desktop_.workspace.RemoveListener(this);
+    desktop_.files.UnloadScreens = nullptr;
+    desktop_.trees = nullptr;
+    desktop_.mainForm = nullptr;
+}
+
+void MainForm::BuildWorkArea() {
+    projectTree_ = new ProjectTreeForm(desktop_);
+    templateTree_ = new TemplateTreeForm(desktop_);
+    trees_ = std::make_unique<Trees>(desktop_, *projectTree_, *templateTree_);
+    desktop_.trees = trees_.get();
+
+    splitter_ = new QSplitter;
+    splitter_->setObjectName("WorkArea");
+    splitter_->addWidget(projectTree_);
+    splitter_->addWidget(templateTree_);
+    splitter_->setChildrenCollapsible(false);
+    splitter_->setStretchFactor(0, kProjectShare);
+    splitter_->setStretchFactor(1, kTemplateShare);
+    splitter_->setSizes({kProjectShare * 100, kTemplateShare * 100});
+    pages_ = new QStackedWidget;
+    pages_->addWidget(splitter_);
+    setCentralWidget(pages_);
+}
+
+void MainForm::Activate(const std::string& commandLine) {
+    desktop_.Run("MainForm:MDIForm_Activate", [&] {
+        ShowForm(*projectTree_);
+        ShowForm(*templateTree_);
+        projectTree_->Start();
+        templateTree_->Start();
+    });
+    if (!commandLine.empty()) {
+        desktop_.Run("MainForm:MDIForm_Activate", [&] { desktop_.files.OpenFile(commandLine); });
+    }
+    desktop_.Run("MainForm:MDIForm_Activate", [&] { WelcomeForm::Start(desktop_); });
+}
+
+// ---- forms
+
+void MainForm::ShowForm(ChildForm& form) {
+    if (std::find(forms_.begin(), forms_.end(), &form) == forms_.end()) forms_.push_back(&form);
+    QWidget& window = form.Window();
+    switch (form.Class()) {
+        case FormClass::FullPage:
+            if (fullPage_ && fullPage_ != &form) fullPage_->Unload();
+            fullPage_ = &form;
+            if (pages_->indexOf(&window) < 0) pages_->addWidget(&window);
+            pages_->setCurrentWidget(&window);
+            window.setFocus();
+            break;
+        case FormClass::EntryForm:
+            PlaceEntryForm(window);
+            LockEntryForms(form);
+            window.show();
+            window.raise();
+            window.activateWindow();
+            break;
+        case FormClass::Pane:
+        case FormClass::FreeWindow:
+            window.show();
+            break;
+    }
+}
+
+/// Centred over the main window, and whole on the screen.
+void MainForm::PlaceEntryForm(QWidget& form) {
+    if (form.isVisible()) return;
+    form.adjustSize();
+    const QRect available = screen()->availableGeometry();
+    const QSize size = form.size().boundedTo(available.size());
+    const QPoint middle = mapToGlobal(rect().center());
+    const QPoint corner = middle - QPoint(size.width() / 2, size.height() / 2);
+    form.resize(size);
+    form.move(std::clamp(corner.x(), available.left(), available.right() + 1 - size.width()),
+              std::clamp(corner.y(), available.top(), available.bottom() + 1 - size.height()));
+}
+
+void MainForm::UnloadScreens() {
+    const auto open = forms_;
+    for (ChildForm* form : open) {
+        if (form->Class() != FormClass::Pane) form->Unload();
+    }
+}
+
+bool MainForm::IsPrintable(ChildForm& form) {
+    return form.Class() == FormClass::FullPage || form.FormName() == "CrashDataForm" ||
+           form.FormName() == "ZoomForm";
+}
+
+void MainForm::LockEntryForms(ChildForm& form) {
+    const bool printable = IsPrintable(form);
+    for (const auto& [name, action] : actions_) {
+        if (name.starts_with("Help") || name == "FileMenu" || name == "FileExitMenu") continue;
+        const bool output = name.starts_with("Output") || name == "SetupMenu" || name == "SetupFontMenu" ||
+                            name == "SetupPrinterMenu";
+        action->setEnabled(output && printable);
+    }
+    for (QAction* button : toolbar_->actions()) {
+        const QString tip = button->toolTip();
+        const bool output = tip == "Print" || tip == "Copy" || tip == "Font";
+        button->setEnabled(tip == "Help" || (output && printable));
+    }
+    boxes_->Lock(true);
+    for (ChildForm* other : forms_) {
+        if (other != &form && other->FormName() != "HelpForm") other->Window().setEnabled(false);
+    }
+}
+
+void MainForm::UnlockEntryForm(ChildForm& form) {
+    forms_.erase(std::remove(forms_.begin(), forms_.end(), &form), forms_.end());
+    if (fullPage_ == &form) {
+        fullPage_ = nullptr;
+        pages_->setCurrentWidget(splitter_);
+    }
+    for (ChildForm* other : forms_) other->Window().setEnabled(true);
+    // A form that was opened from another entry form leaves that one in charge.
+    const auto below = std::find_if(forms_.rbegin(), forms_.rend(),
+                                    [](ChildForm* other) { return other->Class() == FormClass::EntryForm; });
+    if (below != forms_.rend()) {
+        LockEntryForms(**below);
+        (*below)->Window().activateWindow();
+        return;
+    }
+    for (const auto& [name, action] : actions_) action->setEnabled(true);
+    for (QAction* button : toolbar_->actions()) button->setEnabled(true);
+    boxes_->Lock(false);
+    UpdateMenu();
+    if (fullPage_) fullPage_->Window().setFocus();
+}
+
+bool MainForm::EntryFormOpen() const {
+    return std::any_of(forms_.begin(), forms_.end(),
+                       [](ChildForm* form) { return form->Class() == FormClass::EntryForm; });
+}
+
+/// Not while an entry form holds the commands shut; its end comes back here.
+void MainForm::UpdateMenu() {
+    if (EntryFormOpen()) return;
+    const Workspace& workspace = desktop_.workspace;
+    Action("FileNewMenu").setEnabled(true);
+    Action("FileSaveMenu").setEnabled(!workspace.ProjectList().empty() || !workspace.TemplateList().empty());
+    for (const char* name : {"ProjectSelectMenu", "ProjectModifyMenu", "ProjectDeleteMenu"}) {
+        Action(name).setEnabled(workspace.ThisProject() != nullptr);
+    }
+    for (const char* name : {"TemplateSelectMenu", "TemplateModifyMenu", "TemplateDeleteMenu"}) {
+        Action(name).setEnabled(workspace.ThisTemplate() != nullptr);
+    }
+}
+
+// ---- status
+
+void MainForm::StatusMessage(const std::string& text) {
+    const bool busy = !messagePanel_->text().isEmpty();
+    messagePanel_->setText(text.empty() ? QString() : Q(text + " ..."));
+    if (busy == !text.empty()) return;
+    if (text.empty()) {
+        QApplication::restoreOverrideCursor();
+    } else {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    }
+}
+
+void MainForm::SolveStatus(const std::string& text) {
+    solvePanel_->setText(Q(text));
+    solvePanel_->setToolTip(Q(text));
+}
+
+void MainForm::NewJournal() {
+    desktop_.workspace.RestartSolve();
+    boxes_->UpdateJournalCombo();
+}
+
+void MainForm::NewThisProject() {
+    UpdateMenu();
+    boxes_->UpdateProjectCombo();
+    boxes_->UpdateJournalCombo();
+}
+
+void MainForm::NewThisTemplate() {
+    UpdateMenu();
+    boxes_->UpdateTemplateCombo();
+    boxes_->UpdateJournalCombo();
+}
+
+// ---- leaving
+
+/// The first close takes the page in front away, the next one ends the program.
+bool MainForm::QueryUnload() {
+    if (fullPage_) {
+        fullPage_->Unload();
+        return false;
+    }
+    return desktop_.files.ShutDown();
+}
+
+void MainForm::closeEvent(QCloseEvent* event) {
+    bool leave = closing_;
+    if (!leave) desktop_.Run("MainForm:MDIForm_QueryUnload", [&] { leave = QueryUnload(); });
+    closing_ = leave;
+    event->setAccepted(leave);
+    if (leave) hide();
+}
+
+}  // namespace vortan

@@ -1,0 +1,127 @@
+#pragma once
+
+#include <QAction>
+#include <QComboBox>
+#include <QMainWindow>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QToolBar>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "model/Listener.h"
+#include "shell/ChildForm.h"
+#include "shell/Desktop.h"
+#include "shell/SelectorBoxes.h"
+
+class QSplitter;
+class QToolButton;
+
+namespace vortan {
+
+class ElidedLabel;
+class ProjectTreeForm;
+class TemplateTreeForm;
+class Trees;
+
+/// The one top-level window: menus, toolbar, status bar, and the work area with the trees and the page in
+/// front of them. Every command of the program starts here. It decides which forms may be open together,
+/// places them, and shuts the commands off while an entry form is open.
+class MainForm : public QMainWindow, public Listener {
+  public:
+    /// The desktop must outlive the form. Nothing is shown and no file is read yet.
+    explicit MainForm(Desktop& desktop);
+    ~MainForm() override;
+
+    /// First activation: opens the file of the command line, if there is one, and the welcome screen.
+    void Activate(const std::string& commandLine);
+
+    /// Places and shows a form by its class; an entry form locks the rest, a full page closes the one before.
+    void ShowForm(ChildForm& form);
+    /// Each form calls this once when it is unloaded.
+    void UnlockEntryForm(ChildForm& form);
+    /// The page in front of the trees, or none.
+    ChildForm* FullPage() const { return fullPage_; }
+    /// Closes every form but the trees.
+    void UnloadScreens();
+
+    /// The foreground operation in panel 5; empty clears it.
+    void StatusMessage(const std::string& text);
+    /// The text about the solve, in panel 4.
+    void SolveStatus(const std::string& text);
+
+    /// The manual, page by page and for the control that has the focus.
+    void DisplayHelpPage(const std::string& page);
+    void ContextHelp();
+
+    QAction& Action(const char* name) const { return *actions_.at(name); }
+    Trees& TheTrees() const { return *trees_; }
+
+    void UpdateMenu();
+    void RedoRecentMenu();
+
+    void NewDragNode() override { boxes_->UpdateProjectCombo(); }
+    void NewJournal() override;
+    void NewThisProject() override;
+    void NewThisTemplate() override;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void BuildMenus();
+    void BuildToolbar();
+    void BuildStatusBar();
+    void BuildWorkArea();
+    QAction* AddAction(QMenu& menu, const char* name, const QString& caption, const char* section,
+                       std::function<void()> command);
+
+    void LockEntryForms(ChildForm& form);
+    bool EntryFormOpen() const;
+    static bool IsPrintable(ChildForm& form);
+    void PlaceEntryForm(QWidget& form);
+    bool QueryUnload();
+
+    void SolvePanelClick();
+    void FileOpen();
+    void ProjectDelete();
+    void TemplateDelete();
+    void TemplateModify();
+    void JournalSelect();
+    void JournalSetAsPlan();
+    bool MayLose(const JournalOwner& owner, const std::string& what);
+    void CantCreateDepartment();
+    enum class ChartGuard { Solved, Project, CrashData };
+    void Chart(ChartGuard guard);
+    void SpreadsheetType(int index);
+    void Calendar();
+    void IterativeSolve();
+    void OutputPrint();
+    void OutputCopy();
+    void SetupFont();
+    ChildForm* ActiveForm() const;
+    void OnActiveForm(bool (ChildForm::*function)(), const std::string& word, const std::string& nothing);
+
+    Desktop& desktop_;
+    std::map<std::string, QAction*> actions_;  // by control name
+    std::vector<QAction*> recent_;
+    std::vector<ChildForm*> forms_;  // open ones, the trees included
+    ChildForm* fullPage_ = nullptr;
+    ChildForm* lastPane_ = nullptr;  // the tree that had the focus last
+
+    QStackedWidget* pages_ = nullptr;
+    QSplitter* splitter_ = nullptr;
+    ProjectTreeForm* projectTree_ = nullptr;
+    TemplateTreeForm* templateTree_ = nullptr;
+    std::unique_ptr<Trees> trees_;
+    std::unique_ptr<SelectorBoxes> boxes_;
+    QToolBar* toolbar_ = nullptr;
+    QToolButton* solvePanel_ = nullptr;
+    ElidedLabel* messagePanel_ = nullptr;
+    QTimer backupTimer_;
+    bool closing_ = false;
+};
+
+}  // namespace vortan

@@ -1,0 +1,188 @@
+// What the commands of the main window do that no other part of the program does for it.
+
+#include "model/JournalCommands.h"
+#include "model/ValueText.h"
+#include "shell/CommonDialogs.h"
+#include "shell/MainForm.h"
+#include "shell/TemplateEntryForm.h"
+#include "shell/TemplateTreeForm.h"
+#include "shell/Text.h"
+#include "shell/Trees.h"
+#include "solve/ProblemText.h"
+
+namespace vortan {
+
+void MainForm::FileOpen() {
+    const std::string name = ShowOpen(desktop_);
+    if (!name.empty()) desktop_.files.OpenFile(name);
+}
+
+/// Whether the unsaved changes of a project or template that is to go may be lost, or have been saved.
+bool MainForm::MayLose(const JournalOwner& owner, const std::string& what) {
+    if (!owner.Dirty()) return true;
+    const BoxAnswer answer = desktop_.platform.MessageBox(
+        "Changes have been made to " + what +
+            ".  These changes exist only in memory and will be lost unless they are saved to disk.\n\nDo you "
+            "want to save all changes in memory to disk?",
+        "Save All Changes To Disk", BoxIcon::Question, BoxButtons::YesNoCancel);
+    if (answer == BoxAnswer::Cancel) return false;
+    return answer != BoxAnswer::Yes || desktop_.files.RequestSave();
+}
+
+void MainForm::ProjectDelete() {
+    Workspace& workspace = desktop_.workspace;
+    if (!workspace.ThisProjectSet()) return;
+    Vproject& active = *workspace.ThisProject();
+    if (!MayLose(active, "project " + active.ProjectName())) return;
+    std::vector<Vproject*> relatives;
+    for (Vproject* project : workspace.ProjectList()) {
+        if (project->Master() == active.Master()) relatives.push_back(project);
+    }
+    for (Vproject* project : relatives) {
+        project->Delete();
+        workspace.FreeVobject(project);
+    }
+    workspace.SetThisProject(workspace.ProjectList().empty() ? nullptr : workspace.ProjectList()[0]);
+    workspace.BroadcastNewThisProject();
+    workspace.RestartSolve();
+}
+
+void MainForm::TemplateDelete() {
+    Workspace& workspace = desktop_.workspace;
+    if (!workspace.ThisTemplateSet()) return;
+    Vtemplate& active = *workspace.ThisTemplate();
+    if (!MayLose(active, "template " + active.TemplateName())) return;
+    active.Delete();
+    workspace.FreeVobject(&active);
+    workspace.SetThisTemplate(workspace.TemplateList().empty() ? nullptr : workspace.TemplateList()[0]);
+    workspace.BroadcastNewThisTemplate();
+}
+
+/// Opens the active template as a double click on its node does.
+void MainForm::TemplateModify() {
+    if (!desktop_.workspace.ThisTemplateSet()) return;
+    trees_->SetDragNode(&trees_->FindNodeFromObject(desktop_.workspace.ThisTemplate()));
+    TemplateEntryForm::StartModify(desktop_);
+}
+
+void MainForm::JournalSelect() {
+    QComboBox& box = boxes_->JournalCombo();
+    if (!box.isEnabled()) {
+        desktop_.workspace.WarnNotInMemory(false);
+        return;
+    }
+    box.setFocus();
+    box.showPopup();
+}
+
+void MainForm::JournalSetAsPlan() {
+    if (!desktop_.workspace.ThisProjectSet()) return;
+    SetAsPlan(desktop_.workspace);
+    boxes_->UpdateJournalCombo();
+}
+
+void MainForm::CantCreateDepartment() {
+    desktop_.platform.MessageBox(
+        "Departments do not need to be explicitly created.  If you use a department name for a resource that "
+        "hasn't been used before, the department will be created automatically.",
+        "Can't Create Department", BoxIcon::Information, BoxButtons::Ok);
+}
+
+// ---- commands whose screens are yet to come
+
+void MainForm::Chart(ChartGuard guard) {
+    Workspace& workspace = desktop_.workspace;
+    if (guard == ChartGuard::Solved && !workspace.ThisProjectSolved()) return;
+    if (guard == ChartGuard::Project && !workspace.ThisProjectSet()) return;
+    if (guard == ChartGuard::CrashData) {
+        desktop_.platform.MessageBox(
+            "Crash data is unavailable.  To create crash data, please perform an iterative crash solve.",
+            "Crash Data Unavailable", BoxIcon::Information, BoxButtons::Ok);
+        return;
+    }
+    workspace.NotReadyYet();
+}
+
+void MainForm::SpreadsheetType(int index) {
+    enum class Guard { Template, Project, Solved };
+    static constexpr Guard kGuards[] = {Guard::Template, Guard::Project,  Guard::Solved,   Guard::Solved,
+                                        Guard::Template, Guard::Template, Guard::Template, Guard::Solved,
+                                        Guard::Solved,   Guard::Project};
+    Workspace& workspace = desktop_.workspace;
+    const Guard guard = kGuards[index - 1];
+    if (guard == Guard::Template && !workspace.ThisTemplateSet()) return;
+    if (guard == Guard::Project && !workspace.ThisProjectSet()) return;
+    if (guard == Guard::Solved && !workspace.ThisProjectSolved()) return;
+    constexpr int kProjectUpdate = 4;
+    const Vproject* project = workspace.ThisProject();
+    if (index == kProjectUpdate && project->PlanIndex() == project->CurrentIndex()) {
+        desktop_.platform.MessageBox(
+            "This spreadsheet requires the current journal to be different from the plan journal.",
+            "Plan Equals Current", BoxIcon::Warning, BoxButtons::Ok);
+        return;
+    }
+    workspace.NotReadyYet();
+}
+
+void MainForm::Calendar() {
+    if (desktop_.workspace.ThisTemplateSet()) desktop_.workspace.NotReadyYet();
+}
+
+void MainForm::IterativeSolve() {
+    if (desktop_.workspace.ThisProjectSet()) desktop_.workspace.NotReadyYet();
+}
+
+void MainForm::DisplayHelpPage(const std::string&) {
+    desktop_.workspace.NotReadyYet();
+}
+
+void MainForm::ContextHelp() {
+    desktop_.workspace.NotReadyYet();
+}
+
+/// What halted the solve, and what can be done about it.
+void MainForm::SolvePanelClick() {
+    const std::string text = ExplainProblem(desktop_.workspace, desktop_.solver);
+    if (desktop_.solver.Mode() != SolveMode::Halted || text.empty()) return;
+    desktop_.platform.MessageBox(text, desktop_.solver.SolveMessage(), BoxIcon::Warning, BoxButtons::Ok);
+}
+
+// ---- the form in front
+
+/// The dialog on top, else the page in front, else the tree that was used last.
+ChildForm* MainForm::ActiveForm() const {
+    for (auto form = forms_.rbegin(); form != forms_.rend(); ++form) {
+        if ((*form)->Class() == FormClass::EntryForm) return *form;
+    }
+    return fullPage_ ? fullPage_ : lastPane_;
+}
+
+void MainForm::OnActiveForm(bool (ChildForm::*function)(), const std::string& word,
+                            const std::string& nothing) {
+    std::string title = word;
+    title.front() = static_cast<char>(title.front() - 'a' + 'A');
+    ChildForm* form = ActiveForm();
+    if (!form) {
+        desktop_.platform.MessageBox(nothing, "Not Applicable", BoxIcon::Information, BoxButtons::Ok);
+        return;
+    }
+    if ((form->*function)()) return;
+    const std::string name = S(form->FormName());
+    desktop_.platform.MessageBox(
+        "The " + word + " function is not supported for " + name.substr(0, name.size() - 4) + ".",
+        title + " Not Supported", BoxIcon::Information, BoxButtons::Ok);
+}
+
+void MainForm::OutputPrint() {
+    OnActiveForm(&ChildForm::Print, "print", "There is nothing to print.");
+}
+
+void MainForm::OutputCopy() {
+    OnActiveForm(&ChildForm::Copy, "copy", "There is nothing to copy.");
+}
+
+void MainForm::SetupFont() {
+    OnActiveForm(&ChildForm::ChangeFont, "font", "There is no active window.");
+}
+
+}  // namespace vortan

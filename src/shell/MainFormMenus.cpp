@@ -1,0 +1,275 @@
+// The menus, the toolbar and the status bar of the main window.
+
+#include <QHBoxLayout>
+#include <QMenuBar>
+#include <QScreen>
+#include <QStatusBar>
+#include <QToolButton>
+
+#include "model/JournalCommands.h"
+#include "shell/AssignmentEntryForm.h"
+#include "shell/DependencyEntryForm.h"
+#include "shell/ElidedLabel.h"
+#include "shell/Icons.h"
+#include "shell/MainForm.h"
+#include "shell/PreferencesForm.h"
+#include "shell/ProjectEntryForm.h"
+#include "shell/ResourceEntryForm.h"
+#include "shell/ShiftEntryForm.h"
+#include "shell/SubprojectEntryForm.h"
+#include "shell/TaskEntryForm.h"
+#include "shell/TemplateEntryForm.h"
+#include "shell/Text.h"
+#include "shell/WelcomeForm.h"
+
+namespace vortan {
+namespace {
+
+/// Pictures of the toolbar, by the width of the screen.
+int ToolbarImageSize(int screenWidth) {
+    if (screenWidth <= 640) return 16;
+    return screenWidth <= 800 ? 24 : 32;
+}
+
+}  // namespace
+
+QAction* MainForm::AddAction(QMenu& menu, const char* name, const QString& caption, const char* section,
+                             std::function<void()> command) {
+    QAction* action = menu.addAction(caption);
+    action->setObjectName(name);
+    action->setMenuRole(QAction::NoRole);
+    connect(action, &QAction::triggered, this,
+            [this, section, command = std::move(command)] { desktop_.Run(section, command); });
+    actions_[name] = action;
+    return action;
+}
+
+void MainForm::BuildMenus() {
+    Workspace& workspace = desktop_.workspace;
+    const auto newMenu = [this](const char* name, const QString& caption) -> QMenu& {
+        QMenu* menu = menuBar()->addMenu(caption);
+        menu->setObjectName(name);
+        actions_[name] = menu->menuAction();
+        return *menu;
+    };
+
+    QMenu& file = newMenu("FileMenu", "&File");
+    AddAction(file, "FileNewMenu", "&New", "MainForm:FileNewMenu_Click",
+              [this] { desktop_.files.FileNew(); });
+    AddAction(file, "FileOpenMenu", "&Open", "MainForm:FileOpenMenu_Click", [this] { FileOpen(); });
+    AddAction(file, "FileSaveMenu", "&Save", "MainForm:FileSaveMenu_Click",
+              [this] { desktop_.files.RequestSave(); });
+    AddAction(file, "FileExitMenu", "E&xit", "MainForm:FileExitMenu_Click", [this] { close(); });
+    QAction* separator = file.addSeparator();
+    separator->setObjectName("FileSeparatorMenu");
+    recent_ = {separator};
+    for (int i = 1; i <= Settings::kRecentFiles; ++i) {
+        const std::string name = "FileRecentMenu(" + std::to_string(i) + ")";
+        recent_.push_back(
+            AddAction(file, name.c_str(), QString::number(i), "MainForm:FileRecentMenu_Click", [this, i] {
+                const auto files = desktop_.settings.RecentFiles();
+                if (static_cast<std::size_t>(i) <= files.size()) {
+                    desktop_.files.OpenFile(files[static_cast<std::size_t>(i - 1)]);
+                }
+            }));
+    }
+    connect(&file, &QMenu::aboutToShow, this,
+            [this] { desktop_.Run("MainForm:RedoRecentMenu", [this] { RedoRecentMenu(); }); });
+
+    QMenu& project = newMenu("ProjectMenu", "&Project");
+    AddAction(project, "ProjectNewMenu", "&New", "MainForm:ProjectNewMenu_Click",
+              [this] { ProjectEntryForm::StartAdd(desktop_); });
+    AddAction(project, "ProjectSelectMenu", "&Select", "MainForm:ProjectSelectMenu_Click",
+              [this] { DisplayHelpPage("Project Select"); });
+    AddAction(project, "ProjectModifyMenu", "&Modify", "MainForm:ProjectModifyMenu_Click", [this] {
+        if (desktop_.workspace.ThisProjectSet()) ProjectEntryForm::StartModify(desktop_);
+    });
+    AddAction(project, "ProjectDeleteMenu", "&Delete", "MainForm:ProjectDeleteMenu_Click",
+              [this] { ProjectDelete(); });
+
+    QMenu& templates = newMenu("TemplateMenu", "&Template");
+    AddAction(templates, "TemplateNewMenu", "&New", "MainForm:TemplateNewMenu_Click",
+              [this] { TemplateEntryForm::StartAdd(desktop_); });
+    AddAction(templates, "TemplateSelectMenu", "&Select", "MainForm:TemplateSelectMenu_Click",
+              [this] { DisplayHelpPage("Template Select"); });
+    AddAction(templates, "TemplateModifyMenu", "&Modify", "MainForm:TemplateModifyMenu_Click",
+              [this] { TemplateModify(); });
+    AddAction(templates, "TemplateDeleteMenu", "&Delete", "MainForm:TemplateDeleteMenu_Click",
+              [this] { TemplateDelete(); });
+
+    QMenu& journal = newMenu("JournalMenu", "&Journal");
+    AddAction(journal, "JournalNewMenu", "&New", "MainForm:JournalNewMenu_Click",
+              [&workspace] { vortan::NewJournal(workspace); });
+    AddAction(journal, "JournalSelectMenu", "&Select", "MainForm:JournalSelectMenu_Click",
+              [this] { JournalSelect(); });
+    AddAction(journal, "JournalModifyMenu", "&Modify", "MainForm:JournalModifyMenu_Click",
+              [&workspace] { workspace.NotReadyYet(); });
+    AddAction(journal, "JournalDeleteMenu", "&Delete", "MainForm:JournalDeleteMenu_Click",
+              [&workspace] { workspace.NotReadyYet(); });
+    AddAction(journal, "JournalSetAsPlanMenu", "Set as &plan", "MainForm:JournalSetAsPlanMenu_Click",
+              [this] { JournalSetAsPlan(); });
+
+    QMenu& spreadsheet = newMenu("SpreadsheetMenu", "&Spreadsheet");
+    static constexpr const char* kSpreadsheets[] = {"Resource entry",
+                                                    "Task entry",
+                                                    "Project summary",
+                                                    "Project update",
+                                                    "Loading by resource",
+                                                    "Loading by project",
+                                                    "Loading by day",
+                                                    "Overtime and overload",
+                                                    "Overload",
+                                                    "Date dependency"};
+    int kind = 0;
+    for (const char* caption : kSpreadsheets) {
+        ++kind;
+        const std::string name = "SpreadsheetTypeMenu(" + std::to_string(kind) + ")";
+        AddAction(spreadsheet, name.c_str(), caption, "MainForm:SpreadsheetTypeMenu_Click",
+                  [this, kind] { SpreadsheetType(kind); });
+    }
+
+    QAction* calendar = menuBar()->addAction("&Calendar");
+    calendar->setObjectName("CalendarMenu");
+    actions_["CalendarMenu"] = calendar;
+    connect(calendar, &QAction::triggered, this,
+            [this] { desktop_.Run("MainForm:CalendarMenu_Click", [this] { Calendar(); }); });
+
+    QMenu& iterative = newMenu("IterativeMenu", "&Iterative");
+    const auto iterate = [this] { IterativeSolve(); };
+    AddAction(iterative, "IterativeQuickRiskSolveMenu", "Quick risk solve",
+              "MainForm:IterativeQuickRiskSolveMenu_Click", iterate);
+    AddAction(iterative, "IterativeDetailedRiskSolveMenu", "Detailed risk solve",
+              "MainForm:IterativeDetailedRiskSolveMenu_Click", iterate);
+    AddAction(iterative, "IterativeQuickCrashSolveMenu", "Quick crash solve",
+              "MainForm:IterativeQuickCrashSolveMenu_Click", iterate);
+    AddAction(iterative, "IterativeDetailedCrashSolveMenu", "Detailed crash solve",
+              "MainForm:IterativeDetailedCrashSolveMenu_Click", iterate);
+
+    QMenu& graphics = newMenu("GraphicsMenu", "&Graphics");
+    const auto addChart = [&](const char* name, const char* caption, ChartGuard guard) {
+        AddAction(graphics, name, caption, "MainForm:GraphicsMenu_Click", [this, guard] { Chart(guard); });
+    };
+    addChart("GraphicsGanttMenu", "&Mechanized Gantt", ChartGuard::Solved);
+    addChart("GraphicsHistogramMenu", "&Histogram", ChartGuard::Solved);
+    addChart("GraphicsBudgetMenu", "&Budget", ChartGuard::Solved);
+    addChart("GraphicsRiskAnalysisMenu", "&Risk analysis", ChartGuard::Project);
+    addChart("GraphicsCrashAnalysisMenu", "&Crash analysis", ChartGuard::CrashData);
+    addChart("GraphicsWorkBreakdownMenu", "&Work breakdown structure", ChartGuard::Solved);
+    addChart("GraphicsPrecedenceMenu", "&Precedence diagram", ChartGuard::Solved);
+    addChart("GraphicsStatusReportMenu", "&Status report", ChartGuard::Solved);
+
+    QMenu& output = newMenu("OutputMenu", "&Output");
+    AddAction(output, "OutputPrintMenu", "&Print", "MainForm:OutputPrintMenu_Click",
+              [this] { OutputPrint(); });
+    AddAction(output, "OutputCopyMenu", "&Copy", "MainForm:OutputCopyMenu_Click", [this] { OutputCopy(); });
+
+    QMenu& setup = newMenu("SetupMenu", "Set&up");
+    AddAction(setup, "SetupFontMenu", "&Font", "MainForm:SetupFontMenu_Click", [this] { SetupFont(); });
+    AddAction(setup, "SetupPrinterMenu", "&Printer", "MainForm:SetupPrinterMenu_Click",
+              [&workspace] { workspace.NotReadyYet(); });
+    AddAction(setup, "SetupPreferencesMenu", "P&references", "MainForm:SetupPreferencesMenu_Click",
+              [this] { PreferencesForm::Start(desktop_); });
+
+    QMenu& help = newMenu("HelpMenu", "&Help");
+    static constexpr struct {
+        const char *name, *caption, *page;
+    } kHelp[] = {{"HelpWelcomeMenu", "&Welcome", "Welcome"},
+                 {"HelpUsingHelpMenu", "&Using help", "Using Help"},
+                 {"HelpMenuMenu", "&Menu", "Menu"},
+                 {"HelpToolbarMenu", "&Toolbar", "Toolbar"},
+                 {"HelpGuideMeMenu", "&Guide me", "Guide me"},
+                 {"HelpIndexMenu", "&Index", "Index"},
+                 {"HelpTechnicalSupportMenu", "Te&chnical support", "Technical Support"}};
+    for (const auto& item : kHelp) {
+        AddAction(help, item.name, item.caption, "MainForm:HelpMenu_Click",
+                  [this, page = item.page] { DisplayHelpPage(page); });
+    }
+    help.addSeparator()->setObjectName("HelpSeparatorMenu");
+    AddAction(help, "HelpAboutMenu", "&About", "MainForm:HelpAboutMenu_Click",
+              [this] { WelcomeForm::Start(desktop_); });
+}
+
+void MainForm::RedoRecentMenu() {
+    const auto files = desktop_.settings.RecentFiles();
+    recent_[0]->setVisible(!files.empty());
+    for (std::size_t i = 1; i < recent_.size(); ++i) {
+        recent_[i]->setVisible(i <= files.size());
+        if (i > files.size()) continue;
+        QString name = Q(files[i - 1]);
+        recent_[i]->setText(QString("&%1 %2").arg(i).arg(name.replace("&", "&&")));
+    }
+}
+
+void MainForm::BuildToolbar() {
+    toolbar_ = addToolBar("Toolbar");
+    toolbar_->setObjectName("Toolbar");
+    toolbar_->setMovable(false);
+    toolbar_->setContextMenuPolicy(Qt::PreventContextMenu);
+    const int size = ToolbarImageSize(screen()->geometry().width());
+    toolbar_->setIconSize({size, size});
+
+    Workspace& workspace = desktop_.workspace;
+    const auto chart = [this] { Chart(ChartGuard::Solved); };
+    const struct {
+        const char *toolTip, *section;
+        std::function<void()> click;
+    } buttons[] = {
+        {"Open", "Toolbar:Open", [this] { FileOpen(); }},
+        {"Save", "Toolbar:Save", [this] { desktop_.files.RequestSave(); }},
+        {"Project", "Toolbar:Project", [this] { ProjectEntryForm::StartAdd(desktop_); }},
+        {"Subproject", "Toolbar:Subproject", [this] { SubprojectEntryForm::StartAdd(desktop_); }},
+        {"Task", "Toolbar:Task", [this] { TaskEntryForm::StartAdd(desktop_); }},
+        {"Dependency", "Toolbar:Dependency", [this] { DependencyEntryForm::StartAdd(desktop_); }},
+        {"Assignment", "Toolbar:Assignment", [this] { AssignmentEntryForm::StartAdd(desktop_); }},
+        {"Template", "Toolbar:Template", [this] { TemplateEntryForm::StartAdd(desktop_); }},
+        {"Shift", "Toolbar:Shift", [this] { ShiftEntryForm::StartAdd(desktop_); }},
+        {"Department", "Toolbar:Department", [this] { CantCreateDepartment(); }},
+        {"Resource", "Toolbar:Resource", [this] { ResourceEntryForm::StartAdd(desktop_); }},
+        {"Journal", "Toolbar:Journal", [&workspace] { vortan::NewJournal(workspace); }},
+        {"Copy", "Toolbar:Copy", [this] { OutputCopy(); }},
+        {"Print", "Toolbar:Print", [this] { OutputPrint(); }},
+        {"Font", "Toolbar:Font", [this] { SetupFont(); }},
+        {"Calendar", "Toolbar:Calendar", [this] { Calendar(); }},
+        {"Mechanized Gantt", "Toolbar:Mechanized", chart},
+        {"Histogram", "Toolbar:Histogram", chart},
+        {"Budget", "Toolbar:Budget", chart},
+        {"Work breakdown structure", "Toolbar:Work", chart},
+        {"Precedence diagram", "Toolbar:Precedence", chart},
+        {"Help", "Toolbar:Help", [this] { ContextHelp(); }},
+    };
+    for (const auto& button : buttons) {
+        QAction* action =
+            toolbar_->addAction(GetResIcon(std::string(button.toolTip) + ".ico"), button.toolTip);
+        action->setToolTip(button.toolTip);
+        connect(action, &QAction::triggered, this,
+                [this, section = button.section, click = button.click] { desktop_.Run(section, click); });
+        toolbar_->widgetForAction(action)->setObjectName(QString("Toolbar.") + button.toolTip);
+    }
+}
+
+void MainForm::BuildStatusBar() {
+    boxes_ = std::make_unique<SelectorBoxes>(desktop_);
+    solvePanel_ = new QToolButton;
+    solvePanel_->setObjectName("SolvePanel");
+    solvePanel_->setAutoRaise(true);
+    solvePanel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    connect(solvePanel_, &QToolButton::clicked, this,
+            [this] { desktop_.Run("MainForm:SolvePanelClick", [this] { SolvePanelClick(); }); });
+    messagePanel_ = new ElidedLabel("MessagePanel");
+    messagePanel_->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+
+    // The boxes and the solve take a sixth of the width each, the message what is left.
+    auto* panels = new QWidget;
+    auto* row = new QHBoxLayout(panels);
+    row->setContentsMargins(2, 2, 2, 2);
+    row->addWidget(&boxes_->ProjectCombo(), 1);
+    row->addWidget(&boxes_->TemplateCombo(), 1);
+    row->addWidget(&boxes_->JournalCombo(), 1);
+    row->addWidget(solvePanel_, 1);
+    row->addWidget(messagePanel_, 2);
+    statusBar()->setObjectName("StatusBar");
+    statusBar()->setContentsMargins(0, 0, 0, 0);
+    statusBar()->addWidget(panels, 1);
+}
+
+}  // namespace vortan
