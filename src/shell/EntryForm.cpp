@@ -13,6 +13,12 @@
 
 namespace vortan {
 
+namespace {
+
+constexpr std::int32_t kHighestId = 999'999'999;
+
+}  // namespace
+
 EntryForm::EntryForm(Desktop& desktop, const char* name, const char* caption)
     : QDialog(desktop.mainForm), desktop_(desktop), body_(new QVBoxLayout) {
     setObjectName(name);
@@ -118,6 +124,18 @@ std::optional<std::int32_t> EntryForm::ReadWhole(TextField& field, const std::st
              "The " + what + " must be a whole number from " + std::to_string(least) + " to " +
                  std::to_string(most) + ".",
              "Invalid Number");
+    return std::nullopt;
+}
+
+std::optional<std::int32_t> EntryForm::ReadTaskId(TextField& field, const Vproject& project,
+                                                  const Vtask* task) {
+    const auto id = ReadWhole(field, "task ID", 1, kHighestId);
+    const Vtask* other = id ? project.FindTask(*id) : nullptr;
+    if (!other || other == task) return id;
+    Complain(field,
+             "The task ID " + std::to_string(*id) + " is already in use by task " + other->BuildNodeText() +
+                 (other->Include() ? "." : ", which has been deleted in this journal."),
+             "Task ID In Use");
     return std::nullopt;
 }
 

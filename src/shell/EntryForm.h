@@ -71,6 +71,9 @@ class EntryForm : public QDialog, public ChildForm, public Listener {
     std::optional<std::int32_t> ReadWhole(TextField& field, const std::string& what, std::int32_t least,
                                           std::int32_t most);
 
+    /// A number for `task` that no other task of the project has.
+    std::optional<std::int32_t> ReadTaskId(TextField& field, const Vproject& project, const Vtask* task);
+
     std::string Currency(Money value) const;
     std::string CurrencySymbol() const { return desktop_.platform.CurrencySymbol(); }
 
