@@ -20,10 +20,10 @@ constexpr std::int32_t kHighestId = 999'999'999;
 }  // namespace
 
 EntryForm::EntryForm(Desktop& desktop, const char* name, const char* caption)
-    : QDialog(desktop.mainForm), desktop_(desktop), body_(new QVBoxLayout) {
+    : QDialog(desktop.mainForm), desktop_(desktop), body_(new QVBoxLayout), buttons_(new QHBoxLayout) {
     setObjectName(name);
     setWindowTitle(caption);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
 
     ok_ = new QPushButton("Ok");
     ok_->setObjectName("OkCommand");
@@ -36,14 +36,13 @@ EntryForm::EntryForm(Desktop& desktop, const char* name, const char* caption)
             }));
     connect(cancel_, &QPushButton::clicked, this, [this] { reject(); });
 
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(ok_);
-    buttons->addWidget(cancel_);
+    buttons_->addStretch();
+    buttons_->addWidget(ok_);
+    buttons_->addWidget(cancel_);
     auto* all = new QVBoxLayout(this);
     all->addLayout(body_, 1);
     all->addSpacing(fontMetrics().height() / 2);
-    all->addLayout(buttons);
+    all->addLayout(buttons_);
 
     desktop_.workspace.AddListener(this);
 }
@@ -85,6 +84,11 @@ QFormLayout& EntryForm::Rows() {
 
 void EntryForm::AddRow(const QString& label, QWidget* field) {
     Rows().addRow(label + ":", field);
+}
+
+void EntryForm::AddButton(QPushButton* button) {
+    button->setAutoDefault(false);
+    buttons_->insertWidget(0, button);
 }
 
 std::function<void()> EntryForm::Command(const char* section, std::function<void()> slot) {

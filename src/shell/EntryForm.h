@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QFormLayout>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <array>
@@ -55,6 +56,8 @@ class EntryForm : public QDialog, public ChildForm, public Listener {
     /// The rows of labels and fields at the end of Body; begins new ones after `EndRows`.
     QFormLayout& Rows();
     void EndRows() { rows_ = nullptr; }
+    /// A button of the form's own, at the other end of the row of Ok and Cancel.
+    void AddButton(QPushButton* button);
     QPushButton& OkCommand() { return *ok_; }
     QPushButton& CancelCommand() { return *cancel_; }
 
@@ -83,6 +86,7 @@ class EntryForm : public QDialog, public ChildForm, public Listener {
 
   private:
     QVBoxLayout* body_;
+    QHBoxLayout* buttons_;
     QFormLayout* rows_ = nullptr;
     QPushButton* ok_;
     QPushButton* cancel_;

@@ -56,7 +56,7 @@ QWidget* NewGanttFrame() {
     shape->addWidget(NewButton<QRadioButton>("MilestoneOption", "&Milestone"));
     shape->addWidget(NewButton<QRadioButton>("BarOption", "&Bar"));
     shape->addStretch();
-    auto* label = new QLabel("Tasks without duration:");
+    auto* label = new QLabel("Show tasks as:");
     rows->addRow(label, shape);
     rows->addRow(NewButton<QCheckBox>("CriticalPathRedCheck", "&Critical path in red"));
     return frame;

@@ -49,6 +49,15 @@ class Shell {
         QTest::keyClick(&field, Qt::Key_Delete);
         QTest::keyClicks(&field, text);
     }
+    /// The entry form that is open, and the box in it that has the focus.
+    QDialog& Dialog() {
+        QDialog* found = nullptr;
+        for (auto* dialog : main.findChildren<QDialog*>()) found = dialog->isVisible() ? dialog : found;
+        if (!found) throw std::runtime_error("There is no entry form");
+        return *found;
+    }
+    std::string Focus() { return S(Dialog().focusWidget()->objectName()); }
+    void Press(Qt::Key key) { QTest::keyClick(Dialog().focusWidget(), key); }
     /// Choosing from a menu.
     void Choose(const char* action) { main.Action(action).trigger(); }
     void Solve() {
