@@ -64,6 +64,7 @@ MainForm::MainForm(Desktop& desktop) : desktop_(desktop) {
 }
 
 MainForm::~MainForm() {
+    disconnect(qApp, nullptr, this, nullptr);
     UnloadScreens();
     desktop_.workspace.RemoveListener(this);
     desktop_.files.UnloadScreens = nullptr;
