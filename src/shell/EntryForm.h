@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QFormLayout>
 #include <QGridLayout>
+#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <array>
@@ -83,6 +84,7 @@ class EntryForm : public QDialog, public ChildForm, public Listener {
     QFormLayout* rows_ = nullptr;
     QPushButton* ok_;
     QPushButton* cancel_;
+    QPointer<QWidget> returnFocus_;  // had the focus before; being shut off has taken it away
     bool unloaded_ = false;
 };
 
