@@ -14,11 +14,17 @@
 
 namespace vortan {
 
+namespace {
+
+constexpr std::int32_t kHighestId = 999'999'999;
+
+}  // namespace
+
 EntryForm::EntryForm(Desktop& desktop, const char* name, const char* caption)
-    : QDialog(desktop.mainForm), desktop_(desktop), body_(new QVBoxLayout) {
+    : QDialog(desktop.mainForm), desktop_(desktop), body_(new QVBoxLayout), buttons_(new QHBoxLayout) {
     setObjectName(name);
     setWindowTitle(caption);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
 
     ok_ = new QPushButton("Ok");
     ok_->setObjectName("OkCommand");
@@ -31,14 +37,13 @@ EntryForm::EntryForm(Desktop& desktop, const char* name, const char* caption)
             }));
     connect(cancel_, &QPushButton::clicked, this, [this] { reject(); });
 
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(ok_);
-    buttons->addWidget(cancel_);
+    buttons_->addStretch();
+    buttons_->addWidget(ok_);
+    buttons_->addWidget(cancel_);
     auto* all = new QVBoxLayout(this);
     all->addLayout(body_, 1);
     all->addSpacing(fontMetrics().height() / 2);
-    all->addLayout(buttons);
+    all->addLayout(buttons_);
 
     desktop_.workspace.AddListener(this);
 }
@@ -84,6 +89,11 @@ void EntryForm::AddRow(const QString& label, QWidget* field) {
     Rows().addRow(label + ":", field);
 }
 
+void EntryForm::AddButton(QPushButton* button) {
+    button->setAutoDefault(false);
+    buttons_->insertWidget(0, button);
+}
+
 std::function<void()> EntryForm::Command(const char* section, std::function<void()> slot) {
     return [this, section, slot = std::move(slot)] { desktop_.Run(section, slot); };
 }
@@ -121,6 +131,18 @@ std::optional<std::int32_t> EntryForm::ReadWhole(TextField& field, const std::st
              "The " + what + " must be a whole number from " + std::to_string(least) + " to " +
                  std::to_string(most) + ".",
              "Invalid Number");
+    return std::nullopt;
+}
+
+std::optional<std::int32_t> EntryForm::ReadTaskId(TextField& field, const Vproject& project,
+                                                  const Vtask* task) {
+    const auto id = ReadWhole(field, "task ID", 1, kHighestId);
+    const Vtask* other = id ? project.FindTask(*id) : nullptr;
+    if (!other || other == task) return id;
+    Complain(field,
+             "The task ID " + std::to_string(*id) + " is already in use by task " + other->BuildNodeText() +
+                 (other->Include() ? "." : ", which has been deleted in this journal."),
+             "Task ID In Use");
     return std::nullopt;
 }
 
