@@ -61,7 +61,7 @@ void RateCalculatorForm::AddFormula(QGridLayout& grid, const std::vector<Term>& 
         grid.addWidget(term.box, row + 1, column);
         if (i > 0) grid.addWidget(new QLabel(term.sign), row + 1, column - 1);
     }
-    grid.setRowMinimumHeight(row + 2, fontMetrics().height() / 2);
+    grid.setRowMinimumHeight(row + 2, fontMetrics().height() * 2 / 3);
 }
 
 void RateCalculatorForm::BuildFormulas() {

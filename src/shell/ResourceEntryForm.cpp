@@ -87,14 +87,13 @@ void ResourceEntryForm::BuildFields() {
     AddRow("De&partment", department_);
     AddRow("&Title", title_);
     AddRow("&Shift", shift_);
-    EndRows();
-    Body().addWidget(BuildRates());
+    Rows().addRow(BuildRates());
     AddRow("&Work days", workDays_);
     SetLive(*templateName_, false);
 }
 
 QWidget* ResourceEntryForm::BuildRates() {
-    auto* group = new QGroupBox("Rates an hour");
+    auto* group = new QGroupBox("Hourly rates");
     auto* grid = new QGridLayout(group);
     for (int i = 0; i < 4; ++i) {
         const Rate& rate = kRates[i];

@@ -153,10 +153,16 @@ void ShiftGrid::focusOutEvent(QFocusEvent* event) {
 
 // ---- places
 
+int ShiftGrid::HeadWidth() const {
+    return fontMetrics().horizontalAdvance("12pm") + fontMetrics().averageCharWidth();
+}
+
+int ShiftGrid::CellWidth() const {
+    return fontMetrics().horizontalAdvance(":55") + fontMetrics().averageCharWidth() * 3 / 2;
+}
+
 QSize ShiftGrid::sizeHint() const {
-    const QFontMetrics metrics = fontMetrics();
-    const int cell = metrics.horizontalAdvance(":55") + metrics.averageCharWidth() * 3 / 2;
-    return {cell * kGridColumns, (metrics.height() + metrics.height() / 5 + 1) * kGridRows + 1};
+    return {2 * HeadWidth() + kColumns * CellWidth() + 1, fontMetrics().height() * 5 / 4 * kGridRows + 1};
 }
 
 /// On a small screen, letters of half the size can still be read by their colours.
@@ -165,7 +171,10 @@ QSize ShiftGrid::minimumSizeHint() const {
 }
 
 int ShiftGrid::ColumnEdge(int column) const {
-    return (width() - 1) * column / kGridColumns;
+    const int hint = column == 0              ? 0
+                     : column == kGridColumns ? sizeHint().width() - 1
+                                              : HeadWidth() + (column - 1) * CellWidth();
+    return (width() - 1) * hint / (sizeHint().width() - 1);
 }
 
 int ShiftGrid::RowEdge(int row) const {

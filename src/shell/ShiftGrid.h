@@ -52,6 +52,8 @@ class ShiftGrid : public QWidget {
     void focusOutEvent(QFocusEvent* event) override;
 
   private:
+    int HeadWidth() const;
+    int CellWidth() const;
     int ColumnEdge(int column) const;
     int RowEdge(int row) const;
     QRect GridRect(int row, int column) const;
