@@ -16,8 +16,6 @@
 namespace vortan {
 namespace {
 
-constexpr std::int32_t kHighestTaskID = 999999999;  // nine digits
-
 bool ValidEfficiency(double value) {
     return value > 0 && value <= 1;
 }
@@ -165,14 +163,9 @@ void TaskEntryForm::UpdateEnabled() {
 }
 
 std::optional<TaskEntryForm::Entries> TaskEntryForm::VerifyData() {
-    const auto id = ReadWhole(*taskId_, "task ID", 1, kHighestTaskID);
-    if (!id) return std::nullopt;
     const Vproject& project = adding_ ? *desktop_.workspace.ThisProject() : *object_->Project();
-    if (const Vtask* other = project.FindTask(*id); other && other != object_.Get()) {
-        Complain(*taskId_, "There is already a task with the ID " + std::to_string(*id) + " in this project.",
-                 "Task ID In Use");
-        return std::nullopt;
-    }
+    const auto id = ReadTaskId(*taskId_, project, object_.Get());
+    if (!id) return std::nullopt;
     const auto cost = ReadMoney(*materialCost_, "fixed cost");
     if (!cost) return std::nullopt;
     const auto efficiency = ReadNumber(*efficiency_, "efficiency");
