@@ -65,6 +65,7 @@ MainForm::MainForm(Desktop& desktop) : desktop_(desktop) {
 
 MainForm::~MainForm() {
     UnloadScreens();
+    disconnect(qApp, nullptr, this, nullptr);  // the focus still moves when the window goes
     desktop_.workspace.RemoveListener(this);
     desktop_.files.UnloadScreens = nullptr;
     desktop_.trees = nullptr;
