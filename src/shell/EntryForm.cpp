@@ -1,5 +1,6 @@
 #include "shell/EntryForm.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -13,11 +14,17 @@
 
 namespace vortan {
 
+namespace {
+
+constexpr std::int32_t kHighestId = 999'999'999;
+
+}  // namespace
+
 EntryForm::EntryForm(Desktop& desktop, const char* name, const char* caption)
-    : QDialog(desktop.mainForm), desktop_(desktop), body_(new QVBoxLayout) {
+    : QDialog(desktop.mainForm), desktop_(desktop), body_(new QVBoxLayout), buttons_(new QHBoxLayout) {
     setObjectName(name);
     setWindowTitle(caption);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
 
     ok_ = new QPushButton("Ok");
     ok_->setObjectName("OkCommand");
@@ -30,14 +37,13 @@ EntryForm::EntryForm(Desktop& desktop, const char* name, const char* caption)
             }));
     connect(cancel_, &QPushButton::clicked, this, [this] { reject(); });
 
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(ok_);
-    buttons->addWidget(cancel_);
+    buttons_->addStretch();
+    buttons_->addWidget(ok_);
+    buttons_->addWidget(cancel_);
     auto* all = new QVBoxLayout(this);
     all->addLayout(body_, 1);
     all->addSpacing(fontMetrics().height() / 2);
-    all->addLayout(buttons);
+    all->addLayout(buttons_);
 
     desktop_.workspace.AddListener(this);
 }
@@ -55,6 +61,7 @@ void EntryForm::Unload() {
     FormUnload();
     hide();
     if (desktop_.mainForm) desktop_.mainForm->UnlockEntryForm(*this);
+    if (returnFocus_) returnFocus_->setFocus(Qt::OtherFocusReason);
     setObjectName({});
     deleteLater();
 }
@@ -64,6 +71,7 @@ void EntryForm::reject() {
 }
 
 void EntryForm::ShowWith(QWidget& first) {
+    returnFocus_ = QApplication::focusWidget();
     desktop_.mainForm->ShowForm(*this);
     first.setFocus(Qt::TabFocusReason);
 }
@@ -79,6 +87,11 @@ QFormLayout& EntryForm::Rows() {
 
 void EntryForm::AddRow(const QString& label, QWidget* field) {
     Rows().addRow(label + ":", field);
+}
+
+void EntryForm::AddButton(QPushButton* button) {
+    button->setAutoDefault(false);
+    buttons_->insertWidget(0, button);
 }
 
 std::function<void()> EntryForm::Command(const char* section, std::function<void()> slot) {
@@ -121,6 +134,18 @@ std::optional<std::int32_t> EntryForm::ReadWhole(TextField& field, const std::st
     return std::nullopt;
 }
 
+std::optional<std::int32_t> EntryForm::ReadTaskId(TextField& field, const Vproject& project,
+                                                  const Vtask* task) {
+    const auto id = ReadWhole(field, "task ID", 1, kHighestId);
+    const Vtask* other = id ? project.FindTask(*id) : nullptr;
+    if (!other || other == task) return id;
+    Complain(field,
+             "The task ID " + std::to_string(*id) + " is already in use by task " + other->BuildNodeText() +
+                 (other->Include() ? "." : ", which has been deleted in this journal."),
+             "Task ID In Use");
+    return std::nullopt;
+}
+
 std::string EntryForm::Currency(Money value) const {
     return FormatCurrency(value, CurrencySymbol());
 }
@@ -134,18 +159,23 @@ void EntryForm::keyPressEvent(QKeyEvent* event) {
 }
 
 WorkDayChecks::WorkDayChecks() {
+    // The week first, and the days that are not of the week in a row of their own. Made in this order, which
+    // is that of Tab.
+    constexpr int kPlaces[3][4] = {{1, 2, 3, 4}, {5, 6, 7, -1}, {0, 8, -1, -1}};
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
-    for (int day = 0; day < 9; ++day) {
-        auto* check = new QCheckBox(DayName(day));
-        check->setObjectName(QString("WorkDayCheck(%1)").arg(day));
-        checks_[static_cast<std::size_t>(day)] = check;
+    for (int row = 0; row < 3; ++row) {
+        for (int column = 0; column < 4; ++column) {
+            const int day = kPlaces[row][column];
+            if (day < 0) continue;
+            auto* check = new QCheckBox(DayName(day));
+            check->setObjectName(QString("WorkDayCheck(%1)").arg(day));
+            checks_[static_cast<std::size_t>(day)] = check;
+            grid->addWidget(check, row, column);
+        }
     }
-    // The week in one column of its own, what is not a day of the week beside it.
-    for (int day = 1; day <= 7; ++day)
-        grid->addWidget(checks_[static_cast<std::size_t>(day)], (day - 1) % 4, (day - 1) / 4);
-    grid->addWidget(checks_[0], 0, 2);
-    grid->addWidget(checks_[8], 1, 2);
+    grid->setColumnStretch(4, 1);
+    setFocusProxy(checks_[1]);
 }
 
 }  // namespace vortan

@@ -4,6 +4,8 @@
 #include <QDialog>
 #include <QFormLayout>
 #include <QGridLayout>
+#include <QHBoxLayout>
+#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <array>
@@ -55,6 +57,8 @@ class EntryForm : public QDialog, public ChildForm, public Listener {
     /// The rows of labels and fields at the end of Body; begins new ones after `EndRows`.
     QFormLayout& Rows();
     void EndRows() { rows_ = nullptr; }
+    /// A button of the form's own, at the other end of the row of Ok and Cancel.
+    void AddButton(QPushButton* button);
     QPushButton& OkCommand() { return *ok_; }
     QPushButton& CancelCommand() { return *cancel_; }
 
@@ -71,6 +75,9 @@ class EntryForm : public QDialog, public ChildForm, public Listener {
     std::optional<std::int32_t> ReadWhole(TextField& field, const std::string& what, std::int32_t least,
                                           std::int32_t most);
 
+    /// A number for `task` that no other task of the project has.
+    std::optional<std::int32_t> ReadTaskId(TextField& field, const Vproject& project, const Vtask* task);
+
     std::string Currency(Money value) const;
     std::string CurrencySymbol() const { return desktop_.platform.CurrencySymbol(); }
 
@@ -80,9 +87,11 @@ class EntryForm : public QDialog, public ChildForm, public Listener {
 
   private:
     QVBoxLayout* body_;
+    QHBoxLayout* buttons_;
     QFormLayout* rows_ = nullptr;
     QPushButton* ok_;
     QPushButton* cancel_;
+    QPointer<QWidget> returnFocus_;  // had the focus before; being shut off has taken it away
     bool unloaded_ = false;
 };
 

@@ -38,10 +38,10 @@ MainForm::MainForm(Desktop& desktop) : desktop_(desktop) {
     BuildWorkArea();
     desktop_.workspace.AddListener(this);
     desktop_.Run("MainForm:MDIForm_Load", [this] {
-        UpdateMenu();
-        boxes_->UpdateProjectCombo();
-        boxes_->UpdateTemplateCombo();
-        boxes_->UpdateJournalCombo();
+        projectTree_->Start();
+        templateTree_->Start();
+        NewThisProject();
+        NewThisTemplate();
         desktop_.files.StartUp();
     });
     desktop_.solver.SuspendSolve();
@@ -64,6 +64,7 @@ MainForm::MainForm(Desktop& desktop) : desktop_(desktop) {
 }
 
 MainForm::~MainForm() {
+    disconnect(qApp, nullptr, this, nullptr);
     UnloadScreens();
     disconnect(qApp, nullptr, this, nullptr);  // the focus still moves when the window goes
     desktop_.workspace.RemoveListener(this);
@@ -89,15 +90,11 @@ void MainForm::BuildWorkArea() {
     pages_ = new QStackedWidget;
     pages_->addWidget(splitter_);
     setCentralWidget(pages_);
+    forms_ = {projectTree_, templateTree_};
+    lastPane_ = projectTree_;
 }
 
 void MainForm::Activate(const std::string& commandLine) {
-    desktop_.Run("MainForm:MDIForm_Activate", [&] {
-        ShowForm(*projectTree_);
-        ShowForm(*templateTree_);
-        projectTree_->Start();
-        templateTree_->Start();
-    });
     if (!commandLine.empty()) {
         desktop_.Run("MainForm:MDIForm_Activate", [&] { desktop_.files.OpenFile(commandLine); });
     }

@@ -69,18 +69,12 @@ void TemplateEntryForm::FinishAdd() {
     desktop_.trees->TemplateTree().Start();
 }
 
-void TemplateEntryForm::FinishModify() {
-    desktop_.trees->RefreshNode(*desktop_.trees->DragNode());
-    desktop_.workspace.BroadcastNewThisTemplate();
-}
-
 bool TemplateEntryForm::Finish() {
     if (!SaveData()) return false;
-    const bool added = std::exchange(adding_, false);
-    if (added) {
+    if (std::exchange(adding_, false)) {
         FinishAdd();
     } else {
-        FinishModify();
+        desktop_.workspace.BroadcastNewThisTemplate();
     }
     return true;
 }

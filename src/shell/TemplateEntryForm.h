@@ -22,7 +22,6 @@ class TemplateEntryForm : public EntryForm {
     void LoadData();
     bool SaveData();
     void FinishAdd();
-    void FinishModify();
     bool Finish() override;
     void FormUnload() override;
 

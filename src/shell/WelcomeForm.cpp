@@ -55,10 +55,9 @@ WelcomeForm::WelcomeForm(Desktop& desktop)
 
     auto* guideMe = new QPushButton("I'm new -- please guide me");
     guideMe->setObjectName("GuideMeCommand");
-    guideMe->setAutoDefault(false);
     connect(guideMe, &QPushButton::clicked, this,
             Command("WelcomeForm:GuideMeCommand_Click", [this] { ExitScreen(true); }));
-    Body().addWidget(guideMe, 0, Qt::AlignLeft);
+    AddButton(guideMe);
     CancelCommand().hide();
 }
 

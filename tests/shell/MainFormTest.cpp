@@ -1,0 +1,295 @@
+#include <fstream>
+
+#include "model/ValueText.h"
+#include "shell/Shell.h"
+
+namespace vortan {
+namespace {
+
+/// The main window with an example in memory, solved.
+class MainFormTest : public ::testing::Test {
+  protected:
+    void Open(const char* name) {
+        shell.desktop.files.LoadFile(std::string(EXAMPLES) + "/" + name);
+        shell.Solve();
+    }
+    QComboBox& Box(const char* name) { return shell.Find<QComboBox>(name); }
+    bool Enabled(const char* action) { return shell.main.Action(action).isEnabled(); }
+
+    Shell shell;
+    Workspace& workspace = shell.desktop.workspace;
+};
+
+/// A page in front of the trees, as a chart is one.
+class Page : public QWidget, public ChildForm {
+  public:
+    Page(MainForm& main, const char* name) : main_(main) {
+        setObjectName(name);
+        main_.ShowForm(*this);
+    }
+    FormClass Class() const override { return FormClass::FullPage; }
+    QWidget& Window() override { return *this; }
+    void Unload() override {
+        open = false;
+        main_.UnlockEntryForm(*this);
+    }
+    bool Copy() override { return ++copies > 0; }
+
+    bool open = true;
+    int copies = 0;
+
+  private:
+    MainForm& main_;
+};
+
+TEST_F(MainFormTest, CommandsWithoutWhatTheyNeedWarnAndStop) {
+    const struct {
+        const char *action, *title;
+    } cases[] = {
+        {"CalendarMenu", "No Templates in Memory"},
+        {"GraphicsGanttMenu", "No Projects in Memory"},
+        {"GraphicsRiskAnalysisMenu", "No Projects in Memory"},
+        {"GraphicsCrashAnalysisMenu", "Crash Data Unavailable"},
+        {"GraphicsStatusReportMenu", "No Projects in Memory"},
+        {"SpreadsheetTypeMenu(1)", "No Templates in Memory"},
+        {"SpreadsheetTypeMenu(2)", "No Projects in Memory"},
+        {"SpreadsheetTypeMenu(4)", "No Projects in Memory"},
+        {"SpreadsheetTypeMenu(7)", "No Templates in Memory"},
+        {"IterativeQuickRiskSolveMenu", "No Projects in Memory"},
+        {"JournalNewMenu", "No Projects in Memory"},
+        {"JournalSelectMenu", "No Projects in Memory"},
+        {"JournalSetAsPlanMenu", "No Projects in Memory"},
+        {"JournalModifyMenu", "Not Ready Yet"},
+        {"FileNewMenu", "Memory Already Empty"},
+        {"HelpIndexMenu", "Not Ready Yet"},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.action);
+        shell.platform.ExpectBox(one.title, BoxAnswer::Ok);
+        shell.Choose(one.action);
+        EXPECT_TRUE(shell.platform.AllBoxesCame());
+    }
+    EXPECT_FALSE(Enabled("FileSaveMenu"));
+    EXPECT_FALSE(Enabled("ProjectDeleteMenu"));
+    EXPECT_FALSE(Enabled("TemplateModifyMenu"));
+}
+
+TEST_F(MainFormTest, ChartsWaitForTheSolve) {
+    shell.desktop.files.LoadFile(std::string(EXAMPLES) + "/house.vta");
+    shell.platform.ExpectBox("Waiting For Solve To Complete", BoxAnswer::Ok);
+    shell.Choose("GraphicsGanttMenu");
+    shell.Solve();
+    shell.platform.ExpectBox("Not Ready Yet", BoxAnswer::Ok);
+    shell.Choose("GraphicsGanttMenu");
+    shell.platform.ExpectBox("Plan Equals Current", BoxAnswer::Ok);
+    shell.Choose("SpreadsheetTypeMenu(4)");
+}
+
+TEST_F(MainFormTest, AHaltedSolveIsExplained) {
+    Open("overtime.vta");
+    shell.platform.ExpectBox("Solve Error", BoxAnswer::Ok);
+    shell.Choose("GraphicsGanttMenu");
+    shell.platform.ExpectBox("Overtime needed", BoxAnswer::Ok, "wants 6 hours of resource 2: Ben Carter");
+    shell.Click("SolvePanel");
+}
+
+TEST_F(MainFormTest, BoxesShowAndChooseWhatIsActive) {
+    EXPECT_EQ(Box("ProjectCombo").currentText(), "<no projects>");
+    EXPECT_EQ(Box("TemplateCombo").currentText(), "<no templates>");
+    EXPECT_EQ(Box("JournalCombo").currentText(), "<journal n/a>");
+    EXPECT_FALSE(Box("ProjectCombo").isEnabled());
+
+    Open("launch.vta");
+    Open("house.vta");
+    QComboBox& projects = Box("ProjectCombo");
+    const Vproject* before = workspace.ThisProject();
+    EXPECT_EQ(S(projects.currentText()), before->ProjectName());
+    for (int i = 0; i < projects.count(); ++i) {
+        const Vproject* listed = workspace.ProjectList().Find(S(projects.itemText(i)));
+        EXPECT_TRUE(listed && (!listed->Parent() || listed == before));
+    }
+    projects.setFocus();
+    const int other = projects.currentIndex() == 0 ? 1 : 0;
+    QTest::keyClick(&projects, other == 0 ? Qt::Key_Up : Qt::Key_Down);
+    EXPECT_NE(workspace.ThisProject(), before);
+    EXPECT_EQ(S(projects.currentText()), workspace.ThisProject()->ProjectName());
+
+    // A subproject that is active is in the list as well, as long as it is.
+    Vproject* sub = nullptr;
+    for (Vproject* project : workspace.ProjectList()) sub = project->Parent() ? project : sub;
+    ASSERT_TRUE(sub);
+    workspace.SetThisProject(sub);
+    workspace.BroadcastNewThisProject();
+    EXPECT_EQ(S(projects.currentText()), sub->ProjectName());
+}
+
+TEST_F(MainFormTest, JournalCommandsMoveTheBox) {
+    Open("house.vta");
+    const DateTime first = workspace.ThisProject()->Journal();
+    shell.platform.ExpectInput({true, "1/5/2099"});
+    shell.Choose("JournalNewMenu");
+    EXPECT_EQ(FormatDate(workspace.ThisProject()->Journal()), "1/5/2099");
+    EXPECT_EQ(Box("JournalCombo").count(), 2);
+    EXPECT_TRUE(Box("JournalCombo").currentText().startsWith("1/5/2099"));
+    EXPECT_EQ(shell.desktop.solver.Mode(), SolveMode::Restart);
+
+    shell.Choose("JournalSetAsPlanMenu");
+    EXPECT_EQ(workspace.ThisProject()->PlanIndex(), 1);
+    EXPECT_EQ(S(Box("JournalCombo").currentText()), workspace.ThisProject()->JournalNodeText(1));
+
+    Box("JournalCombo").setFocus();
+    QTest::keyClick(&Box("JournalCombo"), Qt::Key_Up);
+    EXPECT_EQ(workspace.ThisProject()->Journal(), first);
+}
+
+TEST_F(MainFormTest, AnEntryFormShutsTheRestOff) {
+    Open("house.vta");
+    shell.Choose("SetupPreferencesMenu");
+    ASSERT_TRUE(shell.IsOpen("PreferencesForm"));
+    const struct {
+        const char* action;
+        bool enabled;
+    } cases[] = {{"FileMenu", true},
+                 {"FileExitMenu", true},
+                 {"FileOpenMenu", false},
+                 {"ProjectMenu", false},
+                 {"HelpIndexMenu", true},
+                 {"OutputPrintMenu", false},
+                 {"SetupPreferencesMenu", false},
+                 {"JournalSetAsPlanMenu", false}};
+    for (const auto& one : cases) EXPECT_EQ(Enabled(one.action), one.enabled) << one.action;
+    EXPECT_FALSE(Box("ProjectCombo").isEnabled());
+    EXPECT_FALSE(shell.Find<QWidget>("ProjectTreeForm").isEnabled());
+    EXPECT_FALSE(shell.Find<QToolButton>("Toolbar.Open").isEnabled());
+    EXPECT_TRUE(shell.Find<QToolButton>("Toolbar.Help").isEnabled());
+    // A message that updates the menu meanwhile does not open it.
+    workspace.BroadcastNewThisTemplate();
+    EXPECT_FALSE(Enabled("FileSaveMenu"));
+
+    QTest::keyClick(&shell.Find<QWidget>("PreferencesForm"), Qt::Key_Escape);
+    EXPECT_FALSE(shell.IsOpen("PreferencesForm"));
+    for (const auto& one : cases) EXPECT_TRUE(Enabled(one.action)) << one.action;
+    EXPECT_TRUE(Box("ProjectCombo").isEnabled());
+    EXPECT_TRUE(shell.Find<QWidget>("ProjectTreeForm").isEnabled());
+    EXPECT_TRUE(shell.Find<QToolButton>("Toolbar.Open").isEnabled());
+}
+
+TEST_F(MainFormTest, OnePageAtATimeAndTheFirstCloseTakesItAway) {
+    auto* first = new Page(shell.main, "FirstForm");
+    EXPECT_TRUE(first->isVisible());
+    EXPECT_FALSE(shell.Find<QWidget>("ProjectTreeForm").isVisible());
+    auto* second = new Page(shell.main, "SecondForm");
+    EXPECT_FALSE(first->open);
+    EXPECT_EQ(shell.main.FullPage(), second);
+
+    shell.Choose("OutputCopyMenu");
+    EXPECT_EQ(second->copies, 1);
+    shell.platform.ExpectBox("Print Not Supported", BoxAnswer::Ok,
+                             "The print function is not supported for Second.");
+    shell.Choose("OutputPrintMenu");
+
+    shell.main.close();
+    EXPECT_FALSE(second->open);
+    EXPECT_TRUE(shell.main.isVisible());
+    EXPECT_TRUE(shell.Find<QWidget>("ProjectTreeForm").isVisible());
+    shell.main.close();
+    EXPECT_FALSE(shell.main.isVisible());
+}
+
+TEST_F(MainFormTest, LeavingAsksAboutUnsavedChanges) {
+    Open("house.vta");
+    workspace.ThisProject()->SetDirty(true);
+    shell.platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Cancel);
+    shell.main.close();
+    EXPECT_TRUE(shell.main.isVisible());
+    EXPECT_NE(workspace.ThisProject(), nullptr);
+
+    shell.platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Yes);
+    const std::string file = shell.platform.Directory() + "/saved.vta";
+    shell.platform.ExpectSaveFileDialog({true, file});
+    shell.Choose("FileExitMenu");
+    EXPECT_FALSE(shell.main.isVisible());
+    EXPECT_TRUE(std::ifstream(file).good());
+    EXPECT_EQ(workspace.ThisProject(), nullptr);
+}
+
+TEST_F(MainFormTest, DeletingTheActiveProjectTakesItsWholeMaster) {
+    Open("launch.vta");
+    Open("house.vta");
+    Vproject* sub = nullptr;
+    for (Vproject* project : workspace.ProjectList()) sub = project->Parent() ? project : sub;
+    workspace.SetThisProject(sub);
+    workspace.BroadcastNewThisProject();
+    sub->SetDirty(true);
+    shell.platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Cancel,
+                             "Changes have been made to project " + sub->ProjectName() + ".  These");
+    shell.Choose("ProjectDeleteMenu");
+    EXPECT_EQ(workspace.ThisProject(), sub);
+    shell.platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No);
+    shell.Choose("ProjectDeleteMenu");
+    ASSERT_EQ(workspace.ProjectList().size(), 1U);
+    EXPECT_EQ(Box("ProjectCombo").count(), 1);
+    shell.Solve();
+    EXPECT_EQ(shell.desktop.solver.Mode(), SolveMode::Idle);
+
+    while (workspace.ThisTemplate()) {
+        workspace.ThisTemplate()->SetDirty(false);
+        shell.Choose("TemplateDeleteMenu");
+    }
+    EXPECT_EQ(Box("TemplateCombo").currentText(), "<no templates>");
+}
+
+TEST_F(MainFormTest, RecentFilesAreListedAndOpen) {
+    const std::string file = std::string(EXAMPLES) + "/house.vta";
+    shell.desktop.settings.AddRecentFile("/gone/R&D.vtb");
+    shell.desktop.settings.AddRecentFile(file);
+    shell.main.RedoRecentMenu();
+    EXPECT_EQ(S(shell.main.Action("FileRecentMenu(1)").text()), "&1 " + file);
+    EXPECT_EQ(S(shell.main.Action("FileRecentMenu(2)").text()), "&2 /gone/R&&D.vtb");
+    EXPECT_TRUE(shell.main.Action("FileRecentMenu(2)").isVisible());
+    EXPECT_FALSE(shell.main.Action("FileRecentMenu(3)").isVisible());
+    shell.Choose("FileRecentMenu(1)");
+    EXPECT_TRUE(workspace.ThisProject());
+}
+
+TEST_F(MainFormTest, ALongStepShowsTheHourglassOnce) {
+    shell.main.StatusMessage("Loading");
+    shell.main.StatusMessage("Loading more");
+    EXPECT_NE(QApplication::overrideCursor(), nullptr);
+    shell.main.StatusMessage("");
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+// ---- preferences
+
+TEST_F(MainFormTest, PreferencesAreTheSettings) {
+    Settings& settings = shell.desktop.settings;
+    shell.Choose("SetupPreferencesMenu");
+    EXPECT_TRUE(shell.Find<QAbstractButton>("BarOption").isChecked());
+    EXPECT_TRUE(shell.Find<QAbstractButton>("ShowMarkersCheck").isChecked());
+    EXPECT_EQ(Box("DependencyArrowsCombo").currentText(), "Control");
+    shell.Click("MilestoneOption");
+    shell.Click("ShowMarkersCheck");
+    shell.Type("EfficiencyText", "0.7");
+    QTest::keyClicks(&Box("AutomaticBackupCombo"), "10");
+    shell.Click("CancelCommand");
+    EXPECT_EQ(settings.ReadSettings("MilestoneOption"), "-");
+    EXPECT_EQ(workspace.BackupMinutes, 0);
+
+    shell.Choose("SetupPreferencesMenu");
+    shell.Click("MilestoneOption");
+    shell.Click("ShowMarkersCheck");
+    shell.Type("EfficiencyText", "0.7");
+    Box("AutomaticBackupCombo").setFocus();
+    QTest::keyClicks(&Box("AutomaticBackupCombo"), "10");
+    QTest::keyClick(&shell.Find<QWidget>("EfficiencyText"), Qt::Key_Return);
+    EXPECT_FALSE(shell.IsOpen("PreferencesForm"));
+    EXPECT_EQ(settings.ReadSettings("MilestoneOption"), "X");
+    EXPECT_EQ(settings.ReadSettings("BarOption"), "-");
+    EXPECT_EQ(settings.ReadSettings("ShowMarkersCheck"), "-");
+    EXPECT_EQ(settings.ReadSettings("EfficiencyText"), "0.7");
+    EXPECT_EQ(workspace.BackupMinutes, 10);
+}
+
+}  // namespace
+}  // namespace vortan

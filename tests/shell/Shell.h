@@ -1,0 +1,77 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTest>
+#include <string>
+
+#include "shell/Desktop.h"
+#include "shell/MainForm.h"
+#include "shell/Text.h"
+#include "shell/Trees.h"
+#include "support/ScriptedPlatform.h"
+
+namespace vortan {
+
+/// A main window on a scripted platform: boxes are expected, not shown.
+class Shell {
+  public:
+    Shell() {
+        main.resize(1280, 800);
+        main.show();
+    }
+
+    /// The control of that name, in the last form that was opened if it is there; fails if there is none.
+    template <class T>
+    T& Find(const char* name) {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        T* found = nullptr;
+        for (auto* dialog : main.findChildren<QDialog*>()) {
+            T* here = dialog->isVisible() ? dialog->findChild<T*>(name) : nullptr;
+            if (here) found = here;
+        }
+        if (!found) found = main.findChild<T*>(name);
+        if (!found) throw std::runtime_error(std::string("There is no ") + name);
+        return *found;
+    }
+    template <class T>
+    T& Find(const std::string& name) {
+        return Find<T>(name.c_str());
+    }
+    bool IsOpen(const char* form) { return main.findChild<QWidget*>(form) != nullptr; }
+
+    /// Near the left end, where a check box has its box.
+    void Click(const char* button) {
+        auto& found = Find<QAbstractButton>(button);
+        QTest::mouseClick(&found, Qt::LeftButton, {}, {found.height() / 2, found.height() / 2});
+    }
+    /// As a user types: the box takes the focus, which selects all of it, and gets the keys.
+    void Type(const char* box, const char* text) {
+        auto& field = Find<QWidget>(box);
+        field.setFocus(Qt::TabFocusReason);
+        QTest::keyClick(&field, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(&field, Qt::Key_Delete);
+        QTest::keyClicks(&field, text);
+    }
+    /// The entry form that is open, and the box in it that has the focus.
+    QDialog& Dialog() {
+        QDialog* found = nullptr;
+        for (auto* dialog : main.findChildren<QDialog*>()) found = dialog->isVisible() ? dialog : found;
+        if (!found) throw std::runtime_error("There is no entry form");
+        return *found;
+    }
+    std::string Focus() { return S(Dialog().focusWidget()->objectName()); }
+    void Press(Qt::Key key) { QTest::keyClick(Dialog().focusWidget(), key); }
+    /// Choosing from a menu.
+    void Choose(const char* action) { main.Action(action).trigger(); }
+    void Solve() {
+        if (platform.solveTimerArmed) desktop.solver.SolveTimerTick();
+    }
+
+    ScriptedPlatform platform;
+    Desktop desktop{platform};
+    MainForm main{desktop};
+};
+
+}  // namespace vortan
