@@ -66,7 +66,6 @@ MainForm::MainForm(Desktop& desktop) : desktop_(desktop) {
 MainForm::~MainForm() {
     disconnect(qApp, nullptr, this, nullptr);
     UnloadScreens();
-    disconnect(qApp, nullptr, this, nullptr);  // the focus still moves when the window goes
     desktop_.workspace.RemoveListener(this);
     desktop_.files.UnloadScreens = nullptr;
     desktop_.trees = nullptr;
