@@ -74,6 +74,8 @@ void EntryForm::ShowWith(QWidget& first) {
     returnFocus_ = QApplication::focusWidget();
     desktop_.mainForm->ShowForm(*this);
     first.setFocus(Qt::TabFocusReason);
+    // The focus may come later, with the window.
+    if (auto* line = qobject_cast<QLineEdit*>(&first)) line->selectAll();
 }
 
 QFormLayout& EntryForm::Rows() {
