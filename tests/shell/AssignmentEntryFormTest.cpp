@@ -29,10 +29,10 @@ class AssignmentEntryFormTest : public FormBench {
         return made;
     }
     /// While the list of what matches is open, it gets the keys.
-    void TypeResource(const char* text) {
+    void TypeResource(const char* text, Qt::Key end) {
         shell.Type("ResourceIdCombo", text);
         QWidget* list = QApplication::activePopupWidget();
-        QTest::keyClick(list ? list : shell.Dialog().focusWidget(), Qt::Key_Tab);
+        QTest::keyClick(list ? list : shell.Dialog().focusWidget(), end);
     }
     /// The kinds of day that are checked.
     std::string Days() {
@@ -52,7 +52,7 @@ TEST_F(AssignmentEntryFormTest, AResourceIsFoundByTypingAndBringsItsHours) {
     EXPECT_EQ(shell.Focus(), "ResourceIdCombo");
     EXPECT_EQ(Combo("ResourceIdCombo").currentText(), "");
     EXPECT_EQ(Value("HoursText") + " " + Days(), "0 23456");
-    TypeResource("mills");
+    TypeResource("mills", Qt::Key_Tab);
     EXPECT_EQ(Combo("ResourceIdCombo").currentText(), "12: Mills");
     EXPECT_EQ(Value("HoursText") + " " + Days(), "7.5 34567");
     shell.Type("HoursText", "4");
@@ -70,7 +70,7 @@ TEST_F(AssignmentEntryFormTest, WhatDoesNotFitIsRefused) {
     for (const char* nobody : {"", "Mill", "20", "Crane"}) {
         ExpectRefused({"ResourceIdCombo", nobody, "Missing Resource", ""});
     }
-    TypeResource("7");
+    TypeResource("7", Qt::Key_Return);
     for (const char* bad : {"", "8h"}) ExpectRefused({"HoursText", bad, "Invalid Number", ""});
     for (const char* bad : {"0", "-1", "24.01"}) ExpectRefused({"HoursText", bad, "Invalid Hours", ""});
     EXPECT_TRUE(task->AssignmentList().empty());
@@ -96,7 +96,7 @@ TEST_F(AssignmentEntryFormTest, AnotherTemplateBecomesTheActiveOne) {
     shell.Press(Qt::Key_Down);
     EXPECT_EQ(workspace.ThisTemplate(), yard);
     EXPECT_EQ(Combo("ResourceIdCombo").currentText(), "");
-    TypeResource("7");
+    TypeResource("7", Qt::Key_Return);
     shell.Click("OkCommand");
     EXPECT_EQ(assignment->ResourceRequired(), crane);
     EXPECT_EQ(NodeOf(assignment).Text, "7: <stub> @8 MoTuWeThFr");
