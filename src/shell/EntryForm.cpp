@@ -71,6 +71,8 @@ void EntryForm::reject() {
 void EntryForm::ShowWith(QWidget& first) {
     desktop_.mainForm->ShowForm(*this);
     first.setFocus(Qt::TabFocusReason);
+    // The box hears of its focus when the window gets to the front, as if it had always had it.
+    if (auto* field = qobject_cast<QLineEdit*>(&first)) field->selectAll();
 }
 
 QFormLayout& EntryForm::Rows() {

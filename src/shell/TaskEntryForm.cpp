@@ -16,8 +16,6 @@
 namespace vortan {
 namespace {
 
-constexpr std::int32_t kHighestTaskID = 999999999;  // nine digits
-
 bool ValidEfficiency(double value) {
     return value > 0 && value <= 1;
 }
@@ -28,6 +26,7 @@ bool IsSpecificDate(const Vdependency& dependency) {
            dependency.Offset() == 0;
 }
 constexpr int kStart = 0, kFinish = 100;  // percent
+constexpr int kDateCharacters = 26;       // of a date with its time
 
 }  // namespace
 
@@ -71,6 +70,11 @@ TaskEntryForm::TaskEntryForm(Desktop& desktop, Vtask* object, bool adding)
     pages_ = new QStackedWidget;
     pages_->addWidget(estimates_);
     pages_->addWidget(BuildDatePage());
+    auto* note = new QLabel("The dates of the task follow from its dependencies.");
+    note->setWordWrap(true);
+    note->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    note->setMargin(fontMetrics().height() / 2);
+    pages_->addWidget(note);
     Body().addWidget(pages_);
     Body().addStretch();
 
@@ -111,8 +115,10 @@ QWidget* TaskEntryForm::BuildDatePage() {
     startLabel_->setBuddy(&startDate_->Text());
     finishLabel_->setBuddy(&finishDate_->Text());
     startDate_->Text().installEventFilter(this);
-    for (DateField* field : {startDate_, finishDate_})
+    for (DateField* field : {startDate_, finishDate_}) {
         field->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+        field->Text().setMinimumWidth(fontMetrics().averageCharWidth() * kDateCharacters);
+    }
     auto* rows = new QFormLayout(page);
     rows->addRow(startLabel_, startDate_);
     rows->addRow(finishLabel_, finishDate_);
@@ -154,7 +160,7 @@ void TaskEntryForm::LoadDates() {
 void TaskEntryForm::UpdateEnabled() {
     const bool dates = specificDates_->isChecked();
     estimates_->SetControl(effortDriven_->isChecked(), HasEstimates());
-    pages_->setCurrentIndex(HasEstimates() ? 0 : 1);
+    pages_->setCurrentIndex(HasEstimates() ? 0 : dates ? 1 : 2);
     startLabel_->setVisible(dates);
     finishLabel_->setVisible(dates);
     for (DateField* field : {startDate_, finishDate_}) {
@@ -165,14 +171,9 @@ void TaskEntryForm::UpdateEnabled() {
 }
 
 std::optional<TaskEntryForm::Entries> TaskEntryForm::VerifyData() {
-    const auto id = ReadWhole(*taskId_, "task ID", 1, kHighestTaskID);
-    if (!id) return std::nullopt;
     const Vproject& project = adding_ ? *desktop_.workspace.ThisProject() : *object_->Project();
-    if (const Vtask* other = project.FindTask(*id); other && other != object_.Get()) {
-        Complain(*taskId_, "There is already a task with the ID " + std::to_string(*id) + " in this project.",
-                 "Task ID In Use");
-        return std::nullopt;
-    }
+    const auto id = ReadTaskId(*taskId_, project, object_.Get());
+    if (!id) return std::nullopt;
     const auto cost = ReadMoney(*materialCost_, "fixed cost");
     if (!cost) return std::nullopt;
     const auto efficiency = ReadNumber(*efficiency_, "efficiency");
@@ -251,10 +252,15 @@ void TaskEntryForm::FinishAdd(const Entries& entries) {
 }
 
 void TaskEntryForm::FinishModify(const Entries& entries) {
+    const bool moved = object_->TaskID() != entries.taskID;
     SaveData(entries);
     SaveDates(entries);
-    desktop_.trees->RefreshNode(*desktop_.trees->DragNode());
-    desktop_.trees->ProjectTree().RebuildTaskSubTree(*object_.Get(), true);
+    Node& node = *desktop_.trees->DragNode();
+    desktop_.trees->RefreshNode(node);
+    ProjectTreeForm& tree = desktop_.trees->ProjectTree();
+    // Tasks stand in the order of their numbers.
+    if (moved && node.Parent) tree.RebuildProjectSubTree(*object_->Project(), *node.Parent, true);
+    tree.RebuildTaskSubTree(*object_.Get(), true);
 }
 
 bool TaskEntryForm::Finish() {
