@@ -1,5 +1,6 @@
 #include "shell/EntryForm.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -60,6 +61,7 @@ void EntryForm::Unload() {
     FormUnload();
     hide();
     if (desktop_.mainForm) desktop_.mainForm->UnlockEntryForm(*this);
+    if (returnFocus_) returnFocus_->setFocus(Qt::OtherFocusReason);
     setObjectName({});
     deleteLater();
 }
@@ -69,6 +71,7 @@ void EntryForm::reject() {
 }
 
 void EntryForm::ShowWith(QWidget& first) {
+    returnFocus_ = QApplication::focusWidget();
     desktop_.mainForm->ShowForm(*this);
     first.setFocus(Qt::TabFocusReason);
     // The box hears of its focus when the window gets to the front, as if it had always had it.
@@ -158,18 +161,23 @@ void EntryForm::keyPressEvent(QKeyEvent* event) {
 }
 
 WorkDayChecks::WorkDayChecks() {
+    // The week first, and the days that are not of the week in a row of their own. Made in this order, which
+    // is that of Tab.
+    constexpr int kPlaces[3][4] = {{1, 2, 3, 4}, {5, 6, 7, -1}, {0, 8, -1, -1}};
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
-    for (int day = 0; day < 9; ++day) {
-        auto* check = new QCheckBox(DayName(day));
-        check->setObjectName(QString("WorkDayCheck(%1)").arg(day));
-        checks_[static_cast<std::size_t>(day)] = check;
+    for (int row = 0; row < 3; ++row) {
+        for (int column = 0; column < 4; ++column) {
+            const int day = kPlaces[row][column];
+            if (day < 0) continue;
+            auto* check = new QCheckBox(DayName(day));
+            check->setObjectName(QString("WorkDayCheck(%1)").arg(day));
+            checks_[static_cast<std::size_t>(day)] = check;
+            grid->addWidget(check, row, column);
+        }
     }
-    // The week in one column of its own, what is not a day of the week beside it.
-    for (int day = 1; day <= 7; ++day)
-        grid->addWidget(checks_[static_cast<std::size_t>(day)], (day - 1) % 4, (day - 1) / 4);
-    grid->addWidget(checks_[0], 0, 2);
-    grid->addWidget(checks_[8], 1, 2);
+    grid->setColumnStretch(4, 1);
+    setFocusProxy(checks_[1]);
 }
 
 }  // namespace vortan

@@ -5,6 +5,7 @@
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <array>
@@ -90,6 +91,7 @@ class EntryForm : public QDialog, public ChildForm, public Listener {
     QFormLayout* rows_ = nullptr;
     QPushButton* ok_;
     QPushButton* cancel_;
+    QPointer<QWidget> returnFocus_;  // had the focus before; being shut off has taken it away
     bool unloaded_ = false;
 };
 

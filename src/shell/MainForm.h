@@ -62,6 +62,10 @@ class MainForm : public QMainWindow, public Listener {
     void UpdateMenu();
     void RedoRecentMenu();
 
+    /// Takes a project out of memory with all of its master project, as it stands and without a question.
+    void RemoveProject(Vproject& project);
+    void RemoveTemplate(Vtemplate& removed);
+
     void NewDragNode() override { boxes_->UpdateProjectCombo(); }
     void NewJournal() override;
     void NewThisProject() override;

@@ -33,14 +33,19 @@ void MainForm::ProjectDelete() {
     Workspace& workspace = desktop_.workspace;
     if (!workspace.ThisProjectSet()) return;
     Vproject& active = *workspace.ThisProject();
-    if (!MayLose(active, "project " + active.ProjectName())) return;
+    if (MayLose(active, "project " + active.ProjectName())) RemoveProject(active);
+}
+
+void MainForm::RemoveProject(Vproject& project) {
+    Workspace& workspace = desktop_.workspace;
+    const Vproject* master = project.Master();
     std::vector<Vproject*> relatives;
-    for (Vproject* project : workspace.ProjectList()) {
-        if (project->Master() == active.Master()) relatives.push_back(project);
+    for (Vproject* relative : workspace.ProjectList()) {
+        if (relative->Master() == master) relatives.push_back(relative);
     }
-    for (Vproject* project : relatives) {
-        project->Delete();
-        workspace.FreeVobject(project);
+    for (Vproject* relative : relatives) {
+        relative->Delete();
+        workspace.FreeVobject(relative);
     }
     workspace.SetThisProject(workspace.ProjectList().empty() ? nullptr : workspace.ProjectList()[0]);
     workspace.BroadcastNewThisProject();
@@ -51,9 +56,13 @@ void MainForm::TemplateDelete() {
     Workspace& workspace = desktop_.workspace;
     if (!workspace.ThisTemplateSet()) return;
     Vtemplate& active = *workspace.ThisTemplate();
-    if (!MayLose(active, "template " + active.TemplateName())) return;
-    active.Delete();
-    workspace.FreeVobject(&active);
+    if (MayLose(active, "template " + active.TemplateName())) RemoveTemplate(active);
+}
+
+void MainForm::RemoveTemplate(Vtemplate& removed) {
+    Workspace& workspace = desktop_.workspace;
+    removed.Delete();
+    workspace.FreeVobject(&removed);
     workspace.SetThisTemplate(workspace.TemplateList().empty() ? nullptr : workspace.TemplateList()[0]);
     workspace.BroadcastNewThisTemplate();
 }

@@ -29,7 +29,8 @@ struct Node {
     Node* Parent = nullptr;
     std::vector<std::unique_ptr<Node>> Children;
     NodeTree* Tree = nullptr;
-    int Row = 0;  ///< place among the siblings
+    int Row = 0;            ///< place among the siblings
+    bool Expanded = false;  ///< kept in step with the view
 
     /// The kind: p s t d a n in the project tree, l h g r in the template tree.
     char Image() const { return Tag.empty() ? '?' : Tag.front(); }

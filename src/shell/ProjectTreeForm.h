@@ -19,9 +19,19 @@ class ProjectTreeForm : public TreeForm {
     void RebuildProjectSubTree(Vproject& project, Node& node, bool showChildren);
     void RebuildTaskSubTree(Vtask& task, bool showChildren);
 
+    void TreeExpand(Node& node) override;
+    /// New texts of the dependencies and assignments that are shown: what they refer to has changed.
+    void RefreshReferences();
+
     bool ChangeFont() override;
     void NewThisProject() override { Start(); }
     void NewJournal() override { Start(); }
+
+  private:
+    Nodes BuildRoots();
+    std::unique_ptr<Node> TaskNode(Vtask& task);
+    Nodes ProjectChildren(Vproject& project, bool showChildren);
+    static Nodes TaskChildren(const Vtask& task, bool showChildren);
 };
 
 }  // namespace vortan

@@ -16,6 +16,9 @@ class TemplateTreeForm : public TreeForm {
     bool ChangeFont() override;
     void NewThisTemplate() override { Start(); }
     void NewJournal() override { Start(); }
+
+  private:
+    Nodes BuildRoots();
 };
 
 }  // namespace vortan

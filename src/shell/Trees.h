@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "shell/Node.h"
@@ -7,6 +8,8 @@
 namespace vortan {
 
 class Desktop;
+class DragDrop;
+class NodeCommands;
 class ProjectTreeForm;
 class TemplateTreeForm;
 
@@ -30,6 +33,8 @@ class Trees {
     /// The node under the mouse while dragging, or none.
     Node* DropNode() const { return dropNode_; }
     void SetDropNode(Node* node) { dropNode_ = node; }
+    /// Marks DropNode, if there is one, in the place of DragNode.
+    void ShowDropNode();
     NodeObject DragObject() const { return FindObjectFromNode(*dragNode_); }
     NodeObject DropObject() const { return FindObjectFromNode(*dropNode_); }
 
@@ -50,15 +55,29 @@ class Trees {
 
     /// New text (and tag) of a node from its object.
     void RefreshNode(Node& node);
-    /// A node is about to go.
+    /// A node is about to go, with all below it.
     void NodeGone(const Node& node);
+    /// What went has gone, and what comes in its place has come: the selected node is taken up again if it is
+    /// among that.
+    void AfterNodesGone();
+
+    NodeCommands& Commands() const { return *commands_; }
+    DragDrop& Drag() const { return *drag_; }
 
   private:
+    Node* ShownNode(Vtask& task, std::size_t depth) const;
+    Node* ShownNode(Vproject& project, std::size_t depth) const;
+    void ShowSelection(const Node* node);
+
     Desktop& desktop_;
     ProjectTreeForm& projectTree_;
     TemplateTreeForm& templateTree_;
     Node* dragNode_ = nullptr;
     Node* dropNode_ = nullptr;
+    std::string goneKey_;  // of a selected node that went
+    NodeTree* goneTree_ = nullptr;
+    std::unique_ptr<NodeCommands> commands_;
+    std::unique_ptr<DragDrop> drag_;
 };
 
 }  // namespace vortan

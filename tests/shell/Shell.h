@@ -22,11 +22,16 @@ class Shell {
         main.show();
     }
 
-    /// The control of that name; fails if there is none.
+    /// The control of that name, in the last form that was opened if it is there; fails if there is none.
     template <class T>
     T& Find(const char* name) {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        T* found = main.findChild<T*>(name);
+        T* found = nullptr;
+        for (auto* dialog : main.findChildren<QDialog*>()) {
+            T* here = dialog->isVisible() ? dialog->findChild<T*>(name) : nullptr;
+            if (here) found = here;
+        }
+        if (!found) found = main.findChild<T*>(name);
         if (!found) throw std::runtime_error(std::string("There is no ") + name);
         return *found;
     }
