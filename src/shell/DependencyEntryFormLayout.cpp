@@ -29,6 +29,7 @@ constexpr QuickType kQuickTypes[] = {
 QRadioButton* Option(const char* name, int index, const char* caption) {
     auto* option = new QRadioButton(caption);
     option->setObjectName(QString("%1(%2)").arg(name).arg(index));
+    StopAtChosen(*option);
     return option;
 }
 
@@ -63,12 +64,10 @@ void DependencyEntryForm::BuildSentence() {
     sentence_->setTabChangesFocus(true);
     sentence_->setFocusPolicy(Qt::ClickFocus);
     sentence_->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    const int lines = 3;
+    constexpr int lines = 3;
     const auto margins = static_cast<int>(2 * sentence_->document()->documentMargin());
     const int height = lines * fontMetrics().lineSpacing() + margins + 2 * sentence_->frameWidth();
-    sentence_->setMinimumHeight(height);
-    sentence_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    sentence_->setMaximumHeight(height);
+    sentence_->setFixedHeight(height);
     Body().addWidget(sentence_);
 }
 
@@ -150,6 +149,7 @@ QWidget* DependencyEntryForm::BuildPrerequisiteFrame() {
     requiredTask_->setAccessibleName("Prerequisite task");
     requiredTask_->completer()->setCompletionMode(QCompleter::PopupCompletion);
     requiredTask_->completer()->setFilterMode(Qt::MatchContains);
+    requiredTask_->completer()->setMaxVisibleItems(12);
     if (auto* list = qobject_cast<QListView*>(requiredTask_->view())) list->setUniformItemSizes(true);
     project_ = WideCombo("ProjectRequiredCombo");
     auto* inProject = new QLabel("in pro&ject");
@@ -187,6 +187,7 @@ QWidget* DependencyEntryForm::BuildQuickFrame() {
         button->setToolTip(type.toolTip);
         button->setAccessibleName(type.toolTip);
         button->setCheckable(true);
+        StopAtChosen(*button);
         button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         quickOptions_->addButton(button, index);
         connect(button, &QToolButton::toggled, this,

@@ -93,6 +93,7 @@ QWidget* TaskEntryForm::BuildDurationFrame() {
     const auto option = [row](const char* name, const char* caption) {
         auto* made = new QRadioButton(caption);
         made->setObjectName(name);
+        StopAtChosen(*made);
         row->addWidget(made);
         return made;
     };
@@ -261,6 +262,7 @@ void TaskEntryForm::FinishModify(const Entries& entries) {
     // Tasks stand in the order of their numbers.
     if (moved && node.Parent) tree.RebuildProjectSubTree(*object_->Project(), *node.Parent, true);
     tree.RebuildTaskSubTree(*object_.Get(), true);
+    tree.RefreshReferences();
 }
 
 bool TaskEntryForm::Finish() {

@@ -221,6 +221,21 @@ TEST_F(TaskEntryFormTest, WhatCanBeEntered) {
     }
 }
 
+TEST_F(TaskEntryFormTest, TabStopsInReadingOrderAtWhatCanBeEntered) {
+    Vtask* task = Task(1, "Dig");
+    Estimate(task, 1440, 0, 60, 0);
+    Modify(task);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&shell.Dialog()));
+    const char* stops[] = {
+        "DescriptionText",       "MaterialCostText", "EfficiencyText", "CalendarTimeOption",
+        "Enable3EstimatesCheck", "EstimateText(4)",  "UnitsOption(2)", "OkCommand",
+        "CancelCommand",         "TaskIdText"};
+    for (const char* stop : stops) {
+        EXPECT_EQ(shell.Focus(), stop);
+        shell.Press(Qt::Key_Tab);
+    }
+}
+
 TEST_F(TaskEntryFormTest, OneEstimateReplacesThree) {
     Vtask* task = Task(1, "Dig");
     Estimate(task, 60, 60, 120, 180);
@@ -308,6 +323,12 @@ TEST_F(TaskEntryFormTest, RefusesWhatCannotBeStored) {
     }
     EXPECT_EQ(Stored(*task) + task->BuildNodeText() + Dates(*task), "-60: 0 0 01: Dig");
 
+    Vtask* next = Task(2, "Next");
+    auto* dependency = workspace.NewVObject<Vdependency>();
+    dependency->SetTask(next);
+    dependency->SetTaskRequired(task);
+    Trees& trees = shell.main.TheTrees();
+    trees.FindNodeFromObject(dependency);  // opens its task
     Modify(task);
     shell.Type("TaskIdText", "999999999");
     shell.Type("EfficiencyText", "1");
@@ -315,7 +336,10 @@ TEST_F(TaskEntryFormTest, RefusesWhatCannotBeStored) {
     Ok();
     EXPECT_EQ(project->FindTask(999999999), task);
     EXPECT_EQ(task->MostLikely(), 2147483640);
-    EXPECT_EQ(shell.main.TheTrees().DragNode()->Text, "999999999: Dig");
+    // It moves to its place, and what refers to it follows.
+    EXPECT_EQ(trees.DragNode()->Text, "999999999: Dig");
+    EXPECT_EQ(trees.DragNode()->Row, 2);
+    EXPECT_EQ(trees.FindNodeFromObject(dependency).Text, "999999999: Dig");
     // No number is left for the next.
     project->SetDirty(false);
     Add();
