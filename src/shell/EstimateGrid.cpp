@@ -88,6 +88,7 @@ EstimateGrid::EstimateGrid(const std::string& journalDate, bool manyRows)
         option->setMinimumWidth(std::max(width, option->sizeHint().width()));
         option->setObjectName(QString("UnitsOption(%1)").arg(i));
         units_[static_cast<std::size_t>(i)] = option;
+        StopAtChosen(*option);
         right->addWidget(option);
         connect(option, &QRadioButton::toggled, this, [this](bool checked) {
             if (checked) UpdateEstimates(-1);

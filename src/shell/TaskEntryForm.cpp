@@ -26,6 +26,7 @@ bool IsSpecificDate(const Vdependency& dependency) {
            dependency.Offset() == 0;
 }
 constexpr int kStart = 0, kFinish = 100;  // percent
+constexpr int kDateCharacters = 26;       // of a date with its time
 
 }  // namespace
 
@@ -69,6 +70,11 @@ TaskEntryForm::TaskEntryForm(Desktop& desktop, Vtask* object, bool adding)
     pages_ = new QStackedWidget;
     pages_->addWidget(estimates_);
     pages_->addWidget(BuildDatePage());
+    auto* note = new QLabel("The dates of the task follow from its dependencies.");
+    note->setWordWrap(true);
+    note->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    note->setMargin(fontMetrics().height() / 2);
+    pages_->addWidget(note);
     Body().addWidget(pages_);
     Body().addStretch();
 
@@ -87,6 +93,7 @@ QWidget* TaskEntryForm::BuildDurationFrame() {
     const auto option = [row](const char* name, const char* caption) {
         auto* made = new QRadioButton(caption);
         made->setObjectName(name);
+        StopAtChosen(*made);
         row->addWidget(made);
         return made;
     };
@@ -109,8 +116,10 @@ QWidget* TaskEntryForm::BuildDatePage() {
     startLabel_->setBuddy(&startDate_->Text());
     finishLabel_->setBuddy(&finishDate_->Text());
     startDate_->Text().installEventFilter(this);
-    for (DateField* field : {startDate_, finishDate_})
+    for (DateField* field : {startDate_, finishDate_}) {
         field->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+        field->Text().setMinimumWidth(fontMetrics().averageCharWidth() * kDateCharacters);
+    }
     auto* rows = new QFormLayout(page);
     rows->addRow(startLabel_, startDate_);
     rows->addRow(finishLabel_, finishDate_);
@@ -152,7 +161,7 @@ void TaskEntryForm::LoadDates() {
 void TaskEntryForm::UpdateEnabled() {
     const bool dates = specificDates_->isChecked();
     estimates_->SetControl(effortDriven_->isChecked(), HasEstimates());
-    pages_->setCurrentIndex(HasEstimates() ? 0 : 1);
+    pages_->setCurrentIndex(HasEstimates() ? 0 : dates ? 1 : 2);
     startLabel_->setVisible(dates);
     finishLabel_->setVisible(dates);
     for (DateField* field : {startDate_, finishDate_}) {
@@ -244,10 +253,16 @@ void TaskEntryForm::FinishAdd(const Entries& entries) {
 }
 
 void TaskEntryForm::FinishModify(const Entries& entries) {
+    const bool moved = object_->TaskID() != entries.taskID;
     SaveData(entries);
     SaveDates(entries);
-    desktop_.trees->RefreshNode(*desktop_.trees->DragNode());
-    desktop_.trees->ProjectTree().RebuildTaskSubTree(*object_.Get(), true);
+    Node& node = *desktop_.trees->DragNode();
+    desktop_.trees->RefreshNode(node);
+    ProjectTreeForm& tree = desktop_.trees->ProjectTree();
+    // Tasks stand in the order of their numbers.
+    if (moved && node.Parent) tree.RebuildProjectSubTree(*object_->Project(), *node.Parent, true);
+    tree.RebuildTaskSubTree(*object_.Get(), true);
+    tree.RefreshReferences();
 }
 
 bool TaskEntryForm::Finish() {
