@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "model/Characters.h"
+#include "model/Fault.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
 #include "shell/ProjectTreeForm.h"
@@ -172,8 +173,10 @@ void TaskEntryForm::UpdateEnabled() {
 }
 
 std::optional<TaskEntryForm::Entries> TaskEntryForm::VerifyData() {
-    const Vproject& project = adding_ ? *desktop_.workspace.ThisProject() : *object_->Project();
-    const auto id = ReadTaskId(*taskId_, project, object_.Get());
+    const Vtask* task = object_.Get();
+    const Vproject* project = task && !adding_ ? task->Project() : desktop_.workspace.ThisProject();
+    if (!task || !project) AssertionFailed();
+    const auto id = ReadTaskId(*taskId_, *project, task);
     if (!id) return std::nullopt;
     const auto cost = ReadMoney(*materialCost_, "fixed cost");
     if (!cost) return std::nullopt;
