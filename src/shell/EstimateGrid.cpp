@@ -214,11 +214,8 @@ std::optional<EstimateGrid::Refusal> EstimateGrid::VerifyData() const {
 }
 
 EstimateGrid::Minutes EstimateGrid::Totals() const {
-    const auto total = [this](std::size_t index) {
-        return RoundToInt32(ScanNumber(boxes_[index]->Value()) * GetUnits());
-    };
-    if (!three_->isChecked()) return {minutes_.past, total(7), total(7), total(7)};
-    return {minutes_.past, total(6), total(7), total(8)};
+    if (three_->isChecked()) return minutes_;
+    return {minutes_.past, minutes_.mostLikely, minutes_.mostLikely, minutes_.mostLikely};
 }
 
 }  // namespace vortan

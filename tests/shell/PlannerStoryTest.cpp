@@ -90,11 +90,13 @@ class Planner {
     /// Does what opens a modal box, and answers it.
     void InBox(const std::function<void()>& open, const std::function<void(QWidget&)>& answer) {
         bool came = false;
+        int ticks = 0;
         unexpected_.stop();
         QTimer look;
         QObject::connect(&look, &QTimer::timeout, [&] {
             QWidget* box = QApplication::activeModalWidget();
-            if (!box || came) return;
+            // Only once it is all there.
+            if (!box || came || !box->isVisible() || ++ticks < 4) return;
             came = true;
             Look(box->objectName().isEmpty() ? "box" : box->objectName());
             answer(*box);
