@@ -78,19 +78,11 @@ Node* NodeTree::FindNodeFromKey(const std::string& key) const {
     return found == byKey_.end() ? nullptr : found->second;
 }
 
-namespace {
-
-void Walk(const Nodes& nodes, const std::function<void(Node&)>& action) {
+void NodeTree::Walk(const Nodes& nodes, const std::function<void(Node&)>& action) {
     for (const auto& node : nodes) {
         action(*node);
         Walk(node->Children, action);
     }
-}
-
-}  // namespace
-
-void NodeTree::ForEach(const std::function<void(Node&)>& action) const {
-    Walk(roots_, action);
 }
 
 /// An object that two nodes show is found at the first.
