@@ -132,7 +132,6 @@ TEST(TreesPopup, DeletingSaysWhatRefersToTheObject) {
 TEST(TreesPopup, WhatIsDeletedIsGoneFromTheTextsAndTheModel) {
     TreeBench bench;
     Node& dependency = bench.NodeOf(bench.needsDig);
-    Node& assignment = bench.NodeOf(bench.annBuilds);
     Vshift* standard = bench.crew->ShiftList()[0];
     for (const NodeObject& object : {NodeObject(bench.dig), NodeObject(standard), NodeObject(bench.cid),
                                      NodeObject(bench.link), NodeObject(bench.crew)}) {
@@ -152,7 +151,6 @@ TEST(TreesPopup, WhatIsDeletedIsGoneFromTheTextsAndTheModel) {
         }
         bench.trees.Commands().Delete();
     }
-    (void)assignment;
     EXPECT_EQ(bench.beta->Parent(), nullptr);
     EXPECT_EQ(bench.SeenProject(), "Alpha\n 2: Build\n  <deleted>\n  <none> @8 MoTuWeThFr\n 10\n");
 }
