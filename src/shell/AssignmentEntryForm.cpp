@@ -154,6 +154,8 @@ void AssignmentEntryForm::SaveData(Vresource& resource, double hours) {
 }
 
 bool AssignmentEntryForm::Finish() {
+    // Where a click on Ok does not take the focus away, what was typed is not settled yet.
+    if (resource_->hasFocus()) ResourceIdComboClick();
     Vresource* resource = FindResource();
     if (!resource) {
         return Complain(*resource_, "Please choose a resource of the list.", "Missing Resource");

@@ -31,7 +31,6 @@ EntryForm::EntryForm(Desktop& desktop, const char* name, const char* caption)
     ok_->setDefault(true);
     cancel_ = new QPushButton("Cancel");
     cancel_->setObjectName("CancelCommand");
-    cancel_->setAutoDefault(false);
     connect(ok_, &QPushButton::clicked, this, Command("EntryForm:OkCommand_Click", [this] {
                 if (Finish()) Unload();
             }));
@@ -74,6 +73,8 @@ void EntryForm::ShowWith(QWidget& first) {
     returnFocus_ = QApplication::focusWidget();
     desktop_.mainForm->ShowForm(*this);
     first.setFocus(Qt::TabFocusReason);
+    // The box hears of its focus when the window gets to the front, as if it had always had it.
+    if (auto* field = qobject_cast<QLineEdit*>(&first)) field->selectAll();
 }
 
 QFormLayout& EntryForm::Rows() {
@@ -90,7 +91,6 @@ void EntryForm::AddRow(const QString& label, QWidget* field) {
 }
 
 void EntryForm::AddButton(QPushButton* button) {
-    button->setAutoDefault(false);
     buttons_->insertWidget(0, button);
 }
 

@@ -88,6 +88,7 @@ EstimateGrid::EstimateGrid(const std::string& journalDate, bool manyRows)
         option->setMinimumWidth(std::max(width, option->sizeHint().width()));
         option->setObjectName(QString("UnitsOption(%1)").arg(i));
         units_[static_cast<std::size_t>(i)] = option;
+        StopAtChosen(*option);
         right->addWidget(option);
         connect(option, &QRadioButton::toggled, this, [this](bool checked) {
             if (checked) UpdateEstimates(-1);
@@ -176,9 +177,9 @@ bool EstimateGrid::BoxLive(int index) const {
 }
 
 void EstimateGrid::UpdateEnabled() {
-    for (int i = 0; i < 3; ++i) {
-        labels_[static_cast<std::size_t>(i)]->setVisible(live_ && (i == 1 || three_->isChecked()));
-        labels_[static_cast<std::size_t>(3 + i)]->setVisible(live_ && (i == 1 || manyRows_));
+    for (std::size_t i = 0; i < 3; ++i) {
+        labels_[i]->setVisible(live_ && (i == 1 || three_->isChecked()));
+        labels_[3 + i]->setVisible(live_ && (i == 1 || manyRows_));
     }
     for (int i = 0; i < 9; ++i) {
         TextField& box = *boxes_[static_cast<std::size_t>(i)];

@@ -83,6 +83,14 @@ void DateField::ShowCalendar() {
     calendar->setFocus();
 }
 
+void StopAtChosen(QAbstractButton& option) {
+    const auto set = [&option](bool chosen) {
+        option.setFocusPolicy(chosen ? Qt::StrongFocus : Qt::ClickFocus);
+    };
+    set(option.isChecked());
+    QObject::connect(&option, &QAbstractButton::toggled, &option, set);
+}
+
 void SetLive(QWidget& box, bool live) {
     box.setBackgroundRole(live ? QPalette::Base : QPalette::Window);
     QPalette palette = box.palette();

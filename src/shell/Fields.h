@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAbstractButton>
 #include <QLineEdit>
 #include <QToolButton>
 #include <string>
@@ -51,6 +52,10 @@ class DateField : public QWidget {
     TextField* text_;
     QToolButton* button_;
 };
+
+/// Lets the Tab key stop at an option only while it is the chosen one of its group; the arrow keys reach the
+/// others. Of a group, one must always be chosen.
+void StopAtChosen(QAbstractButton& option);
 
 /// Gives a box that can be typed into the look of one that counts, or of one that does not.
 void SetLive(QWidget& box, bool live);

@@ -2,6 +2,7 @@
 
 #include <QGroupBox>
 #include <QLabel>
+#include <functional>
 #include <utility>
 
 #include "model/Characters.h"
@@ -138,7 +139,7 @@ void ResourceEntryForm::LoadData() {
     title_->SetValue(object_->Title());
     if (const Vshift* shift = object_->Shift()) shift_->setCurrentText(Q(shift->BuildNodeText()));
     for (std::size_t i = 0; i < rates_.size(); ++i) {
-        rates_[i]->SetValue(Currency((object_.Get()->*kRates[i].get)()));
+        rates_[i]->SetValue(Currency(std::invoke(kRates[i].get, *object_.Get())));
     }
     for (int day = 0; day < kDayKinds; ++day) workDays_->SetValue(day, object_->WorkDay(day));
 }
@@ -165,7 +166,7 @@ std::optional<ResourceEntryForm::Values> ResourceEntryForm::VerifyData() {
     }
     for (std::size_t i = 0; i < rates_.size(); ++i) {
         // A text that was not touched stands for the exact amount.
-        const Money stored = (object_.Get()->*kRates[i].get)();
+        const Money stored = std::invoke(kRates[i].get, *object_.Get());
         const bool untouched = rates_[i]->Value() == Currency(stored);
         const auto rate = untouched ? stored : ReadMoney(*rates_[i], kRates[i].what);
         if (!rate) return std::nullopt;
@@ -179,7 +180,8 @@ void ResourceEntryForm::SaveData(const Values& values) {
     object_->SetDescription(description_->Value());
     object_->SetDepartment(S(department_->currentText()));
     object_->SetTitle(title_->Value());
-    for (std::size_t i = 0; i < rates_.size(); ++i) (object_.Get()->*kRates[i].set)(values.rates[i]);
+    for (std::size_t i = 0; i < rates_.size(); ++i)
+        std::invoke(kRates[i].set, *object_.Get(), values.rates[i]);
     object_->SetShift(values.shift);
     for (int day = 0; day < kDayKinds; ++day) object_->SetWorkDay(day, workDays_->Value(day));
     owner_->SetDirty(true);

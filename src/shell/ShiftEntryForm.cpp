@@ -26,7 +26,7 @@ void SetColour(QPushButton& button, const QColor& colour) {
     QPalette palette = button.palette();
     palette.setColor(QPalette::Button, colour);
     palette.setColor(QPalette::ButtonText, Qt::black);
-    palette.setColor(QPalette::Disabled, QPalette::ButtonText, QColor(0, 0, 0, 140));
+    palette.setColor(QPalette::Disabled, QPalette::ButtonText, QColor(0, 0, 0, 170));
     button.setPalette(palette);
 }
 

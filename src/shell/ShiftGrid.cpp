@@ -162,7 +162,7 @@ int ShiftGrid::CellWidth() const {
 }
 
 QSize ShiftGrid::sizeHint() const {
-    return {2 * HeadWidth() + kColumns * CellWidth() + 1, fontMetrics().height() * 5 / 4 * kGridRows + 1};
+    return {2 * HeadWidth() + kColumns * CellWidth() + 1, fontMetrics().height() * 4 / 3 * kGridRows + 1};
 }
 
 /// On a small screen, letters of half the size can still be read by their colours.

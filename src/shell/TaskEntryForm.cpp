@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "model/Characters.h"
+#include "model/Fault.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
 #include "shell/ProjectTreeForm.h"
@@ -26,6 +27,7 @@ bool IsSpecificDate(const Vdependency& dependency) {
            dependency.Offset() == 0;
 }
 constexpr int kStart = 0, kFinish = 100;  // percent
+constexpr int kDateCharacters = 26;       // of a date with its time
 
 }  // namespace
 
@@ -69,6 +71,11 @@ TaskEntryForm::TaskEntryForm(Desktop& desktop, Vtask* object, bool adding)
     pages_ = new QStackedWidget;
     pages_->addWidget(estimates_);
     pages_->addWidget(BuildDatePage());
+    auto* note = new QLabel("The dates of the task follow from its dependencies.");
+    note->setWordWrap(true);
+    note->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    note->setMargin(fontMetrics().height() / 2);
+    pages_->addWidget(note);
     Body().addWidget(pages_);
     Body().addStretch();
 
@@ -87,6 +94,7 @@ QWidget* TaskEntryForm::BuildDurationFrame() {
     const auto option = [row](const char* name, const char* caption) {
         auto* made = new QRadioButton(caption);
         made->setObjectName(name);
+        StopAtChosen(*made);
         row->addWidget(made);
         return made;
     };
@@ -109,8 +117,10 @@ QWidget* TaskEntryForm::BuildDatePage() {
     startLabel_->setBuddy(&startDate_->Text());
     finishLabel_->setBuddy(&finishDate_->Text());
     startDate_->Text().installEventFilter(this);
-    for (DateField* field : {startDate_, finishDate_})
+    for (DateField* field : {startDate_, finishDate_}) {
         field->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+        field->Text().setMinimumWidth(fontMetrics().averageCharWidth() * kDateCharacters);
+    }
     auto* rows = new QFormLayout(page);
     rows->addRow(startLabel_, startDate_);
     rows->addRow(finishLabel_, finishDate_);
@@ -152,7 +162,7 @@ void TaskEntryForm::LoadDates() {
 void TaskEntryForm::UpdateEnabled() {
     const bool dates = specificDates_->isChecked();
     estimates_->SetControl(effortDriven_->isChecked(), HasEstimates());
-    pages_->setCurrentIndex(HasEstimates() ? 0 : 1);
+    pages_->setCurrentIndex(HasEstimates() ? 0 : dates ? 1 : 2);
     startLabel_->setVisible(dates);
     finishLabel_->setVisible(dates);
     for (DateField* field : {startDate_, finishDate_}) {
@@ -163,8 +173,10 @@ void TaskEntryForm::UpdateEnabled() {
 }
 
 std::optional<TaskEntryForm::Entries> TaskEntryForm::VerifyData() {
-    const Vproject& project = adding_ ? *desktop_.workspace.ThisProject() : *object_->Project();
-    const auto id = ReadTaskId(*taskId_, project, object_.Get());
+    const Vtask* task = object_.Get();
+    const Vproject* project = task && !adding_ ? task->Project() : desktop_.workspace.ThisProject();
+    if (!task || !project) AssertionFailed();
+    const auto id = ReadTaskId(*taskId_, *project, task);
     if (!id) return std::nullopt;
     const auto cost = ReadMoney(*materialCost_, "fixed cost");
     if (!cost) return std::nullopt;
@@ -244,10 +256,16 @@ void TaskEntryForm::FinishAdd(const Entries& entries) {
 }
 
 void TaskEntryForm::FinishModify(const Entries& entries) {
+    const bool moved = object_->TaskID() != entries.taskID;
     SaveData(entries);
     SaveDates(entries);
-    desktop_.trees->RefreshNode(*desktop_.trees->DragNode());
-    desktop_.trees->ProjectTree().RebuildTaskSubTree(*object_.Get(), true);
+    Node& node = *desktop_.trees->DragNode();
+    desktop_.trees->RefreshNode(node);
+    ProjectTreeForm& tree = desktop_.trees->ProjectTree();
+    // Tasks stand in the order of their numbers.
+    if (moved && node.Parent) tree.RebuildProjectSubTree(*object_->Project(), *node.Parent, true);
+    tree.RebuildTaskSubTree(*object_.Get(), true);
+    tree.RefreshReferences();
 }
 
 bool TaskEntryForm::Finish() {

@@ -55,7 +55,7 @@ class TaskEntryForm : public EntryForm {
     TextField *taskId_, *description_, *efficiency_;
     CurrencyField* materialCost_;
     QRadioButton *effortDriven_, *calendarTime_, *specificDates_, *toFinish_;
-    QStackedWidget* pages_;  // estimates or dates
+    QStackedWidget* pages_;  // estimates, dates, neither
     EstimateGrid* estimates_;
     QLabel *startLabel_, *finishLabel_;
     DateField *startDate_, *finishDate_;

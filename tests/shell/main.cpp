@@ -3,8 +3,8 @@
 #include <QApplication>
 
 int main(int argc, char** argv) {
-    // No display is needed, and none is opened.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Without a display, unless somebody wants to look on.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
