@@ -4,6 +4,7 @@
 #include "model/ValueText.h"
 #include "shell/CommonDialogs.h"
 #include "shell/MainForm.h"
+#include "shell/ProjectTreeForm.h"
 #include "shell/TemplateEntryForm.h"
 #include "shell/TemplateTreeForm.h"
 #include "shell/Text.h"
@@ -65,6 +66,7 @@ void MainForm::RemoveTemplate(Vtemplate& removed) {
     workspace.FreeVobject(&removed);
     workspace.SetThisTemplate(workspace.TemplateList().empty() ? nullptr : workspace.TemplateList()[0]);
     workspace.BroadcastNewThisTemplate();
+    trees_->ProjectTree().RefreshReferences();
 }
 
 /// Opens the active template as a double click on its node does.

@@ -177,7 +177,8 @@ void NodeCommands::DeleteObject(Node& node) {
         return desktop_.mainForm->RemoveProject(**project);
     }
     if (Vtemplate* const* removed = std::get_if<Vtemplate*>(&object)) {
-        return desktop_.mainForm->RemoveTemplate(**removed);
+        desktop_.mainForm->RemoveTemplate(**removed);
+        return workspace.RestartSolve();
     }
     JournalOwner* owner = nullptr;
     Vproject* subproject = nullptr;

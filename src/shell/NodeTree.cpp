@@ -78,19 +78,11 @@ Node* NodeTree::FindNodeFromKey(const std::string& key) const {
     return found == byKey_.end() ? nullptr : found->second;
 }
 
-namespace {
-
-void Walk(const Nodes& nodes, const std::function<void(Node&)>& action) {
+void NodeTree::Walk(const Nodes& nodes, const std::function<void(Node&)>& action) {
     for (const auto& node : nodes) {
         action(*node);
         Walk(node->Children, action);
     }
-}
-
-}  // namespace
-
-void NodeTree::ForEach(const std::function<void(Node&)>& action) const {
-    Walk(roots_, action);
 }
 
 /// An object that two nodes show is found at the first.
@@ -197,7 +189,16 @@ QVariant NodeTree::data(const QModelIndex& index, int role) const {
 const QIcon& NodeTree::Picture(char kind) const {
     const auto known = pictures_.find(kind);
     if (known != pictures_.end()) return known->second;
-    return pictures_[kind] = NodeIcon(kind);
+    // Drawn here at the sizes that occur, since the toolkit would tint the picture of a selected line beyond
+    // recognition.
+    const QIcon drawn = NodeIcon(kind);
+    QIcon& picture = pictures_[kind];
+    for (const int size : {16, 24, 32, 36, 48, 72}) {
+        const QPixmap pixmap = drawn.pixmap(QSize(size, size), 1);
+        picture.addPixmap(pixmap, QIcon::Normal);
+        picture.addPixmap(pixmap, QIcon::Selected);
+    }
+    return picture;
 }
 
 }  // namespace vortan

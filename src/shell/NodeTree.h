@@ -43,8 +43,8 @@ class NodeTree : public QAbstractItemModel {
     const Nodes& Roots() const { return roots_; }
     /// None if there is no such node, and for an empty key.
     Node* FindNodeFromKey(const std::string& key) const;
-    /// All nodes, parents before children.
-    void ForEach(const std::function<void(Node&)>& action) const;
+    /// All of these nodes and those below them, parents before children.
+    static void Walk(const Nodes& nodes, const std::function<void(Node&)>& action);
 
     void SetRoots(Nodes roots);
     void SetChildren(Node& parent, Nodes children);

@@ -86,6 +86,13 @@ void NodeView::ShowSelected(const Node* node) {
     scrollTo(index);
 }
 
+void NodeView::LetGo(const Node& node) {
+    if (!currentIndex().isValid()) return;
+    for (const Node* at = NodeTree::NodeOf(currentIndex()); at; at = at->Parent) {
+        if (at == &node) return ShowSelected(nullptr);
+    }
+}
+
 void NodeView::ShowExpanded(const Node& node) {
     const QScopedValueRollback following(following_, true);
     setExpanded(Tree().IndexOf(&node), node.Expanded);

@@ -22,6 +22,8 @@ class NodeView : public QTreeView {
     Node* NodeAt(const QPoint& point) const;
     /// Marks the node and brings it into sight, its parents opened; none takes the mark away.
     void ShowSelected(const Node* node);
+    /// The node is about to go with all below it: the toolkit would make a neighbour the current line.
+    void LetGo(const Node& node);
     /// Shows the node and all below it expanded as they say.
     void ShowExpanded(const Node& node);
     void ScrollLines(int lines);

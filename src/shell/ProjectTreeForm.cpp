@@ -78,7 +78,8 @@ Nodes ProjectTreeForm::TaskChildren(const Vtask& task, bool showChildren) {
 }
 
 void ProjectTreeForm::RebuildProjectSubTree(Vproject& project, Node& node, bool showChildren) {
-    ReplaceChildren(node, ProjectChildren(project, showChildren), showChildren);
+    ReplaceChildren(node, Rebuilt(node.Children, [&] { return ProjectChildren(project, showChildren); }),
+                    showChildren);
 }
 
 void ProjectTreeForm::RebuildTaskSubTree(Vtask& task, bool showChildren) {
@@ -97,7 +98,7 @@ void ProjectTreeForm::TreeExpand(Node& node) {
 }
 
 void ProjectTreeForm::RefreshReferences() {
-    Tree().ForEach([this](Node& node) {
+    NodeTree::Walk(Tree().Roots(), [this](Node& node) {
         if (node.Image() == 'd' || node.Image() == 'a') desktop_.trees->RefreshNode(node);
     });
 }

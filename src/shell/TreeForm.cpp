@@ -1,6 +1,7 @@
 #include "shell/TreeForm.h"
 
 #include <QVBoxLayout>
+#include <utility>
 
 #include "shell/CommonDialogs.h"
 #include "shell/MainForm.h"
@@ -12,6 +13,7 @@ namespace vortan {
 TreeForm::TreeForm(Desktop& desktop, const char* name, const QString& hint)
     : desktop_(desktop), tree_([this](const Node& node) {
           if (desktop_.trees) desktop_.trees->NodeGone(node);
+          view_->LetGo(node);
       }) {
     setObjectName(name);
     view_ = new NodeView(desktop, *this, hint);
@@ -36,18 +38,29 @@ void TreeForm::Begin(const VObject* shown, const std::function<Nodes()>& build) 
 
 void TreeForm::ReplaceAll(const VObject* shown, const std::function<Nodes()>& build) {
     const std::uint32_t id = shown ? shown->Id() : 0;
-    wasExpanded_.clear();
-    if (id != 0 && id == shown_) {
-        tree_.ForEach([this](const Node& node) {
-            if (node.Expanded || node.Image() != 't') wasExpanded_.try_emplace(node.Key, node.Expanded);
-        });
+    const bool same = id == std::exchange(shown_, id);
+    Nodes roots;
+    try {
+        roots = same ? Rebuilt(tree_.Roots(), build) : build();
+    } catch (...) {
+        // What cannot be shown anew is not shown as it was.
+        tree_.SetRoots({});
+        desktop_.trees->AfterNodesGone();
+        throw;
     }
-    Nodes roots = build();
-    wasExpanded_.clear();
     tree_.SetRoots(std::move(roots));
-    if (id != shown_) view_->scrollToTop();
-    shown_ = id;
+    if (!same) view_->scrollToTop();
     desktop_.trees->AfterNodesGone();
+}
+
+Nodes TreeForm::Rebuilt(const Nodes& old, const std::function<Nodes()>& build) {
+    wasExpanded_.clear();
+    NodeTree::Walk(old, [this](const Node& node) {
+        if (node.Expanded || node.Image() != 't') wasExpanded_.try_emplace(node.Key, node.Expanded);
+    });
+    Nodes nodes = build();
+    wasExpanded_.clear();
+    return nodes;
 }
 
 bool TreeForm::WasExpanded(const std::string& key, bool usual) {

@@ -46,6 +46,8 @@ class TreeForm : public QWidget, public ChildForm, public Listener {
     void Begin(const VObject* shown, const std::function<Nodes()>& build);
     void ReplaceAll(const VObject* shown, const std::function<Nodes()>& build);
     void ReplaceChildren(Node& node, Nodes children, bool expanded);
+    /// What `build` makes, open and closed as the nodes of `old` are.
+    Nodes Rebuilt(const Nodes& old, const std::function<Nodes()>& build);
     /// Whether a node that is being made is to be open; `usual` for one that was not there before. Asked once
     /// for each, so that projects which hold each other do not open without end.
     bool WasExpanded(const std::string& key, bool usual);

@@ -48,6 +48,7 @@ Trees::~Trees() = default;
 
 void Trees::SetDragNode(Node* node) {
     const bool other = node != dragNode_;
+    if (other) drag_->Cancel();
     dragNode_ = node;
     ShowSelection(dragNode_);
     if (other) desktop_.workspace.BroadcastNewDragNode();

@@ -1,0 +1,186 @@
+#include "TreeBench.h"
+
+namespace vortan {
+namespace {
+
+QMenu& Menu(TreeBench& bench) {
+    return *bench.window.findChild<QMenu*>("PopupMainMenu");
+}
+QAction& Item(TreeBench& bench, const char* name) {
+    return *Menu(bench).findChild<QAction*>(name);
+}
+
+TEST(TreesPopup, SpeaksOfTheKindOfTheNode) {
+    TreeBench bench;
+    Node& department = *bench.NodeOf(bench.cid).Parent;
+    bench.NodeOf(bench.annBuilds);
+    const struct {
+        Node* node;
+        const char* word;
+        bool setActive;
+    } cases[] = {{&bench.NodeOf(bench.alpha), "project", false},
+                 {&bench.NodeOf(bench.link), "subproject", true},
+                 {&bench.NodeOf(bench.dig), "task", false},
+                 {&bench.NodeOf(bench.needsDig), "dependency", false},
+                 {&bench.NodeOf(bench.annBuilds), "assignment", false},
+                 {&bench.NodeOf(bench.crew), "template", false},
+                 {&bench.NodeOf(bench.crew->ShiftList()[0]), "shift", false},
+                 {&department, "department", false},
+                 {&bench.NodeOf(bench.ann), "resource", false},
+                 {bench.NodeOf(bench.link).Children[0].get(), "n/a", false}};
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.word);
+        const QPoint at = bench.PointOf(*one.node);
+        bench.trees.SetDragNode(one.node);
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, bench.Global(*one.node));
+        QApplication::sendEvent(bench.ViewOf(*one.node).viewport(), &event);
+        EXPECT_TRUE(Menu(bench).isVisible());
+        EXPECT_EQ(Item(bench, "PopupModifyMenu").text(), QString("Modify this ") + one.word);
+        EXPECT_EQ(Item(bench, "PopupDeleteMenu").text(), QString("Delete this ") + one.word);
+        const bool real = one.node->Image() != 'n';
+        EXPECT_EQ(Item(bench, "PopupModifyMenu").isEnabled(), real);
+        EXPECT_EQ(Item(bench, "PopupDeleteMenu").isEnabled(), real);
+        EXPECT_EQ(Item(bench, "PopupSetActiveMenu").isEnabled(), one.setActive);
+        EXPECT_TRUE(Item(bench, "PopupExpandMenu").isEnabled());
+        Menu(bench).hide();
+    }
+    // The placeholder that stands for nothing is not modified by a key either.
+    bench.trees.Commands().Modify();
+    bench.trees.Commands().Delete();
+
+    bench.trees.SetDragNode(&bench.NodeOf(bench.link));
+    bench.trees.Commands().UpdatePopupMenu();
+    Item(bench, "PopupSetActiveMenu").trigger();
+    EXPECT_EQ(bench.workspace.ThisProject(), bench.beta);
+    bench.trees.SetDragNode(&bench.NodeOf(bench.link));
+    bench.trees.Commands().UpdatePopupMenu();
+    EXPECT_FALSE(Item(bench, "PopupSetActiveMenu").isEnabled());
+    bench.trees.SetDragNode(&bench.NodeOf(bench.alpha));
+    bench.trees.Commands().UpdatePopupMenu();
+    EXPECT_TRUE(Item(bench, "PopupSetActiveMenu").isEnabled());
+    bench.trees.Commands().Modify();
+    EXPECT_EQ(bench.workspace.ThisProject(), bench.alpha) << "the project that is modified is the active one";
+    EXPECT_TRUE(bench.window.findChild<QDialog*>("ProjectEntryForm"));
+}
+
+TEST(TreesPopup, OpensWithARightClickAtTheNode) {
+    TreeBench bench;
+    const QPoint at = bench.PointOf(bench.NodeOf(bench.dig));
+    QWidget& viewport = *bench.trees.ProjectTree().View().viewport();
+    QTest::mouseClick(bench.window.windowHandle(), Qt::RightButton, {}, viewport.mapTo(&bench.window, at));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(bench.Marked(), "1: Dig;");
+    EXPECT_TRUE(Menu(bench).isVisible());
+    EXPECT_GT(Menu(bench).pos().x(), viewport.mapToGlobal(at).x()) << "beside the text";
+    Menu(bench).hide();
+}
+
+TEST(TreesPopup, DeletingSaysWhatRefersToTheObject) {
+    const struct {
+        NodeObject (*object)(TreeBench&);
+        const char *word, *told;
+    } cases[] = {
+        {[](TreeBench& b) { return NodeObject(b.dig); }, "task", "1 dependency of other tasks."},
+        {[](TreeBench& b) { return NodeObject(b.build); }, "task", ""},
+        {[](TreeBench& b) { return NodeObject(b.link); }, "subproject", "The project Beta stays in memory"},
+        {[](TreeBench& b) { return NodeObject(b.needsDig); }, "dependency", ""},
+        {[](TreeBench& b) { return NodeObject(b.annBuilds); }, "assignment", ""},
+        {[](TreeBench& b) { return NodeObject(b.ann); }, "resource", "used by 1 assignment."},
+        {[](TreeBench& b) { return NodeObject(b.bob); }, "resource", ""},
+        {[](TreeBench& b) { return NodeObject(b.crew->ShiftList()[0]); }, "shift",
+         "the shift of 3 resources."},
+        {[](TreeBench& b) { return NodeObject(b.crew); }, "template", "used by 1 assignment."},
+        {[](TreeBench& b) { return NodeObject(b.alpha); }, "project",
+         "It has 5 tasks, with those of 1 subproject."},
+    };
+    for (const auto& one : cases) {
+        TreeBench bench;
+        bench.alpha->SetDirty(false);
+        bench.crew->SetDirty(false);
+        Node& node = bench.NodeOf(one.object(bench));
+        const std::string key = node.Key;
+        const NodeTree& tree = *node.Tree;
+        const bool inProject = &tree == &bench.trees.ProjectTree().Tree();
+        bench.trees.SetDragNode(&node);
+        const std::string word = one.word;
+        for (const BoxAnswer answer : {BoxAnswer::No, BoxAnswer::Yes}) {
+            SCOPED_TRACE(word);
+            bench.platform.ExpectBox("Confirm Delete " + word, answer,
+                                     "Are you sure you want to delete this " + word + "?");
+            bench.Key(
+                inProject ? static_cast<TreeForm&>(bench.trees.ProjectTree()) : bench.trees.TemplateTree(),
+                Qt::Key_Delete);
+            EXPECT_EQ(tree.FindNodeFromKey(key) == nullptr, answer == BoxAnswer::Yes);
+        }
+        const std::string text = bench.platform.boxTexts.back();
+        EXPECT_EQ(text.find("\n\n") != std::string::npos, *one.told != 0) << text;
+        EXPECT_NE(text.find(one.told), std::string::npos) << text;
+        EXPECT_EQ(bench.trees.DragNode(), nullptr);
+        EXPECT_EQ(bench.Marked(), "");
+        if (word == "project") {
+            EXPECT_EQ(bench.workspace.ThisProject(), nullptr);
+            EXPECT_EQ(bench.SeenProject(), "");
+        } else if (word == "template") {
+            EXPECT_EQ(bench.workspace.ThisTemplate(), nullptr);
+            EXPECT_EQ(bench.SeenTemplate(), "");
+        } else {
+            EXPECT_TRUE(inProject ? bench.alpha->Dirty() : bench.crew->Dirty());
+        }
+    }
+}
+
+TEST(TreesPopup, WhatIsDeletedIsGoneFromTheTextsAndTheModel) {
+    TreeBench bench;
+    Node& dependency = bench.NodeOf(bench.needsDig);
+    Vshift* standard = bench.crew->ShiftList()[0];
+    for (const NodeObject& object : {NodeObject(bench.dig), NodeObject(standard), NodeObject(bench.cid),
+                                     NodeObject(bench.link), NodeObject(bench.crew)}) {
+        bench.trees.SetDragNode(&bench.NodeOf(object));
+        bench.platform.ExpectBox(
+            std::string("Confirm Delete ") +
+                (object.index() == 2   ? (std::get<Vtask*>(object) == bench.link ? "subproject" : "task")
+                 : object.index() == 5 ? "template"
+                 : object.index() == 6 ? "shift"
+                                       : "resource"),
+            BoxAnswer::Yes);
+        if (object.index() == 2 && std::get<Vtask*>(object) == bench.link) {
+            EXPECT_EQ(dependency.Text, "<deleted>");
+            EXPECT_TRUE(bench.ann->ShiftDeleted());
+            EXPECT_EQ(bench.SeenTemplate(), "Crew\n Night\n yard\n  1: Ann\n  2: Bob\n")
+                << "no empty department";
+        }
+        bench.trees.Commands().Delete();
+    }
+    EXPECT_EQ(bench.beta->Parent(), nullptr);
+    EXPECT_EQ(bench.SeenProject(), "Alpha\n 2: Build\n  <deleted>\n  <none> @8 MoTuWeThFr\n 10\n");
+}
+
+TEST(TreesPopup, ADepartmentIsANameOfItsResources) {
+    TreeBench bench;
+    Vresource* gone = bench.Resource(3, "Gus", "yard");
+    gone->Delete();
+    bench.trees.SetDragNode(bench.NodeOf(bench.ann).Parent);
+    bench.platform.ExpectInput({false, "Dock"});
+    bench.trees.Commands().Modify();
+    bench.platform.ExpectInput({true, "  "});
+    bench.trees.Commands().Modify();
+    EXPECT_FALSE(bench.crew->Dirty());
+    bench.platform.ExpectInput({true, " Dock "});
+    bench.trees.Commands().Modify();
+    EXPECT_EQ(bench.SeenTemplate(),
+              "Crew\n Night\n Standard\n Dock\n  1: Ann\n  2: Bob\n Office\n  10: Cid\n");
+    EXPECT_EQ(bench.Marked(), "Dock;");
+    EXPECT_EQ(gone->Department(), "yard");
+    EXPECT_TRUE(bench.crew->Dirty());
+
+    // One that is there already takes them in.
+    bench.platform.ExpectInput({true, "Office"});
+    bench.trees.Commands().Modify();
+    EXPECT_EQ(bench.SeenTemplate(), "Crew\n Night\n Standard\n Office\n  1: Ann\n  2: Bob\n  10: Cid\n");
+    bench.platform.ExpectBox("Can't Delete Department", BoxAnswer::Ok);
+    bench.trees.Commands().Delete();
+    EXPECT_EQ(bench.ann->Department(), "Office");
+}
+
+}  // namespace
+}  // namespace vortan
