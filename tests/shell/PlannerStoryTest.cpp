@@ -29,7 +29,7 @@ class Planner {
             box->reject();
         });
         unexpected_.start();
-        app.mainForm.resize(1240, 720);
+        app.mainForm.setGeometry(20, 30, 1240, 720);
         app.mainForm.show();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&app.mainForm));
         app.mainForm.Activate("");
@@ -55,10 +55,14 @@ class Planner {
     void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
         QTest::qWait(1);
         QWidget* window = Dialog() ? static_cast<QWidget*>(Dialog()) : &app.mainForm;
+        WaitForFront(window);
         QTest::keyClick(window->focusWidget() ? window->focusWidget() : window, key, modifiers);
     }
     /// Types into the box with the focus, whose text is selected.
-    void Keys(const QString& text) { QTest::keyClicks(Dialog()->focusWidget(), text); }
+    void Keys(const QString& text) {
+        WaitForFront(Dialog());
+        QTest::keyClicks(Dialog()->focusWidget(), text);
+    }
     /// Goes from box to box with the tab key until it stands in that one, and types.
     void Type(const QString& box, const QString& text) {
         auto& wanted = Find<QWidget>(box);
@@ -127,12 +131,15 @@ class Planner {
     /// The task or resource whose text begins so.
     Node& NodeOf(const std::string& text) {
         Node* found = nullptr;
-        const auto look = [&](Node& node) {
-            const bool fits = node.Image() == 't' || node.Image() == 'r';
-            if (!found && fits && node.Text.starts_with(text)) found = &node;
+        const std::function<void(const Nodes&)> look = [&](const Nodes& nodes) {
+            for (const auto& node : nodes) {
+                const bool fits = node->Image() == 't' || node->Image() == 'r';
+                if (!found && fits && node->Text.starts_with(text)) found = node.get();
+                look(node->Children);
+            }
         };
-        ProjectTree().Tree().ForEach(look);
-        if (!found) TemplateTree().Tree().ForEach(look);
+        look(ProjectTree().Tree().Roots());
+        look(TemplateTree().Tree().Roots());
         if (!found) throw std::runtime_error("There is no node " + text);
         return *found;
     }
@@ -186,6 +193,12 @@ class Planner {
     static inline int pictures = 0;
 
   private:
+    /// A list that has popped up stands before its form.
+    static void WaitForFront(QWidget* window) {
+        if (QApplication::activePopupWidget()) return;
+        EXPECT_TRUE(QTest::qWaitForWindowActive(window)) << S(window->objectName());
+    }
+
     QTimer unexpected_;  // looks for boxes that nobody waits for
 
     /// QTest moves the mouse without a button held.
