@@ -45,6 +45,7 @@ class NodeTree : public QAbstractItemModel {
     Node* FindNodeFromKey(const std::string& key) const;
     /// All of these nodes and those below them, parents before children.
     static void Walk(const Nodes& nodes, const std::function<void(Node&)>& action);
+    void ForEach(const std::function<void(Node&)>& action) const { Walk(roots_, action); }
 
     void SetRoots(Nodes roots);
     void SetChildren(Node& parent, Nodes children);

@@ -98,7 +98,7 @@ void ProjectTreeForm::TreeExpand(Node& node) {
 }
 
 void ProjectTreeForm::RefreshReferences() {
-    NodeTree::Walk(Tree().Roots(), [this](Node& node) {
+    Tree().ForEach([this](Node& node) {
         if (node.Image() == 'd' || node.Image() == 'a') desktop_.trees->RefreshNode(node);
     });
 }
