@@ -109,10 +109,15 @@ BoxAnswer QtPlatform::MessageBox(const std::string& text, const std::string& tit
 InputAnswer QtPlatform::InputBox(const std::string& prompt, const std::string& title,
                                  const std::string& initial) {
     const UsualPointer pointer;
-    bool given = false;
-    const QString text = QInputDialog::getText(QApplication::activeWindow(), Q(title), Q(prompt),
-                                               QLineEdit::Normal, Q(initial), &given);
-    return {given, S(text)};
+    QInputDialog box(QApplication::activeWindow());
+    box.setWindowTitle(Q(title));
+    box.setLabelText(Q(prompt));
+    box.setTextValue(Q(initial));
+    // Room for the title.
+    const int titleWidth = box.fontMetrics().horizontalAdvance(Q(title)) * 3 / 2;
+    box.resize(box.sizeHint().expandedTo({titleWidth + box.fontMetrics().height() * 8, 0}));
+    const bool given = box.exec() == QDialog::Accepted;
+    return {given, given ? S(box.textValue()) : std::string()};
 }
 
 InputAnswer QtPlatform::SaveFileDialog(const std::string& directory, const std::string& suggestedName) {
