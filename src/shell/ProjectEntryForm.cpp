@@ -80,13 +80,15 @@ void ProjectEntryForm::LayOut() {
     auto* apply = new QVBoxLayout(applyFrame_);
     apply->setContentsMargins(0, fontMetrics().height() / 2, 0, 0);
     apply->addWidget(new QLabel("Apply changes in this section to:"));
-    const char* const captions[] = {"&this project only", "include su&bprojects",
-                                    "&all projects in this master"};
-    for (std::size_t i = 0; i < apply_.size(); ++i) {
-        apply_[i] = new QRadioButton(captions[i]);
-        apply_[i]->setObjectName(QString("ApplyOption(%1)").arg(i));
-        apply->addWidget(apply_[i]);
-    }
+    const auto add = [&](Reach reach, const char* caption) {
+        auto* option = new QRadioButton(caption);
+        option->setObjectName(QString("ApplyOption(%1)").arg(static_cast<int>(reach)));
+        apply->addWidget(option);
+        apply_[reach] = option;
+    };
+    add(kThisOnly, "&this project only");
+    add(kSubprojects, "include su&bprojects");
+    add(kMaster, "&all projects in this master");
     apply_[kThisOnly]->setChecked(true);
     inner->addWidget(applyFrame_);
     applyFrame_->setVisible(!adding_);

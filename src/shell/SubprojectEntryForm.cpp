@@ -27,6 +27,7 @@ void SubprojectEntryForm::StartModify(Desktop& desktop) {
 SubprojectEntryForm::SubprojectEntryForm(Desktop& desktop, Vtask* object, bool adding)
     : EntryForm(desktop, "SubprojectEntryForm", "Subproject Entry (link to project)"),
       object_(object),
+      owner_(adding ? desktop.workspace.ThisProject() : object->Project()),
       adding_(adding),
       taskId_(new TextField("TaskIdText", 10)),
       project_(new QComboBox) {
@@ -43,10 +44,10 @@ void SubprojectEntryForm::LoadData() {
         project_->addItem(Q(object_->Subproject()->ProjectName()));
         return;
     }
-    taskId_->SetValue(std::to_string(workspace.ThisProject()->HighestTaskID() + 1));
+    taskId_->SetValue(std::to_string(owner_->HighestTaskID() + 1));
     project_->addItem(kChoose);
     for (const Vproject* project : workspace.ProjectList()) {
-        if (!project->Parent() && project != workspace.ThisProject()) {
+        if (!project->Parent() && project != owner_) {
             project_->addItem(Q(project->ProjectName()));
         }
     }
@@ -54,7 +55,7 @@ void SubprojectEntryForm::LoadData() {
 
 bool SubprojectEntryForm::Finish() {
     Workspace& workspace = desktop_.workspace;
-    Vproject& owner = adding_ ? *workspace.ThisProject() : *object_->Project();
+    Vproject& owner = *owner_;
     const auto id = ReadTaskId(*taskId_, owner, object_.Get());
     if (!id) return false;
     Vproject* subproject = workspace.ProjectList().Find(S(project_->currentText()));

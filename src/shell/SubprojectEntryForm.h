@@ -26,7 +26,8 @@ class SubprojectEntryForm : public EntryForm {
     void FormUnload() override;
 
     Link<Vtask> object_;
-    bool adding_;  // until the object is part of the plan
+    Vproject* owner_;  // the form does not outlive the project's being active
+    bool adding_;      // until the object is part of the plan
     TextField* taskId_;
     QComboBox* project_;
 };
