@@ -247,6 +247,12 @@ Vtask* DependencyEntryForm::ReadTask() {
 std::optional<double> DependencyEntryForm::ReadOffset() {
     const int option = offsetOptions_->checkedId();
     if (option == 0) return 0;
+    // A text that was not touched stands for the exact offset.
+    const double stored = object_->Offset();
+    if (stored != 0 && option == (stored < 0 ? 1 : 2) &&
+        offset_->Value() == FormatDuration(std::abs(stored), true)) {
+        return stored;
+    }
     const auto days = ParseDuration(offset_->Value());
     if (!days) {
         Complain(*offset_, "The offset must be a duration, such as \"2 days\" or \"4 hours\".",

@@ -14,12 +14,6 @@
 
 namespace vortan {
 
-namespace {
-
-constexpr std::int32_t kHighestId = 999'999'999;
-
-}  // namespace
-
 EntryForm::EntryForm(Desktop& desktop, const char* name, const char* caption)
     : QDialog(desktop.mainForm), desktop_(desktop), body_(new QVBoxLayout), buttons_(new QHBoxLayout) {
     setObjectName(name);
@@ -110,7 +104,8 @@ std::optional<DateTime> EntryForm::ReadDate(TextField& field) {
     return date;
 }
 
-std::optional<Money> EntryForm::ReadMoney(TextField& field, const std::string& what) {
+std::optional<Money> EntryForm::ReadMoney(TextField& field, const std::string& what, Money stored) {
+    if (field.Value() == Currency(stored)) return stored;
     const auto value = ParseCurrency(field.Value(), CurrencySymbol());
     if (!value) Complain(field, "The " + what + " must be an amount of money.", "Invalid Amount");
     return value;

@@ -40,6 +40,8 @@ class EntryForm : public QDialog, public ChildForm, public Listener {
     void reject() override;
 
   protected:
+    static constexpr std::int32_t kHighestId = 999'999'999;  ///< nine digits, of tasks and resources
+
     /// Ok: checks what was typed, saves it, brings the trees up to date. False leaves the form open; a check
     /// that failed has told the user and put the focus where the fault is.
     virtual bool Finish() = 0;
@@ -70,7 +72,8 @@ class EntryForm : public QDialog, public ChildForm, public Listener {
 
     // Each reads a field. What does not fit is complained about in words that name `what`, and gives none.
     std::optional<DateTime> ReadDate(TextField& field);
-    std::optional<Money> ReadMoney(TextField& field, const std::string& what);
+    /// A text that still shows `stored` stands for the exact amount.
+    std::optional<Money> ReadMoney(TextField& field, const std::string& what, Money stored);
     std::optional<double> ReadNumber(TextField& field, const std::string& what);
     std::optional<std::int32_t> ReadWhole(TextField& field, const std::string& what, std::int32_t least,
                                           std::int32_t most);

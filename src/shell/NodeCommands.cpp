@@ -151,8 +151,7 @@ void NodeCommands::Delete() {
     if (node->Image() == 'g') {
         desktop_.platform.MessageBox(
             "A department cannot be deleted by itself.  It goes away when its last resource is deleted or "
-            "moved "
-            "to another department.",
+            "moved to another department.",
             "Can't Delete Department", BoxIcon::Information, BoxButtons::Ok);
         return;
     }

@@ -14,8 +14,6 @@
 namespace vortan {
 namespace {
 
-constexpr std::int32_t kHighestId = 999'999'999;
-
 /// In the order in which the calculator gives them.
 struct Rate {
     const char *box, *caption, *what;
@@ -165,10 +163,7 @@ std::optional<ResourceEntryForm::Values> ResourceEntryForm::VerifyData() {
         return std::nullopt;
     }
     for (std::size_t i = 0; i < rates_.size(); ++i) {
-        // A text that was not touched stands for the exact amount.
-        const Money stored = std::invoke(kRates[i].get, *object_.Get());
-        const bool untouched = rates_[i]->Value() == Currency(stored);
-        const auto rate = untouched ? stored : ReadMoney(*rates_[i], kRates[i].what);
+        const auto rate = ReadMoney(*rates_[i], kRates[i].what, std::invoke(kRates[i].get, *object_.Get()));
         if (!rate) return std::nullopt;
         values.rates[i] = *rate;
     }
@@ -188,7 +183,7 @@ void ResourceEntryForm::SaveData(const Values& values) {
 }
 
 void ResourceEntryForm::RateCalculatorCommandClick() {
-    const auto rate = ReadMoney(*rates_[0], kRates[0].what);
+    const auto rate = ReadMoney(*rates_[0], kRates[0].what, object_->BurdenedRate());
     if (!rate) return;
     calculator_ = RateCalculatorForm::Start(desktop_, *rate, [this](const RateCalculatorForm::Rates& texts) {
         for (std::size_t i = 0; i < rates_.size(); ++i) rates_[i]->SetValue(texts[i]);

@@ -178,7 +178,7 @@ std::optional<TaskEntryForm::Entries> TaskEntryForm::VerifyData() {
     if (!task || !project) AssertionFailed();
     const auto id = ReadTaskId(*taskId_, *project, task);
     if (!id) return std::nullopt;
-    const auto cost = ReadMoney(*materialCost_, "fixed cost");
+    const auto cost = ReadMoney(*materialCost_, "fixed cost", object_->MaterialCost());
     if (!cost) return std::nullopt;
     const auto efficiency = ReadNumber(*efficiency_, "efficiency");
     if (!efficiency) return std::nullopt;

@@ -1,5 +1,6 @@
 #include "shell/DependencyEntryForm.h"
 
+#include "shell/TaskEntryForm.h"
 #include "shell/TaskEntryFormBench.h"
 
 namespace vortan {
@@ -279,6 +280,28 @@ TEST_F(DependencyEntryFormTest, ThePrerequisiteMayBeInAnotherProject) {
     Ok();
     ASSERT_EQ(pour->DependencyList().size(), 1U);
     EXPECT_EQ(pour->DependencyList()[0]->BuildNodeText(), "(Road) 4: Clear: SP");
+}
+
+TEST_F(DependencyEntryFormTest, OkChangesNothingThatWasNotTyped) {
+    auto* dependency = workspace.NewVObject<Vdependency>();
+    dependency->SetTask(pour);
+    dependency->SetTaskRequired(dig);
+    dependency->SetOffset(-1.0 / 7);
+    pour->SetMaterialCost(Money::FromUnits(12345));
+    pour->SetEfficiency(1.0 / 3);
+    pour->SetEffortUnits(-480);
+    for (auto set : {&Vtask::SetOptimistic, &Vtask::SetMostLikely, &Vtask::SetPessimistic}) (pour->*set)(100);
+    workspace.BroadcastNewThisProject();
+    Modify(dependency);
+    Ok();
+    EXPECT_EQ(dependency->Offset(), -1.0 / 7);
+    Select(pour);
+    TaskEntryForm::StartModify(shell.desktop);
+    Ok();
+    EXPECT_FALSE(Open());
+    EXPECT_EQ(pour->MaterialCost(), Money::FromUnits(12345));
+    EXPECT_EQ(pour->Efficiency(), 1.0 / 3);
+    EXPECT_EQ(pour->MostLikely(), 100);
 }
 
 }  // namespace
