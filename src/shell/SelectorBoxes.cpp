@@ -1,6 +1,7 @@
 #include "shell/SelectorBoxes.h"
 
 #include <QSignalBlocker>
+#include <QWheelEvent>
 
 #include "model/JournalCommands.h"
 #include "shell/TemplateTreeForm.h"
@@ -10,8 +11,14 @@
 namespace vortan {
 namespace {
 
+/// The wheel passing over a box does not change what is active.
+class SelectorBox : public QComboBox {
+  protected:
+    void wheelEvent(QWheelEvent* event) override { event->ignore(); }
+};
+
 QComboBox* NewBox(const char* name, const char* toolTip) {
-    auto* box = new QComboBox;
+    auto* box = new SelectorBox;
     box->setObjectName(name);
     box->setToolTip(toolTip);
     // The panel decides the width, whatever the names are.

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QFileInfo>
 #include <QTimer>
 
 #include "shell/App.h"
@@ -8,11 +9,12 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QApplication::setApplicationName("vortan");
     QApplication::setApplicationDisplayName("VORTAN");
-    // The whole command line is one file name.
+    // The whole command line is one file name, which the recent files keep for other directories.
     QStringList words = QApplication::arguments();
     words.removeFirst();
+    const QString file = words.isEmpty() ? QString() : QFileInfo(words.join(' ')).absoluteFilePath();
     vortan::App app;
     app.mainForm.show();
-    QTimer::singleShot(0, &app.mainForm, [&] { app.mainForm.Activate(vortan::S(words.join(' '))); });
+    QTimer::singleShot(0, &app.mainForm, [&] { app.mainForm.Activate(vortan::S(file)); });
     return QApplication::exec();
 }

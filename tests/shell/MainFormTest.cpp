@@ -248,8 +248,13 @@ TEST_F(MainFormTest, RecentFilesAreListedAndOpen) {
     EXPECT_EQ(S(shell.main.Action("FileRecentMenu(2)").text()), "&2 /gone/R&&D.vtb");
     EXPECT_TRUE(shell.main.Action("FileRecentMenu(2)").isVisible());
     EXPECT_FALSE(shell.main.Action("FileRecentMenu(3)").isVisible());
-    shell.Choose("FileRecentMenu(1)");
+    shell.platform.ExpectBox("File Open Error", BoxAnswer::Ok, "/gone/R&D.vtb");
+    shell.Choose("FileRecentMenu(2)");
+    EXPECT_FALSE(workspace.ThisProject());
+    shell.main.RedoRecentMenu();
+    shell.Choose("FileRecentMenu(2)");
     EXPECT_TRUE(workspace.ThisProject());
+    EXPECT_TRUE(Enabled("FileSaveMenu"));
 }
 
 TEST_F(MainFormTest, ALongStepShowsTheHourglassOnce) {
