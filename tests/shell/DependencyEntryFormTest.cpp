@@ -290,7 +290,9 @@ TEST_F(DependencyEntryFormTest, OkChangesNothingThatWasNotTyped) {
     pour->SetMaterialCost(Money::FromUnits(12345));
     pour->SetEfficiency(1.0 / 3);
     pour->SetEffortUnits(-480);
-    for (auto set : {&Vtask::SetOptimistic, &Vtask::SetMostLikely, &Vtask::SetPessimistic}) (pour->*set)(100);
+    pour->SetOptimistic(100);
+    pour->SetMostLikely(100);
+    pour->SetPessimistic(100);
     workspace.BroadcastNewThisProject();
     Modify(dependency);
     Ok();
