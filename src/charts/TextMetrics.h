@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string_view>
 
 namespace vortan {
@@ -14,6 +15,12 @@ class TextMetrics {
     virtual int TextWidth(std::string_view text) const = 0;
     /// Of a line of text, whatever it says.
     virtual int TextHeight() const = 0;
+
+    /// Of a character, never 0.
+    double AverageWidth() const {
+        constexpr std::string_view alphabet = "abcdefghijklmnopqrstuvwxyz";
+        return std::max(1.0, TextWidth(alphabet) / static_cast<double>(alphabet.size()));
+    }
 };
 
 }  // namespace vortan

@@ -3,30 +3,15 @@
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <utility>
+#include <string_view>
 #include <vector>
 
+#include "charts/DrawList.h"
 #include "charts/TextMetrics.h"
+#include "charts/TimeScale.h"
 #include "model/DateTime.h"
 
 namespace vortan {
-
-/// 0x00BBGGRR: red in the low byte.
-using Color = std::uint32_t;
-constexpr Color kBlack = 0, kRed = 255, kGreen = 65280, kYellow = 65535, kBlue = 0xFF0000, kWhite = 0xFFFFFF;
-
-/// One drawn thing, in twips on the whole unscrolled surface. A later one lies over an earlier one.
-struct DrawItem {
-    enum class Kind : std::uint8_t { Line, Rect, Milestone, Triangle, Text };
-    Kind kind = Kind::Line;
-    std::uint8_t hatch = 0;  ///< Rect: 0 solid, 1 transparent, 2 to 7 the kinds of lines
-    std::uint8_t apex = 0;   ///< Triangle: 3 up, 5 down, 7 right
-    std::uint8_t width = 1;  ///< Line: pixels
-    int x1 = 0, y1 = 0, x2 = 0, y2 = 0;  ///< corners in order, but for a line, which goes from 1 to 2
-    Color border = kBlack;   ///< of a line or text: its colour
-    Color fill = kWhite;
-    std::string text;        ///< lines are separated by "\r\n"
-};
 
 /// How a column stands in its cells.
 enum class Alignment { Left = 1, Center = 4, Right = 7, RightBottom = 8, DayColumn = -2 };
@@ -37,9 +22,9 @@ enum class Alignment { Left = 1, Center = 4, Right = 7, RightBottom = 8, DayColu
 ///
 /// All positions are twips on the unscrolled surface, 0, 0 being the top left corner of the heading row.
 /// A form builds the grid in its RedoLayout handler (ClearLayout, AddColumn and AddTimeColumns, EndColumns on
-/// a table, AddRow and Cell, EndLayout) and draws in its RedoGraphics handler, which EndLayout calls before it
-/// returns, and which ends with EndGraphics. A form must have all its state set before it calls SetDateRange
-/// or EndLayout.
+/// a table, AddRow and Cell, EndLayout) and draws in its RedoGraphics handler, which EndLayout calls before
+/// it returns, and which ends with EndGraphics. A form must have all its state set before it calls
+/// SetDateRange or EndLayout.
 class Vwindow {
   public:
     enum class Style { Table = 0, Free = 1, Time = 2 };
@@ -57,53 +42,65 @@ class Vwindow {
     // ---- grid
     void ClearLayout();
     void AddColumn(const std::string& title, Alignment alignment);
+    /// Once, on a time chart. The period is chosen by the first EndLayout after ClearLayout and then stays;
+    /// until then Cols is preliminary.
     void AddTimeColumns();
     void EndColumns(bool firstRowFixed = false);
-    /// Without `row` at the end; with it, the rows from there on move down by one.
+    /// Without `row` at the end; with it, the rows from there on move down by one. A footer goes away until
+    /// the next EndLayout.
     void AddRow();
     void AddRow(int row);
-    /// A row appended to a finished layout takes its place.
+    /// A row appended to a finished layout takes its place; the picture stays.
     void RefreshRows();
     /// Computes all positions, appends the footer if `footerLines` is above 0, and has the picture drawn.
     void EndLayout(int fixedCols, double footerLines);
+    /// Cells of row 0 hold the titles. The footer, time columns and what lies outside have no cells: to set
+    /// or get one is an error, but that cells in time columns are empty.
     const std::string& Cell(int row, int col) const;
     void SetCell(int row, int col, const std::string& text);
     Color CellColor(int row, int col) const;
     void SetCellColor(int row, int col, Color color);
+    /// The lines of a cell as painters show them, wrapped if WrapText is on. They are parts of the cell's
+    /// text and good until that changes.
+    void CellLines(int row, int col, std::vector<std::string_view>& lines) const;
     bool CellMarkB(int row, int col) const;  ///< bold
     void SetCellMarkB(int row, int col, bool mark);
     bool CellMarkC(int row, int col) const;  ///< centred
     void SetCellMarkC(int row, int col, bool mark);
-    /// The heading row and a footer are counted.
+    /// The heading row and a footer are counted. A free drawing has as many as its picture covers.
     int Rows() const;
     int Cols() const;
     int RowPos(int row) const;  ///< 0 to Rows
     int ColPos(int col) const;  ///< 0 to Cols
+    /// The width and height of the cells that tile a free drawing.
     int GridStep() const;
+    /// From the left or right edge of a cell to its text.
+    int CellMargin() const;
     Style TheStyle() const { return style_; }
     int FixedRows() const;
     int FixedCols() const;
+    /// Of a time column: the label of its period.
     const std::string& ColumnTitle(int col) const;
+    /// Of a time column: centred.
     Alignment ColumnAlignment(int col) const;
     bool IsTimeColumn(int col) const;
     bool HasFooter() const;
+    /// The size of all, a key wider than the columns included.
     int ContentWidth() const;
     int ContentHeight() const;
 
     // ---- time scale
-    enum class Period { Day, Week, Month, Quarter };
+    using Period = TimeScale::Period;
     /// Stores the range and has the layout made.
     void SetDateRange(DateTime start, DateTime finish);
     void GetShownDates(DateTime& start, DateTime& finish) const;
+    /// Linear inside each column; outside the shown range the first or last column is continued.
     int DateToX(DateTime when) const;
     /// The reverse, for a position in the time columns.
     DateTime XToDate(int x) const;
     Period ThePeriod() const;
+    using UpperLabel = TimeScale::UpperLabel;
     /// The labels of the upper heading line: text and the columns from first up to, not including, last.
-    struct UpperLabel {
-        std::string text;
-        int firstCol, lastCol;
-    };
     const std::vector<UpperLabel>& UpperLabels() const;
 
     // ---- drawing
@@ -112,13 +109,17 @@ class Vwindow {
     void DrawMilestone(double x1, double y1, double x2, double y2, Color border, Color fill);
     void DrawTriangle(double x1, double y1, double x2, double y2, Color border, Color fill, int apex);
     void DrawText(double x, double y, const std::string& text, Color color = kBlack);
+    /// Down to the last data row. A moment outside the shown range has no line.
     void DrawDateLine(DateTime when, Color color);
     void EndGraphics();
     bool IsComplete() const;
     /// In drawing order.
-    const std::vector<DrawItem>& Items() const { return items_; }
-    /// Indexes, in drawing order, of the items that touch the rows of pixels from `top` to `bottom`.
-    void ItemsBetween(int top, int bottom, std::vector<std::int32_t>& found) const;
+    const std::vector<DrawItem>& Items() const { return picture_.Items(); }
+    /// Replaces `found` by the indexes, in drawing order, of the items that touch the heights from `top` to
+    /// `bottom`.
+    void ItemsBetween(int top, int bottom, std::vector<std::int32_t>& found) const {
+        picture_.Between(top, bottom, found);
+    }
 
     /// Colours are adapted to black and white in print and on the clipboard.
     bool AdjustColors = false;
@@ -138,6 +139,54 @@ class Vwindow {
     const Page& ThePage() const { return page_; }
     /// Text columns are at most 30 average characters wide and wrap to more lines.
     bool WrapText = false;
+
+  private:
+    struct CellData {
+        std::string text;
+        Color color = kWhite;
+        bool markB = false, markC = false;
+    };
+    struct Column {
+        Alignment alignment;
+        int width;
+    };
+
+    int TimeCols() const { return timeAt_ < 0 ? 0 : scale_.Count(); }
+    /// The column without regard to time columns, or -1 if it is one of those.
+    int TitledColumn(int col) const;
+    /// The cell, or null if it is in a time column or nothing was ever set there.
+    const CellData* FindCell(int row, int col) const;
+    CellData& NeedCell(int row, int col);
+    void LayOut();
+    /// The widths of the titled columns; `heights` becomes those of the rows.
+    void MeasureCells(std::vector<int>& heights);
+    int LineHeight(int lines) const;
+    int WrapLimit() const;
+    int DataBottom() const { return RowPos(Rows() - (hasFooter_ ? 1 : 0)); }
+    void Draw(DrawItem::Kind kind, double x1, double y1, double x2, double y2, Color border, Color fill,
+              int hatch = 0, int apex = 0);
+
+    Style style_;
+    const TextMetrics* metrics_;
+    Page page_;
+    // The grid. Rows start with the heading, whose cells hold the titles; cells that were never set are
+    // missing at the end of their row.
+    std::vector<Column> columns_;  ///< the titled ones
+    std::vector<std::vector<CellData>> rows_;
+    int timeAt_ = -1;  ///< the titled columns left of the time columns, -1 without those
+    DateTime start_, finish_;
+    TimeScale scale_;
+    std::vector<UpperLabel> upperLabels_;
+    bool periodChosen_ = false;
+    bool firstRowFixed_ = false;
+    int fixedCols_ = 0;
+    bool hasFooter_ = false;
+    double footerLines_ = 0;
+    std::vector<int> rowPos_, colPos_;  ///< as of the last layout
+    // The picture.
+    DrawList picture_;
+    bool complete_ = false;
+    int keyRight_ = 0;  ///< how far the picture reaches in the footer
 };
 
 }  // namespace vortan
