@@ -168,6 +168,25 @@ TEST(Vwindow, ThePeriodIsTheFinestThatFits) {
     }
 }
 
+TEST(Vwindow, CellsRightOfTheScaleStayThereWhenThePeriodChanges) {
+    Vwindow w(Style::Time, metrics);
+    w.SetDateRange(Day(2027, 1, 1), Day(2027, 2, 22));
+    w.ClearLayout();
+    w.AddColumn("Task", Alignment::Left);
+    w.AddTimeColumns();
+    w.AddColumn("Left", Alignment::Right);
+    EXPECT_EQ(w.Cols(), 54);
+    w.AddRow();
+    w.SetCell(1, 0, "too wide a name for a scale of days");
+    w.SetCell(1, w.Cols() - 1, "Done");
+    EXPECT_THROW(w.SetCell(1, 1, "on the scale"), Fault);
+    w.EndLayout(1, 0);
+    EXPECT_EQ(w.ThePeriod(), Period::Week);
+    ASSERT_EQ(w.Cols(), 10);
+    EXPECT_EQ(w.Cell(1, 9), "Done");
+    EXPECT_EQ(w.Cell(1, 1), "");
+}
+
 TEST(Vwindow, UpperLabelsShrinkToTheirColumns) {
     std::vector<std::string> texts;
     const auto labels = [&](DateTime start, DateTime finish, int pageWidth) {
