@@ -128,7 +128,7 @@ class Vwindow {
     // ---- font and page
     void SetFont(const TextMetrics& metrics);
     const TextMetrics& Metrics() const { return *metrics_; }
-    int TextWidth(const std::string& text) const { return metrics_->TextWidth(text); }
+    int TextWidth(std::string_view text) const { return metrics_->TextWidth(text); }
     int TextHeight() const { return metrics_->TextHeight(); }
     /// The printable size of a page and the margin on one side, in twips; the time scale is fitted to it.
     struct Page {
