@@ -21,5 +21,6 @@ for ((i = 0; i < ${#layers[@]}; ++i)); do
         status=1
     fi
 done
+check paint shell cli
 check cli shell
 exit $status

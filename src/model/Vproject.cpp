@@ -155,6 +155,18 @@ Money Vproject::MaterialCost() const {
     return sum;
 }
 
+DateTime Vproject::EarlyStartAt(std::int32_t journalIndex) const {
+    bool any = false;
+    DateTime start;
+    for (const Vtask* task : taskList_) {
+        if (!task->IncludeAt(journalIndex)) continue;
+        const DateTime at = task->EarlyStartAt(journalIndex);
+        start = any ? std::min(start, at) : at;
+        any = true;
+    }
+    return start;
+}
+
 DateTime Vproject::EarlyFinishAt(std::int32_t journalIndex) const {
     bool any = false;
     DateTime finish;

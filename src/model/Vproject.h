@@ -87,7 +87,8 @@ class Vproject : public JournalOwner {
     DateTime LateFinish() const;
     Money LaborCost() const;
     Money MaterialCost() const;
-    /// EarlyFinish as it stands in another journal.
+    /// As they stand in another journal.
+    DateTime EarlyStartAt(std::int32_t journalIndex) const;
     DateTime EarlyFinishAt(std::int32_t journalIndex) const;
 
     /// The date of journal `index`, with a mark for the plan and the active journal.

@@ -60,6 +60,7 @@ class alignas(64) Vtask : public VObject {
     Money LaborCost() const { return laborCost_.At(Index()); }
     void SetLaborCost(Money value) { Let(laborCost_, value); }
     DateTime EarlyStart() const { return earlyStart_.At(Index()); }
+    DateTime EarlyStartAt(std::int32_t journalIndex) const { return earlyStart_.At(journalIndex); }
     void SetEarlyStart(DateTime value) { Let(earlyStart_, value); }
     DateTime EarlyFinish() const { return earlyFinish_.At(Index()); }
     DateTime EarlyFinishAt(std::int32_t journalIndex) const { return earlyFinish_.At(journalIndex); }
@@ -67,6 +68,7 @@ class alignas(64) Vtask : public VObject {
     DateTime LateStart() const { return lateStart_.At(Index()); }
     void SetLateStart(DateTime value) { Let(lateStart_, value); }
     DateTime LateFinish() const { return lateFinish_.At(Index()); }
+    DateTime LateFinishAt(std::int32_t journalIndex) const { return lateFinish_.At(journalIndex); }
     void SetLateFinish(DateTime value) { Let(lateFinish_, value); }
 
     /// In order of creation.

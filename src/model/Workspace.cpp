@@ -114,17 +114,14 @@ void Workspace::Broadcast(void (Listener::*message)()) {
 }
 
 void GetDateRange(const Workspace& workspace, DateTime& start, DateTime& finish, bool includeFirstJournal) {
-    Vproject* project = workspace.ThisProject();
+    const Vproject* project = workspace.ThisProject();
     start = finish = DateTime();
     if (!project) return;
     start = project->EarlyStart();
     finish = project->EarlyFinish();
-    const std::int32_t current = project->CurrentIndex();
-    if (!includeFirstJournal || current == 0) return;
-    project->SetCurrentIndex(0);
-    const DateTime firstStart = project->EarlyStart();
-    finish = std::max(finish, project->EarlyFinish());
-    project->SetCurrentIndex(current);
+    if (!includeFirstJournal || project->CurrentIndex() == 0) return;
+    const DateTime firstStart = project->EarlyStartAt(0);
+    finish = std::max(finish, project->EarlyFinishAt(0));
     // A journal without tasks has no dates, which is not the same as very early ones.
     if (firstStart.IsSet()) start = start.IsSet() ? std::min(start, firstStart) : firstStart;
 }

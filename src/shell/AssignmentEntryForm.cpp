@@ -8,8 +8,8 @@
 
 #include "model/Characters.h"
 #include "model/ValueText.h"
+#include "paint/Text.h"
 #include "shell/ProjectTreeForm.h"
-#include "shell/Text.h"
 #include "shell/Trees.h"
 
 namespace vortan {

@@ -8,7 +8,7 @@
 
 #include "model/NumberText.h"
 #include "model/ValueText.h"
-#include "shell/Text.h"
+#include "paint/Text.h"
 
 namespace vortan {
 namespace {

@@ -4,10 +4,10 @@
 #include <QCursor>
 #include <algorithm>
 
+#include "paint/Text.h"
 #include "shell/NodeView.h"
 #include "shell/ProjectTreeForm.h"
 #include "shell/TemplateTreeForm.h"
-#include "shell/Text.h"
 #include "shell/Trees.h"
 
 namespace vortan {

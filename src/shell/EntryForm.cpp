@@ -9,8 +9,8 @@
 #include "model/Characters.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
+#include "paint/Text.h"
 #include "shell/MainForm.h"
-#include "shell/Text.h"
 
 namespace vortan {
 

@@ -9,8 +9,8 @@
 #include <QWidgetAction>
 
 #include "model/ValueText.h"
+#include "paint/Text.h"
 #include "shell/Icons.h"
-#include "shell/Text.h"
 
 namespace vortan {
 

@@ -4,7 +4,7 @@
 #include <map>
 
 #include "model/Fault.h"
-#include "shell/Text.h"
+#include "paint/Text.h"
 
 namespace vortan {
 

@@ -8,11 +8,11 @@
 #include <algorithm>
 
 #include "model/ValueText.h"
+#include "paint/Text.h"
 #include "shell/ElidedLabel.h"
 #include "shell/Icons.h"
 #include "shell/ProjectTreeForm.h"
 #include "shell/TemplateTreeForm.h"
-#include "shell/Text.h"
 #include "shell/Trees.h"
 #include "shell/WelcomeForm.h"
 
@@ -112,6 +112,7 @@ void MainForm::ShowForm(ChildForm& form) {
             if (pages_->indexOf(&window) < 0) pages_->addWidget(&window);
             pages_->setCurrentWidget(&window);
             window.setFocus();
+            UpdateChecks();
             break;
         case FormClass::EntryForm:
             PlaceEntryForm(window);
@@ -176,6 +177,7 @@ void MainForm::UnlockEntryForm(ChildForm& form) {
     if (fullPage_ == &form) {
         fullPage_ = nullptr;
         pages_->setCurrentWidget(splitter_);
+        UpdateChecks();
     }
     for (ChildForm* other : forms_) other->Window().setEnabled(true);
     // A form that was opened from another entry form leaves that one in charge.

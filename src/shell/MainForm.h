@@ -97,6 +97,8 @@ class MainForm : public QMainWindow, public Listener {
     void JournalSetAsPlan();
     bool MayLose(const JournalOwner& owner, const std::string& what);
     void CantCreateDepartment();
+    void GraphicsGantt();
+    void UpdateChecks();
     enum class ChartGuard { Solved, Project, CrashData };
     void Chart(ChartGuard guard);
     void SpreadsheetType(int index);

@@ -2,12 +2,13 @@
 
 #include "model/JournalCommands.h"
 #include "model/ValueText.h"
+#include "paint/Text.h"
 #include "shell/CommonDialogs.h"
+#include "shell/GanttPage.h"
 #include "shell/MainForm.h"
 #include "shell/ProjectTreeForm.h"
 #include "shell/TemplateEntryForm.h"
 #include "shell/TemplateTreeForm.h"
-#include "shell/Text.h"
 #include "shell/Trees.h"
 #include "solve/ProblemText.h"
 
@@ -97,6 +98,24 @@ void MainForm::CantCreateDepartment() {
         "Departments do not need to be explicitly created.  If you use a department name for a resource that "
         "hasn't been used before, the department will be created automatically.",
         "Can't Create Department", BoxIcon::Information, BoxButtons::Ok);
+}
+
+// ---- charts
+
+void MainForm::GraphicsGantt() {
+    if (fullPage_ && fullPage_->FormName() == "GanttForm") {
+        fullPage_->Unload();
+    } else if (desktop_.workspace.ThisProjectSolved()) {
+        GanttPage::Start(desktop_);
+    }
+    UpdateChecks();
+}
+
+/// The page in front in the title, and a check mark at its command.
+void MainForm::UpdateChecks() {
+    Action("GraphicsGanttMenu").setChecked(fullPage_ && fullPage_->FormName() == "GanttForm");
+    const QString title = Q("VORTAN " + GetAppVersion());
+    setWindowTitle(fullPage_ ? title + " - " + fullPage_->Window().windowTitle() : title);
 }
 
 // ---- commands whose screens are yet to come

@@ -7,6 +7,7 @@
 #include <QToolButton>
 
 #include "model/JournalCommands.h"
+#include "paint/Text.h"
 #include "shell/AssignmentEntryForm.h"
 #include "shell/DependencyEntryForm.h"
 #include "shell/ElidedLabel.h"
@@ -19,7 +20,6 @@
 #include "shell/SubprojectEntryForm.h"
 #include "shell/TaskEntryForm.h"
 #include "shell/TemplateEntryForm.h"
-#include "shell/Text.h"
 #include "shell/WelcomeForm.h"
 
 namespace vortan {
@@ -149,7 +149,9 @@ void MainForm::BuildMenus() {
     const auto addChart = [&](const char* name, const char* caption, ChartGuard guard) {
         AddAction(graphics, name, caption, "MainForm:GraphicsMenu_Click", [this, guard] { Chart(guard); });
     };
-    addChart("GraphicsGanttMenu", "&Mechanized Gantt", ChartGuard::Solved);
+    AddAction(graphics, "GraphicsGanttMenu", "&Mechanized Gantt", "MainForm:GraphicsGanttMenu_Click", [this] {
+        GraphicsGantt();
+    })->setCheckable(true);
     addChart("GraphicsHistogramMenu", "&Histogram", ChartGuard::Solved);
     addChart("GraphicsBudgetMenu", "&Budget", ChartGuard::Solved);
     addChart("GraphicsRiskAnalysisMenu", "&Risk analysis", ChartGuard::Project);
@@ -230,7 +232,7 @@ void MainForm::BuildToolbar() {
         {"Print", "Toolbar:Print", [this] { OutputPrint(); }},
         {"Font", "Toolbar:Font", [this] { SetupFont(); }},
         {"Calendar", "Toolbar:Calendar", [this] { Calendar(); }},
-        {"Mechanized Gantt", "Toolbar:Mechanized", chart},
+        {"Mechanized Gantt", "Toolbar:Mechanized", [this] { GraphicsGantt(); }},
         {"Histogram", "Toolbar:Histogram", chart},
         {"Budget", "Toolbar:Budget", chart},
         {"Work breakdown structure", "Toolbar:Work", chart},

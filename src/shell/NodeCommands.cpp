@@ -4,6 +4,7 @@
 
 #include "model/Characters.h"
 #include "model/Fault.h"
+#include "paint/Text.h"
 #include "shell/AssignmentEntryForm.h"
 #include "shell/DependencyEntryForm.h"
 #include "shell/MainForm.h"
@@ -17,7 +18,6 @@
 #include "shell/TaskEntryForm.h"
 #include "shell/TemplateEntryForm.h"
 #include "shell/TemplateTreeForm.h"
-#include "shell/Text.h"
 #include "shell/Trees.h"
 
 namespace vortan {

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "paint/Text.h"
 #include "shell/Icons.h"
-#include "shell/Text.h"
 
 namespace vortan {
 

@@ -7,7 +7,7 @@
 #include <QRadioButton>
 
 #include "model/NumberText.h"
-#include "shell/Text.h"
+#include "paint/Text.h"
 
 namespace vortan {
 namespace {

@@ -6,9 +6,9 @@
 #include <QLocale>
 #include <QMessageBox>
 
+#include "paint/Text.h"
 #include "persist/UserDirectories.h"
 #include "shell/CommonDialogs.h"
-#include "shell/Text.h"
 
 namespace vortan {
 namespace {

@@ -7,8 +7,8 @@
 
 #include "model/Characters.h"
 #include "model/KeyedList.h"
+#include "paint/Text.h"
 #include "shell/TemplateTreeForm.h"
-#include "shell/Text.h"
 #include "shell/Trees.h"
 
 namespace vortan {

@@ -4,8 +4,8 @@
 #include <QWheelEvent>
 
 #include "model/JournalCommands.h"
+#include "paint/Text.h"
 #include "shell/TemplateTreeForm.h"
-#include "shell/Text.h"
 #include "shell/Trees.h"
 
 namespace vortan {

@@ -6,8 +6,8 @@
 #include "model/Characters.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
+#include "paint/Text.h"
 #include "shell/TemplateTreeForm.h"
-#include "shell/Text.h"
 #include "shell/Trees.h"
 
 namespace vortan {

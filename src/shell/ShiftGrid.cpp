@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include "model/ValueText.h"
-#include "shell/Text.h"
+#include "paint/Text.h"
 
 namespace vortan {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "shell/Text.h"
+#include "paint/Text.h"
 #include "shell/Trees.h"
 
 namespace vortan {

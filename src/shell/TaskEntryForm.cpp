@@ -10,8 +10,8 @@
 #include "model/Fault.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
+#include "paint/Text.h"
 #include "shell/ProjectTreeForm.h"
-#include "shell/Text.h"
 #include "shell/Trees.h"
 
 namespace vortan {

@@ -6,9 +6,9 @@
 #include <QLocale>
 
 #include "model/ValueText.h"
+#include "paint/Text.h"
 #include "shell/Icons.h"
 #include "shell/MainForm.h"
-#include "shell/Text.h"
 
 namespace vortan {
 namespace {

@@ -2,8 +2,8 @@
 #include <QFileInfo>
 #include <QTimer>
 
+#include "paint/Text.h"
 #include "shell/App.h"
-#include "shell/Text.h"
 
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);

@@ -77,10 +77,10 @@ TEST_F(MainFormTest, CommandsWithoutWhatTheyNeedWarnAndStop) {
 TEST_F(MainFormTest, ChartsWaitForTheSolve) {
     shell.desktop.files.LoadFile(std::string(EXAMPLES) + "/house.vta");
     shell.platform.ExpectBox("Waiting For Solve To Complete", BoxAnswer::Ok);
-    shell.Choose("GraphicsGanttMenu");
+    shell.Choose("GraphicsHistogramMenu");
     shell.Solve();
     shell.platform.ExpectBox("Not Ready Yet", BoxAnswer::Ok);
-    shell.Choose("GraphicsGanttMenu");
+    shell.Choose("GraphicsHistogramMenu");
     shell.platform.ExpectBox("Plan Equals Current", BoxAnswer::Ok);
     shell.Choose("SpreadsheetTypeMenu(4)");
 }

@@ -5,11 +5,11 @@
 #include <iterator>
 
 #include "model/ValueText.h"
+#include "paint/Text.h"
 #include "shell/App.h"
 #include "shell/NodeView.h"
 #include "shell/ProjectTreeForm.h"
 #include "shell/TemplateTreeForm.h"
-#include "shell/Text.h"
 #include "shell/Trees.h"
 
 namespace vortan {

@@ -8,7 +8,7 @@
 
 #include "shell/Desktop.h"
 #include "shell/MainForm.h"
-#include "shell/Text.h"
+#include "paint/Text.h"
 #include "shell/Trees.h"
 #include "support/ScriptedPlatform.h"
 

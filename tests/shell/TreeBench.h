@@ -10,7 +10,7 @@
 #include "shell/NodeView.h"
 #include "shell/ProjectTreeForm.h"
 #include "shell/TemplateTreeForm.h"
-#include "shell/Text.h"
+#include "paint/Text.h"
 #include "shell/Trees.h"
 #include "support/ScriptedPlatform.h"
 

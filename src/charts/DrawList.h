@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace vortan {
+
+/// 0x00BBGGRR: red in the low byte.
+using Color = std::uint32_t;
+constexpr Color kBlack = 0, kRed = 255, kGreen = 65280, kYellow = 65535, kBlue = 0xFF0000, kWhite = 0xFFFFFF;
+
+/// One drawn thing, in twips on the whole unscrolled surface. A later one lies over an earlier one.
+struct DrawItem {
+    enum class Kind : std::uint8_t { Line, Rect, Milestone, Triangle, Text };
+    Kind kind = Kind::Line;
+    std::uint8_t hatch = 0;  ///< Rect: 0 solid, 1 transparent, 2 to 7 the kinds of lines
+    std::uint8_t apex = 0;   ///< Triangle: 3 up, 5 down, 7 right
+    std::uint8_t width = 1;  ///< Line: pixels
+    /// Corners in order, but for a line, which goes from 1 to 2. Of a text: the room that it takes.
+    int x1 = 0, y1 = 0, x2 = 0, y2 = 0;
+    Color border = kBlack;  ///< of a line or text: its colour
+    Color fill = kWhite;
+    std::string text;  ///< lines are separated by "\r\n"
+};
+
+/// A picture: items in drawing order, with an index by bands of height, so that a screenful out of many
+/// thousand items is found without looking at the rest.
+class DrawList {
+  public:
+    /// The height of a band should be some rows of text.
+    void Clear(int bandHeight);
+    void Add(DrawItem item);
+    const std::vector<DrawItem>& Items() const { return items_; }
+    /// Replaces `found` by the indexes, in drawing order, of the items that touch the heights from `top` to
+    /// `bottom`, both included; the thickness of lines counts.
+    void Between(int top, int bottom, std::vector<std::int32_t>& found) const;
+    /// How far the picture reaches, at least 0.
+    int Right() const { return right_; }
+    int Bottom() const { return bottom_; }
+
+  private:
+    int bandHeight_ = 1;
+    int right_ = 0, bottom_ = 0;
+    std::vector<DrawItem> items_;
+    std::vector<std::vector<std::int32_t>> bands_;
+    std::vector<std::int32_t> tall_;  ///< those in too many bands, or beyond the last
+};
+
+}  // namespace vortan

@@ -1,0 +1,204 @@
+#include "charts/GanttForm.h"
+
+#include <algorithm>
+
+#include "charts/PageHeader.h"
+#include "model/ErrTrap.h"
+#include "model/Rounding.h"
+#include "model/ValueText.h"
+
+namespace vortan {
+
+GanttForm::GanttForm(Workspace& workspace, Settings& settings, const TextMetrics& metrics)
+    : workspace_(workspace), settings_(settings), vwindow_(Vwindow::Style::Time, metrics) {
+    vwindow_.RedoLayout = [this] { RedoLayout(); };
+    vwindow_.RedoGraphics = [this] { RedoGraphics(); };
+}
+
+void GanttForm::Start() {
+    const Section section("GanttForm:Start");
+    GetDateRange(workspace_, startDate_, endDate_, true);
+    vwindow_.SetDateRange(startDate_, endDate_);
+}
+
+std::string GanttForm::Caption() const {
+    return "Mechanized Gantt chart for " + GetPageHeader(workspace_, true);
+}
+
+void GanttForm::ReadOptions() {
+    options_.taskLeader = settings_.SettingIsOn("ListTaskLeaderCheck");
+    options_.allDeps = settings_.SettingIsOn("ListAllDepsCheck");
+    options_.sortByDate = settings_.SettingIsOn("SortByDateCheck");
+    options_.milestones = settings_.SettingIsOn("MilestoneOption");
+    options_.markers = settings_.SettingIsOn("ShowMarkersCheck");
+    options_.criticalRed = settings_.SettingIsOn("CriticalPathRedCheck");
+    options_.adjustColors = settings_.SettingIsOn("AdjustColorsCheck");
+    options_.subprojects = settings_.SettingLetter("SubprojectDisplayCombo");
+    options_.arrows = settings_.SettingLetter("DependencyArrowsCombo");
+    options_.dateDeps = settings_.SettingLetter("DateDependencyCombo");
+}
+
+void GanttForm::RedoLayout() {
+    const Section section("GanttForm:Vwindow_RedoLayout");
+    workspace_.ThePlatform().StatusMessage("Building GANTT chart");
+    ReadOptions();
+    vwindow_.WrapText = settings_.SettingIsOn("WrapTextCheck");
+    vwindow_.ClearLayout();
+    vwindow_.AddColumn("Task", Alignment::Left);
+    vwindow_.AddColumn("Dependencies", Alignment::Left);
+    vwindow_.AddTimeColumns();
+    vwindow_.AddColumn("Slack", Alignment::Right);
+    vwindow_.AddColumn("Time\r\nleft", Alignment::Right);
+
+    taskCol_.clear();
+    rowList_.clear();
+    rowTasks_.clear();
+    standsFor_.clear();
+    projectRows_.clear();
+    if (const Vproject* project = workspace_.ThisProject()) {
+        std::unordered_set<const Vproject*> seen;
+        BuildTaskList(*project, seen);
+    }
+    if (options_.sortByDate && options_.subprojects == "T") SortTaskList(taskCol_);
+    for (const Vtask* task : taskCol_) {
+        if (IncludeTask(*task)) BuildTaskRow(*task);
+    }
+    vwindow_.EndLayout(2, options_.taskLeader ? 8 : 5);
+}
+
+void GanttForm::BuildTaskList(const Vproject& project, std::unordered_set<const Vproject*>& seen) {
+    // A project that several tasks stand for, or that holds itself, is listed once.
+    if (!seen.insert(&project).second) return;
+    Tasks tasks;
+    for (const Vtask* task : project.TaskList()) {
+        if (task->Include()) tasks.push_back(task);
+    }
+    if (!options_.sortByDate || options_.subprojects != "T") SortTaskList(tasks);
+    for (const Vtask* task : tasks) {
+        taskCol_.push_back(task);
+        const Vproject* subproject = task->Subproject();
+        if (!subproject) continue;
+        if (subproject->Parent() == &project) standsFor_.emplace(subproject, task);
+        BuildTaskList(*subproject, seen);
+    }
+}
+
+void GanttForm::SortTaskList(Tasks& tasks) const {
+    std::stable_sort(tasks.begin(), tasks.end(),
+                     [this](const Vtask* a, const Vtask* b) { return CheckOrder(*a, *b); });
+}
+
+bool GanttForm::CheckOrder(const Vtask& a, const Vtask& b) const {
+    if (!options_.sortByDate) return a.TaskID() < b.TaskID();
+    if (a.EarlyStart() != b.EarlyStart()) return a.EarlyStart() < b.EarlyStart();
+    return a.EarlyFinish() < b.EarlyFinish();
+}
+
+bool GanttForm::IncludeTask(const Vtask& task) const {
+    if (options_.subprojects == "T") return !task.Subproject();
+    return task.Project() == workspace_.ThisProject() || (options_.subprojects == "A" && task.Subproject());
+}
+
+void GanttForm::BuildTaskRow(const Vtask& task) {
+    vwindow_.AddRow();
+    const int row = vwindow_.Rows() - 1;
+    rowList_.emplace(&task, row);
+    rowTasks_.emplace_back(&task);
+    vwindow_.SetCell(row, 0, TaskCell(task));
+    vwindow_.SetCell(row, 1, DependencyCell(task));
+    const DateTime finish = task.EarlyFinish(), journal = task.Project()->Journal();
+    vwindow_.SetCell(row, vwindow_.Cols() - 2, FormatDuration(DaysBetween(finish, task.LateFinish()), false));
+    vwindow_.SetCell(row, vwindow_.Cols() - 1,
+                     finish < journal ? "Done" : FormatDuration(DaysBetween(journal, finish), false));
+}
+
+std::string GanttForm::TaskCell(const Vtask& task) const {
+    std::string text = task.BuildNodeText();
+    if (!options_.taskLeader) return text;
+    text += "\r\n";
+    const Vresource* leader = task.Subproject() ? task.Subproject()->Manager() : nullptr;
+    if (!leader) {
+        const auto& all = task.AssignmentList();
+        const auto first =
+            std::find_if(all.begin(), all.end(), [](const Vassignment* one) { return one->Include(); });
+        if (first != all.end()) leader = (*first)->ResourceRequired();
+    }
+    if (leader) text += "  " + leader->Description();
+    return text;
+}
+
+std::string GanttForm::DependencyCell(const Vtask& task) const {
+    if (task.Subproject() || !options_.allDeps) {
+        const Vdependency* control = task.ControlDependency();
+        return control ? control->BuildNodeText() : "";
+    }
+    std::string text;
+    bool first = true;
+    for (const Vdependency* dependency : task.DependencyList()) {
+        if (!dependency->Include()) continue;
+        if (!first) text += "\r\n";
+        text += dependency->BuildNodeText();
+        first = false;
+    }
+    return text;
+}
+
+int GanttForm::FindRow(const Vtask* task) {
+    if (!task) return 0;
+    if (const auto at = rowList_.find(task); at != rowList_.end()) return at->second;
+    return task->Project() ? RowOfProject(*task->Project()) : 0;
+}
+
+int GanttForm::RowOfProject(const Vproject& project) {
+    // The 0 that is filed first also ends a circle of parents.
+    const auto [place, isNew] = projectRows_.emplace(&project, 0);
+    if (!isNew) return place->second;
+    const Vproject* parent = project.Parent();
+    if (!parent) return 0;
+    const auto standing = standsFor_.find(&project);
+    const int row = standing == standsFor_.end() ? RowOfProject(*parent) : FindRow(standing->second);
+    projectRows_[&project] = row;
+    return row;
+}
+
+int GanttForm::GetY(int row, float ninth) const {
+    const double middle = (vwindow_.RowPos(row) + vwindow_.RowPos(row + 1)) / 2.0;
+    return RoundToInt32(middle + (ninth - 4.5) * Unit() / 9);
+}
+
+double GanttForm::Unit() const {
+    return (options_.taskLeader ? 2.75 : 1.75) * vwindow_.TextHeight();
+}
+
+std::string GanttForm::TipAt(int x, int y) const {
+    // The last row that begins at or above the point.
+    int row = 0;
+    for (int end = static_cast<int>(rowTasks_.size()) + 1; end - row > 1;) {
+        const int middle = row + (end - row) / 2;
+        (vwindow_.RowPos(middle) <= y ? row : end) = middle;
+    }
+    const Vtask* task = row > 0 ? rowTasks_[static_cast<std::size_t>(row) - 1].Get() : nullptr;
+    if (!task || !task->Project()) return {};
+    const Vproject& project = *task->Project();
+    std::int32_t journal = 0;
+    if (project.PlanIndex() != project.CurrentIndex() && Covers(CurrentBar(*task, row), x, y)) {
+        journal = project.CurrentIndex();
+    } else if (HasPlan(*task) && Covers(PlanBar(*task, row), x, y)) {
+        journal = project.PlanIndex();
+    } else {
+        return {};
+    }
+
+    const DateTime finish = task->EarlyFinishAt(journal);
+    std::string resources;
+    for (const Vassignment* assignment : task->AssignmentList()) {
+        const Vresource* resource = assignment->Include() ? assignment->ResourceRequired() : nullptr;
+        if (resource) resources += (resources.empty() ? "" : ", ") + resource->Description();
+    }
+    return task->BuildNodeText() + "\nStart: " + FormatDate(task->EarlyStartAt(journal)) +
+           "\nFinish: " + FormatDate(finish) +
+           "\nSlack: " + FormatDuration(DaysBetween(finish, task->LateFinishAt(journal)), true) +
+           (resources.empty() ? "" : "\nResources: " + resources);
+}
+
+}  // namespace vortan

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "charts/Vwindow.h"
+#include "model/Workspace.h"
+#include "persist/Settings.h"
+
+namespace vortan {
+
+/// The mechanized Gantt chart: the solved network of the active project on a time scale. A row for each task,
+/// with its plan bar, what is done and projected, its latest finish, its slack and the arrows of its
+/// dependencies, and a key below the last row.
+///
+/// The model is read and never written: dates of the plan are asked for by the number of its journal.
+class GanttForm {
+  public:
+    /// All three must outlive the form.
+    GanttForm(Workspace& workspace, Settings& settings, const TextMetrics& metrics);
+    GanttForm(const GanttForm&) = delete;
+    GanttForm& operator=(const GanttForm&) = delete;
+
+    /// Takes the range of dates from the active project, lays the chart out and draws it. Also the answer to
+    /// a new solution and to changed preferences.
+    void Start();
+    std::string Caption() const;
+    Vwindow& TheVwindow() { return vwindow_; }
+    const Vwindow& TheVwindow() const { return vwindow_; }
+
+    /// Task, dates, slack and resources of the bar at that place of the surface, a line each; empty if there
+    /// is no bar.
+    std::string TipAt(int x, int y) const;
+
+    /// The height of ninth `ninth` in a row, the ninths being those of a row of one line, centred.
+    int GetY(int row, float ninth) const;
+    /// Whether the task has a row.
+    bool IncludeTask(const Vtask& task) const;
+    /// The row of a task, or of the subproject that it is hidden in; 0 if there is none.
+    int FindRow(const Vtask* task);
+    /// Whether `a` stands before `b` on the chart.
+    bool CheckOrder(const Vtask& a, const Vtask& b) const;
+
+  private:
+    /// The user's choices, as they were when the layout began.
+    struct Options {
+        bool taskLeader = false, allDeps = false, sortByDate = false, milestones = false, markers = false,
+             criticalRed = false, adjustColors = false;
+        std::string subprojects, arrows, dateDeps;  ///< first letters
+    };
+    /// A bar's place on the surface.
+    struct Bar {
+        int x1, x2, y1, y2;
+        /// Of a milestone's symbol, which is as wide as high.
+        int Height() const { return y2 - y1; }
+    };
+    using Tasks = std::vector<const Vtask*>;
+
+    void RedoLayout();
+    void RedoGraphics();
+    void ReadOptions();
+
+    // Rows
+    void BuildTaskList(const Vproject& project, std::unordered_set<const Vproject*>& seen);
+    void SortTaskList(Tasks& tasks) const;
+    void BuildTaskRow(const Vtask& task);
+    std::string TaskCell(const Vtask& task) const;
+    std::string DependencyCell(const Vtask& task) const;
+    int RowOfProject(const Vproject& project);
+
+    // Picture
+    double Unit() const;
+    /// How wide the head of an arrow is.
+    double HeadWidth() const { return vwindow_.TextHeight() * 2.0 / 7; }
+    /// Whether the plan's journal holds dates of the task.
+    static bool HasPlan(const Vtask& task);
+    Bar PlanBar(const Vtask& task, int row) const;
+    Bar CurrentBar(const Vtask& task, int row) const;
+    bool DrawsAsRect(const Bar& bar) const { return !options_.milestones && bar.x1 < bar.x2; }
+    bool Covers(const Bar& bar, int x, int y) const;
+    void DrawTaskBar(const Vtask& task);
+    void DrawCurrentBar(const Vtask& task, int row, Color border);
+    void DrawSymbol(double middle, const Bar& bar, Color border, Color fill);
+    void DrawLink(const Bar& bar);
+    void DrawMarker(const Vtask& task, std::int32_t planIndex);
+    void DrawDependency(const Vdependency& dependency);
+    void DrawArrowBetweenRows(int row1, DateTime date1, int row2, DateTime date2);
+    void DrawDateDependency(int row1, DateTime date1, int row2, DateTime date2);
+    /// A head of an arrow, over the point `x`. Apex 3 points up, 5 down.
+    void DrawHead(double x, double top, double bottom, Color color, int apex);
+
+    // Key
+    void BuildKey(const Vproject& project);
+    void KeySample(double x1, double x2, double top, double height, Color fill, const std::string& label);
+    void KeyMarker(double middle, double top, Color fill, const std::string& label);
+
+    Workspace& workspace_;
+    Settings& settings_;
+    Vwindow vwindow_;
+    DateTime startDate_, endDate_;
+    Options options_;
+    Tasks taskCol_;                                                ///< in chart order, hidden ones too
+    std::unordered_map<const Vtask*, int> rowList_;                ///< only of tasks that have a row
+    std::vector<Link<const Vtask>> rowTasks_;                      ///< the task of row 1, 2 ...
+    std::unordered_map<const Vproject*, const Vtask*> standsFor_;  ///< the task that a subproject is
+    std::unordered_map<const Vproject*, int> projectRows_;         ///< what RowOfProject has found
+    std::vector<bool> criticalRows_;                               ///< empty if they are not to be red
+    double projectSlack_ = 0;                                      ///< days
+};
+
+}  // namespace vortan

@@ -1,0 +1,13 @@
+#include "charts/PageHeader.h"
+
+namespace vortan {
+
+std::string GetPageHeader(const Workspace& workspace, bool manager) {
+    const Vproject* project = workspace.ThisProject();
+    if (!project) return {};
+    std::string header = project->BuildNodeText();
+    if (const Vresource* who = manager ? project->Manager() : nullptr) header += " PM:" + who->Description();
+    return header;
+}
+
+}  // namespace vortan

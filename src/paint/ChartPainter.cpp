@@ -1,0 +1,249 @@
+#include "paint/ChartPainter.h"
+
+#include <algorithm>
+
+#include "charts/AdjustColors.h"
+#include "paint/Text.h"
+
+namespace vortan {
+namespace {
+
+constexpr Color kGridLine = 0xC8C8C8, kTimeLine = 0xE4E4E4, kHeading = 0xF2F0EC;
+constexpr int kCellMargin = 60;  // twips between a line and the text beside it
+
+QColor ToQt(Color color) {
+    return QColor(static_cast<int>(color & 0xFF), static_cast<int>(color >> 8 & 0xFF),
+                  static_cast<int>(color >> 16 & 0xFF));
+}
+
+Qt::BrushStyle BrushOf(int hatch) {
+    static constexpr Qt::BrushStyle kStyles[] = {Qt::SolidPattern, Qt::NoBrush,         Qt::HorPattern,
+                                                 Qt::VerPattern,   Qt::FDiagPattern,    Qt::BDiagPattern,
+                                                 Qt::CrossPattern, Qt::DiagCrossPattern};
+    return hatch >= 0 && hatch < static_cast<int>(std::size(kStyles)) ? kStyles[hatch] : Qt::SolidPattern;
+}
+
+/// The first of `count` + 1 rising positions that lies beyond `at`, less one: the line that holds `at`.
+template <class Position>
+int LineAt(int at, int count, Position&& position) {
+    int low = 0, high = count;
+    while (low < high) {
+        const int middle = (low + high) / 2;
+        if (position(middle + 1) <= at) {
+            low = middle + 1;
+        } else {
+            high = middle;
+        }
+    }
+    return low;
+}
+
+std::vector<std::string_view> SplitLines(std::string_view text) {
+    std::vector<std::string_view> lines;
+    std::size_t from = 0;
+    for (;;) {
+        const std::size_t end = text.find("\r\n", from);
+        lines.push_back(text.substr(from, end == std::string_view::npos ? end : end - from));
+        if (end == std::string_view::npos) return lines;
+        from = end + 2;
+    }
+}
+
+}  // namespace
+
+void ChartPainter::Paint(QPainter& painter, const QRect& part, double pixel) const {
+    painter.save();
+    painter.setClipRect(part, Qt::IntersectClip);
+    painter.fillRect(part, Qt::white);
+    painter.setFont(metrics_.DrawingFont());
+    if (surface_.TheStyle() != Vwindow::Style::Free) PaintGrid(painter, part, pixel);
+    surface_.ItemsBetween(part.top(), part.bottom() + 1, found_);
+    for (const std::int32_t index : found_) {
+        const DrawItem& item = surface_.Items()[static_cast<std::size_t>(index)];
+        const QRect box(QPoint(std::min(item.x1, item.x2), item.y1),
+                        QPoint(std::max(item.x1, item.x2), item.y2));
+        if (item.kind != DrawItem::Kind::Text &&
+            (box.left() > part.right() + 15 || box.right() < part.left() - 15))
+            continue;
+        if (blackAndWhite_) {
+            PaintItem(painter, Adjusted(item), pixel);
+        } else {
+            PaintItem(painter, item, pixel);
+        }
+    }
+    painter.restore();
+}
+
+void ChartPainter::PaintGrid(QPainter& painter, const QRect& part, double pixel) const {
+    const auto rowPos = [this](int row) { return surface_.RowPos(row); };
+    const auto colPos = [this](int col) { return surface_.ColPos(col); };
+    const int rows = surface_.Rows(), cols = surface_.Cols();
+    if (cols == 0) return;
+    const int firstRow = LineAt(part.top(), rows - 1, rowPos),
+              lastRow = LineAt(part.bottom(), rows - 1, rowPos);
+    const int firstCol = LineAt(part.left(), cols - 1, colPos),
+              lastCol = LineAt(part.right(), cols - 1, colPos);
+    const int footer = surface_.HasFooter() ? rows - 1 : rows;
+    const int left = surface_.ColPos(0), right = surface_.ColPos(cols);
+
+    if (firstRow == 0) painter.fillRect(QRect(QPoint(left, 0), QPoint(right, rowPos(1))), ToQt(kHeading));
+    const QPen gridPen(ToQt(kGridLine), pixel), timePen(ToQt(kTimeLine), pixel);
+    for (int col = firstCol; col <= lastCol; ++col) {
+        if (surface_.IsTimeColumn(col)) continue;
+        for (int row = std::max(firstRow, 1); row <= std::min(lastRow, footer - 1); ++row) {
+            const Color color = surface_.CellColor(row, col);
+            if (color != kWhite) {
+                painter.fillRect(
+                    QRect(QPoint(colPos(col), rowPos(row)), QPoint(colPos(col + 1), rowPos(row + 1))),
+                    ToQt(blackAndWhite_ ? AdjustedFill(color).fill : color));
+            }
+        }
+    }
+    for (int col = firstCol; col <= lastCol + 1; ++col) {
+        const bool time =
+            col > 0 && col < cols && surface_.IsTimeColumn(col) && surface_.IsTimeColumn(col - 1);
+        painter.setPen(time ? timePen : gridPen);
+        painter.drawLine(colPos(col), std::max(rowPos(0), part.top()), colPos(col),
+                         std::min(rowPos(footer), part.bottom()));
+    }
+    painter.setPen(gridPen);
+    for (int row = firstRow; row <= lastRow + 1; ++row) {
+        painter.drawLine(std::max(left, part.left()), rowPos(row), std::min(right, part.right()),
+                         rowPos(row));
+    }
+    painter.setPen(Qt::black);
+    if (firstRow == 0) PaintHeading(painter, firstCol, lastCol, pixel);
+    for (int row = std::max(firstRow, 1); row <= std::min(lastRow, footer - 1); ++row) {
+        for (int col = firstCol; col <= lastCol; ++col) {
+            if (!surface_.IsTimeColumn(col)) PaintCell(painter, row, col);
+        }
+    }
+}
+
+/// Titles of the columns; over time columns the larger periods above, the periods below.
+void ChartPainter::PaintHeading(QPainter& painter, int firstCol, int lastCol, double pixel) const {
+    const int bottom = surface_.RowPos(1);
+    const int line = surface_.TextHeight();
+    for (int col = firstCol; col <= lastCol; ++col) {
+        const QRect room(QPoint(surface_.ColPos(col), 0), QPoint(surface_.ColPos(col + 1), bottom));
+        if (surface_.IsTimeColumn(col)) {
+            const QRect lower(QPoint(room.left(), bottom / 2), room.bottomRight());
+            painter.drawText(lower, Qt::AlignCenter | Qt::TextDontClip, Q(surface_.ColumnTitle(col)));
+        } else {
+            PaintText(painter, room, SplitLines(surface_.ColumnTitle(col)), Qt::AlignCenter);
+        }
+    }
+    for (const auto& label : surface_.UpperLabels()) {
+        if (label.lastCol <= firstCol || label.firstCol > lastCol) continue;
+        const QRect room(QPoint(surface_.ColPos(label.firstCol), 0),
+                         QPoint(surface_.ColPos(label.lastCol), bottom / 2));
+        painter.setPen(QPen(ToQt(kGridLine), pixel));
+        painter.drawLine(room.left(), 0, room.left(), bottom);
+        painter.drawLine(room.left(), bottom / 2, room.right(), bottom / 2);
+        painter.setPen(Qt::black);
+        painter.drawText(room.adjusted(line / 6, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft, Q(label.text));
+    }
+}
+
+void ChartPainter::PaintCell(QPainter& painter, int row, int col) const {
+    std::vector<std::string_view> lines;
+    surface_.CellLines(row, col, lines);
+    if (lines.empty() || (lines.size() == 1 && lines[0].empty())) return;
+    const QRect room(QPoint(surface_.ColPos(col), surface_.RowPos(row)),
+                     QPoint(surface_.ColPos(col + 1), surface_.RowPos(row + 1)));
+    Qt::Alignment alignment = Qt::AlignVCenter | Qt::AlignLeft;
+    switch (surface_.ColumnAlignment(col)) {
+        case Alignment::Right:
+            alignment = Qt::AlignVCenter | Qt::AlignRight;
+            break;
+        case Alignment::RightBottom:
+            alignment = Qt::AlignBottom | Qt::AlignRight;
+            break;
+        case Alignment::Center:
+        case Alignment::DayColumn:
+            alignment = Qt::AlignCenter;
+            break;
+        case Alignment::Left:
+            break;
+    }
+    if (surface_.CellMarkC(row, col)) alignment = Qt::AlignCenter;
+    const bool bold = surface_.CellMarkB(row, col);
+    if (bold) {
+        QFont font = painter.font();
+        font.setBold(true);
+        painter.setFont(font);
+    }
+    PaintText(painter, room, lines, alignment);
+    if (bold) painter.setFont(metrics_.DrawingFont());
+}
+
+void ChartPainter::PaintText(QPainter& painter, const QRect& room, const std::vector<std::string_view>& lines,
+                             Qt::Alignment alignment) const {
+    const int line = surface_.TextHeight();
+    const int height = line * static_cast<int>(lines.size());
+    int top = room.top() + (room.height() - height) / 2;
+    if (alignment & Qt::AlignBottom) top = room.bottom() - height;
+    const QRect inner = room.adjusted(kCellMargin, 0, -kCellMargin, 0);
+    for (const std::string_view text : lines) {
+        int left = inner.left();
+        if (alignment & Qt::AlignRight) left = inner.right() - surface_.TextWidth(text);
+        if (alignment & Qt::AlignHCenter) left = inner.center().x() - surface_.TextWidth(text) / 2;
+        painter.drawText(left, top + metrics_.Ascent(), Q(text));
+        top += line;
+    }
+}
+
+void ChartPainter::PaintItem(QPainter& painter, const DrawItem& item, double pixel) const {
+    const QColor border = ToQt(item.border), fill = ToQt(item.fill);
+    QPen pen(border, pixel);
+    pen.setJoinStyle(Qt::MiterJoin);
+    const int middleX = (item.x1 + item.x2) / 2, middleY = (item.y1 + item.y2) / 2;
+    switch (item.kind) {
+        case DrawItem::Kind::Line:
+            pen.setWidthF(pixel * item.width);
+            pen.setCapStyle(Qt::FlatCap);
+            painter.setPen(pen);
+            painter.drawLine(item.x1, item.y1, item.x2, item.y2);
+            return;
+        case DrawItem::Kind::Rect: {
+            QBrush brush(fill, BrushOf(item.hatch));
+            // Hatches are as dense on every device.
+            if (item.hatch > 1) brush.setTransform(QTransform::fromScale(15, 15));
+            painter.setPen(pen);
+            painter.setBrush(brush);
+            painter.drawRect(QRect(QPoint(item.x1, item.y1), QSize(item.x2 - item.x1, item.y2 - item.y1)));
+            return;
+        }
+        case DrawItem::Kind::Milestone:
+        case DrawItem::Kind::Triangle: {
+            QPolygon shape;
+            if (item.kind == DrawItem::Kind::Milestone) {
+                shape << QPoint(middleX, item.y1) << QPoint(item.x2, middleY) << QPoint(middleX, item.y2)
+                      << QPoint(item.x1, middleY);
+            } else if (item.apex == 7) {
+                shape << QPoint(item.x1, item.y1) << QPoint(item.x2, middleY) << QPoint(item.x1, item.y2);
+            } else {
+                const int apex = item.apex == 3 ? item.y1 : item.y2,
+                          base = item.apex == 3 ? item.y2 : item.y1;
+                shape << QPoint(item.x1, base) << QPoint(middleX, apex) << QPoint(item.x2, base);
+            }
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(pen);
+            painter.setBrush(fill);
+            painter.drawPolygon(shape);
+            painter.setRenderHint(QPainter::Antialiasing, false);
+            return;
+        }
+        case DrawItem::Kind::Text: {
+            painter.setPen(border);
+            int top = item.y1;
+            for (const std::string_view text : SplitLines(item.text)) {
+                painter.drawText(item.x1, top + metrics_.Ascent(), Q(text));
+                top += surface_.TextHeight();
+            }
+            return;
+        }
+    }
+}
+
+}  // namespace vortan

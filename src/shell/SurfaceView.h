@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QAbstractScrollArea>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "charts/Vwindow.h"
+#include "paint/QtTextMetrics.h"
+
+namespace vortan {
+
+/// A surface on screen: scrolls it with its headings in view, and hands the mouse on to it. Paints only what
+/// is visible, straight from the surface's list.
+class SurfaceView : public QAbstractScrollArea {
+  public:
+    /// The surface must outlive the view; it is measured in `metrics`, which SetMetrics replaces.
+    SurfaceView(Vwindow& surface, const QtTextMetrics& metrics);
+
+    void SetMetrics(const QtTextMetrics& metrics) { metrics_ = &metrics; }
+    /// The surface has another size or picture.
+    void SurfaceChanged();
+    /// What to tell about the place under the mouse; empty for nothing.
+    std::function<std::string(int x, int y)> TipAt;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+
+  private:
+    double TwipsPerPixel() const { return 1440.0 / logicalDpiX(); }
+    int ToPixels(int twips) const;
+    /// The size in pixels of what stays in view; nothing does that would fill most of the window.
+    QSize Fixed() const;
+    QPoint ToSurface(const QPoint& pixel) const;
+    void FitScrollBars();
+
+    Vwindow& surface_;
+    const QtTextMetrics* metrics_;
+};
+
+}  // namespace vortan

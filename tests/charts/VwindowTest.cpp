@@ -1,0 +1,311 @@
+#include "charts/Vwindow.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "charts/FixedMetrics.h"
+#include "model/Fault.h"
+
+namespace vortan {
+namespace {
+
+using Style = Vwindow::Style;
+using Period = Vwindow::Period;
+
+const FixedMetrics metrics;
+
+DateTime Day(int year, int month, int day) {
+    return FromParts({.year = year, .month = month, .day = day});
+}
+
+/// A chart "Task" | time columns | "Left" over a range, without rows.
+Vwindow TimeChart(DateTime start, DateTime finish, int pageWidth = 15120) {
+    Vwindow w(Style::Time, metrics);
+    w.SetPage({.width = pageWidth});
+    w.RedoLayout = [&w] {
+        w.ClearLayout();
+        w.AddColumn("Task", Alignment::Left);  // 500 wide
+        w.AddTimeColumns();
+        w.AddColumn("Time\r\nleft", Alignment::Right);  // 500 wide
+        w.EndLayout(1, 0);
+    };
+    w.SetDateRange(start, finish);
+    w.RedoLayout = nullptr;
+    return w;
+}
+
+std::vector<int> RowPositions(const Vwindow& w) {
+    std::vector<int> positions;
+    for (int row = 0; row <= w.Rows(); ++row) positions.push_back(w.RowPos(row));
+    return positions;
+}
+
+std::vector<int> ColPositions(const Vwindow& w) {
+    std::vector<int> positions;
+    for (int col = 0; col <= w.Cols(); ++col) positions.push_back(w.ColPos(col));
+    return positions;
+}
+
+TEST(Vwindow, RowsAndColumnsFollowTheirText) {
+    Vwindow w(Style::Table, metrics);
+    w.ClearLayout();
+    w.AddColumn("Name", Alignment::Left);
+    w.AddColumn("Two\r\nlines", Alignment::Right);
+    w.EndColumns();
+    w.EndLayout(0, 0);
+    EXPECT_EQ(RowPositions(w), (std::vector{0, 550}));
+    EXPECT_EQ(ColPositions(w), (std::vector{0, 500, 1100}));
+    EXPECT_TRUE(w.IsComplete());
+    EXPECT_THROW(w.ColPos(3), Fault);
+    EXPECT_THROW(w.RowPos(2), Fault);
+
+    for (const char* name : {"a", "bb\r\n\r\nlonger", "c"}) {
+        w.AddRow();
+        w.SetCell(w.Rows() - 1, 0, name);
+    }
+    w.EndLayout(1, 2);
+    EXPECT_EQ(RowPositions(w), (std::vector{0, 550, 900, 1650, 2000, 2500}));
+    EXPECT_EQ(ColPositions(w), (std::vector{0, 700, 1300}));
+    EXPECT_THROW(w.Cell(4, 0), Fault) << "the footer";
+    EXPECT_THROW(w.SetCell(1, 2, "x"), Fault);
+    EXPECT_THROW(w.AddRow(0), Fault) << "the heading stays first";
+
+    // A row between others; the footer waits for the layout.
+    w.AddRow(2);
+    EXPECT_EQ(w.Cell(2, 0) + w.Cell(4, 0), "c");
+    w.AddRow(w.Rows());
+    w.SetCell(5, 1, "last");
+    w.RefreshRows();
+    EXPECT_EQ(RowPositions(w), (std::vector{0, 550, 900, 1250, 2000, 2350, 2700}));
+
+    w.ClearLayout();
+    EXPECT_EQ(w.Rows(), 1);
+    EXPECT_EQ(w.Cols(), 0);
+}
+
+TEST(Vwindow, FixedPart) {
+    Vwindow w(Style::Table, metrics);
+    w.ClearLayout();
+    w.AddColumn("R", Alignment::Left);
+    w.AddColumn("January 2027", Alignment::DayColumn);
+    w.AddColumn("January 2027", Alignment::DayColumn);
+    w.AddRow();
+    w.SetCell(1, 2, "12.5");
+    w.EndColumns(true);
+    w.EndLayout(7, 0);
+    EXPECT_EQ(w.FixedRows(), 2);
+    EXPECT_EQ(w.FixedCols(), 3);
+    EXPECT_EQ(ColPositions(w), (std::vector{0, 200, 700, 1200})) << "days do not follow their title";
+}
+
+TEST(Vwindow, LongTextsWrap) {
+    Vwindow w(Style::Table, metrics);
+    w.WrapText = true;
+    w.ClearLayout();
+    w.AddColumn("Name", Alignment::Left);
+    w.AddColumn("Hours", Alignment::Right);
+    const std::string ten = "abcdefghi ", word(35, 'w');
+    const struct {
+        std::string text;
+        std::vector<std::string_view> lines;
+    } cases[] = {
+        {"", {""}},
+        {ten + ten + "abcdefghij", {"abcdefghi abcdefghi abcdefghij"}},
+        {ten + ten + "abcdefghijk", {"abcdefghi abcdefghi", "abcdefghijk"}},
+        {"  " + word + " x\r\ny", {"  wwwwwwwwwwwwwwwwwwwwwwwwwwww", "wwwwwww x", "y"}},
+        {ten + ten + ten + "     ", {"abcdefghi abcdefghi abcdefghi "}},
+    };
+    for (const auto& c : cases) {
+        w.AddRow();
+        w.SetCell(w.Rows() - 1, 0, c.text);
+        w.SetCell(w.Rows() - 1, 1, std::string(40, '1'));
+    }
+    w.EndLayout(0, 0);
+    std::vector<std::string_view> lines;
+    int row = 1;
+    for (const auto& c : cases) {
+        w.CellLines(row, 0, lines);
+        EXPECT_EQ(lines, c.lines) << row;
+        EXPECT_EQ(w.RowPos(row + 1) - w.RowPos(row), 150 + 200 * static_cast<int>(c.lines.size())) << row;
+        ++row;
+    }
+    EXPECT_EQ(ColPositions(w), (std::vector{0, 3100, 7200})) << "numbers do not wrap";
+}
+
+TEST(Vwindow, ThePeriodIsTheFinestThatFits) {
+    const DateTime start = Day(2027, 1, 4);  // a Monday
+    const struct {
+        DateTime finish;
+        int pageWidth;
+        Period period;
+        int columns, width;
+        const char *first, *last;
+        DateTime end;
+    } cases[] = {
+        {start, 15120, Period::Day, 1, 150, "4", "4", Day(2027, 1, 5)},
+        {Day(2027, 1, 14), 3500, Period::Day, 10, 250, "4", "13", Day(2027, 1, 14)},
+        {AddDays(Day(2027, 1, 14), 0.001), 3500, Period::Week, 2, 250, "4", "11", Day(2027, 1, 18)},
+        {Day(2027, 12, 31), 14250, Period::Week, 52, 250, "4", "27", Day(2028, 1, 3)},
+        {Day(2027, 12, 31), 14249 - 250, Period::Month, 12, 350, "Jan", "Dec", Day(2028, 1, 1)},
+        {Day(2027, 12, 31), 5199, Period::Quarter, 4, 250, "Q1", "Q4", Day(2028, 1, 1)},
+        {Day(2028, 1, 2), 100, Period::Quarter, 5, 250, "Q1", "Q1", Day(2028, 4, 1)},
+        {Day(2026, 1, 1), 15120, Period::Day, 1, 150, "4", "4", Day(2027, 1, 5)},
+    };
+    for (const auto& c : cases) {
+        const Vwindow w = TimeChart(start, c.finish, c.pageWidth);
+        SCOPED_TRACE(std::to_string(c.finish.Days()) + " on " + std::to_string(c.pageWidth));
+        EXPECT_EQ(w.ThePeriod(), c.period);
+        ASSERT_EQ(w.Cols(), c.columns + 2);
+        EXPECT_EQ(w.ColPos(2) - w.ColPos(1), c.width);
+        EXPECT_EQ(w.ColPos(c.columns + 2), 1000 + c.columns * c.width);
+        EXPECT_EQ(w.ColumnTitle(1), c.first);
+        EXPECT_EQ(w.ColumnTitle(c.columns), c.last);
+        EXPECT_EQ(w.ColumnTitle(c.columns + 1), "Time\r\nleft");
+        DateTime first, last;
+        w.GetShownDates(first, last);
+        EXPECT_EQ(last, c.end);
+    }
+}
+
+TEST(Vwindow, CellsRightOfTheScaleStayThereWhenThePeriodChanges) {
+    Vwindow w(Style::Time, metrics);
+    w.SetDateRange(Day(2027, 1, 1), Day(2027, 2, 22));
+    w.ClearLayout();
+    w.AddColumn("Task", Alignment::Left);
+    w.AddTimeColumns();
+    w.AddColumn("Left", Alignment::Right);
+    EXPECT_EQ(w.Cols(), 54);
+    w.AddRow();
+    w.SetCell(1, 0, "too wide a name for a scale of days");
+    w.SetCell(1, w.Cols() - 1, "Done");
+    EXPECT_THROW(w.SetCell(1, 1, "on the scale"), Fault);
+    w.EndLayout(1, 0);
+    EXPECT_EQ(w.ThePeriod(), Period::Week);
+    ASSERT_EQ(w.Cols(), 10);
+    EXPECT_EQ(w.Cell(1, 9), "Done");
+    EXPECT_EQ(w.Cell(1, 1), "");
+}
+
+TEST(Vwindow, UpperLabelsShrinkToTheirColumns) {
+    std::vector<std::string> texts;
+    const auto labels = [&](DateTime start, DateTime finish, int pageWidth) {
+        texts.clear();
+        int next = 1;
+        const Vwindow w = TimeChart(start, finish, pageWidth);
+        for (const auto& label : w.UpperLabels()) {
+            EXPECT_EQ(label.firstCol, next);
+            texts.push_back(label.text);
+            next = label.lastCol;
+        }
+        return texts;
+    };
+    using Texts = std::vector<std::string>;
+    EXPECT_EQ(labels(Day(2027, 1, 27), Day(2027, 3, 2), 15120), (Texts{"January 2027", "February 2027", ""}));
+    EXPECT_EQ(labels(Day(2027, 1, 28), Day(2027, 3, 3), 15120), (Texts{"Jan 2027", "February 2027", "Mar"}));
+    EXPECT_EQ(labels(Day(2027, 12, 1), Day(2028, 2, 2), 2500), (Texts{"", "2028"}));
+}
+
+TEST(Vwindow, DatesBecomePositionsAndBack) {
+    const Vwindow w = TimeChart(Day(2027, 2, 10), Day(2027, 4, 20), 2100);  // Feb, Mar, Apr of 350
+    const struct {
+        DateTime when;
+        int x;
+    } cases[] = {
+        {Day(2027, 2, 1), 500},      {Day(2027, 2, 15), 675},       {Day(2027, 3, 1), 850},
+        {Day(2027, 4, 16), 1375},    {Day(2027, 5, 1), 1550},       {Day(2027, 5, 31), 1900},
+        {Day(2027, 1, 4), 150},      {DateTime(1e300), 2147483647}, {DateTime(-1e300), -2147483647 - 1},
+        {DateTime(std::nan("")), 0},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(w.DateToX(c.when), c.x) << c.when.Days();
+        if (c.x > 0 && c.x < 2000) {
+            EXPECT_EQ(w.XToDate(c.x), c.when);
+        }
+    }
+}
+
+TEST(Vwindow, ANestedLayoutReplacesThePicture) {
+    Vwindow w(Style::Time, metrics);
+    int calls = 0;
+    w.RedoLayout = [&] {
+        w.ClearLayout();
+        w.AddColumn("Hours", Alignment::RightBottom);
+        w.AddTimeColumns();
+        w.EndLayout(1, 0);
+    };
+    w.RedoGraphics = [&] {
+        w.DrawLine(0, 0, 10, 10);
+        if (++calls == 1) {
+            w.AddRow();
+            w.SetCell(w.Rows() - 1, 0, "a long label, too wide for days");
+            w.EndLayout(1, 2);
+            return;
+        }
+        EXPECT_FALSE(w.IsComplete());
+        w.DrawDateLine(Day(2027, 1, 2), kBlue);
+        w.DrawDateLine(Day(2028, 1, 2), kBlue);
+        w.DrawText(15000, w.RowPos(w.Rows() - 1) + 10, "Key\r\nof two", kRed);
+        w.EndGraphics();
+    };
+    w.SetDateRange(Day(2027, 1, 1), Day(2027, 2, 22));
+    EXPECT_EQ(calls, 2);
+    EXPECT_TRUE(w.IsComplete());
+    EXPECT_EQ(w.ThePeriod(), Period::Day) << "columns counted before stay good";
+    ASSERT_EQ(w.Items().size(), 3U);
+    EXPECT_EQ(w.Items()[1].x1, 3200 + 250);
+    EXPECT_EQ(w.Items()[1].y2, 900) << "down to the footer";
+    EXPECT_EQ(w.Items()[2].y2, 910 + 400);
+    EXPECT_EQ(w.ContentWidth(), 3200 + 52 * 250);
+    EXPECT_EQ(w.ContentHeight(), 1400);
+    w.RedoGraphics = [&] { w.DrawText(17000, 1000, "Key"), w.EndGraphics(); };
+    w.EndLayout(1, 2);
+    EXPECT_EQ(w.ContentWidth(), 17300) << "a key wider than the chart";
+}
+
+TEST(Vwindow, AFreeDrawingGrowsWithItsPicture) {
+    Vwindow w(Style::Free, metrics);
+    w.ClearLayout();
+    w.AddColumn("", Alignment::Center);
+    w.AddRow();
+    EXPECT_EQ(w.ColPos(1), 1000);
+    EXPECT_EQ(w.RowPos(1), 1000);
+    w.ClearLayout();
+    w.EndLayout(0, 0);
+    w.DrawRect(3000, 2500, -5, 400, kBlack, kWhite);
+    EXPECT_EQ(ColPositions(w), (std::vector{0, 1000, 2000, 3000}));
+    EXPECT_EQ(RowPositions(w), (std::vector{0, 1000, 2000, 3000}));
+    w.DrawText(3000, 2500, "x");
+    EXPECT_EQ(w.ContentWidth(), 4000);
+    EXPECT_EQ(w.FixedRows() + w.FixedCols(), 0);
+    EXPECT_EQ(w.Items()[0].x1, -5);
+    EXPECT_EQ(w.Items()[0].y2, 2500) << "corners are put in order";
+}
+
+TEST(Vwindow, ItemsBetweenAreThoseOfAFullSearch) {
+    Vwindow w(Style::Free, metrics);
+    w.ClearLayout();
+    std::mt19937 random(7);
+    const auto upTo = [&](unsigned limit) { return static_cast<int>(random() % limit); };
+    for (int i = 0; i < 3000; ++i) {
+        const int y = upTo(200000) - 500, height = upTo(50) == 0 ? upTo(200000) : upTo(5000);
+        w.DrawLine(0, y, 0, y - height);
+    }
+    w.DrawLine(0, -2e9, 0, 3e9);
+    w.DrawLine(0, 2e9, 0, 2e9);
+    std::vector<std::int32_t> found, expected;
+    const std::pair<int, int> ranges[] = {
+        {0, 0}, {3200, 6399}, {150000, 170000}, {-9000, -1}, {1999999999, 2100000000}, {5, 4}};
+    for (const auto& [top, bottom] : ranges) {
+        expected.clear();
+        for (std::size_t i = 0; i < w.Items().size() && top <= bottom; ++i) {
+            const auto [low, high] = std::minmax(w.Items()[i].y1, w.Items()[i].y2);
+            if (low - 15LL <= bottom && high + 15LL >= top) expected.push_back(static_cast<std::int32_t>(i));
+        }
+        w.ItemsBetween(top, bottom, found);
+        EXPECT_EQ(found, expected) << top;
+    }
+}
+
+}  // namespace
+}  // namespace vortan
