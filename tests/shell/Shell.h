@@ -6,9 +6,9 @@
 #include <QTest>
 #include <string>
 
+#include "paint/Text.h"
 #include "shell/Desktop.h"
 #include "shell/MainForm.h"
-#include "paint/Text.h"
 #include "shell/Trees.h"
 #include "support/ScriptedPlatform.h"
 

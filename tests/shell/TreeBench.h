@@ -4,13 +4,13 @@
 #include <QTest>
 #include <string>
 
+#include "paint/Text.h"
 #include "shell/DragDrop.h"
 #include "shell/MainForm.h"
 #include "shell/NodeCommands.h"
 #include "shell/NodeView.h"
 #include "shell/ProjectTreeForm.h"
 #include "shell/TemplateTreeForm.h"
-#include "paint/Text.h"
 #include "shell/Trees.h"
 #include "support/ScriptedPlatform.h"
 
