@@ -8,7 +8,6 @@
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QApplication::setApplicationName("vortan");
-    QApplication::setApplicationDisplayName("VORTAN");
     // The whole command line is one file name, which the recent files keep for other directories.
     QStringList words = QApplication::arguments();
     words.removeFirst();
