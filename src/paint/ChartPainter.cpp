@@ -9,7 +9,6 @@ namespace vortan {
 namespace {
 
 constexpr Color kGridLine = 0xC8C8C8, kTimeLine = 0xE4E4E4, kHeading = 0xF2F0EC;
-constexpr int kCellMargin = 60;  // twips between a line and the text beside it
 
 QColor ToQt(Color color) {
     return QColor(static_cast<int>(color & 0xFF), static_cast<int>(color >> 8 & 0xFF),
@@ -183,7 +182,7 @@ void ChartPainter::PaintText(QPainter& painter, const QRect& room, const std::ve
     const int height = line * static_cast<int>(lines.size());
     int top = room.top() + (room.height() - height) / 2;
     if (alignment & Qt::AlignBottom) top = room.bottom() - height;
-    const QRect inner = room.adjusted(kCellMargin, 0, -kCellMargin, 0);
+    const QRect inner = room.adjusted(surface_.CellMargin(), 0, -surface_.CellMargin(), 0);
     for (const std::string_view text : lines) {
         int left = inner.left();
         if (alignment & Qt::AlignRight) left = inner.right() - surface_.TextWidth(text);

@@ -1,16 +1,16 @@
 #include <QScrollBar>
 
 #include "paint/Pictures.h"
-#include "shell/GanttPage.h"
+#include "shell/ChartPage.h"
 #include "shell/Shell.h"
 
 namespace vortan {
 namespace {
 
 /// The plan of a house, solved, with its chart in front.
-class GanttPageTest : public ::testing::Test {
+class ChartPageTest : public ::testing::Test {
   protected:
-    GanttPageTest() {
+    ChartPageTest() {
         shell.desktop.files.LoadFile(EXAMPLES "/house.vta");
         shell.Solve();
         shell.Choose("GraphicsGanttMenu");
@@ -24,7 +24,7 @@ class GanttPageTest : public ::testing::Test {
     Workspace& workspace = shell.desktop.workspace;
 };
 
-TEST_F(GanttPageTest, TheCommandOpensAndCloses) {
+TEST_F(ChartPageTest, TheCommandOpensAndCloses) {
     EXPECT_TRUE(Open());
     EXPECT_TRUE(shell.main.Action("GraphicsGanttMenu").isChecked());
     EXPECT_TRUE(
@@ -40,7 +40,7 @@ TEST_F(GanttPageTest, TheCommandOpensAndCloses) {
     EXPECT_FALSE(Open());
 }
 
-TEST_F(GanttPageTest, ANewSolutionIsDrawn) {
+TEST_F(ChartPageTest, ANewSolutionIsDrawn) {
     const QRect everything(0, 0, 2000, 2000);
     const QImage before = Seen(everything);
     Vtask* first = workspace.ThisProject()->FindTask(1);
@@ -51,7 +51,7 @@ TEST_F(GanttPageTest, ANewSolutionIsDrawn) {
     EXPECT_NE(Seen(everything), before);
 }
 
-TEST_F(GanttPageTest, HeadingsStayInViewWhileTheRestScrolls) {
+TEST_F(ChartPageTest, HeadingsStayInViewWhileTheRestScrolls) {
     auto& view = shell.Find<QAbstractScrollArea>("Vwindow");
     const QRect heading(0, 0, view.viewport()->width(), 20), body(0, 100, 300, 200);
     const QImage headingBefore = Seen(heading), bodyBefore = Seen(body);
@@ -61,7 +61,7 @@ TEST_F(GanttPageTest, HeadingsStayInViewWhileTheRestScrolls) {
     EXPECT_NE(Seen(body), bodyBefore);
 }
 
-TEST_F(GanttPageTest, PicturesHoldTheWholeSurface) {
+TEST_F(ChartPageTest, PicturesHoldTheWholeSurface) {
     QFont font("Times New Roman");
     font.setPointSizeF(9);
     const QtTextMetrics metrics(font);
