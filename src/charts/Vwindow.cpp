@@ -12,7 +12,7 @@ namespace {
 
 constexpr double kRowHeight = 1.75;      // of a line of text
 constexpr double kFooterLine = 1.25;     // of a line of text
-constexpr double kCellMargin = 0.75;     // average characters
+constexpr double kCellMargin = 0.5;      // average characters
 constexpr double kMaxWrappedWidth = 30;  // average characters
 constexpr double kGridStep = 10;         // average characters
 constexpr double kMinDayColumn = 2;      // average characters

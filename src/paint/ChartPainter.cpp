@@ -1,6 +1,10 @@
 #include "paint/ChartPainter.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <unordered_set>
 
 #include "charts/AdjustColors.h"
 #include "paint/Text.h"
@@ -57,6 +61,7 @@ void ChartPainter::Paint(QPainter& painter, const QRect& part, double pixel) con
     painter.setFont(metrics_.DrawingFont());
     if (surface_.TheStyle() != Vwindow::Style::Free) PaintGrid(painter, part, pixel);
     surface_.ItemsBetween(part.top(), part.bottom() + 1, found_);
+    DropCovered(part, pixel);
     for (const std::int32_t index : found_) {
         const DrawItem& item = surface_.Items()[static_cast<std::size_t>(index)];
         const QRect box(QPoint(std::min(item.x1, item.x2), item.y1),
@@ -71,6 +76,48 @@ void ChartPainter::Paint(QPainter& painter, const QRect& part, double pixel) con
         }
     }
     painter.restore();
+}
+
+/// Leaves out what a later item covers with the same: lines, cut off at the edges of the part, and arrow heads.
+/// The network of many thousand tasks has thousands of arrows that share their ends or run through the whole
+/// screen. Empty shapes and texts, of which there are few, all stay.
+void ChartPainter::DropCovered(const QRect& part, double pixel) const {
+    using Key = std::array<std::int32_t, 6>;
+    struct Hash {
+        std::size_t operator()(const Key& key) const {
+            std::size_t hash = 0;
+            for (const std::int32_t value : key)
+                hash = (hash ^ static_cast<std::uint32_t>(value)) * 0x9E3779B97F4A7C15u;
+            return hash ^ hash >> 29;
+        }
+    };
+    const auto pixelOf = [&](int position, int first, int last) {
+        return static_cast<std::int32_t>(std::floor(std::clamp(position, first, last + 1) / pixel));
+    };
+    std::unordered_set<Key, Hash> seen;
+    seen.reserve(found_.size());
+    auto kept = found_.end();
+    for (auto at = found_.end(); at != found_.begin();) {
+        const DrawItem& item = surface_.Items()[static_cast<std::size_t>(*--at)];
+        const bool straight = item.x1 == item.x2 || item.y1 == item.y2;
+        bool covered = false;
+        if (item.kind == DrawItem::Kind::Line && straight) {
+            const auto [left, right] = std::minmax(item.x1, item.x2);
+            const auto [top, bottom] = std::minmax(item.y1, item.y2);
+            covered = !seen.insert({pixelOf(left, part.left(), part.right()),
+                                    pixelOf(right, part.left(), part.right()),
+                                    pixelOf(top, part.top(), part.bottom()),
+                                    pixelOf(bottom, part.top(), part.bottom()),
+                                    static_cast<std::int32_t>(item.border), item.width})
+                           .second;
+        } else if (item.kind == DrawItem::Kind::Triangle && item.border == item.fill) {
+            covered = !seen.insert({item.x1, item.y1, item.x2, item.y2, static_cast<std::int32_t>(item.fill),
+                                    -item.apex})
+                           .second;
+        }
+        if (!covered) *--kept = *at;
+    }
+    found_.erase(found_.begin(), kept);
 }
 
 void ChartPainter::PaintGrid(QPainter& painter, const QRect& part, double pixel) const {
@@ -183,7 +230,14 @@ void ChartPainter::PaintText(QPainter& painter, const QRect& room, const std::ve
     int top = room.top() + (room.height() - height) / 2;
     if (alignment & Qt::AlignBottom) top = room.bottom() - height;
     const QRect inner = room.adjusted(surface_.CellMargin(), 0, -surface_.CellMargin(), 0);
+    // A cell of many lines can be taller than the screen.
+    const QRect shown = painter.clipBoundingRect().toAlignedRect();
     for (const std::string_view text : lines) {
+        if (top > shown.bottom()) break;
+        if (top + line < shown.top()) {
+            top += line;
+            continue;
+        }
         int left = inner.left();
         if (alignment & Qt::AlignRight) left = inner.right() - surface_.TextWidth(text);
         if (alignment & Qt::AlignHCenter) left = inner.center().x() - surface_.TextWidth(text) / 2;

@@ -3,13 +3,13 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QDoubleSpinBox>
 #include <QFileDialog>
 #include <QFormLayout>
-#include <QPageSetupDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
-#include <QPushButton>
 #include <QRegularExpression>
+#include <algorithm>
 #include <memory>
 
 #include "paint/Printout.h"
@@ -19,7 +19,7 @@
 namespace vortan {
 namespace {
 
-constexpr const char* kPdfFile = "PDF file";
+constexpr double kMostMargin = 60;  // millimetres
 
 std::unique_ptr<QPrinter> NewPrinter(const QString& name, const QPageLayout& layout) {
     auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
@@ -32,10 +32,73 @@ std::unique_ptr<QPrinter> NewPrinter(const QString& name, const QPageLayout& lay
     return printer;
 }
 
-QString PageText(const QPageLayout& layout) {
-    return layout.pageSize().name() +
-           (layout.orientation() == QPageLayout::Landscape ? ", landscape" : ", portrait");
-}
+/// The dialog of a printer and its page.
+class PrinterForm : public QDialog {
+  public:
+    PrinterForm(QWidget* parent, const QString& printer, const QPageLayout& layout)
+        : QDialog(parent),
+          printers_(new QComboBox),
+          papers_(new QComboBox),
+          orientations_(new QComboBox),
+          margin_(new QDoubleSpinBox) {
+        setObjectName("PrinterForm");
+        setWindowTitle("Printer Setup");
+        printers_->setObjectName("PrinterCombo");
+        printers_->addItem("PDF file", QString());
+        for (const QString& name : QPrinterInfo::availablePrinterNames()) printers_->addItem(name, name);
+        printers_->setCurrentIndex(std::max(0, printers_->findData(printer)));
+        papers_->setObjectName("PaperCombo");
+        ListPapers(layout.pageSize());
+        orientations_->setObjectName("OrientationCombo");
+        orientations_->addItem("Portrait", QPageLayout::Portrait);
+        orientations_->addItem("Landscape", QPageLayout::Landscape);
+        orientations_->setCurrentIndex(orientations_->findData(layout.orientation()));
+        margin_->setObjectName("MarginText");
+        margin_->setRange(0, kMostMargin);
+        margin_->setDecimals(1);
+        margin_->setSuffix(" mm");
+        margin_->setValue(layout.margins(QPageLayout::Millimeter).left());
+        auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+        connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+        connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+        connect(printers_, &QComboBox::currentIndexChanged, this,
+                [this] { ListPapers(papers_->currentData().value<QPageSize>()); });
+        auto* rows = new QFormLayout(this);
+        rows->addRow("P&rinter:", printers_);
+        rows->addRow("&Paper:", papers_);
+        rows->addRow("&Orientation:", orientations_);
+        rows->addRow("&Margin:", margin_);
+        rows->addRow(buttons);
+    }
+
+    QString Printer() const { return printers_->currentData().toString(); }
+    /// As the printer takes it: it may have margins of its own.
+    QPageLayout Layout() const {
+        const double margin = margin_->value();
+        const QPageLayout wanted(papers_->currentData().value<QPageSize>(),
+                                 orientations_->currentData().value<QPageLayout::Orientation>(),
+                                 QMarginsF(margin, margin, margin, margin), QPageLayout::Millimeter);
+        return NewPrinter(Printer(), wanted)->pageLayout();
+    }
+
+  private:
+    /// Those of the printer, or the usual ones for a file, with `chosen` in any case.
+    void ListPapers(const QPageSize& chosen) {
+        QList<QPageSize> papers = QPrinterInfo::printerInfo(Printer()).supportedPageSizes();
+        if (papers.isEmpty()) {
+            for (const auto id : {QPageSize::A3, QPageSize::A4, QPageSize::A5, QPageSize::Letter,
+                                  QPageSize::Legal, QPageSize::Tabloid})
+                papers.append(QPageSize(id));
+        }
+        if (!papers.contains(chosen)) papers.prepend(chosen);
+        papers_->clear();
+        for (const QPageSize& paper : papers) papers_->addItem(paper.name(), QVariant::fromValue(paper));
+        papers_->setCurrentIndex(static_cast<int>(papers.indexOf(chosen)));
+    }
+
+    QComboBox *printers_, *papers_, *orientations_;
+    QDoubleSpinBox* margin_;
+};
 
 QString AskForPdfFile(QWidget* parent, const QString& title) {
     QFileDialog dialog(parent, "Print to PDF File", {}, "PDF (*.pdf)");
@@ -55,36 +118,10 @@ Vwindow::Page Printing::Page() const {
 }
 
 bool Printing::ShowPrinter(QWidget* parent) {
-    QDialog dialog(parent);
-    dialog.setObjectName("PrinterForm");
-    dialog.setWindowTitle("Printer Setup");
-    auto* rows = new QFormLayout(&dialog);
-    auto* printers = new QComboBox;
-    printers->setObjectName("PrinterCombo");
-    printers->addItem(kPdfFile, QString());
-    for (const QString& name : QPrinterInfo::availablePrinterNames()) printers->addItem(name, name);
-    printers->setCurrentIndex(std::max(0, printers->findData(printer_)));
-    QPageLayout layout = layout_;
-    auto* page = new QPushButton;
-    page->setObjectName("PageCommand");
-    page->setText(PageText(layout) + " ...");
-    rows->addRow("&Printer:", printers);
-    rows->addRow("Pa&ge:", page);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    rows->addRow(buttons);
-    QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
-    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-    QObject::connect(page, &QPushButton::clicked, &dialog, [&] {
-        const auto printer = NewPrinter(printers->currentData().toString(), layout);
-        QPageSetupDialog setup(printer.get(), &dialog);
-        if (setup.exec() != QDialog::Accepted) return;
-        layout = printer->pageLayout();
-        page->setText(PageText(layout) + " ...");
-    });
+    PrinterForm dialog(parent, printer_, layout_);
     if (dialog.exec() != QDialog::Accepted) return false;
-    printer_ = printers->currentData().toString();
-    // A printer has papers and margins of its own.
-    layout_ = NewPrinter(printer_, layout)->pageLayout();
+    printer_ = dialog.Printer();
+    layout_ = dialog.Layout();
     return true;
 }
 

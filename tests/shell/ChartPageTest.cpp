@@ -1,3 +1,5 @@
+#include <QClipboard>
+#include <QMimeData>
 #include <QScrollBar>
 
 #include "paint/Pictures.h"
@@ -61,21 +63,30 @@ TEST_F(ChartPageTest, HeadingsStayInViewWhileTheRestScrolls) {
     EXPECT_NE(Seen(body), bodyBefore);
 }
 
-TEST_F(ChartPageTest, PicturesHoldTheWholeSurface) {
-    QFont font("Times New Roman");
-    font.setPointSizeF(9);
-    const QtTextMetrics metrics(font);
-    GanttForm chart(workspace, shell.desktop.settings, metrics);
-    chart.Start();
-    const Vwindow& surface = chart.TheVwindow();
-    const auto make = [&](PictureType type) { return MakePicture(surface, metrics, type, "House", 144); };
-    const QImage png = QImage::fromData(make(PictureType::Png), "PNG");
-    EXPECT_NEAR(png.width(), surface.ContentWidth() / 10, 2);
-    EXPECT_NEAR(png.height(), surface.ContentHeight() / 10, 2);
-    EXPECT_TRUE(make(PictureType::Svg).contains("Slab cures"));
-    EXPECT_TRUE(make(PictureType::Pdf).startsWith("%PDF"));
-    EXPECT_FALSE(PictureTypeOf("plan.gif"));
-    EXPECT_EQ(PictureTypeOf("plan.SVG"), PictureType::Svg);
+TEST_F(ChartPageTest, TheOptionsCanBeDraggedAside) {
+    auto& frame = shell.Find<QWidget>("OptionsFrame");
+    const QPoint before = frame.pos(), grip(5, 5);
+    QTest::mousePress(&frame, Qt::LeftButton, {}, grip);
+    QMouseEvent move(QEvent::MouseMove, grip + QPointF(300, 100), frame.mapToGlobal(grip + QPoint(300, 100)),
+                     Qt::NoButton, Qt::LeftButton, {});
+    QApplication::sendEvent(&frame, &move);
+    EXPECT_EQ(frame.pos(), before + QPoint(300, 100));
+    shell.Click("PreferencesCommand");
+    EXPECT_TRUE(shell.IsOpen("PreferencesForm"));
+}
+
+TEST_F(ChartPageTest, ACopyIsAPictureForOtherPrograms) {
+    shell.Choose("OutputCopyMenu");
+    const QMimeData& data = *QApplication::clipboard()->mimeData();
+    EXPECT_TRUE(data.data("image/svg+xml").contains("Slab cures"));
+    const auto image = data.imageData().value<QImage>();
+    EXPECT_GT(image.width(), 1000);
+    EXPECT_FALSE(data.hasText());
+
+    const std::string rtf = GetPictureText(*shell.main.FullPage()->Surface());
+    EXPECT_EQ(rtf.find_first_not_of("0123456789abcdef"), std::string::npos);
+    EXPECT_EQ(QImage::fromData(QByteArray::fromHex(QByteArray::fromStdString(rtf)), "PNG").size(),
+              image.size());
 }
 
 }  // namespace
