@@ -78,9 +78,9 @@ void ChartPainter::Paint(QPainter& painter, const QRect& part, double pixel) con
     painter.restore();
 }
 
-/// Leaves out what a later item covers with the same: lines, cut off at the edges of the part, and arrow heads.
-/// The network of many thousand tasks has thousands of arrows that share their ends or run through the whole
-/// screen. Empty shapes and texts, of which there are few, all stay.
+/// Leaves out what a later item covers with the same: lines, cut off at the edges of the part, and arrow
+/// heads. The network of many thousand tasks has thousands of arrows that share their ends or run through the
+/// whole screen. All else stays.
 void ChartPainter::DropCovered(const QRect& part, double pixel) const {
     using Key = std::array<std::int32_t, 6>;
     struct Hash {
@@ -91,31 +91,33 @@ void ChartPainter::DropCovered(const QRect& part, double pixel) const {
             return hash ^ hash >> 29;
         }
     };
-    const auto pixelOf = [&](int position, int first, int last) {
-        return static_cast<std::int32_t>(std::floor(std::clamp(position, first, last + 1) / pixel));
+    const auto at = [&](int position) { return static_cast<std::int32_t>(std::floor(position / pixel)); };
+    // Of where a line runs to, what lies outside the part is all the same; of where it lies, nothing.
+    const auto keyOf = [&](const DrawItem& item) -> Key {
+        const bool upright = item.x1 == item.x2;
+        const auto [from, to] = upright ? std::minmax(item.y1, item.y2) : std::minmax(item.x1, item.x2);
+        const int first = upright ? part.top() : part.left(), last = upright ? part.bottom() : part.right();
+        return {upright ? 1 : 2,
+                at(upright ? item.x1 : item.y1),
+                at(std::clamp(from, first, last + 1)),
+                at(std::clamp(to, first, last + 1)),
+                static_cast<std::int32_t>(item.border),
+                item.width};
     };
     std::unordered_set<Key, Hash> seen;
     seen.reserve(found_.size());
     auto kept = found_.end();
-    for (auto at = found_.end(); at != found_.begin();) {
-        const DrawItem& item = surface_.Items()[static_cast<std::size_t>(*--at)];
-        const bool straight = item.x1 == item.x2 || item.y1 == item.y2;
+    for (auto next = found_.end(); next != found_.begin();) {
+        const DrawItem& item = surface_.Items()[static_cast<std::size_t>(*--next)];
         bool covered = false;
-        if (item.kind == DrawItem::Kind::Line && straight) {
-            const auto [left, right] = std::minmax(item.x1, item.x2);
-            const auto [top, bottom] = std::minmax(item.y1, item.y2);
-            covered = !seen.insert({pixelOf(left, part.left(), part.right()),
-                                    pixelOf(right, part.left(), part.right()),
-                                    pixelOf(top, part.top(), part.bottom()),
-                                    pixelOf(bottom, part.top(), part.bottom()),
-                                    static_cast<std::int32_t>(item.border), item.width})
-                           .second;
+        if (item.kind == DrawItem::Kind::Line && (item.x1 == item.x2 || item.y1 == item.y2)) {
+            covered = !seen.insert(keyOf(item)).second;
         } else if (item.kind == DrawItem::Kind::Triangle && item.border == item.fill) {
-            covered = !seen.insert({item.x1, item.y1, item.x2, item.y2, static_cast<std::int32_t>(item.fill),
-                                    -item.apex})
+            covered = !seen.insert({-item.apex, item.x1, item.y1, item.x2, item.y2,
+                                    static_cast<std::int32_t>(item.fill)})
                            .second;
         }
-        if (!covered) *--kept = *at;
+        if (!covered) *--kept = *next;
     }
     found_.erase(found_.begin(), kept);
 }
@@ -145,18 +147,17 @@ void ChartPainter::PaintGrid(QPainter& painter, const QRect& part, double pixel)
             }
         }
     }
-    for (int col = firstCol; col <= lastCol + 1; ++col) {
+    const int gridTop = std::max(0, part.top()), gridBottom = std::min(rowPos(footer), part.bottom());
+    for (int col = firstCol; gridTop <= gridBottom && col <= lastCol + 1; ++col) {
         const bool time =
             col > 0 && col < cols && surface_.IsTimeColumn(col) && surface_.IsTimeColumn(col - 1);
         painter.setPen(time ? timePen : gridPen);
-        painter.drawLine(colPos(col), std::max(rowPos(0), part.top()), colPos(col),
-                         std::min(rowPos(footer), part.bottom()));
+        painter.drawLine(colPos(col), gridTop, colPos(col), gridBottom);
     }
     painter.setPen(gridPen);
-    for (int row = firstRow; row <= lastRow + 1; ++row) {
-        painter.drawLine(std::max(left, part.left()), rowPos(row), std::min(right, part.right()),
-                         rowPos(row));
-    }
+    const int gridLeft = std::max(left, part.left()), gridRight = std::min(right, part.right());
+    for (int row = firstRow; gridLeft <= gridRight && row <= lastRow + 1; ++row)
+        painter.drawLine(gridLeft, rowPos(row), gridRight, rowPos(row));
     painter.setPen(Qt::black);
     if (firstRow == 0) PaintHeading(painter, firstCol, lastCol, pixel);
     for (int row = std::max(firstRow, 1); row <= std::min(lastRow, footer - 1); ++row) {

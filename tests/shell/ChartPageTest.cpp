@@ -1,7 +1,9 @@
 #include <QClipboard>
 #include <QMimeData>
 #include <QScrollBar>
+#include <random>
 
+#include "paint/ChartPainter.h"
 #include "paint/Pictures.h"
 #include "shell/ChartPage.h"
 #include "shell/Shell.h"
@@ -73,6 +75,30 @@ TEST_F(ChartPageTest, TheOptionsCanBeDraggedAside) {
     EXPECT_EQ(frame.pos(), before + QPoint(300, 100));
     shell.Click("PreferencesCommand");
     EXPECT_TRUE(shell.IsOpen("PreferencesForm"));
+}
+
+TEST_F(ChartPageTest, PaintedInPiecesItIsTheSame) {
+    constexpr int kPixel = 15;
+    const ShownSurface shown = *shell.main.FullPage()->Surface();
+    const QSize size(shown.surface.ContentWidth() / kPixel + 1, shown.surface.ContentHeight() / kPixel + 1);
+    const auto paint = [&](QImage& image, const QRect& part) {
+        QPainter painter(&image);
+        painter.scale(1.0 / kPixel, 1.0 / kPixel);
+        const QRect twips(part.topLeft() * kPixel, part.size() * kPixel);
+        ChartPainter(shown.surface, shown.metrics).Paint(painter, twips, kPixel);
+    };
+    QImage whole(size, QImage::Format_RGB32), pieces(size, QImage::Format_RGB32);
+    paint(whole, QRect({}, size));
+    pieces = whole;
+    std::minstd_rand random(1);
+    for (int i = 0; i < 200; ++i) {
+        const QRect part(static_cast<int>(random() % static_cast<unsigned>(size.width())),
+                         static_cast<int>(random() % static_cast<unsigned>(size.height())),
+                         20 + static_cast<int>(random() % 300), 20 + static_cast<int>(random() % 300));
+        paint(pieces, part);
+        ASSERT_EQ(pieces.copy(part), whole.copy(part))
+            << part.x() << " " << part.y() << " " << part.width() << " " << part.height();
+    }
 }
 
 TEST_F(ChartPageTest, ACopyIsAPictureForOtherPrograms) {
