@@ -77,8 +77,19 @@ TEST_F(ChartPageTest, TheOptionsCanBeDraggedAside) {
     EXPECT_TRUE(shell.IsOpen("PreferencesForm"));
 }
 
+/// How far the grey values of a pixel differ at most.
+int MostApart(const QImage& a, const QImage& b, const QRect& part) {
+    int most = 0;
+    const QRect seen = part & a.rect();
+    for (int y = seen.top(); y <= seen.bottom(); ++y) {
+        for (int x = seen.left(); x <= seen.right(); ++x)
+            most = std::max(most, std::abs(qGray(a.pixel(x, y)) - qGray(b.pixel(x, y))));
+    }
+    return most;
+}
+
 TEST_F(ChartPageTest, PaintedInPiecesItIsTheSame) {
-    constexpr int kPixel = 15;
+    constexpr int kPixel = 15, kSeen = 50;
     const ShownSurface shown = *shell.main.FullPage()->Surface();
     const QSize size(shown.surface.ContentWidth() / kPixel + 1, shown.surface.ContentHeight() / kPixel + 1);
     const auto paint = [&](QImage& image, const QRect& part) {
@@ -90,13 +101,19 @@ TEST_F(ChartPageTest, PaintedInPiecesItIsTheSame) {
     QImage whole(size, QImage::Format_RGB32), pieces(size, QImage::Format_RGB32);
     paint(whole, QRect({}, size));
     pieces = whole;
+    std::vector<int> arrows;
+    for (const DrawItem& item : shown.surface.Items())
+        if (item.kind == DrawItem::Kind::Line && item.x1 == item.x2) arrows.push_back(item.x1);
     std::minstd_rand random(1);
-    for (int i = 0; i < 200; ++i) {
-        const QRect part(static_cast<int>(random() % static_cast<unsigned>(size.width())),
-                         static_cast<int>(random() % static_cast<unsigned>(size.height())),
-                         20 + static_cast<int>(random() % 300), 20 + static_cast<int>(random() % 300));
+    const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+    for (int i = 0; i < 400; ++i) {
+        QRect part(below(size.width()), below(size.height()), 20 + below(500), 20 + below(300));
+        // Edges along an arrow are where it goes wrong.
+        const int x = arrows[static_cast<std::size_t>(below(static_cast<int>(arrows.size())))] / kPixel;
+        if (i % 3 == 1) part.moveLeft(x);
+        if (i % 3 == 2) part.moveRight(x);
         paint(pieces, part);
-        ASSERT_EQ(pieces.copy(part), whole.copy(part))
+        ASSERT_LT(MostApart(pieces, whole, part), kSeen)
             << part.x() << " " << part.y() << " " << part.width() << " " << part.height();
     }
 }
