@@ -8,17 +8,18 @@
 #include "model/ValueText.h"
 #include "paint/Pictures.h"
 #include "paint/Text.h"
+#include "shell/CalendarForm.h"
 #include "shell/ChartPage.h"
 #include "shell/CommonDialogs.h"
 #include "shell/MainForm.h"
 #include "shell/PageSizeForm.h"
 #include "shell/PreferencesForm.h"
 #include "shell/Printing.h"
+#include "shell/ProblemDialogs.h"
 #include "shell/ProjectTreeForm.h"
 #include "shell/TemplateEntryForm.h"
 #include "shell/TemplateTreeForm.h"
 #include "shell/Trees.h"
-#include "solve/ProblemText.h"
 
 namespace vortan {
 
@@ -167,7 +168,11 @@ void MainForm::SpreadsheetType(int index) {
 }
 
 void MainForm::Calendar() {
-    if (desktop_.workspace.ThisTemplateSet()) desktop_.workspace.NotReadyYet();
+    if (fullPage_ && fullPage_->FormName() == "CalendarForm") {
+        fullPage_->Unload();
+    } else if (desktop_.workspace.ThisTemplateSet()) {
+        CalendarForm::Start(desktop_);
+    }
 }
 
 void MainForm::IterativeSolve() {
@@ -182,11 +187,9 @@ void MainForm::ContextHelp() {
     desktop_.workspace.NotReadyYet();
 }
 
-/// What halted the solve, and what can be done about it.
+/// What halted the solve, and the way out. Not while an entry form is open: its dialogs would close it.
 void MainForm::SolvePanelClick() {
-    const std::string text = ExplainProblem(desktop_.workspace, desktop_.solver);
-    if (desktop_.solver.Mode() != SolveMode::Halted || text.empty()) return;
-    desktop_.platform.MessageBox(text, desktop_.solver.SolveMessage(), BoxIcon::Warning, BoxButtons::Ok);
+    if (!EntryFormOpen()) vortan::SolvePanelClick(desktop_);
 }
 
 // ---- the form in front

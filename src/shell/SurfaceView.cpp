@@ -46,10 +46,17 @@ QSize SurfaceView::Fixed() const {
     return fixed;
 }
 
-void SurfaceView::FitScrollBars() {
+QSize SurfaceView::ContentSize() const {
     // A pixel more than the content, for its last line.
-    const QSize content(ToPixels(surface_.ContentWidth()) + 1, ToPixels(surface_.ContentHeight()) + 1);
-    const QSize window = viewport()->size();
+    return {ToPixels(surface_.ContentWidth()) + 1, ToPixels(surface_.ContentHeight()) + 1};
+}
+
+void SurfaceView::FitScrollBars() {
+    const QSize content = ContentSize();
+    // Bars that show now take room themselves; without them all may fit.
+    const QSize most = maximumViewportSize();
+    const bool fits = content.width() <= most.width() && content.height() <= most.height();
+    const QSize window = fits ? most : viewport()->size();
     horizontalScrollBar()->setRange(0, std::max(0, content.width() - window.width()));
     horizontalScrollBar()->setPageStep(std::max(1, window.width() - Fixed().width()));
     verticalScrollBar()->setRange(0, std::max(0, content.height() - window.height()));

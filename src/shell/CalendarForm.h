@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <array>
+
+#include "model/Listener.h"
+#include "shell/ChildForm.h"
+#include "shell/Desktop.h"
+#include "shell/MonthGrid.h"
+
+namespace vortan {
+
+/// A year as twelve months, each day in the colour of the most demanding kind of time that is booked on it in
+/// any template.
+class CalendarForm : public QWidget, public ChildForm, public Listener {
+  public:
+    /// There is an active template.
+    static void Start(Desktop& desktop);
+    ~CalendarForm() override;
+
+    FormClass Class() const override { return FormClass::FullPage; }
+    QWidget& Window() override { return *this; }
+    void Unload() override;
+    bool ChangeFont() override;
+
+    int ThisYear() const { return thisYear_; }
+    /// The day last clicked; not set for none.
+    DateTime SelectedDate() const { return selectedDate_; }
+    void SetYear(int year);
+
+    void NewThisProject() override { Restart(); }
+    void NewThisTemplate() override { Restart(); }
+    void NewJournal() override { Restart(); }
+    void NewSolution() override { Restart(); }
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    static constexpr int kMonths = 12;
+
+    explicit CalendarForm(Desktop& desktop);
+    QWidget* NewSidePanel();
+    QWidget* NewKeyFrame();
+    QPushButton* NewYearCommand(const char* name, int step);
+    QWidget* NewMonths();
+    /// From what is in memory; the year stays.
+    void Restart();
+    void BuildCalendar();
+    void ClickOnMonthGrid(int month, int day);
+    void Select(DateTime date);
+    void ZoomInOnDay();
+
+    Desktop& desktop_;
+    QScrollArea* scroll_;
+    QLabel* year_ = nullptr;
+    QPushButton *previous_ = nullptr, *next_ = nullptr;
+    std::array<MonthGrid*, kMonths> months_{};
+    int thisYear_ = 0;  // until the first start
+    DateTime selectedDate_;
+    bool unloaded_ = false;
+};
+
+}  // namespace vortan

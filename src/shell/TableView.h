@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "paint/ShownSurface.h"
+#include "shell/Desktop.h"
+#include "shell/SurfaceView.h"
+
+namespace vortan {
+
+/// A table in an entry form: a surface with its view, which asks for the room that its content takes.
+class TableView : public QWidget {
+  public:
+    TableView();
+
+    Vwindow& TheVwindow() { return vwindow_; }
+    /// Has the table laid out in the font of a form, and takes room for it: all of it as far as `most` goes.
+    void Restart(Desktop& desktop, const QString& formName, const QSize& most);
+    /// The table may be made smaller from now on.
+    void LetShrink();
+    QSize sizeHint() const override { return wanted_; }
+    ShownSurface Shown(const std::string& title) const { return {vwindow_, *metrics_, title}; }
+
+  private:
+    std::unique_ptr<QtTextMetrics> metrics_;
+    Vwindow vwindow_;
+    SurfaceView view_;
+    QSize wanted_;
+};
+
+}  // namespace vortan
