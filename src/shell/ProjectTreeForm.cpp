@@ -2,11 +2,23 @@
 
 #include <algorithm>
 
-#include "model/Fault.h"
 #include "shell/CommonDialogs.h"
 #include "shell/Trees.h"
 
 namespace vortan {
+namespace {
+
+/// The task of its parent that stands for a project; none if it has no parent, or that has no such task.
+Vtask* LinkOf(const Vproject& project) {
+    if (!project.Parent()) return nullptr;
+    const auto& tasks = project.Parent()->TaskList();
+    const auto link = std::find_if(tasks.begin(), tasks.end(), [&](const Vtask* task) {
+        return task->Include() && task->Subproject() == &project;
+    });
+    return link == tasks.end() ? nullptr : *link;
+}
+
+}  // namespace
 
 ProjectTreeForm::ProjectTreeForm(Desktop& desktop)
     : TreeForm(desktop, "ProjectTreeForm", "No project is loaded.  Use Project > New or File > Open.") {}
@@ -20,24 +32,20 @@ void ProjectTreeForm::RebuildTree() {
 }
 
 /// The path from the master project down to the active one, and nothing else of the projects on it. Projects
-/// that hold each other in a circle have no master: the active one is the root then.
+/// that hold each other in a circle have no master: the active one is the root then. So is one whose parent
+/// has no task for it.
 Nodes ProjectTreeForm::BuildRoots() {
     Vproject* active = desktop_.workspace.ThisProject();
     if (!active) return {};
     std::vector<Vproject*> path = {active};
     const bool circle = active->Master()->Parent() != nullptr;
-    while (!circle && path.back()->Parent()) path.push_back(path.back()->Parent());
+    while (!circle && LinkOf(*path.back())) path.push_back(path.back()->Parent());
 
     Nodes roots;
     Node* node = &AddNode(roots, MakeNode(*path.back()));
     node->Expanded = WasExpanded(node->Key, true);
     for (auto project = std::next(path.rbegin()); project != path.rend(); ++project) {
-        const auto& tasks = (*project)->Parent()->TaskList();
-        const auto link = std::find_if(tasks.begin(), tasks.end(), [&](const Vtask* task) {
-            return task->Include() && task->Subproject() == *project;
-        });
-        if (link == tasks.end()) AssertionFailed();
-        node = &AddNode(node->Children, MakeNode(**link));
+        node = &AddNode(node->Children, MakeNode(*LinkOf(**project)));
         node->Expanded = WasExpanded(node->Key, true);
     }
     node->Children = ProjectChildren(*active, true);
