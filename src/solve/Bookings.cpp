@@ -187,6 +187,15 @@ std::int32_t Bookings::AllocateWholeDays(const Network::Want& want,
                                          const std::array<std::int32_t, kWeekdays>& today, std::int32_t day,
                                          std::int32_t& remaining, const Account& account) {
     if (day < kSteadyDays) return day;
+    return trial_ || account.multiplier != 1 ? BookWholeDays<true>(want, today, day, remaining, account)
+                                             : BookWholeDays<false>(want, today, day, remaining, account);
+}
+
+/// An ordinary solve spends much of its time in here, so what only the trials need is left out then.
+template <bool kNotes>
+std::int32_t Bookings::BookWholeDays(const Network::Want& want,
+                                     const std::array<std::int32_t, kWeekdays>& today, std::int32_t day,
+                                     std::int32_t& remaining, const Account& account) {
     const Network::ResourceDay* const week = network_->WeekOf(want.resource);
     auto weekday = static_cast<std::size_t>(WeekdayIndex(day));
     Day* days = nullptr;  // of the present page
@@ -199,8 +208,10 @@ std::int32_t Bookings::AllocateWholeDays(const Network::Want& want,
             if (!days) days = PageFor(want.resource, day).days.data();
             Day& entry = days[day & (kPageDays - 1)];
             if (!CanBookWhole(entry, kind, want.minutes[weekday])) break;
-            BookWhole(want.resource, day, entry, account.task);
-            const Money cost = WholeDayCost(want.resource, kind, account.multiplier);
+            if constexpr (kNotes) NoteWhole(want.resource, day, entry);
+            entry = Day{-account.task - 1, day + kWeekdays};
+            const Money cost =
+                kNotes ? WholeDayCost(want.resource, kind, account.multiplier) : kind.wholeDayCost;
             sliceCost += cost;
             taskCost += cost;
             left -= kind.normalMinutes;
@@ -220,7 +231,8 @@ std::int32_t Bookings::AllocateWholeDay(std::int32_t resource, std::int32_t day,
     const Network::ResourceDay& kind = KindOf(resource, day);
     Day& entry = DayFor(resource, day);
     if (!CanBookWhole(entry, kind, minutes)) return 0;
-    BookWhole(resource, day, entry, account.task);
+    NoteWhole(resource, day, entry);
+    entry = Day{-account.task - 1, day + kWeekdays};
     const Money cost = WholeDayCost(resource, kind, account.multiplier);
     *account.sliceCost += cost;
     *account.taskCost += cost;

@@ -224,10 +224,12 @@ class Bookings {
         const auto sum = std::llrint((start - day) * kMinutesPerDay + static_cast<double>(minutes));
         return day + static_cast<double>(sum) / kMinutesPerDay;
     }
-    void BookWhole(std::int32_t resource, std::int32_t day, Day& entry, std::int32_t task) {
+    template <bool kNotes>
+    std::int32_t BookWholeDays(const Network::Want& want, const std::array<std::int32_t, kWeekdays>& today,
+                               std::int32_t day, std::int32_t& remaining, const Account& account);
+    void NoteWhole(std::int32_t resource, std::int32_t day, const Day& entry) {
         NoteDay(resource, day, kNormalTime, entry.skip);
         NoteDay(resource, day, DayNote::kCode, entry.code);
-        entry = Day{-task - 1, day + kWeekdays};
     }
     void NoteDay(std::int32_t resource, std::int32_t day, std::int32_t what, std::int32_t value) {
         if (trial_) [[unlikely]]
