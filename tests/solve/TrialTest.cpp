@@ -8,7 +8,7 @@ namespace vortan {
 namespace {
 
 /// All that bookings hold of one resource: slots with their cuts, and marks of empty days.
-std::string TextOf(const Bookings& bookings, std::int32_t resource, std::int32_t first, std::int32_t last) {
+std::string TextOf(Bookings& bookings, std::int32_t resource, std::int32_t first, std::int32_t last) {
     std::string text;
     for (std::int32_t day = first; day < last; ++day) {
         bookings.ForEachSlot(resource, day, [&](const SlotView& slot) {
@@ -18,8 +18,10 @@ std::string TextOf(const Bookings& bookings, std::int32_t resource, std::int32_t
             text += line;
         });
         for (int reach = 0; reach < Bookings::kReaches; ++reach) {
-            if (bookings.IsEmpty(resource, day, reach))
-                text += "empty " + std::to_string(day) + "/" + std::to_string(reach) + "\n";
+            const std::int32_t next = bookings.NextDay(resource, day, reach);
+            if (next != day)
+                text += std::to_string(day) + " to " + std::to_string(next) + " of " + std::to_string(reach) +
+                        "\n";
         }
     }
     return text;
