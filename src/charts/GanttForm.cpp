@@ -10,7 +10,7 @@
 namespace vortan {
 
 GanttForm::GanttForm(Workspace& workspace, Settings& settings, const TextMetrics& metrics)
-    : workspace_(workspace), settings_(settings), vwindow_(Vwindow::Style::Time, metrics) {
+    : ChartForm(Vwindow::Style::Time, metrics), workspace_(workspace), settings_(settings) {
     vwindow_.RedoLayout = [this] { RedoLayout(); };
     vwindow_.RedoGraphics = [this] { RedoGraphics(); };
 }
@@ -23,6 +23,19 @@ void GanttForm::Start() {
 
 std::string GanttForm::Caption() const {
     return "Mechanized Gantt chart for " + GetPageHeader(workspace_, true);
+}
+
+std::string GanttForm::PrintTitle() const {
+    return "Mechanized Gantt chart for " +
+           GetPageHeader(workspace_, settings_.SettingIsOn("ShowProjectManagerCheck"));
+}
+
+ChartForm::OptionsFrame GanttForm::Frame() {
+    return {"OptionsFrame",
+            "Gantt chart options",
+            {{Option::Kind::Button, "PreferencesCommand", "Preferences", false, [this](bool) {
+                  if (PreferencesCommandClick) PreferencesCommandClick();
+              }}}};
 }
 
 void GanttForm::ReadOptions() {

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
-#include "charts/Vwindow.h"
+#include "charts/ChartForm.h"
 #include "model/Workspace.h"
 #include "persist/Settings.h"
 
@@ -17,23 +18,25 @@ namespace vortan {
 /// dependencies, and a key below the last row.
 ///
 /// The model is read and never written: dates of the plan are asked for by the number of its journal.
-class GanttForm {
+class GanttForm : public ChartForm {
   public:
     /// All three must outlive the form.
     GanttForm(Workspace& workspace, Settings& settings, const TextMetrics& metrics);
-    GanttForm(const GanttForm&) = delete;
-    GanttForm& operator=(const GanttForm&) = delete;
 
-    /// Takes the range of dates from the active project, lays the chart out and draws it. Also the answer to
-    /// a new solution and to changed preferences.
-    void Start();
-    std::string Caption() const;
-    Vwindow& TheVwindow() { return vwindow_; }
-    const Vwindow& TheVwindow() const { return vwindow_; }
+    std::string Name() const override { return "GanttForm"; }
+    void Start() override;
+    std::string Caption() const override;
+    /// Without the manager, unless the user wants it on printouts.
+    std::string PrintTitle() const override;
+    OptionsFrame Frame() override;
+    Answers AnswersTo() const override {
+        return {.newThisProject = Answer::Unload, .newSolution = Answer::Start};
+    }
+    /// Task, dates, slack and resources of the bar there.
+    std::string TipAt(int x, int y) const override;
 
-    /// Task, dates, slack and resources of the bar at that place of the surface, a line each; empty if there
-    /// is no bar.
-    std::string TipAt(int x, int y) const;
+    /// What a click on "Preferences" does.
+    std::function<void()> PreferencesCommandClick;
 
     /// The height of ninth `ninth` in a row, the ninths being those of a row of one line, centred.
     int GetY(int row, float ninth) const;
@@ -99,7 +102,6 @@ class GanttForm {
 
     Workspace& workspace_;
     Settings& settings_;
-    Vwindow vwindow_;
     DateTime startDate_, endDate_;
     Options options_;
     Tasks taskCol_;                                                ///< in chart order, hidden ones too

@@ -50,6 +50,8 @@ PageStats PageStatsOf(const Vwindow& surface) {
     stats.fixedCols = surface.FixedCols();
     stats.hasHeadings = surface.TheStyle() != Vwindow::Style::Free;
     for (int col = 0; col <= surface.Cols(); ++col) stats.colPos.push_back(surface.ColPos(col));
+    // A key that reaches beyond the columns belongs to the last of them.
+    stats.colPos.back() = stats.contentWidth;
     for (int row = 0; row <= surface.Rows(); ++row) stats.rowPos.push_back(surface.RowPos(row));
     return stats;
 }

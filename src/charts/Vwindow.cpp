@@ -12,6 +12,7 @@ namespace {
 
 constexpr double kRowHeight = 1.75;      // of a line of text
 constexpr double kFooterLine = 1.25;     // of a line of text
+constexpr double kCellMargin = 0.5;      // average characters
 constexpr double kMaxWrappedWidth = 30;  // average characters
 constexpr double kGridStep = 10;         // average characters
 constexpr double kMinDayColumn = 2;      // average characters
@@ -172,7 +173,7 @@ int Vwindow::LineHeight(int lines) const {
 }
 
 int Vwindow::CellMargin() const {
-    return RoundToInt32(metrics_->AverageWidth() / 2);
+    return RoundToInt32(metrics_->AverageWidth() * kCellMargin);
 }
 
 int Vwindow::GridStep() const {

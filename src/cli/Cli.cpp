@@ -26,6 +26,7 @@ class CommandLine {
         AddWhy();
         AddRisk();
         AddCrash();
+        AddChart();
     }
 
     CLI::App& App() { return app_; }
@@ -93,6 +94,24 @@ class CommandLine {
             ->type_name("NAME");
         command->add_flag("--json", why_.json, "Print the result as one JSON object");
     }
+    void AddChart() {
+        auto* chart = app_.add_subcommand("chart", "Solve a plan and draw a chart of it");
+        chart->require_subcommand(1);
+        auto* gantt =
+            chart->add_subcommand("gantt", "The Mechanized Gantt chart, with the user's preferences");
+        gantt->callback(
+            [this] { run_ = [this](CliSession& session) { return ChartCommand(session, chart_); }; });
+        gantt->add_option("FILE", chart_.file, "Plan file")->required()->type_name("");
+        gantt
+            ->add_option("-o,--output", chart_.out,
+                         "File to write: .svg and .png are one picture, a .pdf has pages with headings")
+            ->required()
+            ->type_name("OUT");
+        gantt->add_flag("--fit", chart_.fit, "Reduce a .pdf to one page");
+        gantt->add_option("--journal", chart_.journal, "Show the journal of this date")->type_name("DATE");
+        gantt->add_option("--project", chart_.project, "The project to show; the first one if not given")
+            ->type_name("NAME");
+    }
 
     void AddRisk() {
         auto* command = Command("risk", "Repeat a plan with other estimates: how finish and cost spread",
@@ -138,6 +157,7 @@ class CommandLine {
     WhyOptions why_;
     RiskOptions risk_;
     CrashOptions crash_;
+    ChartOptions chart_;
 };
 
 }  // namespace

@@ -101,4 +101,11 @@ struct CrashOptions {
 };
 int CrashCommand(CliSession& session, const CrashOptions& options);
 
+struct ChartOptions {
+    std::string file, project, journal, out;
+    bool fit = false;  ///< onto one page
+};
+/// Solves the plan and writes its chart as the desktop would show or print it.
+int ChartCommand(CliSession& session, const ChartOptions& options);
+
 }  // namespace vortan

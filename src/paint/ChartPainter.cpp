@@ -1,6 +1,10 @@
 #include "paint/ChartPainter.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <unordered_set>
 
 #include "charts/AdjustColors.h"
 #include "paint/Text.h"
@@ -9,7 +13,6 @@ namespace vortan {
 namespace {
 
 constexpr Color kGridLine = 0xC8C8C8, kTimeLine = 0xE4E4E4, kHeading = 0xF2F0EC;
-constexpr int kCellMargin = 60;  // twips between a line and the text beside it
 
 QColor ToQt(Color color) {
     return QColor(static_cast<int>(color & 0xFF), static_cast<int>(color >> 8 & 0xFF),
@@ -58,6 +61,7 @@ void ChartPainter::Paint(QPainter& painter, const QRect& part, double pixel) con
     painter.setFont(metrics_.DrawingFont());
     if (surface_.TheStyle() != Vwindow::Style::Free) PaintGrid(painter, part, pixel);
     surface_.ItemsBetween(part.top(), part.bottom() + 1, found_);
+    DropCovered(part, pixel);
     for (const std::int32_t index : found_) {
         const DrawItem& item = surface_.Items()[static_cast<std::size_t>(index)];
         const QRect box(QPoint(std::min(item.x1, item.x2), item.y1),
@@ -72,6 +76,50 @@ void ChartPainter::Paint(QPainter& painter, const QRect& part, double pixel) con
         }
     }
     painter.restore();
+}
+
+/// Leaves out what a later item covers with the same: lines, cut off at the edges of the part, and arrow
+/// heads. The network of many thousand tasks has thousands of arrows that share their ends or run through the
+/// whole screen. All else stays.
+void ChartPainter::DropCovered(const QRect& part, double pixel) const {
+    using Key = std::array<std::int32_t, 6>;
+    struct Hash {
+        std::size_t operator()(const Key& key) const {
+            std::size_t hash = 0;
+            for (const std::int32_t value : key)
+                hash = (hash ^ static_cast<std::uint32_t>(value)) * 0x9E3779B97F4A7C15u;
+            return hash ^ hash >> 29;
+        }
+    };
+    const auto at = [&](int position) { return static_cast<std::int32_t>(std::floor(position / pixel)); };
+    // Of where a line runs to, what lies outside the part is all the same; of where it lies, nothing.
+    const auto keyOf = [&](const DrawItem& item) -> Key {
+        const bool upright = item.x1 == item.x2;
+        const auto [from, to] = upright ? std::minmax(item.y1, item.y2) : std::minmax(item.x1, item.x2);
+        const int first = upright ? part.top() : part.left(), last = upright ? part.bottom() : part.right();
+        return {upright ? 1 : 2,
+                at(upright ? item.x1 : item.y1),
+                at(std::clamp(from, first, last + 1)),
+                at(std::clamp(to, first, last + 1)),
+                static_cast<std::int32_t>(item.border),
+                item.width};
+    };
+    std::unordered_set<Key, Hash> seen;
+    seen.reserve(found_.size());
+    auto kept = found_.end();
+    for (auto next = found_.end(); next != found_.begin();) {
+        const DrawItem& item = surface_.Items()[static_cast<std::size_t>(*--next)];
+        bool covered = false;
+        if (item.kind == DrawItem::Kind::Line && (item.x1 == item.x2 || item.y1 == item.y2)) {
+            covered = !seen.insert(keyOf(item)).second;
+        } else if (item.kind == DrawItem::Kind::Triangle && item.border == item.fill) {
+            covered = !seen.insert({-item.apex, item.x1, item.y1, item.x2, item.y2,
+                                    static_cast<std::int32_t>(item.fill)})
+                           .second;
+        }
+        if (!covered) *--kept = *next;
+    }
+    found_.erase(found_.begin(), kept);
 }
 
 void ChartPainter::PaintGrid(QPainter& painter, const QRect& part, double pixel) const {
@@ -99,18 +147,17 @@ void ChartPainter::PaintGrid(QPainter& painter, const QRect& part, double pixel)
             }
         }
     }
-    for (int col = firstCol; col <= lastCol + 1; ++col) {
+    const int gridTop = std::max(0, part.top()), gridBottom = std::min(rowPos(footer), part.bottom());
+    for (int col = firstCol; gridTop <= gridBottom && col <= lastCol + 1; ++col) {
         const bool time =
             col > 0 && col < cols && surface_.IsTimeColumn(col) && surface_.IsTimeColumn(col - 1);
         painter.setPen(time ? timePen : gridPen);
-        painter.drawLine(colPos(col), std::max(rowPos(0), part.top()), colPos(col),
-                         std::min(rowPos(footer), part.bottom()));
+        painter.drawLine(colPos(col), gridTop, colPos(col), gridBottom);
     }
     painter.setPen(gridPen);
-    for (int row = firstRow; row <= lastRow + 1; ++row) {
-        painter.drawLine(std::max(left, part.left()), rowPos(row), std::min(right, part.right()),
-                         rowPos(row));
-    }
+    const int gridLeft = std::max(left, part.left()), gridRight = std::min(right, part.right());
+    for (int row = firstRow; gridLeft <= gridRight && row <= lastRow + 1; ++row)
+        painter.drawLine(gridLeft, rowPos(row), gridRight, rowPos(row));
     painter.setPen(Qt::black);
     if (firstRow == 0) PaintHeading(painter, firstCol, lastCol, pixel);
     for (int row = std::max(firstRow, 1); row <= std::min(lastRow, footer - 1); ++row) {
@@ -183,8 +230,15 @@ void ChartPainter::PaintText(QPainter& painter, const QRect& room, const std::ve
     const int height = line * static_cast<int>(lines.size());
     int top = room.top() + (room.height() - height) / 2;
     if (alignment & Qt::AlignBottom) top = room.bottom() - height;
-    const QRect inner = room.adjusted(kCellMargin, 0, -kCellMargin, 0);
+    const QRect inner = room.adjusted(surface_.CellMargin(), 0, -surface_.CellMargin(), 0);
+    // A cell of many lines can be taller than the screen.
+    const QRect shown = painter.clipBoundingRect().toAlignedRect();
     for (const std::string_view text : lines) {
+        if (top > shown.bottom()) break;
+        if (top + line < shown.top()) {
+            top += line;
+            continue;
+        }
         int left = inner.left();
         if (alignment & Qt::AlignRight) left = inner.right() - surface_.TextWidth(text);
         if (alignment & Qt::AlignHCenter) left = inner.center().x() - surface_.TextWidth(text) / 2;

@@ -23,6 +23,7 @@ class ChartPainter {
     void Paint(QPainter& painter, const QRect& part, double pixel) const;
 
   private:
+    void DropCovered(const QRect& part, double pixel) const;
     void PaintGrid(QPainter& painter, const QRect& part, double pixel) const;
     void PaintHeading(QPainter& painter, int firstCol, int lastCol, double pixel) const;
     void PaintCell(QPainter& painter, int row, int col) const;

@@ -2,42 +2,44 @@
 
 #include <QBuffer>
 #include <QImage>
-#include <QPageSize>
 #include <QPainter>
-#include <QPdfWriter>
 #include <QSvgGenerator>
 #include <algorithm>
 #include <cmath>
 
+#include "charts/TableText.h"
 #include "model/Fault.h"
 #include "paint/ChartPainter.h"
+#include "paint/Text.h"
 
 namespace vortan {
 namespace {
 
-constexpr double kTwipsPerInch = 1440, kTwipsPerPoint = 20;
+constexpr double kTwipsPerInch = 1440;
 constexpr int kScreenPixels = 96;            // to the inch; what a line of one pixel means on paper
-constexpr int kPageMargin = 720;             // twips around the one page of a PDF
 constexpr double kMostPixels = 400'000'000;  // of a PNG, that is 1.6 GB while it is drawn
+constexpr double kMostClipboardPixels = 50'000'000;
+constexpr double kLongestSide = 32767;  // that the toolkit paints on
+constexpr double kPicturePixels = 144;  // to the inch, for other programs
 
-/// Paints everything with the painter's units set to `perTwip`, from `origin` on.
-void PaintAll(QPainter& painter, const Vwindow& surface, const QtTextMetrics& metrics, double perTwip,
-              const QPointF& origin) {
-    painter.translate(origin);
+/// Paints everything with the painter's units set to `perTwip`.
+void PaintAll(QPainter& painter, const ShownSurface& shown, double perTwip) {
+    const Vwindow& surface = shown.surface;
     painter.scale(perTwip, perTwip);
     painter.setRenderHint(QPainter::TextAntialiasing);
-    const ChartPainter chart(surface, metrics);
+    const ChartPainter chart(surface, shown.metrics, surface.AdjustColors);
     // The last lines lie on the edge.
     const QRect all(0, 0, surface.ContentWidth() + 15, surface.ContentHeight() + 15);
     chart.Paint(painter, all, kTwipsPerInch / kScreenPixels);
 }
 
-QByteArray MakeSvg(const Vwindow& surface, const QtTextMetrics& metrics, const QString& title) {
+QByteArray MakeSvg(const ShownSurface& shown) {
+    const Vwindow& surface = shown.surface;
     QByteArray data;
     QBuffer buffer(&data);
     QSvgGenerator svg;
     svg.setOutputDevice(&buffer);
-    svg.setTitle(title);
+    svg.setTitle(Q(shown.title));
     svg.setResolution(kScreenPixels);
     const double pixel = kTwipsPerInch / kScreenPixels;
     const QSize size(static_cast<int>(std::ceil(surface.ContentWidth() / pixel)) + 1,
@@ -45,76 +47,63 @@ QByteArray MakeSvg(const Vwindow& surface, const QtTextMetrics& metrics, const Q
     svg.setSize(size);
     svg.setViewBox(QRect(QPoint(0, 0), size));
     QPainter painter(&svg);
-    PaintAll(painter, surface, metrics, 1 / pixel, {});
+    PaintAll(painter, shown, 1 / pixel);
     painter.end();
     return data;
 }
 
-QByteArray MakePng(const Vwindow& surface, const QtTextMetrics& metrics, double pixelsPerInch) {
+/// A null image if it would have more than `mostPixels`.
+QImage MakeImage(const ShownSurface& shown, double pixelsPerInch, double mostPixels) {
     const double perTwip = pixelsPerInch / kTwipsPerInch;
-    const double width = std::ceil(surface.ContentWidth() * perTwip) + 1,
-                 height = std::ceil(surface.ContentHeight() * perTwip) + 1;
-    const bool tooLarge = width * height > kMostPixels;
-    QImage image;
-    if (!tooLarge) image = QImage(static_cast<int>(width), static_cast<int>(height), QImage::Format_RGB32);
-    if (image.isNull()) {
-        Refuse("The chart is too large for a PNG picture: " + std::to_string(static_cast<long>(width)) +
-               " by " + std::to_string(static_cast<long>(height)) +
-               " pixels. Please make an SVG or a PDF of it.");
-    }
+    const double width = std::ceil(shown.surface.ContentWidth() * perTwip) + 1,
+                 height = std::ceil(shown.surface.ContentHeight() * perTwip) + 1;
+    if (width * height > mostPixels || std::max(width, height) > kLongestSide) return {};
+    QImage image(static_cast<int>(width), static_cast<int>(height), QImage::Format_RGB32);
+    if (image.isNull()) return image;
     image.fill(Qt::white);
     image.setDotsPerMeterX(static_cast<int>(std::lround(pixelsPerInch / 0.0254)));
     image.setDotsPerMeterY(image.dotsPerMeterX());
     QPainter painter(&image);
-    PaintAll(painter, surface, metrics, perTwip, {});
+    PaintAll(painter, shown, perTwip);
     painter.end();
-    QByteArray data;
-    QBuffer buffer(&data);
-    image.save(&buffer, "PNG");
-    return data;
+    return image;
 }
 
-QByteArray MakePdf(const Vwindow& surface, const QtTextMetrics& metrics, const QString& title) {
+QByteArray MakePng(const ShownSurface& shown, double pixelsPerInch) {
+    const QImage image = MakeImage(shown, pixelsPerInch, kMostPixels);
+    if (image.isNull()) {
+        const double perTwip = pixelsPerInch / kTwipsPerInch;
+        Refuse("The chart is too large for a PNG picture: " +
+               std::to_string(std::lround(shown.surface.ContentWidth() * perTwip)) + " by " +
+               std::to_string(std::lround(shown.surface.ContentHeight() * perTwip)) +
+               " pixels. Please make an SVG or a PDF of it.");
+    }
     QByteArray data;
     QBuffer buffer(&data);
-    buffer.open(QIODevice::WriteOnly);
-    QPdfWriter pdf(&buffer);
-    pdf.setTitle(title);
-    pdf.setCreator("VORTAN");
-    pdf.setResolution(static_cast<int>(kTwipsPerInch));
-    const QSizeF points((surface.ContentWidth() + 2 * kPageMargin) / kTwipsPerPoint,
-                        (surface.ContentHeight() + 2 * kPageMargin) / kTwipsPerPoint);
-    pdf.setPageSize(QPageSize(points, QPageSize::Point, {}, QPageSize::ExactMatch));
-    pdf.setPageMargins(QMarginsF());
-    QPainter painter(&pdf);
-    PaintAll(painter, surface, metrics, 1, {kPageMargin, kPageMargin});
-    painter.end();
+    if (!image.save(&buffer, "PNG")) Refuse("The PNG picture could not be made.");
     return data;
 }
 
 }  // namespace
 
-std::optional<PictureType> PictureTypeOf(const std::string& fileName) {
-    const auto ends = [&](const char* extension) {
-        return QString::fromStdString(fileName).endsWith(extension, Qt::CaseInsensitive);
-    };
-    if (ends(".svg")) return PictureType::Svg;
-    if (ends(".png")) return PictureType::Png;
-    if (ends(".pdf")) return PictureType::Pdf;
-    return std::nullopt;
+QByteArray MakePicture(const ShownSurface& shown, PictureType type, double pixelsPerInch) {
+    return type == PictureType::Svg ? MakeSvg(shown) : MakePng(shown, pixelsPerInch);
 }
 
-QByteArray MakePicture(const Vwindow& surface, const QtTextMetrics& metrics, PictureType type,
-                       const QString& title, double pixelsPerInch) {
-    switch (type) {
-        case PictureType::Svg:
-            return MakeSvg(surface, metrics, title);
-        case PictureType::Png:
-            return MakePng(surface, metrics, pixelsPerInch);
-        case PictureType::Pdf:
-            break;
+std::unique_ptr<QMimeData> ClipboardData(const ShownSurface& shown) {
+    auto data = std::make_unique<QMimeData>();
+    if (shown.surface.TheStyle() == Vwindow::Style::Table) {
+        data->setText(Q(TableAsTabs(shown.surface)));
+        data->setHtml(Q(TableAsHtml(shown.surface)));
     }
-    return MakePdf(surface, metrics, title);
+    data->setData("image/svg+xml", MakeSvg(shown));
+    const QImage image = MakeImage(shown, kPicturePixels, kMostClipboardPixels);
+    if (!image.isNull()) data->setImageData(image);
+    return data;
+}
+
+std::string GetPictureText(const ShownSurface& shown) {
+    return MakePng(shown, kPicturePixels).toHex().toStdString();
 }
 
 }  // namespace vortan

@@ -1,24 +1,25 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
-#include <optional>
+#include <QMimeData>
+#include <memory>
 #include <string>
 
-#include "charts/Vwindow.h"
-#include "paint/QtTextMetrics.h"
+#include "paint/ShownSurface.h"
 
-/// A whole surface as a picture.
+/// A whole surface as a picture, in black and white if the surface says so.
 namespace vortan {
 
-enum class PictureType { Svg, Png, Pdf };
+enum class PictureType { Svg, Png };
 
-/// By the extension of a file name; none for others.
-std::optional<PictureType> PictureTypeOf(const std::string& fileName);
+/// The data of a picture file. A PNG has `pixelsPerInch`; one too large for memory is a fault.
+QByteArray MakePicture(const ShownSurface& shown, PictureType type, double pixelsPerInch = 144);
 
-/// The data of a picture file. A PNG has `pixelsPerInch`; one too large for memory is a fault. A PDF has one
-/// page, as large as the surface and a margin.
-QByteArray MakePicture(const Vwindow& surface, const QtTextMetrics& metrics, PictureType type,
-                       const QString& title, double pixelsPerInch = 144);
+/// For the clipboard: the picture as SVG and as pixels, which programs ask for as PNG, and a table also as
+/// text and as HTML. What is too large for pixels is there as SVG alone.
+std::unique_ptr<QMimeData> ClipboardData(const ShownSurface& shown);
+
+/// The data of a PNG as hexadecimal digits, as the picture group of an RTF document holds them.
+std::string GetPictureText(const ShownSurface& shown);
 
 }  // namespace vortan

@@ -20,6 +20,14 @@ QFont InTwips(QFont font) {
 
 }  // namespace
 
+QFont ToFont(const FormFont& font) {
+    QFont result(Q(font.name));
+    result.setPointSizeF(font.size > 0 ? font.size : FormFont().size);
+    result.setBold(font.bold);
+    result.setItalic(font.italic);
+    return result;
+}
+
 QtTextMetrics::QtTextMetrics(const QFont& font)
     : font_(InTwips(font)),
       metrics_(font_),

@@ -5,8 +5,11 @@
 #include <array>
 
 #include "charts/TextMetrics.h"
+#include "persist/Settings.h"
 
 namespace vortan {
+
+QFont ToFont(const FormFont& font);
 
 /// Measures in twips, without regard to any device, so that a chart is laid out alike on screen and on paper.
 /// Letters keep their own widths (no kerning): that makes a text as wide as the sum of its letters, which are

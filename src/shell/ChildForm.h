@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QWidget>
+#include <optional>
+
+#include "paint/ShownSurface.h"
 
 namespace vortan {
 
@@ -26,9 +29,8 @@ class ChildForm {
     /// once.
     virtual void Unload() = 0;
 
-    // What the Output and Setup menus ask of the form in front. False: it has no such function.
-    virtual bool Print() { return false; }
-    virtual bool Copy() { return false; }
+    // What the Output and Setup menus ask of the form in front. None and false: it has no such function.
+    virtual std::optional<ShownSurface> Surface() { return std::nullopt; }
     virtual bool ChangeFont() { return false; }
 
     QString FormName() { return Window().objectName(); }

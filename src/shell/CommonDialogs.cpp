@@ -8,6 +8,7 @@
 
 #include "model/NumberText.h"
 #include "model/ValueText.h"
+#include "paint/QtTextMetrics.h"
 #include "paint/Text.h"
 
 namespace vortan {
@@ -46,12 +47,7 @@ std::string ShowSave(const std::string& directory, const std::string& suggestedN
 }
 
 QFont FontOfForm(Desktop& desktop, const QString& formName) {
-    const FormFont stored = desktop.settings.FontOf(S(formName));
-    QFont font(Q(stored.name));
-    font.setPointSizeF(stored.size > 0 ? stored.size : 9);
-    font.setBold(stored.bold);
-    font.setItalic(stored.italic);
-    return font;
+    return ToFont(desktop.settings.FontOf(S(formName)));
 }
 
 bool ShowFont(Desktop& desktop, const QString& formName) {

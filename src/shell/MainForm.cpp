@@ -11,6 +11,7 @@
 #include "paint/Text.h"
 #include "shell/ElidedLabel.h"
 #include "shell/Icons.h"
+#include "shell/Printing.h"
 #include "shell/ProjectTreeForm.h"
 #include "shell/TemplateTreeForm.h"
 #include "shell/Trees.h"
@@ -25,7 +26,7 @@ constexpr int kProjectShare = 60, kTemplateShare = 40;
 
 }  // namespace
 
-MainForm::MainForm(Desktop& desktop) : desktop_(desktop) {
+MainForm::MainForm(Desktop& desktop) : desktop_(desktop), printing_(std::make_unique<Printing>()) {
     setObjectName("MainForm");
     setWindowTitle(Q("VORTAN " + GetAppVersion()));
     setWindowIcon(GetResIcon("Vortan.ico"));
@@ -103,8 +104,11 @@ void MainForm::Activate(const std::string& commandLine) {
 // ---- forms
 
 void MainForm::ShowForm(ChildForm& form) {
-    if (std::find(forms_.begin(), forms_.end(), &form) == forms_.end()) forms_.push_back(&form);
     QWidget& window = form.Window();
+    if (std::find(forms_.begin(), forms_.end(), &form) == forms_.end()) {
+        forms_.push_back(&form);
+        connect(&window, &QWidget::windowTitleChanged, this, [this] { UpdateChecks(); });
+    }
     switch (form.Class()) {
         case FormClass::FullPage:
             if (fullPage_ && fullPage_ != &form) fullPage_->Unload();

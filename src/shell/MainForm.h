@@ -22,6 +22,7 @@ class QToolButton;
 namespace vortan {
 
 class ElidedLabel;
+class Printing;
 class ProjectTreeForm;
 class TemplateTreeForm;
 class Trees;
@@ -55,6 +56,11 @@ class MainForm : public QMainWindow, public Listener {
     /// The manual, page by page and for the control that has the focus.
     void DisplayHelpPage(const std::string& page);
     void ContextHelp();
+
+    /// The font of the form in front, and the printer and its page.
+    void SetupFont();
+    void SetupPrinter();
+    Printing& ThePrinting() { return *printing_; }
 
     QAction& Action(const char* name) const { return *actions_.at(name); }
     Trees& TheTrees() const { return *trees_; }
@@ -106,9 +112,10 @@ class MainForm : public QMainWindow, public Listener {
     void IterativeSolve();
     void OutputPrint();
     void OutputCopy();
-    void SetupFont();
     ChildForm* ActiveForm() const;
-    void OnActiveForm(bool (ChildForm::*function)(), const std::string& word, const std::string& nothing);
+    /// The form in front if it has a surface, else none after a message.
+    ChildForm* SurfaceToOutput(const std::string& word);
+    void NotSupported(ChildForm& form, const std::string& word);
 
     Desktop& desktop_;
     std::map<std::string, QAction*> actions_;  // by control name
@@ -123,6 +130,7 @@ class MainForm : public QMainWindow, public Listener {
     TemplateTreeForm* templateTree_ = nullptr;
     std::unique_ptr<Trees> trees_;
     std::unique_ptr<SelectorBoxes> boxes_;
+    std::unique_ptr<Printing> printing_;
     QToolBar* toolbar_ = nullptr;
     QToolButton* solvePanel_ = nullptr;
     ElidedLabel* messagePanel_ = nullptr;

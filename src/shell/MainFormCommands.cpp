@@ -1,11 +1,19 @@
 // What the commands of the main window do that no other part of the program does for it.
 
+#include <QApplication>
+#include <QClipboard>
+
+#include "charts/GanttForm.h"
 #include "model/JournalCommands.h"
 #include "model/ValueText.h"
+#include "paint/Pictures.h"
 #include "paint/Text.h"
+#include "shell/ChartPage.h"
 #include "shell/CommonDialogs.h"
-#include "shell/GanttPage.h"
 #include "shell/MainForm.h"
+#include "shell/PageSizeForm.h"
+#include "shell/PreferencesForm.h"
+#include "shell/Printing.h"
 #include "shell/ProjectTreeForm.h"
 #include "shell/TemplateEntryForm.h"
 #include "shell/TemplateTreeForm.h"
@@ -106,7 +114,11 @@ void MainForm::GraphicsGantt() {
     if (fullPage_ && fullPage_->FormName() == "GanttForm") {
         fullPage_->Unload();
     } else if (desktop_.workspace.ThisProjectSolved()) {
-        GanttPage::Start(desktop_);
+        ChartPage::Start(desktop_, [this](const TextMetrics& metrics) {
+            auto chart = std::make_unique<GanttForm>(desktop_.workspace, desktop_.settings, metrics);
+            chart->PreferencesCommandClick = [this] { PreferencesForm::Start(desktop_); };
+            return chart;
+        });
     }
     UpdateChecks();
 }
@@ -187,32 +199,49 @@ ChildForm* MainForm::ActiveForm() const {
     return fullPage_ ? fullPage_ : lastPane_;
 }
 
-void MainForm::OnActiveForm(bool (ChildForm::*function)(), const std::string& word,
-                            const std::string& nothing) {
+void MainForm::NotSupported(ChildForm& form, const std::string& word) {
     std::string title = word;
     title.front() = static_cast<char>(title.front() - 'a' + 'A');
-    ChildForm* form = ActiveForm();
-    if (!form) {
-        desktop_.platform.MessageBox(nothing, "Not Applicable", BoxIcon::Information, BoxButtons::Ok);
-        return;
-    }
-    if ((form->*function)()) return;
-    const std::string name = S(form->FormName());
+    const std::string name = S(form.FormName());
     desktop_.platform.MessageBox(
         "The " + word + " function is not supported for " + name.substr(0, name.size() - 4) + ".",
         title + " Not Supported", BoxIcon::Information, BoxButtons::Ok);
 }
 
+ChildForm* MainForm::SurfaceToOutput(const std::string& word) {
+    ChildForm* form = ActiveForm();
+    if (form && form->Surface()) return form;
+    if (form) {
+        NotSupported(*form, word);
+    } else {
+        desktop_.platform.MessageBox("There is nothing to " + word + ".", "Not Applicable",
+                                     BoxIcon::Information, BoxButtons::Ok);
+    }
+    return nullptr;
+}
+
 void MainForm::OutputPrint() {
-    OnActiveForm(&ChildForm::Print, "print", "There is nothing to print.");
+    if (ChildForm* form = SurfaceToOutput("print")) PageSizeForm::Wakeup(desktop_, *form);
 }
 
 void MainForm::OutputCopy() {
-    OnActiveForm(&ChildForm::Copy, "copy", "There is nothing to copy.");
+    if (ChildForm* form = SurfaceToOutput("copy"))
+        QApplication::clipboard()->setMimeData(ClipboardData(*form->Surface()).release());
 }
 
 void MainForm::SetupFont() {
-    OnActiveForm(&ChildForm::ChangeFont, "font", "There is no active window.");
+    ChildForm* form = ActiveForm();
+    if (!form) {
+        desktop_.platform.MessageBox("There is no active window.", "Not Applicable", BoxIcon::Information,
+                                     BoxButtons::Ok);
+    } else if (!form->ChangeFont()) {
+        NotSupported(*form, "font");
+    }
+}
+
+/// Everything that fits itself to the page is drawn anew.
+void MainForm::SetupPrinter() {
+    if (printing_->ShowPrinter(this)) desktop_.workspace.BroadcastNewSolution();
 }
 
 }  // namespace vortan

@@ -168,7 +168,7 @@ void MainForm::BuildMenus() {
     QMenu& setup = newMenu("SetupMenu", "Set&up");
     AddAction(setup, "SetupFontMenu", "&Font", "MainForm:SetupFontMenu_Click", [this] { SetupFont(); });
     AddAction(setup, "SetupPrinterMenu", "&Printer", "MainForm:SetupPrinterMenu_Click",
-              [&workspace] { workspace.NotReadyYet(); });
+              [this] { SetupPrinter(); });
     AddAction(setup, "SetupPreferencesMenu", "P&references", "MainForm:SetupPreferencesMenu_Click",
               [this] { PreferencesForm::Start(desktop_); });
 

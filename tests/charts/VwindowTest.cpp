@@ -5,6 +5,7 @@
 #include <random>
 
 #include "charts/FixedMetrics.h"
+#include "charts/TableText.h"
 #include "model/Fault.h"
 
 namespace vortan {
@@ -97,6 +98,30 @@ TEST(Vwindow, FixedPart) {
     EXPECT_EQ(w.FixedRows(), 2);
     EXPECT_EQ(w.FixedCols(), 3);
     EXPECT_EQ(ColPositions(w), (std::vector{0, 200, 700, 1200})) << "days do not follow their title";
+}
+
+TEST(Vwindow, ATableIsTextForOtherPrograms) {
+    Vwindow w(Style::Table, metrics);
+    w.ClearLayout();
+    w.AddColumn("Task", Alignment::Left);
+    w.AddColumn("Time\r\nleft", Alignment::Right);
+    w.EndColumns();
+    w.AddRow();
+    w.SetCell(1, 0, "1: Cut & <fold>\r\n\tAnn");
+    w.SetCell(1, 1, "3d");
+    w.AddRow();
+    w.SetCell(2, 1, "Done");
+    w.SetCellMarkB(2, 1, true);
+    w.SetCellMarkC(2, 1, true);
+    w.SetCellColor(2, 1, 0xC0FFC1);
+    w.EndLayout(0, 0);
+    EXPECT_EQ(TableAsTabs(w), "Task\tTime left\r\n1: Cut & <fold>  Ann\t3d\r\n\tDone\r\n");
+    const std::string html = TableAsHtml(w);
+    for (const char* part :
+         {"<th style=\"text-align:center\">Time<br>left</th>", ">1: Cut &amp; &lt;fold&gt;<br>",
+          "<td style=\"text-align:right\">3d</td>",
+          "<td style=\"text-align:center;font-weight:bold;background-color:#c1ffc0\">Done</td>"})
+        EXPECT_NE(html.find(part), std::string::npos) << part << " is not in\n" << html;
 }
 
 TEST(Vwindow, LongTextsWrap) {

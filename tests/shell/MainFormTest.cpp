@@ -33,10 +33,10 @@ class Page : public QWidget, public ChildForm {
         open = false;
         main_.UnlockEntryForm(*this);
     }
-    bool Copy() override { return ++copies > 0; }
+    bool ChangeFont() override { return ++fonts > 0; }
 
     bool open = true;
-    int copies = 0;
+    int fonts = 0;
 
   private:
     MainForm& main_;
@@ -182,8 +182,8 @@ TEST_F(MainFormTest, OnePageAtATimeAndTheFirstCloseTakesItAway) {
     EXPECT_FALSE(first->open);
     EXPECT_EQ(shell.main.FullPage(), second);
 
-    shell.Choose("OutputCopyMenu");
-    EXPECT_EQ(second->copies, 1);
+    shell.Choose("SetupFontMenu");
+    EXPECT_EQ(second->fonts, 1);
     shell.platform.ExpectBox("Print Not Supported", BoxAnswer::Ok,
                              "The print function is not supported for Second.");
     shell.Choose("OutputPrintMenu");

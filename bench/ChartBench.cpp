@@ -1,0 +1,98 @@
+#include <benchmark/benchmark.h>
+
+#include <QGuiApplication>
+#include <QImage>
+#include <QPainter>
+#include <algorithm>
+#include <chrono>
+
+#include "../fuzz/QuietPlatform.h"
+#include "BenchPlans.h"
+#include "charts/GanttForm.h"
+#include "paint/ChartPainter.h"
+#include "paint/Pictures.h"
+#include "persist/Records.h"
+#include "solve/Solver.h"
+
+namespace vortan {
+namespace {
+
+constexpr double kTwipsPerPixel = 15;
+constexpr QSize kScreen(1920, 1080);
+
+void NeedToolkit() {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static int count = 1;
+    static char name[] = "vortan_bench";
+    static char* words[] = {name, nullptr};
+    static const QGuiApplication toolkit(count, words);
+}
+
+/// The chart of a solved plan, with all arrows and markers of the default settings.
+struct Charted {
+    explicit Charted(int tasks) : metrics((NeedToolkit(), ToFont(FormFont()))) {
+        const std::string text = SimplePlan(tasks, tasks / 10, 1);
+        TokenReader reader(text, "bench.vta");
+        LoadReport report;
+        LoadRecords(workspace, reader, report);
+        workspace.SetThisProject(workspace.ProjectList()[0]);
+        solver.RestartSolve();
+        solver.SolveTimerTick();
+        chart.Start();
+    }
+
+    QuietPlatform platform;
+    Workspace workspace{platform};
+    Solver solver{workspace};
+    Settings settings{platform};
+    QtTextMetrics metrics;
+    GanttForm chart{workspace, settings, metrics};
+};
+
+/// Layout and drawing list, from the solution. Argument: rows.
+void GanttStart(benchmark::State& state) {
+    Charted charted(static_cast<int>(state.range(0)));
+    for (auto _ : state) charted.chart.Start();
+}
+BENCHMARK(GanttStart)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+
+/// A screenful at a time, from the top of the chart to its end, in ms. "first" has the letters still to be
+/// made, "worst" is the slowest of the others.
+void GanttScroll(benchmark::State& state) {
+    Charted charted(static_cast<int>(state.range(0)));
+    const Vwindow& surface = charted.chart.TheVwindow();
+    QImage image(kScreen, QImage::Format_RGB32);
+    const int screen = static_cast<int>(kScreen.height() * kTwipsPerPixel);
+    const int step = std::max(1, (surface.ContentHeight() - screen) / 100);
+    double first = 0, worst = 0;
+    int top = 0;
+    for (auto _ : state) {
+        const auto before = std::chrono::steady_clock::now();
+        QPainter painter(&image);
+        painter.scale(1 / kTwipsPerPixel, 1 / kTwipsPerPixel);
+        painter.translate(0, -top);
+        const QRect part(0, top, static_cast<int>(kScreen.width() * kTwipsPerPixel), screen);
+        ChartPainter(surface, charted.metrics).Paint(painter, part, kTwipsPerPixel);
+        painter.end();
+        const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - before;
+        if (first == 0) {
+            first = taken.count();
+        } else {
+            worst = std::max(worst, taken.count());
+        }
+        top = top + step > surface.ContentHeight() - screen ? 0 : top + step;
+    }
+    state.counters["first"] = first;
+    state.counters["worst"] = worst;
+}
+BENCHMARK(GanttScroll)->Arg(10000)->Iterations(300)->Unit(benchmark::kMillisecond);
+
+void GanttSvg(benchmark::State& state) {
+    Charted charted(static_cast<int>(state.range(0)));
+    const ShownSurface shown{charted.chart.TheVwindow(), charted.metrics, "Chart"};
+    for (auto _ : state) benchmark::DoNotOptimize(MakePicture(shown, PictureType::Svg).size());
+}
+BENCHMARK(GanttSvg)->Arg(1000)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace vortan

@@ -1,0 +1,106 @@
+#include "charts/TableText.h"
+
+#include <string_view>
+#include <vector>
+
+#include "charts/TextLines.h"
+
+namespace vortan {
+namespace {
+
+/// The rows that have cells, the titles first.
+int TextRows(const Vwindow& surface) {
+    return surface.Rows() - (surface.HasFooter() ? 1 : 0);
+}
+
+std::string OneLine(std::string_view text) {
+    std::vector<std::string_view> lines;
+    SplitLines(text, lines);
+    std::string all;
+    for (const std::string_view line : lines) {
+        if (line.data() != text.data()) all += ' ';
+        for (const char c : line) all += c == '\t' || c == '\n' || c == '\r' ? ' ' : c;
+    }
+    return all;
+}
+
+std::string Escaped(std::string_view text) {
+    std::string all;
+    for (const char c : text) {
+        if (c == '&') {
+            all += "&amp;";
+        } else if (c == '<') {
+            all += "&lt;";
+        } else if (c == '>') {
+            all += "&gt;";
+        } else {
+            all += c;
+        }
+    }
+    return all;
+}
+
+/// "#rrggbb".
+std::string HtmlColor(Color color) {
+    constexpr char kDigits[] = "0123456789abcdef";
+    std::string text = "#";
+    for (const Color channel : {color & 255, color >> 8 & 255, color >> 16 & 255}) {
+        text += kDigits[channel >> 4];
+        text += kDigits[channel & 15];
+    }
+    return text;
+}
+
+const char* HtmlAlignment(const Vwindow& surface, int row, int col) {
+    if (surface.CellMarkC(row, col)) return "center";
+    switch (surface.ColumnAlignment(col)) {
+        case Alignment::Right:
+        case Alignment::RightBottom:
+            return "right";
+        case Alignment::Center:
+        case Alignment::DayColumn:
+            return "center";
+        case Alignment::Left:
+            break;
+    }
+    return "left";
+}
+
+std::string HtmlCell(const Vwindow& surface, int row, int col) {
+    const char* tag = row == 0 ? "th" : "td";
+    std::string style = std::string("text-align:") + (row == 0 ? "center" : HtmlAlignment(surface, row, col));
+    if (surface.CellMarkB(row, col)) style += ";font-weight:bold";
+    const Color color = surface.CellColor(row, col);
+    if (color != kWhite) style += ";background-color:" + HtmlColor(color);
+    std::vector<std::string_view> lines;
+    SplitLines(row == 0 ? surface.ColumnTitle(col) : surface.Cell(row, col), lines);
+    std::string content = Escaped(lines[0]);
+    for (std::size_t i = 1; i < lines.size(); ++i) content += "<br>" + Escaped(lines[i]);
+    return "<" + std::string(tag) + " style=\"" + style + "\">" + content + "</" + tag + ">";
+}
+
+}  // namespace
+
+std::string TableAsTabs(const Vwindow& surface) {
+    std::string text;
+    for (int row = 0; row < TextRows(surface); ++row) {
+        for (int col = 0; col < surface.Cols(); ++col) {
+            if (col > 0) text += '\t';
+            text += OneLine(row == 0 ? surface.ColumnTitle(col) : surface.Cell(row, col));
+        }
+        text += "\r\n";
+    }
+    return text;
+}
+
+std::string TableAsHtml(const Vwindow& surface) {
+    std::string text = "<table border=\"1\" style=\"border-collapse:collapse\">\n";
+    for (int row = 0; row < TextRows(surface); ++row) {
+        text += "<tr>";
+        for (int col = 0; col < surface.Cols(); ++col) text += HtmlCell(surface, row, col);
+        text += "</tr>\n";
+    }
+    return text + "</table>\n";
+}
+
+}  // namespace vortan

@@ -1,0 +1,154 @@
+#include "shell/ChartPage.h"
+
+#include <QCheckBox>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "paint/Text.h"
+#include "shell/CommonDialogs.h"
+#include "shell/MainForm.h"
+#include "shell/Printing.h"
+
+namespace vortan {
+namespace {
+
+// Where the options stand in front of the chart, in twips from its corner.
+constexpr int kOptionsLeft = 120, kOptionsTop = 2760;
+constexpr int kTwipsPerInch = 1440;
+
+/// A frame that the mouse moves about in front of what it hides.
+class OptionsBox : public QGroupBox {
+  public:
+    using QGroupBox::QGroupBox;
+
+    /// As far as the parent reaches.
+    void PutAt(QPoint corner) {
+        const QSize room = parentWidget()->size() - size();
+        move(std::clamp(corner.x(), 0, std::max(0, room.width())),
+             std::clamp(corner.y(), 0, std::max(0, room.height())));
+    }
+
+  protected:
+    void mousePressEvent(QMouseEvent* event) override { grip_ = event->position().toPoint(); }
+    void mouseMoveEvent(QMouseEvent* event) override {
+        if (event->buttons().testFlag(Qt::LeftButton))
+            PutAt(mapToParent(event->position().toPoint() - grip_));
+    }
+
+  private:
+    QPoint grip_;
+};
+
+}  // namespace
+
+ChartPage& ChartPage::Start(Desktop& desktop, const Maker& make) {
+    auto* page = new ChartPage(desktop, make);
+    page->Restart();
+    desktop.mainForm->ShowForm(*page);
+    return *page;
+}
+
+ChartPage::ChartPage(Desktop& desktop, const Maker& make) : desktop_(desktop) {
+    desktop_.workspace.AddListener(this);
+    metrics_ = std::make_unique<QtTextMetrics>(QFont());
+    chart_ = make(*metrics_);
+    setObjectName(Q(chart_->Name()));
+    view_ = std::make_unique<SurfaceView>(chart_->TheVwindow(), *metrics_);
+    view_->TipAt = [this](int x, int y) { return chart_->TipAt(x, y); };
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(view_.get());
+    setFocusProxy(view_.get());
+    const auto frame = chart_->Frame();
+    if (!frame.options.empty()) options_ = NewOptionsFrame(frame);
+}
+
+QGroupBox* ChartPage::NewOptionsFrame(const ChartForm::OptionsFrame& frame) {
+    auto* box = new OptionsBox(Q(frame.caption), this);
+    box->setObjectName(Q(frame.name));
+    box->setAutoFillBackground(true);
+    auto* column = new QVBoxLayout(box);
+    for (const ChartForm::Option& option : frame.options) column->addWidget(NewOption(option));
+    const int line = fontMetrics().height();
+    box->setMinimumWidth(fontMetrics().horizontalAdvance(box->title()) + 2 * line);
+    box->adjustSize();
+    box->move(kOptionsLeft * logicalDpiX() / kTwipsPerInch, kOptionsTop * logicalDpiY() / kTwipsPerInch);
+    return box;
+}
+
+QWidget* ChartPage::NewOption(const ChartForm::Option& option) {
+    using Kind = ChartForm::Option::Kind;
+    QAbstractButton* control = nullptr;
+    if (option.kind == Kind::Button) control = new QPushButton(Q(option.caption));
+    if (option.kind == Kind::Check) control = new QCheckBox(Q(option.caption));
+    if (option.kind == Kind::Choice) control = new QRadioButton(Q(option.caption));
+    control->setObjectName(Q(option.name));
+    control->setChecked(option.on);
+    const auto clicked = [this, option](bool on) {
+        desktop_.Run("ChartPage:Option_Click", [&] {
+            option.click(on);
+            if (option.kind != Kind::Button) Restart();
+        });
+    };
+    if (option.kind == Kind::Button) {
+        connect(control, &QAbstractButton::clicked, this, clicked);
+    } else {
+        // Of two choices that change, the one that is on now speaks.
+        connect(control, &QAbstractButton::toggled, this, [clicked, option](bool on) {
+            if (on || option.kind == Kind::Check) clicked(on);
+        });
+    }
+    return control;
+}
+
+ChartPage::~ChartPage() {
+    desktop_.workspace.RemoveListener(this);
+    if (!unloaded_ && desktop_.mainForm) desktop_.mainForm->UnlockEntryForm(*this);
+}
+
+void ChartPage::Unload() {
+    if (unloaded_) return;
+    unloaded_ = true;
+    desktop_.workspace.RemoveListener(this);
+    hide();
+    if (desktop_.mainForm) desktop_.mainForm->UnlockEntryForm(*this);
+    setObjectName({});
+    deleteLater();
+}
+
+void ChartPage::Restart() {
+    auto metrics = std::make_unique<QtTextMetrics>(FontOfForm(desktop_, objectName()));
+    chart_->TheVwindow().SetFont(*metrics);
+    chart_->TheVwindow().SetPage(desktop_.mainForm->ThePrinting().Page());
+    view_->SetMetrics(*metrics);
+    metrics_ = std::move(metrics);
+    chart_->Start();
+    setWindowTitle(Q(chart_->Caption()));
+    view_->SurfaceChanged();
+}
+
+void ChartPage::Do(ChartForm::Answer answer) {
+    if (answer == ChartForm::Answer::Start) Restart();
+    if (answer == ChartForm::Answer::Unload) Unload();
+}
+
+std::optional<ShownSurface> ChartPage::Surface() {
+    return ShownSurface{chart_->TheVwindow(), *metrics_, chart_->PrintTitle()};
+}
+
+bool ChartPage::ChangeFont() {
+    if (ShowFont(desktop_, objectName())) Restart();
+    return true;
+}
+
+void ChartPage::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (!options_) return;
+    static_cast<OptionsBox*>(options_)->PutAt(options_->pos());
+    options_->raise();
+}
+
+}  // namespace vortan

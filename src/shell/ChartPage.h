@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QGroupBox>
+#include <QWidget>
+#include <functional>
+#include <memory>
+
+#include "charts/ChartForm.h"
+#include "model/Listener.h"
+#include "paint/QtTextMetrics.h"
+#include "shell/ChildForm.h"
+#include "shell/Desktop.h"
+#include "shell/SurfaceView.h"
+
+namespace vortan {
+
+/// A chart as a page of the work area, whatever it shows: its surface, scrolled, with its options in a frame
+/// in front of it that can be dragged aside.
+class ChartPage : public QWidget, public ChildForm, public Listener {
+  public:
+    using Maker = std::function<std::unique_ptr<ChartForm>(const TextMetrics&)>;
+    /// Makes the chart, starts it and shows it.
+    static ChartPage& Start(Desktop& desktop, const Maker& make);
+    ~ChartPage() override;
+
+    FormClass Class() const override { return FormClass::FullPage; }
+    QWidget& Window() override { return *this; }
+    void Unload() override;
+    std::optional<ShownSurface> Surface() override;
+    bool ChangeFont() override;
+
+    void NewThisProject() override { Do(chart_->AnswersTo().newThisProject); }
+    void NewThisTemplate() override { Do(chart_->AnswersTo().newThisTemplate); }
+    void NewJournal() override { Do(chart_->AnswersTo().newJournal); }
+    void NewSolution() override { Do(chart_->AnswersTo().newSolution); }
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+  private:
+    ChartPage(Desktop& desktop, const Maker& make);
+    QGroupBox* NewOptionsFrame(const ChartForm::OptionsFrame& frame);
+    QWidget* NewOption(const ChartForm::Option& option);
+    /// In the font of the form and for the printer's page, from what is in memory.
+    void Restart();
+    void Do(ChartForm::Answer answer);
+
+    Desktop& desktop_;
+    std::unique_ptr<QtTextMetrics> metrics_;
+    std::unique_ptr<ChartForm> chart_;
+    std::unique_ptr<SurfaceView> view_;
+    QGroupBox* options_ = nullptr;
+    bool unloaded_ = false;
+};
+
+}  // namespace vortan

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QPageLayout>
+#include <QWidget>
+#include <vector>
+
+#include "charts/PageCuts.h"
+#include "model/Platform.h"
+#include "paint/ShownSurface.h"
+
+namespace vortan {
+
+/// The printer and page that the user has chosen, for the run of the program. A PDF file is the printer that
+/// is always there, and the one until the user chooses another.
+class Printing {
+  public:
+    Printing();
+
+    /// What charts may fill of a page.
+    Vwindow::Page Page() const;
+    /// Lets the user choose the printer and its page. False on Cancel: all is as it was.
+    bool ShowPrinter(QWidget* parent);
+    /// Prints, asking for the name of a PDF file first if that is the printer. A printer that fails is a
+    /// fault; a file that cannot be written is told in a box.
+    void Print(QWidget* parent, Platform& platform, const ShownSurface& shown,
+               const std::vector<Piece>& pieces) const;
+
+  private:
+    QPageLayout layout_;
+    QString printer_;  // name, empty for a PDF file
+};
+
+}  // namespace vortan

@@ -1,0 +1,59 @@
+#include <QFile>
+#include <QImage>
+
+#include "cli/CliRun.h"
+
+namespace vortan {
+namespace {
+
+class ChartCommandTest : public CliFixture {
+  protected:
+    QByteArray Drawn(const char* plan, const char* name, const std::vector<std::string>& more = {}) {
+        std::vector<std::string> arguments{"chart", "gantt", plan, "-o", PathOf(name)};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        EXPECT_EQ(Done(arguments), "");
+        QFile file(QString::fromStdString(PathOf(name)));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+        return file.readAll();
+    }
+};
+
+TEST_F(ChartCommandTest, WritesPicturesAndPages) {
+    const char* house = EXAMPLES "/house.vta";
+    EXPECT_TRUE(Drawn(house, "house.svg").contains("Slab cures"));
+    EXPECT_GT(QImage::fromData(Drawn(house, "HOUSE.PNG"), "PNG").width(), 1000);
+    EXPECT_EQ(Drawn(house, "house.pdf").count("/Type /Page\n"), 3);
+    EXPECT_EQ(Drawn(house, "house.pdf", {"--fit"}).count("/Type /Page\n"), 1);
+    const char* programme = EXAMPLES "/programme.vta";
+    EXPECT_TRUE(Drawn(programme, "now.svg").contains("Projected"));
+    EXPECT_FALSE(Drawn(programme, "plan.svg", {"--journal", "1/11/2027"}).contains("Projected"));
+}
+
+TEST_F(ChartCommandTest, TheUsersPreferencesHold) {
+    const std::string settings = PathOf("vortan");
+    const QByteArray arrows = Drawn(EXAMPLES "/launch.vta", "a.svg");
+    std::filesystem::create_directory(settings);
+    WriteBytes(settings + "/Vortan.cfg", "not packed at all");
+    const CliOutcome damaged = Run({"chart", "gantt", EXAMPLES "/launch.vta", "-o", PathOf("b.svg")});
+    EXPECT_EQ(damaged.exitCode, kExitDone);
+    ExpectPart(damaged.err, "Warning: ");
+}
+
+TEST_F(ChartCommandTest, RefusalsSayWhy) {
+    const std::string house = EXAMPLES "/house.vta";
+    const std::pair<std::vector<std::string>, const char*> cases[] = {
+        {{"chart"}, "subcommand"},
+        {{"chart", "gantt", house}, "--output is required"},
+        {{"chart", "gantt", house, "-o", "house.gif"}, "must end in .svg, .png or .pdf"},
+        {{"chart", "gantt", house, "-o", PathOf("none/house.svg")}, "none/house.svg\" could not be written"},
+        {{"chart", "gantt", PathOf("none.vta"), "-o", PathOf("a.svg")}, "none.vta"},
+        {{"chart", "gantt", house, "-o", PathOf("a.svg"), "--project", "Barn"}, "no project \"Barn\""},
+    };
+    for (const auto& [arguments, reason] : cases) ExpectPart(Refused(arguments), reason);
+    const CliOutcome halted = Run({"chart", "gantt", EXAMPLES "/overtime.vta", "-o", PathOf("a.svg")});
+    EXPECT_EQ(halted.exitCode, kExitHalted);
+    ExpectPart(halted.err, "Overtime needed");
+}
+
+}  // namespace
+}  // namespace vortan
