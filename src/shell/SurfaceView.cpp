@@ -46,9 +46,14 @@ QSize SurfaceView::Fixed() const {
     return fixed;
 }
 
+/// All of the surface, and a pixel for its last line.
+QSize SurfaceView::viewportSizeHint() const {
+    if (!surface_.IsComplete()) return QAbstractScrollArea::viewportSizeHint();
+    return {ToPixels(surface_.ContentWidth()) + 1, ToPixels(surface_.ContentHeight()) + 1};
+}
+
 void SurfaceView::FitScrollBars() {
-    // A pixel more than the content, for its last line.
-    const QSize content(ToPixels(surface_.ContentWidth()) + 1, ToPixels(surface_.ContentHeight()) + 1);
+    const QSize content = viewportSizeHint();
     const QSize window = viewport()->size();
     horizontalScrollBar()->setRange(0, std::max(0, content.width() - window.width()));
     horizontalScrollBar()->setPageStep(std::max(1, window.width() - Fixed().width()));

@@ -35,6 +35,7 @@ class SurfaceView : public QAbstractScrollArea {
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     bool viewportEvent(QEvent* event) override;
+    QSize viewportSizeHint() const override;
 
   private:
     double TwipsPerPixel() const { return 1440.0 / logicalDpiX(); }
