@@ -125,7 +125,8 @@ void TimeScale::MakeUpperLabels(const TextMetrics& metrics) {
             forms = {month + " " + year, shortMonth + " " + year, shortMonth};
         }
         const auto form = std::find_if(forms.begin(), forms.end(), [&](const std::string& text) {
-            return metrics.TextWidth(text) <= std::int64_t{last - first} * columnWidth_;
+            return metrics.TextWidth(text) + metrics.AverageWidth() <=
+                   static_cast<double>(last - first) * columnWidth_;
         });
         upperLabels_.push_back({form == forms.end() ? std::string() : *form, first, last});
         first = last;

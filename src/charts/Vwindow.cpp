@@ -268,6 +268,24 @@ int Vwindow::ColPos(int col) const {
     return colPos_[Index(col)];
 }
 
+/// None on a free drawing, which has no edges.
+int Vwindow::LineAt(const std::vector<int>& edges, int position) {
+    if (edges.empty() || position < edges.front() || position >= edges.back()) return -1;
+    const auto beyond = std::upper_bound(edges.begin(), edges.end(), position);
+    return static_cast<int>(beyond - edges.begin()) - 1;
+}
+
+void Vwindow::Press(int button, int x, int y) {
+    if (MouseDown) MouseDown(button, x, y);
+    const int row = RowAt(y), col = ColAt(x);
+    if (row < 0 || col < 0) return;
+    if (IsTimeColumn(col)) {
+        if (DateClick) DateClick(XToDate(x));
+    } else if (CellClick && !(hasFooter_ && row == Rows() - 1)) {
+        CellClick(button, row, col);
+    }
+}
+
 int Vwindow::FixedRows() const {
     if (style_ == Style::Free) return 0;
     return firstRowFixed_ && rows_.size() > 1 ? 2 : 1;

@@ -38,6 +38,9 @@ class Vwindow {
     std::function<void(DateTime when)> DateClick;
     std::function<void(int button, int x, int y)> MouseDown, MouseUp, MouseMove;
     std::function<void()> ScrollGrid;
+    /// A mouse button goes down at a place of the surface: raises MouseDown, then DateClick in the time
+    /// columns or CellClick in a cell.
+    void Press(int button, int x, int y);
 
     // ---- grid
     void ClearLayout();
@@ -85,6 +88,9 @@ class Vwindow {
     Alignment ColumnAlignment(int col) const;
     bool IsTimeColumn(int col) const;
     bool HasFooter() const;
+    /// The row or column that holds a position, -1 beyond the last.
+    int RowAt(int y) const { return LineAt(rowPos_, y); }
+    int ColAt(int x) const { return LineAt(colPos_, x); }
     /// The size of all, a key wider than the columns included.
     int ContentWidth() const;
     int ContentHeight() const;
@@ -157,6 +163,7 @@ class Vwindow {
     /// The cell, or null if it is in a time column or nothing was ever set there.
     const CellData* FindCell(int row, int col) const;
     CellData& NeedCell(int row, int col);
+    static int LineAt(const std::vector<int>& edges, int position);
     void LayOut();
     /// The widths of the titled columns; `heights` becomes those of the rows.
     void MeasureCells(std::vector<int>& heights);

@@ -127,9 +127,19 @@ QPoint SurfaceView::ToSurface(const QPoint& pixel) const {
     return {static_cast<int>(x * TwipsPerPixel()), static_cast<int>(y * TwipsPerPixel())};
 }
 
+int SurfaceView::CellLeft(int col) const {
+    const bool fixed = col < surface_.FixedCols() && Fixed().width() > 0;
+    return ToPixels(surface_.ColPos(col)) - (fixed ? 0 : horizontalScrollBar()->value());
+}
+
+int SurfaceView::CellTop(int row) const {
+    const bool fixed = row < surface_.FixedRows() && Fixed().height() > 0;
+    return ToPixels(surface_.RowPos(row)) - (fixed ? 0 : verticalScrollBar()->value());
+}
+
 void SurfaceView::mousePressEvent(QMouseEvent* event) {
     const QPoint at = ToSurface(event->position().toPoint());
-    if (surface_.MouseDown) surface_.MouseDown(ButtonOf(*event), at.x(), at.y());
+    surface_.Press(ButtonOf(*event), at.x(), at.y());
 }
 
 void SurfaceView::mouseReleaseEvent(QMouseEvent* event) {
@@ -144,10 +154,11 @@ void SurfaceView::mouseMoveEvent(QMouseEvent* event) {
 }
 
 bool SurfaceView::viewportEvent(QEvent* event) {
-    if (event->type() != QEvent::ToolTip || !TipAt) return QAbstractScrollArea::viewportEvent(event);
+    if (event->type() != QEvent::ToolTip) return QAbstractScrollArea::viewportEvent(event);
     const auto& help = static_cast<const QHelpEvent&>(*event);
     const QPoint at = ToSurface(help.pos());
-    const std::string tip = TipAt(at.x(), at.y());
+    std::string tip = TipAt ? TipAt(at.x(), at.y()) : std::string();
+    if (tip.empty()) tip = surface_.ToolTip;
     if (tip.empty()) {
         QToolTip::hideText();
     } else {

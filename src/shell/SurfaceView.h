@@ -20,6 +20,9 @@ class SurfaceView : public QAbstractScrollArea {
     void SetMetrics(const QtTextMetrics& metrics) { metrics_ = &metrics; }
     /// The surface has another size or picture.
     void SurfaceChanged();
+    /// Where a cell stands as it is scrolled now, in pixels of the viewport, visible or not.
+    int CellLeft(int col) const;
+    int CellTop(int row) const;
     /// What to tell about the place under the mouse; empty for nothing.
     std::function<std::string(int x, int y)> TipAt;
 

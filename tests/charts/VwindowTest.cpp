@@ -100,6 +100,39 @@ TEST(Vwindow, FixedPart) {
     EXPECT_EQ(ColPositions(w), (std::vector{0, 200, 700, 1200})) << "days do not follow their title";
 }
 
+TEST(Vwindow, AClickIsInACellOrADate) {
+    Vwindow w = TimeChart(Day(2027, 3, 1), Day(2027, 3, 5));
+    w.AddRow();
+    w.EndLayout(1, 2);
+    std::string events;
+    w.MouseDown = [&](int button, int, int) { events += "down " + std::to_string(button); };
+    w.CellClick = [&](int button, int row, int col) {
+        events += " cell " + std::to_string(button) + " " + std::to_string(row) + " " + std::to_string(col);
+    };
+    w.DateClick = [&](DateTime when) {
+        events += " date " + std::to_string(when.Days() - Day(2027, 3, 1).Days());
+    };
+    const int row1 = w.RowPos(1) + 10, lastCol = w.Cols() - 1;
+    const struct {
+        int x, y;
+        std::string events;
+    } cases[] = {
+        {10, row1, "down 2 cell 2 1 0"},
+        {w.ColPos(lastCol), 0, "down 2 cell 2 0 " + std::to_string(lastCol)},
+        {w.ColPos(2), row1, "down 2 date 1.000000"},
+        {(w.ColPos(1) + w.ColPos(2)) / 2, w.RowPos(2) + 5, "down 2 date 0.500000"},
+        {10, w.RowPos(2) + 5, "down 2"},
+        {w.ColPos(w.Cols()), row1, "down 2"},
+        {10, w.RowPos(w.Rows()), "down 2"},
+        {-1, row1, "down 2"},
+    };
+    for (const auto& c : cases) {
+        events.clear();
+        w.Press(2, c.x, c.y);
+        EXPECT_EQ(events, c.events) << c.x << " " << c.y;
+    }
+}
+
 TEST(Vwindow, ATableIsTextForOtherPrograms) {
     Vwindow w(Style::Table, metrics);
     w.ClearLayout();
@@ -226,7 +259,7 @@ TEST(Vwindow, UpperLabelsShrinkToTheirColumns) {
         return texts;
     };
     using Texts = std::vector<std::string>;
-    EXPECT_EQ(labels(Day(2027, 1, 27), Day(2027, 3, 2), 15120), (Texts{"January 2027", "February 2027", ""}));
+    EXPECT_EQ(labels(Day(2027, 1, 26), Day(2027, 3, 2), 15120), (Texts{"January 2027", "February 2027", ""}));
     EXPECT_EQ(labels(Day(2027, 1, 28), Day(2027, 3, 3), 15120), (Texts{"Jan 2027", "February 2027", "Mar"}));
     EXPECT_EQ(labels(Day(2027, 12, 1), Day(2028, 2, 2), 2500), (Texts{"", "2028"}));
 }

@@ -58,11 +58,15 @@ TEST_F(ChartPageTest, ANewSolutionIsDrawn) {
 TEST_F(ChartPageTest, HeadingsStayInViewWhileTheRestScrolls) {
     auto& view = shell.Find<QAbstractScrollArea>("Vwindow");
     const QRect heading(0, 0, view.viewport()->width(), 20), body(0, 100, 300, 200);
+    auto& surface = static_cast<SurfaceView&>(view);
+    const int heading0 = surface.CellTop(0), row5 = surface.CellTop(5);
     const QImage headingBefore = Seen(heading), bodyBefore = Seen(body);
     ASSERT_GT(view.verticalScrollBar()->maximum(), 100);
     view.verticalScrollBar()->setValue(100);
     EXPECT_EQ(Seen(heading), headingBefore);
     EXPECT_NE(Seen(body), bodyBefore);
+    EXPECT_EQ(surface.CellTop(0), heading0);
+    EXPECT_EQ(surface.CellTop(5), row5 - 100);
 }
 
 TEST_F(ChartPageTest, TheOptionsCanBeDraggedAside) {
