@@ -198,6 +198,7 @@ void RiskSolve::RunTrials(bool quick, IterationWatch& watch) {
     end_ = iterations_;
     cancel_ = false;
     failure_.reset();
+    if (watch.Cancelled(0, 0)) return;
     int running = 0;
     std::condition_variable ended;
     std::exception_ptr fault;
