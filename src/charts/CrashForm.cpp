@@ -34,6 +34,7 @@ bool StandsBefore(const Vcrash& a, const Vcrash& b) {
 CrashForm::CrashForm(const Workspace& workspace, const std::vector<Vcrash>& crashList,
                      const TextMetrics& metrics)
     : ChartForm(Vwindow::Style::Time, metrics), workspace_(workspace), crashList_(crashList) {
+    vwindow_.WideTimeColumns = true;
     vwindow_.RedoLayout = [this] { RedoLayout(); };
     vwindow_.RedoGraphics = [this] { RedoGraphics(); };
     vwindow_.DateClick = [this](DateTime clicked) { DateClick(clicked); };

@@ -25,6 +25,7 @@ RiskForm::RiskForm(const Workspace& workspace, const IterativeResults& results, 
       workspace_(workspace),
       results_(results),
       maxCost_(highestCost) {
+    vwindow_.WideTimeColumns = true;
     vwindow_.RedoLayout = [this] { RedoLayout(); };
     vwindow_.RedoGraphics = [this] { RedoGraphics(); };
 }

@@ -143,6 +143,8 @@ class CommandLine {
         command->add_option("--project", options.project, "The active project; the first one if not given")
             ->type_name("NAME");
         command->add_flag("--json", options.json, "Print the result as one JSON object");
+        command->add_option("-o,--output", options.plot, "Draw the curve into this .svg, .png or .pdf")
+            ->type_name("PLOT");
     }
 
     CLI::App app_{

@@ -87,7 +87,7 @@ struct WhyOptions {
 int WhyCommand(CliSession& session, const WhyOptions& options);
 
 struct RiskOptions {
-    std::string file, project;
+    std::string file, project, plot;
     bool detailed = false, json = false;
     double iterations = IterativeSolve::kUsualIterations;
     std::uint64_t seed = 0;
@@ -95,7 +95,7 @@ struct RiskOptions {
 int RiskCommand(CliSession& session, const RiskOptions& options);
 
 struct CrashOptions {
-    std::string file, project;
+    std::string file, project, plot;
     bool detailed = false, json = false;
     double increment = IterativeSolve::kUsualIncrement;
 };

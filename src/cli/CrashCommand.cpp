@@ -1,5 +1,7 @@
 #include <ostream>
 
+#include "charts/CrashForm.h"
+#include "cli/ChartFile.h"
 #include "cli/Commands.h"
 #include "cli/SolveJson.h"
 #include "cli/TextTable.h"
@@ -69,6 +71,7 @@ std::string CrashTable(CliSession& session, bool quick) {
 }  // namespace
 
 int CrashCommand(CliSession& session, const CrashOptions& options) {
+    if (!options.plot.empty()) RequireChartFile(options.plot);
     session.Load(options.file);
     session.SelectProject(options.project);
     if (const auto complaint = IterativeSolve::CheckIncrement(options.increment)) throw CliError(*complaint);
@@ -77,6 +80,10 @@ int CrashCommand(CliSession& session, const CrashOptions& options) {
     if (!outcome.done) throw CliError(WrapText(outcome.message, session.streams.width), kExitHalted);
     session.streams.out << (options.json ? CrashJson(session.iterative.Results().crashList)
                                          : CrashTable(session, !options.detailed));
+    if (options.plot.empty()) return kExitDone;
+    WriteChart(session, options.plot, "CrashForm", false, [&](Settings&, const TextMetrics& metrics) {
+        return std::make_unique<CrashForm>(session.workspace, session.iterative.Results().crashList, metrics);
+    });
     return kExitDone;
 }
 

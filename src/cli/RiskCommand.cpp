@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <ostream>
 
+#include "charts/RiskForm.h"
+#include "cli/ChartFile.h"
 #include "cli/Commands.h"
 #include "cli/SolveJson.h"
 #include "cli/TextTable.h"
@@ -60,6 +62,7 @@ std::string RiskTable(CliSession& session, bool quick) {
 }  // namespace
 
 int RiskCommand(CliSession& session, const RiskOptions& options) {
+    if (!options.plot.empty()) RequireChartFile(options.plot);
     session.Load(options.file);
     session.SelectProject(options.project);
     if (const int exitCode = session.SolveToIterate(); exitCode != kExitDone) return exitCode;
@@ -70,6 +73,12 @@ int RiskCommand(CliSession& session, const RiskOptions& options) {
     if (!outcome.done) throw CliError(WrapText(outcome.message, session.streams.width), kExitHalted);
     session.streams.out << (options.json ? RiskJson(session.iterative.Results())
                                          : RiskTable(session, !options.detailed));
+    if (options.plot.empty()) return kExitDone;
+    Money highestCost;
+    WriteChart(session, options.plot, "RiskForm", false, [&](Settings&, const TextMetrics& metrics) {
+        return std::make_unique<RiskForm>(session.workspace, session.iterative.Results(), highestCost,
+                                          metrics);
+    });
     return kExitDone;
 }
 
