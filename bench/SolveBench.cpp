@@ -1,34 +1,14 @@
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
-#include "../fuzz/QuietPlatform.h"
 #include "BenchPlans.h"
+#include "Loaded.h"
 #include "persist/PackedText.h"
-#include "persist/Records.h"
-#include "solve/Solver.h"
 
 namespace vortan {
 namespace {
 
 using PlanMaker = std::string (*)(int, int, unsigned);
-
-struct Loaded {
-    explicit Loaded(const std::string& text) {
-        TokenReader reader(text, "bench.vta");
-        LoadRecords(workspace, reader, report);
-        workspace.SetThisProject(workspace.ProjectList()[0]);
-        workspace.SetThisTemplate(workspace.TemplateList()[0]);
-    }
-    void Solve() {
-        solver.RestartSolve();
-        solver.SolveTimerTick();
-    }
-
-    QuietPlatform platform;
-    Workspace workspace{platform};
-    Solver solver{workspace};
-    LoadReport report;
-};
 
 /// Everything from the check to the late dates, model in memory. Arguments: tasks, resources.
 void Solve(benchmark::State& state, PlanMaker plan) {

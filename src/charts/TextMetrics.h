@@ -15,6 +15,8 @@ class TextMetrics {
     virtual int TextWidth(std::string_view text) const = 0;
     /// Of a line of text, whatever it says.
     virtual int TextHeight() const = 0;
+    /// The size of the font, without the space between lines.
+    virtual int FontHeight() const = 0;
 
     /// Of a character, never 0.
     double AverageWidth() const {

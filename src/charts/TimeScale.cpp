@@ -108,7 +108,15 @@ void TimeScale::MakeLabels(const TextMetrics& metrics) {
         static_cast<int>(std::ceil(std::max(kMinColumn * average, widest + kLabelMargin * average)));
 }
 
+void TimeScale::Widen(double width, const TextMetrics& metrics) {
+    const double each = std::min(width / std::max(Count(), 1), double{kMostWidening} * columnWidth_);
+    if (each <= columnWidth_) return;
+    columnWidth_ = static_cast<int>(each);
+    MakeUpperLabels(metrics);
+}
+
 void TimeScale::MakeUpperLabels(const TextMetrics& metrics) {
+    upperLabels_.clear();
     const bool byMonth = period_ == Period::Day || period_ == Period::Week;
     for (int first = 0; first < Count();) {
         const DateParts parts = ToParts(DateTime(bounds_[Index(first)]));

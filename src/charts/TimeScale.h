@@ -26,6 +26,10 @@ class TimeScale {
     /// Of the finest period that takes no more than `width` twips, or of quarters.
     static TimeScale Fitting(DateTime start, DateTime finish, double width, const TextMetrics& metrics);
 
+    /// Makes the columns wider, so that together they come near `width`, but at most kMostWidening times.
+    void Widen(double width, const TextMetrics& metrics);
+    static constexpr int kMostWidening = 10;
+
     Period ThePeriod() const { return period_; }
     int Count() const { return static_cast<int>(labels_.size()); }
     int ColumnWidth() const { return columnWidth_; }

@@ -226,6 +226,7 @@ void Vwindow::LayOut() {
         double room = page_.width;
         for (const Column& column : columns_) room -= column.width;
         scale_ = TimeScale::Fitting(start_, finish_, room, *metrics_);
+        if (WideTimeColumns) scale_.Widen(room, *metrics_);
         periodChosen_ = true;
     }
     const int cols = Cols();

@@ -143,6 +143,8 @@ class Vwindow {
     };
     void SetPage(const Page& page) { page_ = page; }
     const Page& ThePage() const { return page_; }
+    /// Time columns are wider than their labels need, to fill a page: for plots, which have little else.
+    bool WideTimeColumns = false;
     /// Text columns are at most 30 average characters wide and wrap to more lines.
     bool WrapText = false;
 

@@ -24,6 +24,8 @@ class CommandLine {
         AddCheck();
         AddJournal();
         AddWhy();
+        AddRisk();
+        AddCrash();
         AddChart();
     }
 
@@ -111,6 +113,40 @@ class CommandLine {
             ->type_name("NAME");
     }
 
+    void AddRisk() {
+        auto* command = Command("risk", "Repeat a plan with other estimates: how finish and cost spread",
+                                [this](CliSession& session) { return RiskCommand(session, risk_); });
+        AddIterative(command, risk_);
+        command->add_flag(
+            "--detailed", risk_.detailed,
+            "Solve each iteration with resources and calendars, instead of scaling one solution");
+        command->add_option("-n,--iterations", risk_.iterations, "Number of iterations; 100 if not given")
+            ->type_name("N");
+        command->add_option("--seed", risk_.seed, "Start of the random numbers; 0 if not given")
+            ->type_name("S");
+    }
+    void AddCrash() {
+        auto* command =
+            Command("crash", "Buy time with larger teams, step by step: the curve of finish and cost",
+                    [this](CliSession& session) { return CrashCommand(session, crash_); });
+        AddIterative(command, crash_);
+        command->add_flag("--detailed", crash_.detailed,
+                          "Solve each step with resources and calendars, instead of scaling one solution");
+        command
+            ->add_option("--increment", crash_.increment,
+                         "What a team grows by in a step, 0.1 to 1.0; 0.25 if not given")
+            ->type_name("X");
+    }
+    template <class Options>
+    static void AddIterative(CLI::App* command, Options& options) {
+        command->add_option("FILE", options.file, "Plan file")->required()->type_name("");
+        command->add_option("--project", options.project, "The active project; the first one if not given")
+            ->type_name("NAME");
+        command->add_flag("--json", options.json, "Print the result as one JSON object");
+        command->add_option("-o,--output", options.plot, "Draw the curve into this .svg, .png or .pdf")
+            ->type_name("PLOT");
+    }
+
     CLI::App app_{
         "VORTAN, the batch tool: solves, converts, checks and explains project plans.\n"
         "Exit code: 0 done, 1 the solve halted on a problem, 2 bad usage or a file that cannot be read\n"
@@ -121,6 +157,8 @@ class CommandLine {
     std::string from_, to_, check_;
     JournalOptions journal_;
     WhyOptions why_;
+    RiskOptions risk_;
+    CrashOptions crash_;
     ChartOptions chart_;
 };
 

@@ -7,6 +7,7 @@
 #include "cli/Cli.h"
 #include "cli/CliPlatform.h"
 #include "persist/Records.h"
+#include "solve/IterativeSolve.h"
 #include "solve/Solver.h"
 
 namespace vortan {
@@ -25,7 +26,11 @@ class CliError : public std::runtime_error {
 /// One run of a command: a workspace with its solver, and the streams.
 struct CliSession {
     explicit CliSession(const CliStreams& target)
-        : streams(target), platform(target), workspace(platform), solver(workspace) {}
+        : streams(target),
+          platform(target),
+          workspace(platform),
+          solver(workspace),
+          iterative(workspace, solver) {}
 
     /// Adds a plan file to the workspace. CliError if it cannot be read or is damaged. The first project and
     /// template become active.
@@ -39,6 +44,9 @@ struct CliSession {
     void SelectJournal(const std::string& date);
     /// Solves everything in memory. Returns the exit code.
     int Solve();
+    /// The same before a risk or crash solve: tells of a halt on the error stream. CliError without a
+    /// project.
+    int SolveToIterate();
     /// The text about the solve; when it halted, with the object at fault and what can be done about it.
     std::string StatusLine() const;
 
@@ -46,6 +54,7 @@ struct CliSession {
     CliPlatform platform;
     Workspace workspace;
     Solver solver;
+    IterativeSolve iterative;
 };
 
 /// A date as a user types it. CliError if it is none.
@@ -76,6 +85,21 @@ struct WhyOptions {
     bool json = false;
 };
 int WhyCommand(CliSession& session, const WhyOptions& options);
+
+struct RiskOptions {
+    std::string file, project, plot;
+    bool detailed = false, json = false;
+    double iterations = IterativeSolve::kUsualIterations;
+    std::uint64_t seed = 0;
+};
+int RiskCommand(CliSession& session, const RiskOptions& options);
+
+struct CrashOptions {
+    std::string file, project, plot;
+    bool detailed = false, json = false;
+    double increment = IterativeSolve::kUsualIncrement;
+};
+int CrashCommand(CliSession& session, const CrashOptions& options);
 
 struct ChartOptions {
     std::string file, project, journal, out;

@@ -89,6 +89,13 @@ int CliSession::Solve() {
     return solver.Mode() == SolveMode::Idle ? kExitDone : kExitHalted;
 }
 
+int CliSession::SolveToIterate() {
+    if (!workspace.ThisProject()) throw CliError("There is no project in memory.");
+    const int exitCode = Solve();
+    if (exitCode != kExitDone) streams.err << StatusLine() << "\n";
+    return exitCode;
+}
+
 std::string CliSession::StatusLine() const {
     const std::string advice = ExplainProblem(workspace, solver);
     return WrapText(solver.SolveMessage() + (advice.empty() ? "" : ": " + advice), streams.width);

@@ -255,9 +255,12 @@ void ChartPainter::PaintItem(QPainter& painter, const DrawItem& item, double pix
     switch (item.kind) {
         case DrawItem::Kind::Line:
             pen.setWidthF(pixel * item.width);
-            pen.setCapStyle(Qt::FlatCap);
+            // Square ends close the gaps between the short pieces of a curve.
+            pen.setCapStyle(item.width > 1 ? Qt::SquareCap : Qt::FlatCap);
             painter.setPen(pen);
+            painter.setRenderHint(QPainter::Antialiasing, item.x1 != item.x2 && item.y1 != item.y2);
             painter.drawLine(item.x1, item.y1, item.x2, item.y2);
+            painter.setRenderHint(QPainter::Antialiasing, false);
             return;
         case DrawItem::Kind::Rect: {
             QBrush brush(fill, BrushOf(item.hatch));

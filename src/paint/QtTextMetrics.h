@@ -21,6 +21,7 @@ class QtTextMetrics : public TextMetrics {
 
     int TextWidth(std::string_view text) const override;
     int TextHeight() const override { return height_; }
+    int FontHeight() const override { return font_.pixelSize(); }
     /// The font to draw with on a painter whose units are twips.
     const QFont& DrawingFont() const { return font_; }
     /// From the top of a line down to its base line.

@@ -6,6 +6,7 @@
 #include "model/Workspace.h"
 #include "persist/FileCommands.h"
 #include "persist/Settings.h"
+#include "solve/IterativeSolve.h"
 #include "solve/Solver.h"
 
 namespace vortan {
@@ -22,6 +23,7 @@ class Desktop {
         : platform(thePlatform),
           workspace(thePlatform),
           solver(workspace),
+          iterative(workspace, solver),
           settings(thePlatform),
           files(workspace, settings),
           trap(thePlatform) {}
@@ -36,6 +38,7 @@ class Desktop {
     Platform& platform;
     Workspace workspace;
     Solver solver;
+    IterativeSolve iterative;
     Settings settings;
     FileCommands files;
     ErrTrap trap;

@@ -242,6 +242,7 @@ void MainForm::NewJournal() {
 }
 
 void MainForm::NewThisProject() {
+    desktop_.iterative.NewThisProject();
     UpdateMenu();
     boxes_->UpdateProjectCombo();
     boxes_->UpdateJournalCombo();

@@ -6,8 +6,10 @@
 #include <QStackedWidget>
 #include <QTimer>
 #include <QToolBar>
+#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -103,13 +105,23 @@ class MainForm : public QMainWindow, public Listener {
     void JournalSetAsPlan();
     bool MayLose(const JournalOwner& owner, const std::string& what);
     void CantCreateDepartment();
+    /// Takes the page of that name away if it is in front, else lets `start` show it.
+    void TogglePage(const char* name, const std::function<void()>& start);
     void GraphicsGantt();
+    void GraphicsRiskAnalysis();
+    void GraphicsCrashAnalysis();
     void UpdateChecks();
-    enum class ChartGuard { Solved, Project, CrashData };
-    void Chart(ChartGuard guard);
+    /// A chart that is yet to come.
+    void Chart();
     void SpreadsheetType(int index);
     void Calendar();
-    void IterativeSolve();
+    std::optional<double> AskNumber(const char* prompt, const char* title, double offered,
+                                    const std::function<std::optional<std::string>(double)>& check) const;
+    void RiskSolve(bool quick);
+    void CrashSolve(bool quick);
+    bool ExplainOutcome(const IterativeSolve::Outcome& outcome);
+    void StartRiskForm();
+    void StartCrashForm();
     void OutputPrint();
     void OutputCopy();
     ChildForm* ActiveForm() const;
@@ -136,6 +148,10 @@ class MainForm : public QMainWindow, public Listener {
     ElidedLabel* messagePanel_ = nullptr;
     QTimer backupTimer_;
     bool closing_ = false;
+    // What the prompts of iterative solves offer, and the top of the risk plot's cost axis.
+    std::int32_t riskIterations_ = IterativeSolve::kUsualIterations;
+    double teamIncrement_ = IterativeSolve::kUsualIncrement;
+    Money highestCost_;
 };
 
 }  // namespace vortan

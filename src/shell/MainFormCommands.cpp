@@ -111,39 +111,62 @@ void MainForm::CantCreateDepartment() {
 
 // ---- charts
 
-void MainForm::GraphicsGantt() {
-    if (fullPage_ && fullPage_->FormName() == "GanttForm") {
+void MainForm::TogglePage(const char* name, const std::function<void()>& start) {
+    if (fullPage_ && fullPage_->FormName() == name) {
         fullPage_->Unload();
-    } else if (desktop_.workspace.ThisProjectSolved()) {
+    } else {
+        start();
+    }
+    UpdateChecks();
+}
+
+void MainForm::GraphicsGantt() {
+    TogglePage("GanttForm", [this] {
+        if (!desktop_.workspace.ThisProjectSolved()) return;
         ChartPage::Start(desktop_, [this](const TextMetrics& metrics) {
             auto chart = std::make_unique<GanttForm>(desktop_.workspace, desktop_.settings, metrics);
             chart->PreferencesCommandClick = [this] { PreferencesForm::Start(desktop_); };
             return chart;
         });
-    }
-    UpdateChecks();
+    });
+}
+
+void MainForm::GraphicsRiskAnalysis() {
+    TogglePage("RiskForm", [this] {
+        if (desktop_.workspace.ThisProjectSet()) StartRiskForm();
+    });
+}
+
+void MainForm::GraphicsCrashAnalysis() {
+    TogglePage("CrashForm", [this] {
+        if (!desktop_.iterative.Results().crashList.empty()) {
+            StartCrashForm();
+            return;
+        }
+        desktop_.platform.MessageBox(
+            "Crash data is unavailable.  To create crash data, please perform an iterative crash solve.",
+            "Crash Data Unavailable", BoxIcon::Information, BoxButtons::Ok);
+    });
 }
 
 /// The page in front in the title, and a check mark at its command.
 void MainForm::UpdateChecks() {
-    Action("GraphicsGanttMenu").setChecked(fullPage_ && fullPage_->FormName() == "GanttForm");
+    static constexpr std::pair<const char*, const char*> kPages[] = {
+        {"GraphicsGanttMenu", "GanttForm"},
+        {"GraphicsRiskAnalysisMenu", "RiskForm"},
+        {"GraphicsCrashAnalysisMenu", "CrashForm"}};
+    for (const auto& [menu, form] : kPages) {
+        Action(menu).setCheckable(true);
+        Action(menu).setChecked(fullPage_ && fullPage_->FormName() == form);
+    }
     const QString title = Q("VORTAN " + GetAppVersion());
     setWindowTitle(fullPage_ ? title + " - " + fullPage_->Window().windowTitle() : title);
 }
 
 // ---- commands whose screens are yet to come
 
-void MainForm::Chart(ChartGuard guard) {
-    Workspace& workspace = desktop_.workspace;
-    if (guard == ChartGuard::Solved && !workspace.ThisProjectSolved()) return;
-    if (guard == ChartGuard::Project && !workspace.ThisProjectSet()) return;
-    if (guard == ChartGuard::CrashData) {
-        desktop_.platform.MessageBox(
-            "Crash data is unavailable.  To create crash data, please perform an iterative crash solve.",
-            "Crash Data Unavailable", BoxIcon::Information, BoxButtons::Ok);
-        return;
-    }
-    workspace.NotReadyYet();
+void MainForm::Chart() {
+    if (desktop_.workspace.ThisProjectSolved()) desktop_.workspace.NotReadyYet();
 }
 
 void MainForm::SpreadsheetType(int index) {
@@ -173,10 +196,6 @@ void MainForm::Calendar() {
     } else if (desktop_.workspace.ThisTemplateSet()) {
         CalendarForm::Start(desktop_);
     }
-}
-
-void MainForm::IterativeSolve() {
-    if (desktop_.workspace.ThisProjectSet()) desktop_.workspace.NotReadyYet();
 }
 
 void MainForm::DisplayHelpPage(const std::string&) {

@@ -135,30 +135,28 @@ void MainForm::BuildMenus() {
             [this] { desktop_.Run("MainForm:CalendarMenu_Click", [this] { Calendar(); }); });
 
     QMenu& iterative = newMenu("IterativeMenu", "&Iterative");
-    const auto iterate = [this] { IterativeSolve(); };
     AddAction(iterative, "IterativeQuickRiskSolveMenu", "Quick risk solve",
-              "MainForm:IterativeQuickRiskSolveMenu_Click", iterate);
+              "MainForm:IterativeQuickRiskSolveMenu_Click", [this] { RiskSolve(true); });
     AddAction(iterative, "IterativeDetailedRiskSolveMenu", "Detailed risk solve",
-              "MainForm:IterativeDetailedRiskSolveMenu_Click", iterate);
+              "MainForm:IterativeDetailedRiskSolveMenu_Click", [this] { RiskSolve(false); });
     AddAction(iterative, "IterativeQuickCrashSolveMenu", "Quick crash solve",
-              "MainForm:IterativeQuickCrashSolveMenu_Click", iterate);
+              "MainForm:IterativeQuickCrashSolveMenu_Click", [this] { CrashSolve(true); });
     AddAction(iterative, "IterativeDetailedCrashSolveMenu", "Detailed crash solve",
-              "MainForm:IterativeDetailedCrashSolveMenu_Click", iterate);
+              "MainForm:IterativeDetailedCrashSolveMenu_Click", [this] { CrashSolve(false); });
 
     QMenu& graphics = newMenu("GraphicsMenu", "&Graphics");
-    const auto addChart = [&](const char* name, const char* caption, ChartGuard guard) {
-        AddAction(graphics, name, caption, "MainForm:GraphicsMenu_Click", [this, guard] { Chart(guard); });
+    const auto addChart = [&](const char* name, const char* caption, void (MainForm::*click)()) {
+        AddAction(graphics, name, caption, "MainForm:GraphicsMenu_Click",
+                  [this, click] { (this->*click)(); });
     };
-    AddAction(graphics, "GraphicsGanttMenu", "&Mechanized Gantt", "MainForm:GraphicsGanttMenu_Click", [this] {
-        GraphicsGantt();
-    })->setCheckable(true);
-    addChart("GraphicsHistogramMenu", "&Histogram", ChartGuard::Solved);
-    addChart("GraphicsBudgetMenu", "&Budget", ChartGuard::Solved);
-    addChart("GraphicsRiskAnalysisMenu", "&Risk analysis", ChartGuard::Project);
-    addChart("GraphicsCrashAnalysisMenu", "&Crash analysis", ChartGuard::CrashData);
-    addChart("GraphicsWorkBreakdownMenu", "&Work breakdown structure", ChartGuard::Solved);
-    addChart("GraphicsPrecedenceMenu", "&Precedence diagram", ChartGuard::Solved);
-    addChart("GraphicsStatusReportMenu", "&Status report", ChartGuard::Solved);
+    addChart("GraphicsGanttMenu", "&Mechanized Gantt", &MainForm::GraphicsGantt);
+    addChart("GraphicsHistogramMenu", "&Histogram", &MainForm::Chart);
+    addChart("GraphicsBudgetMenu", "&Budget", &MainForm::Chart);
+    addChart("GraphicsRiskAnalysisMenu", "&Risk analysis", &MainForm::GraphicsRiskAnalysis);
+    addChart("GraphicsCrashAnalysisMenu", "&Crash analysis", &MainForm::GraphicsCrashAnalysis);
+    addChart("GraphicsWorkBreakdownMenu", "&Work breakdown structure", &MainForm::Chart);
+    addChart("GraphicsPrecedenceMenu", "&Precedence diagram", &MainForm::Chart);
+    addChart("GraphicsStatusReportMenu", "&Status report", &MainForm::Chart);
 
     QMenu& output = newMenu("OutputMenu", "&Output");
     AddAction(output, "OutputPrintMenu", "&Print", "MainForm:OutputPrintMenu_Click",
@@ -211,7 +209,7 @@ void MainForm::BuildToolbar() {
     toolbar_->setIconSize({size, size});
 
     Workspace& workspace = desktop_.workspace;
-    const auto chart = [this] { Chart(ChartGuard::Solved); };
+    const auto chart = [this] { Chart(); };
     const struct {
         const char *toolTip, *section;
         std::function<void()> click;

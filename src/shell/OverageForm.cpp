@@ -63,7 +63,6 @@ OverageForm::OverageForm(Desktop& desktop, const SolveProblem& problem)
     Body().addWidget(frame);
     Body().addWidget(table_, 1);
     table_->TheVwindow().RedoLayout = [this] { RedoLayout(); };
-    table_->TheVwindow().RedoGraphics = [this] { table_->TheVwindow().EndGraphics(); };
 }
 
 void OverageForm::AddText(const QString& label, const QString& name, const std::string& value) {

@@ -46,13 +46,14 @@ QSize SurfaceView::Fixed() const {
     return fixed;
 }
 
-QSize SurfaceView::ContentSize() const {
-    // A pixel more than the content, for its last line.
+/// All of the surface, and a pixel for its last line.
+QSize SurfaceView::viewportSizeHint() const {
+    if (!surface_.IsComplete()) return QAbstractScrollArea::viewportSizeHint();
     return {ToPixels(surface_.ContentWidth()) + 1, ToPixels(surface_.ContentHeight()) + 1};
 }
 
 void SurfaceView::FitScrollBars() {
-    const QSize content = ContentSize();
+    const QSize content = viewportSizeHint();
     // Bars that show now take room themselves; without them all may fit.
     const QSize most = maximumViewportSize();
     const bool fits = content.width() <= most.width() && content.height() <= most.height();

@@ -20,8 +20,7 @@ class SurfaceView : public QAbstractScrollArea {
     void SetMetrics(const QtTextMetrics& metrics) { metrics_ = &metrics; }
     /// The surface has another size or picture.
     void SurfaceChanged();
-    /// Of the whole surface, in pixels.
-    QSize ContentSize() const;
+    QSize viewportSizeHint() const override;
     /// Where a cell stands as it is scrolled now, in pixels of the viewport, visible or not.
     int CellLeft(int col) const;
     int CellTop(int row) const;

@@ -12,6 +12,56 @@ void Bookings::Reset(const Network& network) {
     pagesUsed_ = 0;
     skipPagesUsed_ = 0;
     slotsUsed_ = 0;
+    trial_ = false;
+    trialSlots_ = 0;
+    dayNotes_.clear();
+    slotNotes_.clear();
+}
+
+void Bookings::BeginTrial() {
+    trial_ = true;
+    trialSlots_ = static_cast<std::int32_t>(slotsUsed_);
+}
+
+/// Pages that were added stay: a page of untouched days is as good as none.
+void Bookings::Unsolve() {
+    // The last note first: the oldest value of what was changed several times must win.
+    for (auto note = dayNotes_.rbegin(); note != dayNotes_.rend(); ++note) {
+        Page& page = PageFor(note->resource, note->day);
+        if (note->what == DayNote::kCode) {
+            page.days[static_cast<std::size_t>(note->day & (kPageDays - 1))].code = note->value;
+        } else {
+            SkipAt(page, note->day, note->what) = note->value;
+        }
+    }
+    for (auto note = slotNotes_.rbegin(); note != slotNotes_.rend(); ++note) {
+        slots_[static_cast<std::size_t>(note->index)] = note->slot;
+    }
+    slotsUsed_ = static_cast<std::size_t>(trialSlots_);
+    trial_ = false;
+    trialSlots_ = 0;
+    dayNotes_.clear();
+    slotNotes_.clear();
+}
+
+std::size_t Bookings::MemoryBytes() const {
+    std::size_t bytes = calendars_.capacity() * sizeof(Calendar) + pages_.capacity() * sizeof(Page) +
+                        skipPages_.capacity() * sizeof(SkipPage) + slots_.capacity() * sizeof(Slot);
+    for (const Calendar& calendar : calendars_) bytes += calendar.far.capacity() * sizeof(std::int32_t);
+    return bytes;
+}
+
+Money Bookings::WholeDayCost(std::int32_t resource, const Network::ResourceDay& kind,
+                             double multiplier) const {
+    if (multiplier == 1) return kind.wholeDayCost;
+    Money cost;
+    double start = kSteadyDays;
+    for (const Network::Period& period : network_->PeriodsOf(kind)) {
+        const double end = kSteadyDays + period.end;
+        if (period.kind <= SlotClass::OffDay) cost += CostOf(resource, period.kind, start, end, multiplier);
+        start = end;
+    }
+    return cost;
 }
 
 Bookings::Page& Bookings::AddPage(std::int32_t resource, std::int32_t day) {
@@ -81,6 +131,7 @@ void Bookings::MakeChain(Day& entry, const Network::ResourceDay& kind, std::int3
 /// Cuts a slot in two at `when`; the new right part is free. Returns its index.
 std::int32_t Bookings::Split(std::int32_t slot, double when) {
     const std::int32_t right = AddSlots(1);
+    NoteSlot(slot);
     Slot& left = slots_[static_cast<std::size_t>(slot)];
     slots_[static_cast<std::size_t>(right)] = Slot{left.end, -1, left.nextAndKind};
     left.end = when;
@@ -114,6 +165,7 @@ std::int32_t Bookings::Allocate(std::int32_t resource, double start, std::int32_
                 if (slots_[static_cast<std::size_t>(index)].end > end) Split(index, end);
                 slots = slots_.data();
                 Slot& slot = slots_[static_cast<std::size_t>(index)];
+                NoteSlot(index);
                 const std::int32_t used = Minutes(slotStart, slot.end);
                 booked += used;
                 minutes -= used;
@@ -134,7 +186,16 @@ std::int32_t Bookings::Allocate(std::int32_t resource, double start, std::int32_
 std::int32_t Bookings::AllocateWholeDays(const Network::Want& want,
                                          const std::array<std::int32_t, kWeekdays>& today, std::int32_t day,
                                          std::int32_t& remaining, const Account& account) {
-    if (account.multiplier != 1 || day < kSteadyDays) return day;
+    if (day < kSteadyDays) return day;
+    return trial_ || account.multiplier != 1 ? BookWholeDays<true>(want, today, day, remaining, account)
+                                             : BookWholeDays<false>(want, today, day, remaining, account);
+}
+
+/// An ordinary solve spends much of its time in here, so what only the trials need is left out then.
+template <bool kNotes>
+std::int32_t Bookings::BookWholeDays(const Network::Want& want,
+                                     const std::array<std::int32_t, kWeekdays>& today, std::int32_t day,
+                                     std::int32_t& remaining, const Account& account) {
     const Network::ResourceDay* const week = network_->WeekOf(want.resource);
     auto weekday = static_cast<std::size_t>(WeekdayIndex(day));
     Day* days = nullptr;  // of the present page
@@ -147,9 +208,12 @@ std::int32_t Bookings::AllocateWholeDays(const Network::Want& want,
             if (!days) days = PageFor(want.resource, day).days.data();
             Day& entry = days[day & (kPageDays - 1)];
             if (!CanBookWhole(entry, kind, want.minutes[weekday])) break;
+            if constexpr (kNotes) NoteWhole(want.resource, day, entry);
             entry = Day{-account.task - 1, day + kWeekdays};
-            sliceCost += kind.wholeDayCost;
-            taskCost += kind.wholeDayCost;
+            const Money cost =
+                kNotes ? WholeDayCost(want.resource, kind, account.multiplier) : kind.wholeDayCost;
+            sliceCost += cost;
+            taskCost += cost;
             left -= kind.normalMinutes;
         }
         weekday = weekday + 1 == kWeekdays ? 0 : weekday + 1;
@@ -163,13 +227,15 @@ std::int32_t Bookings::AllocateWholeDays(const Network::Want& want,
 
 std::int32_t Bookings::AllocateWholeDay(std::int32_t resource, std::int32_t day, std::int32_t minutes,
                                         const Account& account) {
-    if (account.multiplier != 1 || day < kSteadyDays || day >= 2 * kSteadyDays) return 0;
+    if (day < kSteadyDays || day >= 2 * kSteadyDays) return 0;
     const Network::ResourceDay& kind = KindOf(resource, day);
     Day& entry = DayFor(resource, day);
     if (!CanBookWhole(entry, kind, minutes)) return 0;
+    NoteWhole(resource, day, entry);
     entry = Day{-account.task - 1, day + kWeekdays};
-    *account.sliceCost += kind.wholeDayCost;
-    *account.taskCost += kind.wholeDayCost;
+    const Money cost = WholeDayCost(resource, kind, account.multiplier);
+    *account.sliceCost += cost;
+    *account.taskCost += cost;
     const double end = day + kind.normalEnd;
     if (*account.finish < end) *account.finish = end;
     return kind.normalMinutes;
@@ -190,7 +256,9 @@ SlotView Bookings::SlotAt(std::int32_t resource, double when) {
 }
 
 void Bookings::MarkEmpty(std::int32_t resource, std::int32_t day, int reach) {
-    SkipAt(PageFor(resource, day), day, reach) = day + kWeekdays;
+    std::int32_t& skip = SkipAt(PageFor(resource, day), day, reach);
+    NoteDay(resource, day, reach, skip);
+    skip = day + kWeekdays;
 }
 
 std::int32_t Bookings::NextDay(std::int32_t resource, std::int32_t day, int reach) {
@@ -202,6 +270,7 @@ std::int32_t Bookings::NextDay(std::int32_t resource, std::int32_t day, int reac
         const Page* nextPage = FindPage(resource, next);
         const std::int32_t further = nextPage ? SkipOf(*nextPage, next, reach) : 0;
         if (further == 0) return next;
+        NoteDay(resource, day, reach, next);
         day = SkipAt(*page, day, reach) = further;
     }
 }

@@ -62,6 +62,11 @@ class Bookings {
     std::int32_t AllocateWholeDay(std::int32_t resource, std::int32_t day, std::int32_t minutes,
                                   const Account& account);
 
+    /// From now on everything that changes is noted, until Unsolve takes it back to the last bit: bookings,
+    /// cuts and marks of empty days.
+    void BeginTrial();
+    void Unsolve();
+
     /// The slot that holds `when` as an inner point or as its start; its cost is left out.
     SlotView SlotAt(std::int32_t resource, double when);
 
@@ -98,6 +103,8 @@ class Bookings {
             i = slot.Next();
         }
     }
+    /// What this takes on the heap.
+    std::size_t MemoryBytes() const;
     /// The touched days of a resource lie in [first, last); empty when equal.
     void DayRange(std::int32_t resource, std::int32_t& first, std::int32_t& last) const;
     /// Whether a booking of this pass may use that kind of time.
@@ -155,6 +162,19 @@ class Bookings {
         const std::int32_t* Pages() const { return count > kInline ? far.data() : near.data(); }
     };
 
+    /// What a day had before a trial changed it: a skip, or the code.
+    struct DayNote {
+        static constexpr std::int32_t kCode = -1;
+
+        std::int32_t resource, day;
+        std::int32_t what;  ///< kCode, or the reach of a skip
+        std::int32_t value;
+    };
+    struct SlotNote {
+        std::int32_t index;
+        Slot slot;
+    };
+
     static std::int32_t HolderOf(std::int32_t code) { return -code - 1; }
     const Network::ResourceDay& KindOf(std::int32_t resource, std::int32_t day) const {
         return network_->WeekOf(resource)[WeekdayIndex(day)];
@@ -164,6 +184,8 @@ class Bookings {
             network_->Resources()[static_cast<std::size_t>(resource)].rate[static_cast<std::size_t>(kind)];
         return Money::FromDouble(rate * (end - start) * 24 * multiplier);
     }
+    /// Cost of all normal time of a day, on the days of kSteadyDays.
+    Money WholeDayCost(std::int32_t resource, const Network::ResourceDay& kind, double multiplier) const;
     const Page* FindPage(std::int32_t resource, std::int32_t day) const {
         const Calendar& calendar = calendars_[static_cast<std::size_t>(resource)];
         const std::int32_t at = (day >> kPageShift) - calendar.firstPage;
@@ -186,7 +208,10 @@ class Bookings {
     /// First slot of the day's chain, which is made if need be.
     std::int32_t Chain(std::int32_t resource, std::int32_t day) {
         Day& entry = DayFor(resource, day);
-        if (entry.code <= 0) MakeChain(entry, KindOf(resource, day), day);
+        if (entry.code <= 0) {
+            NoteDay(resource, day, DayNote::kCode, entry.code);
+            MakeChain(entry, KindOf(resource, day), day);
+        }
         return entry.code - 1;
     }
     void MakeChain(Day& entry, const Network::ResourceDay& kind, std::int32_t day);
@@ -198,6 +223,22 @@ class Bookings {
     static double EndOf(std::int32_t day, double start, std::int32_t minutes) {
         const auto sum = std::llrint((start - day) * kMinutesPerDay + static_cast<double>(minutes));
         return day + static_cast<double>(sum) / kMinutesPerDay;
+    }
+    template <bool kNotes>
+    std::int32_t BookWholeDays(const Network::Want& want, const std::array<std::int32_t, kWeekdays>& today,
+                               std::int32_t day, std::int32_t& remaining, const Account& account);
+    void NoteWhole(std::int32_t resource, std::int32_t day, const Day& entry) {
+        NoteDay(resource, day, kNormalTime, entry.skip);
+        NoteDay(resource, day, DayNote::kCode, entry.code);
+    }
+    void NoteDay(std::int32_t resource, std::int32_t day, std::int32_t what, std::int32_t value) {
+        if (trial_) [[unlikely]]
+            dayNotes_.push_back({resource, day, what, value});
+    }
+    /// Slots that a trial has added need no note.
+    void NoteSlot(std::int32_t slot) {
+        if (slot < trialSlots_) [[unlikely]]
+            slotNotes_.push_back({slot, slots_[static_cast<std::size_t>(slot)]});
     }
     std::int32_t AddSlots(std::size_t count);
     std::int32_t Split(std::int32_t slot, double when);
@@ -218,6 +259,10 @@ class Bookings {
     std::size_t skipPagesUsed_ = 0;
     std::vector<Slot> slots_;  ///< those up to slotsUsed_ are in use
     std::size_t slotsUsed_ = 0;
+    bool trial_ = false;
+    std::int32_t trialSlots_ = 0;  ///< slots in use when the trial began; 0 without one
+    std::vector<DayNote> dayNotes_;
+    std::vector<SlotNote> slotNotes_;
 };
 
 }  // namespace vortan

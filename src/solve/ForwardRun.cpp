@@ -6,8 +6,6 @@ namespace vortan {
 
 namespace {
 
-constexpr int kStepsPerPoll = 512;
-
 std::size_t Index(std::int32_t i) {
     return static_cast<std::size_t>(i);
 }
@@ -41,8 +39,7 @@ void ForwardRun::Prepare(const Network& network, Bookings& bookings) {
 }
 
 ForwardRun::Outcome ForwardRun::SolveAllSlices(Poll* poll) {
-    poll_ = poll;
-    pollIn_ = kStepsPerPoll;
+    Begin(poll);
     const auto count = static_cast<std::int32_t>(network_->Slices().size());
     for (std::int32_t slice = 0; slice < count; ++slice) {
         begun_ = slice + 1;
@@ -104,22 +101,59 @@ ForwardRun::Outcome ForwardRun::SolveOneSlice(std::int32_t slice) {
     return Outcome::Done;
 }
 
+ForwardRun::Outcome ForwardRun::TrySlice(std::int32_t slice, double& finish, Money& taskCost) {
+    const auto at = Index(slice);
+    Clock& clock = clocks_[Index(network_->Slices()[at].task)];
+    const Clock clockBefore = clock;
+    bookings_->BeginTrial();
+    const Outcome outcome = SolveOneSlice(slice);
+    bookings_->Unsolve();
+    finish = sliceFinish_[at];
+    taskCost = clock.laborCost;
+    clock = clockBefore;
+    sliceStart_[at] = sliceFinish_[at] = 0;
+    sliceCost_[at] = Money();
+    return outcome;
+}
+
+void ForwardRun::PlaceScaled(std::int32_t slice, double days, Money cost) {
+    const auto at = Index(slice);
+    const Network::Slice& piece = network_->Slices()[at];
+    const Network::Task& task = network_->Tasks()[Index(piece.task)];
+    if (task.subproject >= 0) return SolveSubproject(slice);
+    sliceStart_[at] = FindLatestDate(task, piece.from);
+    sliceFinish_[at] = sliceStart_[at] + days;
+    sliceCost_[at] = cost;
+    Clock& clock = clocks_[Index(piece.task)];
+    clock.laborCost += cost;
+    clock.finish = sliceFinish_[at];
+}
+
+const char* ForwardRun::ShortageText(std::int32_t rule) {
+    return rule == kNormalHalt     ? "Overtime needed"
+           : rule == kOvertimeHalt ? "Overload detected"
+                                   : "Overload > 24 hours";
+}
+
+ForwardRun::Clock ForwardRun::Totals(const Network::Project& project, const std::vector<Clock>& clocks) {
+    if (project.taskCount == 0) return {};
+    Clock totals = clocks[Index(project.firstTask)];
+    for (std::int32_t t = project.firstTask + 1; t < project.firstTask + project.taskCount; ++t) {
+        const Clock& clock = clocks[Index(t)];
+        totals.start = std::min(totals.start, clock.start);
+        totals.finish = std::max(totals.finish, clock.finish);
+        totals.laborCost += clock.laborCost;
+        totals.materialCost += clock.materialCost;
+    }
+    return totals;
+}
+
 /// A link takes its dates and costs from the tasks of its subproject, which all lie before it in the order.
 void ForwardRun::SolveSubproject(std::int32_t slice) {
     const std::int32_t link = network_->Slices()[Index(slice)].task;
     Clock& clock = clocks_[Index(link)];
     const auto& project = network_->Projects()[Index(network_->Tasks()[Index(link)].subproject)];
-    for (std::int32_t t = project.firstTask; t < project.firstTask + project.taskCount; ++t) {
-        const Clock& inner = clocks_[Index(t)];
-        if (t == project.firstTask) {
-            clock = inner;
-            continue;
-        }
-        clock.start = std::min(clock.start, inner.start);
-        clock.finish = std::max(clock.finish, inner.finish);
-        clock.laborCost += inner.laborCost;
-        clock.materialCost += inner.materialCost;
-    }
+    if (project.taskCount > 0) clock = Totals(project, clocks_);
     sliceStart_[Index(slice)] = clock.start;
     sliceFinish_[Index(slice)] = clock.finish;
 }

@@ -42,6 +42,26 @@ class ForwardRun {
     /// Places all slices in order.
     Outcome SolveAllSlices(Poll* poll);
 
+    // For passes that place the slices one by one, in order, behind Prepare and Begin.
+    void Begin(Poll* poll) {
+        poll_ = poll;
+        pollIn_ = kStepsPerPoll;
+    }
+    void SetUseMinutes(std::int32_t slice, std::int32_t minutes) {
+        useMinutes_[static_cast<std::size_t>(slice)] = minutes;
+    }
+    /// The size of the slice's team.
+    void SetMultiplier(std::int32_t slice, float multiplier) {
+        multiplier_[static_cast<std::size_t>(slice)] = multiplier;
+    }
+    Outcome SolveOneSlice(std::int32_t slice);
+    /// SolveOneSlice for a look: everything is taken back. Tells when the slice would finish and what its
+    /// task would have cost up to there.
+    Outcome TrySlice(std::int32_t slice, double& finish, Money& taskCost);
+    /// Places a slice on its dependencies alone, for that many days: no resource, calendar or slice of the
+    /// same task holds it back. Links are placed as ever.
+    void PlaceScaled(std::int32_t slice, double days, Money cost);
+
     /// Records what one task found on the days of its slices in the next pass; -1 records nothing.
     void Watch(std::int32_t task) { watched_ = task; }
     const std::vector<Sighting>& Sightings() const { return sightings_; }
@@ -51,9 +71,13 @@ class ForwardRun {
     const std::vector<double>& SliceFinish() const { return sliceFinish_; }
     const std::vector<Money>& SliceCost() const { return sliceCost_; }
     const std::vector<Clock>& Clocks() const { return clocks_; }
+    /// First start, last finish and costs of a project's tasks.
+    static Clock Totals(const Network::Project& project, const std::vector<Clock>& clocks);
     /// How many slices the pass has begun, the one that it halted on included.
     std::int32_t SlicesBegun() const { return begun_; }
 
+    /// The message of a halt under that rule.
+    static const char* ShortageText(std::int32_t rule);
     // Of a halt.
     std::int32_t ProblemTask() const { return problemTask_; }
     std::int32_t ProblemResource() const { return problemResource_; }
@@ -61,6 +85,8 @@ class ForwardRun {
     double ProblemDate() const { return problemDate_; }
 
   private:
+    static constexpr int kStepsPerPoll = 512;
+
     struct Member {
         std::int32_t resource;
         std::int32_t minutesLeft;
@@ -69,7 +95,6 @@ class ForwardRun {
         bool gave;          ///< was free in some stretch of the day
     };
 
-    Outcome SolveOneSlice(std::int32_t slice);
     void SolveSubproject(std::int32_t slice);
     double FindLatestDate(const Network::Task& task, int percent) const;
     Outcome Work(std::int32_t slice);

@@ -105,6 +105,22 @@ void Solver::SolveTimerTick() {
     }
 }
 
+void Solver::BeginIterating() {
+    if (mode_ != SolveMode::Idle || !reversed_) AssertionFailed();
+    SetMode(SolveMode::Iterating);
+}
+
+void Solver::EndIterating(bool restart) {
+    if (mode_ == SolveMode::Iterating) {
+        SetMode(SolveMode::Idle);
+        if (restart) RestartSolve();
+    } else if (mode_ == SolveMode::SuspendedRunning) {
+        SetMode(SolveMode::Suspended);
+    } else if (mode_ == SolveMode::Restart) {
+        workspace_.ThePlatform().ArmSolveTimer(true);
+    }
+}
+
 bool Solver::AbortSolve() {
     if (mode_ != SolveMode::Iterating) {
         workspace_.ThePlatform().ServeEvents();
@@ -221,9 +237,7 @@ void Solver::ReportShortage() {
     const std::int32_t rule = network_.Projects()[Index(task.project)].rule;
     const Vresource* resource = network_.Resources()[Index(run_.ProblemResource())].object.Get();
     SolveProblem problem;
-    problem.message = rule == kNormalHalt     ? "Overtime needed"
-                      : rule == kOvertimeHalt ? "Overload detected"
-                                              : "Overload > 24 hours";
+    problem.message = ForwardRun::ShortageText(rule);
     problem.problemDate = DateTime(run_.ProblemDate());
     const int weekday = Weekday(problem.problemDate);
     for (Vassignment* assignment : task.object->AssignmentList()) {
@@ -274,7 +288,8 @@ void Solver::WriteDependencyDates(const Network::Task& task) {
 }
 
 /// The finish of a project in its plan journal, in days.
-double Solver::PlanFinish(const Network::Project& project) const {
+double Solver::PlanFinish(const Network::Project& project,
+                          const std::vector<ForwardRun::Clock>& clocks) const {
     const Vproject& object = *project.object.Get();
     const std::int32_t plan = object.PlanIndex();
     if (plan != object.CurrentIndex()) {
@@ -284,32 +299,30 @@ double Solver::PlanFinish(const Network::Project& project) const {
         for (const Vtask* task : object.TaskList()) {
             if (!task->IncludeAt(plan)) continue;
             const std::int32_t index = plan > object.CurrentIndex() ? network_.IndexOf(task) : -1;
-            const double at =
-                index >= 0 ? run_.Clocks()[Index(index)].finish : task->EarlyFinishAt(plan).Days();
+            const double at = index >= 0 ? clocks[Index(index)].finish : task->EarlyFinishAt(plan).Days();
             finish = any ? std::max(finish, at) : at;
             any = true;
         }
         return finish;
     }
-    if (project.taskCount == 0) return 0;
-    double finish = run_.Clocks()[Index(project.firstTask)].finish;
-    for (std::int32_t t = project.firstTask + 1; t < project.firstTask + project.taskCount; ++t) {
-        finish = std::max(finish, run_.Clocks()[Index(t)].finish);
+    return ForwardRun::Totals(project, clocks).finish;
+}
+
+void Solver::PlanFinishes(const std::vector<ForwardRun::Clock>& clocks, std::vector<double>& finishes) const {
+    const auto projects = network_.Projects();
+    finishes.resize(projects.size());
+    for (std::size_t i = 0; i < projects.size(); ++i) {
+        const auto master = Index(projects[i].master);
+        // A master ahead in the list is known already: a plan of many subprojects looks it up once.
+        finishes[i] = master < i && Index(projects[master].master) == master
+                          ? finishes[master]
+                          : PlanFinish(projects[master], clocks);
     }
-    return finish;
 }
 
 void Solver::ReversePass() {
     const Section section("Solve:ReverseSolve");
-    const auto projects = network_.Projects();
-    planFinish_.resize(projects.size());
-    for (std::size_t i = 0; i < projects.size(); ++i) {
-        const auto master = Index(projects[i].master);
-        // A master ahead in the list is known already: a plan of many subprojects looks it up once.
-        planFinish_[i] = master < i && Index(projects[master].master) == master
-                             ? planFinish_[master]
-                             : PlanFinish(projects[master]);
-    }
+    PlanFinishes(run_.Clocks(), planFinish_);
     reverse_.Run(network_, run_, planFinish_);
     reversed_ = true;
     WriteResults();

@@ -63,6 +63,11 @@ class Solver : public SolveService, private ForwardRun::Poll {
     /// The event of the solve timer: solves, again as long as a restart is asked for meanwhile. A fault
     /// leaves the mode Halted with the text "Internal error" and is passed on.
     void SolveTimerTick();
+    /// A risk or crash solve takes over from a complete solution: nothing is solved and no events are served
+    /// until its end. It works on runs of its own and leaves the arrays here alone.
+    void BeginIterating();
+    /// With `restart`, a new solve is asked for.
+    void EndIterating(bool restart);
     /// Serves events, unless an iterative solve runs. True: the solve must stop now.
     bool AbortSolve();
 
@@ -92,7 +97,10 @@ class Solver : public SolveService, private ForwardRun::Poll {
 
     const Network& TheNetwork() const { return network_; }
     const ForwardRun& Run() const { return run_; }
-    /// Days that the iterative solves and tests want to look into.
+    const ReverseRun& Late() const { return reverse_; }
+    /// By project, the finish of its master in the plan journal if a run gives these dates to the tasks;
+    /// days.
+    void PlanFinishes(const std::vector<ForwardRun::Clock>& clocks, std::vector<double>& finishes) const;
     const Bookings& TheBookings() const { return bookings_; }
 
     /// Shortest time between two services of events in a running solve. Zero serves at every opportunity.
@@ -108,7 +116,7 @@ class Solver : public SolveService, private ForwardRun::Poll {
     void ReportShortage();
     void WriteResults();
     void WriteDependencyDates(const Network::Task& task);
-    double PlanFinish(const Network::Project& project) const;
+    double PlanFinish(const Network::Project& project, const std::vector<ForwardRun::Clock>& clocks) const;
     bool Stop(std::int32_t slice) override;
     bool MayStop();
     void SetMode(SolveMode mode) { mode_ = mode; }

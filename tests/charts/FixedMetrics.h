@@ -9,6 +9,7 @@ class FixedMetrics : public TextMetrics {
   public:
     int TextWidth(std::string_view text) const override { return 100 * static_cast<int>(text.size()); }
     int TextHeight() const override { return 200; }
+    int FontHeight() const override { return 180; }
 };
 
 }  // namespace vortan

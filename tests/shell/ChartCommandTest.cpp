@@ -39,6 +39,17 @@ TEST_F(ChartCommandTest, TheUsersPreferencesHold) {
     ExpectPart(damaged.err, "Warning: ");
 }
 
+TEST_F(ChartCommandTest, RiskAndCrashDrawTheirCurves) {
+    const std::pair<const char*, const char*> cases[] = {{"risk", "Most likely"}, {"crash", "Total cost"}};
+    for (const auto& [command, label] : cases) {
+        EXPECT_NE(Done({command, EXAMPLES "/house.vta", "-o", PathOf("curve.svg")}), "");
+        QFile file(QString::fromStdString(PathOf("curve.svg")));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_TRUE(file.readAll().contains(label)) << command;
+        ExpectPart(Refused({command, EXAMPLES "/house.vta", "-o", "curve.doc"}), "must end in .svg");
+    }
+}
+
 TEST_F(ChartCommandTest, RefusalsSayWhy) {
     const std::string house = EXAMPLES "/house.vta";
     const std::pair<std::vector<std::string>, const char*> cases[] = {

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string>
+
+#include "charts/ChartForm.h"
+#include "model/Workspace.h"
+#include "solve/IterativeResults.h"
+
+namespace vortan {
+
+/// The result of a risk solve as a curve of finish dates: how likely it is to finish by a date, or what the
+/// runs cost that finished on it. Computes nothing from the network.
+class RiskForm : public ChartForm {
+  public:
+    /// All must outlive the form. `highestCost` is the top of the cost axis; it is only ever raised, so that
+    /// one risk solve compares with the next.
+    RiskForm(const Workspace& workspace, const IterativeResults& results, Money& highestCost,
+             const TextMetrics& metrics);
+
+    /// Without that there is nothing to show.
+    static bool HasData(const IterativeResults& results) {
+        return results.riskDates.size() > 1 && results.riskDates[1].IsSet();
+    }
+
+    std::string Name() const override { return "RiskForm"; }
+    void Start() override;
+    std::string Caption() const override;
+    OptionsFrame Frame() override;
+    Answers AnswersTo() const override { return {.newThisProject = Answer::Unload}; }
+    std::string TipAt(int x, int y) const override;
+
+    /// The height of so many iterations out of all.
+    double IndexToY(std::int32_t iterations) const;
+    double CostToY(double cost) const;
+
+  private:
+    void RedoLayout();
+    void RedoGraphics();
+    void PlotProbability();
+    void PlotMostLikely();
+    void PlotTotalCost();
+    std::int32_t Iterations() const { return static_cast<std::int32_t>(results_.riskDates.size()) - 1; }
+    DateTime Date(std::int32_t i) const { return results_.riskDates[static_cast<std::size_t>(i)]; }
+    Money Cost(std::int32_t i) const { return results_.riskCosts[static_cast<std::size_t>(i)]; }
+
+    const Workspace& workspace_;
+    const IterativeResults& results_;
+    Money& maxCost_;
+    bool totalCost_ = false;
+    double increment_ = 1;  ///< money
+};
+
+}  // namespace vortan

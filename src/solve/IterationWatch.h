@@ -1,0 +1,62 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+#include "solve/Solver.h"
+
+namespace vortan {
+
+/// Who shows the progress of an iterative solve, and may cancel it.
+class IterativeProgress {
+  public:
+    static constexpr double kUnknown = -1;
+
+    virtual ~IterativeProgress() = default;
+    /// Called on the thread that asked for the solve, a few times a second. `percent` is 0 to 99,
+    /// `secondsLeft` may be kUnknown. True cancels the solve.
+    virtual bool Report(int percent, double secondsLeft) = 0;
+};
+
+/// The clock of one iterative solve: keeps the status text and asks the progress, but not too often.
+class IterationWatch {
+  public:
+    /// `verb` begins the status text. `progress` may be none.
+    IterationWatch(Solver& solver, std::string verb, IterativeProgress* progress,
+                   std::chrono::milliseconds interval)
+        : solver_(solver), verb_(std::move(verb)), progress_(progress), interval_(interval) {
+        Show(0);
+    }
+
+    /// `done` is the part of the work that is behind, 0 to 1. True: the solve was cancelled.
+    bool Cancelled(int percent, double done) {
+        if (percent > shown_) Show(percent);
+        if (cancelled_ || !progress_) return cancelled_;
+        const auto now = Clock::now();
+        if (now - last_ < interval_) return false;
+        const double passed = std::chrono::duration<double>(now - start_).count();
+        const double left = done > 0 ? passed * (1 - done) / done : IterativeProgress::kUnknown;
+        cancelled_ = progress_->Report(shown_, left);
+        last_ = Clock::now();
+        return cancelled_;
+    }
+    bool WasCancelled() const { return cancelled_; }
+
+  private:
+    using Clock = std::chrono::steady_clock;
+
+    void Show(int percent) {
+        shown_ = percent;
+        solver_.SetSolveMessage(verb_ + " " + std::to_string(percent) + "% ...");
+    }
+
+    Solver& solver_;
+    std::string verb_;
+    IterativeProgress* progress_;
+    std::chrono::milliseconds interval_;
+    Clock::time_point start_ = Clock::now(), last_ = start_;
+    int shown_ = 0;
+    bool cancelled_ = false;
+};
+
+}  // namespace vortan

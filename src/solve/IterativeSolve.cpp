@@ -1,0 +1,180 @@
+#include "solve/IterativeSolve.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <new>
+#include <thread>
+
+#include "model/ErrTrap.h"
+#include "model/Fault.h"
+#include "solve/CrashSolve.h"
+#include "solve/ProblemText.h"
+#include "solve/RiskSolve.h"
+
+namespace vortan {
+
+namespace {
+
+constexpr double kGigabyte = 1024.0 * 1024 * 1024;
+/// A solve that would take more is refused: it would bring the machine to a halt before it ended.
+constexpr double kMostMemory = 2 * kGigabyte;
+
+/// 1234567 as "1,234,567".
+std::string Grouped(std::int32_t number) {
+    std::string text = std::to_string(number);
+    for (auto at = static_cast<std::ptrdiff_t>(text.size()) - 3; at > 0; at -= 3)
+        text.insert(static_cast<std::size_t>(at), ",");
+    return text;
+}
+
+std::string Gigabytes(double bytes) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%.1f GB", bytes / kGigabyte);
+    return text;
+}
+
+bool Halts(const Vproject& project) {
+    const std::int32_t rule = project.SolveRules();
+    return rule == kNormalHalt || rule == kOvertimeHalt || rule == kDayHalt;
+}
+
+}  // namespace
+
+std::optional<std::string> IterativeSolve::CheckRisk(double iterations) const {
+    if (!(iterations >= 1 && iterations <= kMostIterations)) {
+        return "The number of iterations must be a whole number from 1 to " + Grouped(kMostIterations) + ".";
+    }
+    const auto wanted = static_cast<std::int32_t>(iterations);
+    const auto needed = [this](std::int32_t n) {
+        return vortan::RiskSolve::MemoryNeeded(solver_, n, Workers());
+    };
+    if (needed(wanted) <= kMostMemory) return std::nullopt;
+    std::string text = "A risk solve of " + Grouped(wanted) + " iterations over " +
+                       Grouped(solver_.SliceCount()) + " slices needs about " + Gigabytes(needed(wanted)) +
+                       " of memory, and no more than " + Gigabytes(kMostMemory) + " may be used.";
+    std::int32_t fits = 0, unit = 1;
+    for (std::int32_t step = 1 << 20; step > 0; step /= 2) {
+        if (fits + step < wanted && needed(fits + step) <= kMostMemory) fits += step;
+    }
+    while (fits / unit >= 100) unit *= 10;
+    fits = fits / unit * unit;
+    return fits < 1 ? text : text + " Enter " + Grouped(fits) + " or less.";
+}
+
+std::optional<std::string> IterativeSolve::CheckIncrement(double increment) {
+    if (increment >= kLeastIncrement && increment <= kMostIncrement) return std::nullopt;
+    return "The team increment must be a number from 0.1 to 1.0.";
+}
+
+Vproject* IterativeSolve::FindHaltingProject(const Workspace& workspace) {
+    for (Vproject* project : workspace.ProjectList()) {
+        if (Halts(*project)) return project;
+    }
+    return nullptr;
+}
+
+std::string IterativeSolve::HaltRuleText(const Vproject& project) {
+    return "The project " + project.BuildNodeText() +
+           " has a solve rule that halts on an error.  Crash requires that the rule be changed so that it "
+           "will continue (extend) and not halt.";
+}
+
+IterativeSolve::Outcome IterativeSolve::RiskSolve(bool quick, std::int32_t iterations,
+                                                  IterativeProgress* progress) {
+    const Section section("Solve:RiskSolve");
+    if (auto complaint = CheckRisk(iterations)) return {false, *complaint};
+    return Frame("Risk solve in progress", "Risk", progress, [&](IterationWatch& watch) -> std::string {
+        Rnd rnd = rnd_;
+        vortan::RiskSolve solve(solver_, ActiveProject(), iterations, Workers());
+        solve.PrepareRiskSolve(rnd);
+        if (quick) {
+            solve.QuickRiskSolve(watch);
+        } else {
+            solve.DetailedRiskSolve(watch);
+        }
+        if (watch.WasCancelled()) return "";
+        if (const auto& failure = solve.FirstFailure()) {
+            return "The risk solve was broken off in iteration " + Grouped(failure->iteration) + ": " +
+                   FailureText(failure->outcome, failure->task);
+        }
+        solve.MoveResults(results_);
+        rnd_ = rnd;
+        return "";
+    });
+}
+
+IterativeSolve::Outcome IterativeSolve::CrashSolve(bool quick, double increment,
+                                                   IterativeProgress* progress) {
+    const Section section("Solve:CrashSolve");
+    if (auto complaint = CheckIncrement(increment)) return {false, *complaint};
+    if (const Vproject* halting = FindHaltingProject(workspace_)) return {false, HaltRuleText(*halting)};
+    return Frame("Crash solve in progress", "Crashing", progress, [&](IterationWatch& watch) -> std::string {
+        vortan::CrashSolve solve(solver_, ActiveProject(), static_cast<float>(increment));
+        if (quick) {
+            solve.QuickCrashSolve(watch);
+        } else {
+            solve.DetailedCrashSolve(watch);
+        }
+        if (watch.WasCancelled()) return "";
+        if (const auto& failure = solve.Failure()) {
+            return "The crash solve was broken off: " + FailureText(*failure, solve.FailedTask());
+        }
+        results_.crashList = std::move(solve.CrashList());
+        results_.teamIncrement = static_cast<float>(increment);
+        return "";
+    });
+}
+
+/// Puts mode and texts back however the solve ends.
+IterativeSolve::Outcome IterativeSolve::Frame(const char* status, const char* verb,
+                                              IterativeProgress* progress,
+                                              const std::function<std::string(IterationWatch&)>& solve) {
+    const std::string messageBefore = solver_.SolveMessage();
+    const auto end = [&](bool done) {
+        if (!done) solver_.SetSolveMessage(messageBefore);
+        solver_.EndIterating(done);
+        workspace_.ThePlatform().StatusMessage("");
+    };
+    Outcome outcome;
+    workspace_.ThePlatform().StatusMessage(status);
+    solver_.BeginIterating();
+    try {
+        IterationWatch watch(solver_, verb, progress, interval_);
+        outcome.message = solve(watch);
+        outcome.done = outcome.message.empty() && !watch.WasCancelled();
+    } catch (const std::bad_alloc&) {
+        outcome.message = "There is not enough memory for this solve.";
+    } catch (...) {
+        end(false);
+        throw;
+    }
+    end(outcome.done);
+    return outcome;
+}
+
+std::int32_t IterativeSolve::ActiveProject() const {
+    const auto projects = solver_.TheNetwork().Projects();
+    for (std::size_t i = 0; i < projects.size(); ++i) {
+        if (projects[i].object.Get() == workspace_.ThisProject()) return static_cast<std::int32_t>(i);
+    }
+    AssertionFailed();
+}
+
+int IterativeSolve::Workers() const {
+    return workers_ > 0 ? workers_ : std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+}
+
+std::string IterativeSolve::FailureText(ForwardRun::Outcome outcome, std::int32_t task) const {
+    const Network& network = solver_.TheNetwork();
+    const auto& at = network.Tasks()[static_cast<std::size_t>(task)];
+    const std::string name = NameTask(*at.object.Get());
+    if (outcome == ForwardRun::Outcome::NoTime) {
+        return "\"No working time\", " + name +
+               " would not end before the calendar does. Check its estimates.";
+    }
+    const auto& project = network.Projects()[static_cast<std::size_t>(at.project)];
+    return std::string("\"") + ForwardRun::ShortageText(project.rule) + "\", at " + name + ". Give project " +
+           project.object->ProjectName() + " a solve rule that extends, so that no run halts.";
+}
+
+}  // namespace vortan

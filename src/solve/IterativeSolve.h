@@ -1,0 +1,71 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "solve/IterationWatch.h"
+#include "solve/IterativeResults.h"
+#include "solve/Rnd.h"
+#include "solve/Solver.h"
+
+namespace vortan {
+
+/// The risk and crash solves of a program: what they need from one to the next, and the frame of each, which
+/// is status texts, the solver's mode, progress and cancel. The results change only when a solve has come to
+/// its end.
+class IterativeSolve {
+  public:
+    static constexpr std::int32_t kUsualIterations = 100, kMostIterations = 1'000'000;
+    static constexpr double kUsualIncrement = 0.25, kLeastIncrement = 0.1, kMostIncrement = 1;
+
+    /// How a solve ended. A solve that failed says why; one that was cancelled has nothing to say.
+    struct Outcome {
+        bool done = false;
+        std::string message;
+    };
+
+    /// Both must outlive this.
+    IterativeSolve(Workspace& workspace, Solver& solver) : workspace_(workspace), solver_(solver) {}
+
+    // What must be asked before a solve, which asks it again itself. Each gives the complaint, none if all is
+    // well. The solution of the active project must stand.
+    std::optional<std::string> CheckRisk(double iterations) const;
+    static std::optional<std::string> CheckIncrement(double increment);
+    /// The first project whose solve rule halts; a crash solve needs rules that extend.
+    static Vproject* FindHaltingProject(const Workspace& workspace);
+    static std::string HaltRuleText(const Vproject& project);
+
+    // Repeats or crashes the active project, which must be solved (Workspace::ThisProjectSolved); asks for an
+    // ordinary solve in the end. `progress` may be none.
+    Outcome RiskSolve(bool quick, std::int32_t iterations, IterativeProgress* progress);
+    Outcome CrashSolve(bool quick, double increment, IterativeProgress* progress);
+
+    const IterativeResults& Results() const { return results_; }
+    /// Another project became active: the crash curve was not its own.
+    void NewThisProject() { results_.crashList.clear(); }
+
+    void SetSeed(std::uint64_t seed) { rnd_ = Rnd(seed); }
+    /// Threads that a risk solve uses; 0 is one for each core.
+    void SetWorkers(int workers) { workers_ = workers; }
+    /// Shortest time between two reports of progress. Zero reports at every opportunity.
+    void SetProgressInterval(std::chrono::milliseconds interval) { interval_ = interval; }
+
+  private:
+    Outcome Frame(const char* status, const char* verb, IterativeProgress* progress,
+                  const std::function<std::string(IterationWatch&)>& solve);
+    std::int32_t ActiveProject() const;
+    int Workers() const;
+    std::string FailureText(ForwardRun::Outcome outcome, std::int32_t task) const;
+
+    Workspace& workspace_;
+    Solver& solver_;
+    IterativeResults results_;
+    Rnd rnd_;
+    int workers_ = 0;
+    std::chrono::milliseconds interval_{200};
+};
+
+}  // namespace vortan

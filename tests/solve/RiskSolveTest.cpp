@@ -1,0 +1,326 @@
+#include "solve/RiskSolve.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <set>
+
+#include "solve/IterativePlan.h"
+
+namespace vortan {
+namespace {
+
+TEST(RiskSolveTest, ScoresFollowTheNormalDistribution) {
+    const std::pair<float, double> table[] = {{0.0001F, -3.71902}, {0.00135F, -2.99998}, {0.005F, -2.57583},
+                                              {0.025F, -1.95996},  {0.125F, -1.15035},   {0.375F, -0.31864},
+                                              {0.5F, 0},           {0.625F, 0.31864},    {0.8F, 0.84162},
+                                              {0.9F, 1.28155},     {0.99F, 2.32635},     {0.995F, 2.57583}};
+    for (const auto& [p, z] : table) EXPECT_NEAR(PtoZ(p), z, 4.5e-4) << p;
+}
+
+TEST(RiskSolveTest, EveryRowHoldsEachScoreOnce) {
+    for (const std::int32_t n : {1, 2, 4, 100, 1000}) {
+        Rnd rnd;
+        const auto size = static_cast<std::size_t>(n);
+        const auto table = BuildPermuteTable(50, n, rnd);
+        ASSERT_EQ(table.size(), 50 * size);
+        const std::vector<float> first(table.begin(), table.begin() + n);
+        EXPECT_TRUE(std::is_sorted(first.begin(), first.end()));
+        EXPECT_FLOAT_EQ(first[0], PtoZ(0.5F / static_cast<float>(n)));
+        std::set<std::vector<float>> rows;
+        for (std::size_t row = 0; row < 50; ++row) {
+            std::vector<float> scores(table.begin() + static_cast<std::ptrdiff_t>(row * size),
+                                      table.begin() + static_cast<std::ptrdiff_t>((row + 1) * size));
+            rows.insert(scores);
+            std::sort(scores.begin(), scores.end());
+            EXPECT_EQ(scores, first);
+        }
+        EXPECT_EQ(rows.size() == 50, n >= 100);
+    }
+}
+
+TEST(RiskSolveTest, WithoutSpreadEveryRunIsTheMostLikelyOne) {
+    for (std::uint64_t seed = 0; seed < 40; ++seed) {
+        IterativePlan plan(GeneratePlan(seed, MixedKnobs(seed)));
+        plan.Spread(0, 0);
+        ASSERT_TRUE(plan.iterative.RiskSolve(false, 7, nullptr).done);
+        const IterativeResults& results = plan.Results();
+        const Vproject& project = *plan.workspace.ThisProject();
+        ASSERT_EQ(results.riskDates.size(), 8U);
+        for (std::size_t i = 0; i <= 7; ++i) {
+            EXPECT_EQ(results.riskDates[i], project.EarlyFinish()) << seed;
+            EXPECT_EQ(results.riskCosts[i], project.LaborCost() + project.MaterialCost()) << seed;
+        }
+    }
+}
+
+TEST(RiskSolveTest, AnyNumberOfWorkersFindsTheSame) {
+    for (std::uint64_t seed = 0; seed < 10; ++seed) {
+        for (const bool quick : {false, true}) {
+            std::string expected;
+            for (const int workers : {1, 2, 5}) {
+                IterativePlan plan(GeneratePlan(seed, MixedKnobs(seed)));
+                plan.Spread(40, 90);
+                plan.iterative.SetWorkers(workers);
+                ASSERT_TRUE(plan.iterative.RiskSolve(quick, 60, nullptr).done);
+                const auto& dates = plan.Results().riskDates;
+                EXPECT_TRUE(std::is_sorted(dates.begin() + 1, dates.end()));
+                if (expected.empty()) expected = TextOf(plan.Results());
+                EXPECT_EQ(TextOf(plan.Results()), expected) << seed << quick << workers;
+            }
+        }
+    }
+}
+
+/// A long task fixes the finish of every run, so the costs must stand in the order of the iterations, each
+/// that of the sample of the short task.
+TEST(RiskSolveTest, EqualDatesStandInTheOrderOfIterations) {
+    IterativePlan plan;
+    plan.Project();
+    plan.AddTask(1, 1440, {1440 * 300});
+    plan.Assign(plan.AddTask(2, -60, {3000, 6000, 12000}), 1);
+    plan.AddTask(3, 60, {0}, {1, 2});
+    plan.Solve();
+    for (const bool quick : {false, true}) {
+        plan.Solve();
+        plan.iterative.SetSeed(99);
+        Rnd rnd(99);
+        ASSERT_TRUE(plan.iterative.RiskSolve(quick, 200, nullptr).done);
+        const auto table = BuildPermuteTable(3, 200, rnd);
+        for (std::size_t i = 0; i < 200; ++i) {
+            const double z = table[200 + i];
+            const double minutes = std::nearbyint(6000 + z * (z > 0 ? 6000 : 3000) / 3);
+            EXPECT_NEAR(plan.Results().riskCosts[i + 1].ToDouble(), minutes / 60 * 50, 0.01) << i;
+        }
+    }
+}
+
+/// The finish of small plans by plain sampling, far more often than the risk solve does.
+TEST(RiskSolveTest, QuantilesAgreeWithPlainSampling) {
+    struct Case {
+        const char* name;
+        std::vector<std::vector<std::int32_t>> estimates;  ///< of tasks 1, 2 ..., minutes
+        bool parallel;
+    };
+    const Case cases[] = {
+        {"one", {{9480, 12480, 15480}}, true},
+        {"two in a row", {{4000, 10000, 30000}, {9000, 10000, 12000}}, false},
+        {"two side by side", {{4000, 10000, 16000}, {4000, 10000, 16000}}, true},
+        {"three side by side", {{4000, 10000, 16000}, {8000, 10000, 20000}, {7000, 9000, 40000}}, true},
+    };
+    for (const Case& each : cases) {
+        std::mt19937 random(5);
+        std::normal_distribution<double> normal;
+        std::vector<double> finishes(200'000);
+        for (double& finish : finishes) {
+            for (const auto& task : each.estimates) {
+                const double z = normal(random);
+                const double minutes = task[1] + z / 3 * (z > 0 ? task[2] - task[1] : task[1] - task[0]);
+                finish = each.parallel ? std::max(finish, minutes) : finish + minutes;
+            }
+        }
+        std::sort(finishes.begin(), finishes.end());
+        IterativePlan plan;
+        plan.Project();
+        std::vector<std::int32_t> open;
+        for (const auto& task : each.estimates) {
+            const auto id = static_cast<std::int32_t>(open.size()) + 1;
+            plan.AddTask(id, 60, task,
+                         each.parallel || id == 1 ? std::vector<std::int32_t>{} : std::vector{id - 1});
+            open.push_back(id);
+        }
+        plan.AddTask(9, 60, {0}, open);
+        for (const bool quick : {false, true}) {
+            plan.Solve();
+            ASSERT_TRUE(plan.iterative.RiskSolve(quick, 4000, nullptr).done);
+            const auto& dates = plan.Results().riskDates;
+            for (const double p : {0.05, 0.2, 0.5, 0.8, 0.95}) {
+                const double wanted = finishes[static_cast<std::size_t>(p * 200'000)] / kMinutesPerDay;
+                const double found = dates[static_cast<std::size_t>(p * 4000)].Days() - IterativePlan::kStart;
+                EXPECT_NEAR(found / wanted, 1, 0.01) << each.name << " at " << p << (quick ? ", quick" : "");
+            }
+            EXPECT_EQ(dates[2000] > AddDays(dates[0], 0.1), each.estimates.size() > 1) << each.name;
+        }
+    }
+}
+
+TEST(RiskSolveTest, AHundredRunsOfOneTaskLieEvenlyAroundTheMostLikely) {
+    IterativePlan plan;
+    plan.Project();
+    plan.AddTask(1, 60, {158 * 60, 208 * 60, 258 * 60});
+    plan.Solve();
+    ASSERT_TRUE(plan.iterative.RiskSolve(false, 100, nullptr).done);
+    const auto& dates = plan.Results().riskDates;
+    for (std::size_t i = 1; i <= 50; ++i) {
+        EXPECT_NEAR(dates[i].Days() + dates[101 - i].Days(), 2 * dates[0].Days(), 1.01 / kMinutesPerDay);
+    }
+    EXPECT_NEAR((dates[100].Days() - dates[0].Days()) * 24, 2.57583 * 50 / 3, 0.03);
+}
+
+/// Without an estimate there is nothing to scale by.
+TEST(RiskSolveTest, SomeTasksKeepTheirDurationInAQuickSolve) {
+    const std::pair<int, std::vector<std::int32_t>> cases[] = {{0, {60, 600, 6000}}, {0, {0, 0, 6000}}};
+    for (const auto& [units, estimates] : cases) {
+        IterativePlan plan;
+        plan.Project();
+        Vtask* task = plan.AddTask(1, units, estimates);
+        plan.Depend(task, 0, 100, 100)->SetDepDate(DateTime(IterativePlan::kStart + 12.5));
+        plan.Solve();
+        ASSERT_TRUE(plan.iterative.RiskSolve(true, 10, nullptr).done);
+        for (const DateTime date : plan.Results().riskDates)
+            EXPECT_EQ(date, DateTime(IterativePlan::kStart + 12.5));
+    }
+}
+
+struct IterativeSolveTest : testing::Test {
+    IterativeSolveTest() : plan(GeneratePlan(3, MixedKnobs(3))) {
+        plan.Spread(40, 90);
+        plan.iterative.SetWorkers(1);  // others might be done before this one has its turn to report
+        plan.iterative.SetProgressInterval(std::chrono::milliseconds(0));
+    }
+    IterativeSolve::Outcome Run(int kind, IterativeProgress* progress) {
+        return kind < 2 ? plan.iterative.RiskSolve(kind == 0, 40, progress)
+                        : plan.iterative.CrashSolve(kind == 2, 0.5, progress);
+    }
+    std::string Everything() {
+        return ResultText(plan) + TextOf(plan.Results()) + plan.solver.SolveMessage() +
+               std::to_string(static_cast<int>(plan.solver.Mode()));
+    }
+    IterativePlan plan;
+};
+
+TEST_F(IterativeSolveTest, CancelAtAnyReportChangesNothing) {
+    for (const int round : {0, 1, 2, 3, 4, 5}) {
+        const int kind = round % 4;
+        plan.iterative.SetWorkers(round < 4 ? 1 : 3);
+        ASSERT_TRUE(Run(3, nullptr).done);
+        plan.Solve();
+        plan.iterative.SetSeed(1);
+        ASSERT_TRUE(Run(1, nullptr).done);
+        plan.Solve();
+        const std::string before = Everything();
+        int reports = 0;
+        for (bool cancelled = true; cancelled; ++reports) {
+            int left = reports;
+            TestProgress progress([&](int) { return left-- == 0; });
+            const auto outcome = Run(kind, &progress);
+            cancelled = !outcome.done;
+            if (!cancelled) break;
+            EXPECT_EQ(outcome.message, "");
+            EXPECT_EQ(Everything(), before) << "kind " << kind << ", report " << reports;
+            EXPECT_FALSE(plan.platform.solveTimerArmed);
+            ASSERT_LT(reports, 100'000);
+        }
+        EXPECT_GT(reports, round < 4 ? 2 : 0) << round;
+        // Nor has the sequence of random numbers moved on.
+        const std::string after = TextOf(plan.Results());
+        plan.Solve();
+        plan.iterative.SetSeed(1);
+        ASSERT_TRUE(Run(1, nullptr).done);
+        plan.Solve();
+        ASSERT_TRUE(Run(kind, nullptr).done);
+        EXPECT_EQ(TextOf(plan.Results()), after) << kind;
+        plan.Solve();
+    }
+}
+
+TEST_F(IterativeSolveTest, TheModeAndTheTextsTellWhatGoesOn) {
+    for (const bool risk : {true, false}) {
+        plan.platform.statusMessages.clear();
+        plan.platform.solveStatuses.clear();
+        int last = 0;
+        TestProgress progress([&](int percent) {
+            EXPECT_EQ(plan.solver.Mode(), SolveMode::Iterating);
+            EXPECT_FALSE(plan.solver.AbortSolve());
+            EXPECT_GE(percent, last);
+            EXPECT_LE(last = percent, 99);
+            return false;
+        });
+        ASSERT_TRUE(Run(risk ? 1 : 3, &progress).done);
+        EXPECT_GT(last, 0);
+        const std::string verb = risk ? "Risk " : "Crashing ";
+        EXPECT_EQ(
+            plan.platform.statusMessages,
+            (std::vector<std::string>{(risk ? "Risk" : "Crash") + std::string(" solve in progress"), ""}));
+        EXPECT_EQ(plan.platform.solveStatuses.front(), verb + "0% ...");
+        EXPECT_EQ(plan.platform.solveStatuses.back(), verb + std::to_string(last) + "% ...");
+        EXPECT_EQ(plan.solver.Mode(), SolveMode::Restart);
+        EXPECT_TRUE(plan.platform.solveTimerArmed);
+        plan.Solve();
+        EXPECT_TRUE(plan.Complete());
+    }
+    EXPECT_FALSE(plan.Results().crashList.empty());
+    plan.iterative.NewThisProject();
+    EXPECT_TRUE(plan.Results().crashList.empty());
+    EXPECT_EQ(plan.Results().riskDates.size(), 41U);
+}
+
+TEST_F(IterativeSolveTest, AFaultInTheProgressEndsTheSolve) {
+    for (int kind = 0; kind < 4; ++kind) {
+        const std::string before = Everything();
+        TestProgress progress([](int) -> bool { throw std::runtime_error("gone"); });
+        EXPECT_THROW(Run(kind, &progress), std::runtime_error);
+        EXPECT_EQ(Everything(), before);
+    }
+}
+
+/// A task that waits for a resource until its estimate is exceeded: the iteration at fault is known in
+/// advance.
+TEST(RiskSolveTest, ATrialThatHaltsBreaksTheSolveOff) {
+    for (const int workers : {1, 2, 5}) {
+        IterativePlan plan;
+        plan.Project(kNormalHalt);
+        plan.Assign(plan.AddTask(1, -60, {480, 960, 1920}), 1);
+        Vtask* second = plan.AddTask(2, -60, {960});
+        plan.Assign(second, 1);
+        second->DependencyList().front()->SetDepDate(DateTime(IterativePlan::kStart + 2));
+        plan.AddTask(3, 60, {0}, {1, 2});
+        plan.Solve();
+        ASSERT_TRUE(plan.Complete());
+        plan.iterative.SetWorkers(workers);
+        // The first row of scores rises; 960 + z * 320 goes beyond the second day from z = 0 on.
+        const auto outcome = plan.iterative.RiskSolve(false, 1000, nullptr);
+        EXPECT_FALSE(outcome.done);
+        EXPECT_EQ(outcome.message.find("The risk solve was broken off in iteration 50"), 0U)
+            << outcome.message;
+        for (const char* part : {"\"Overtime needed\"", "task 2", "project P a solve rule that extends"})
+            EXPECT_NE(outcome.message.find(part), std::string::npos) << outcome.message;
+        EXPECT_TRUE(plan.Results().riskDates.empty());
+        EXPECT_EQ(plan.solver.Mode(), SolveMode::Idle);
+        EXPECT_EQ(plan.solver.SolveMessage(), "Solve complete");
+    }
+}
+
+TEST(RiskSolveTest, NumbersOutOfRangeAreRefusedInWords) {
+    PlanKnobs knobs;
+    knobs.tasks = 700;
+    const IterativePlan small(GeneratePlan(1, MixedKnobs(1))), large(GeneratePlan(1, knobs));
+    const std::tuple<const IterativePlan*, double, const char*> cases[] = {
+        {&small, 0, "from 1 to 1,000,000."},
+        {&small, -3, "from 1 to 1,000,000."},
+        {&small, 1'000'001, "from 1 to 1,000,000."},
+        {&small, std::nan(""), "from 1 to 1,000,000."},
+        {&small, 1, ""},
+        {&small, 1'000'000, ""},
+        {&large, 100'000, ""},
+        {&large, 1'000'000, "iterations over"},
+    };
+    for (const auto& [plan, iterations, part] : cases) {
+        const auto complaint = plan->iterative.CheckRisk(iterations);
+        EXPECT_EQ(complaint.has_value(), *part != '\0') << iterations;
+        EXPECT_NE(complaint.value_or("").find(part), std::string::npos) << part;
+    }
+    // What is offered instead is accepted.
+    const std::string text = large.iterative.CheckRisk(1'000'000).value_or("");
+    std::string offer = text.substr(text.find("Enter ") + 6);
+    std::erase(offer, ',');
+    EXPECT_GT(std::stod(offer), 100'000);
+    EXPECT_FALSE(large.iterative.CheckRisk(std::stod(offer)));
+    for (const double increment : {0.0, 0.05, 1.5, -0.25, std::nan("")})
+        EXPECT_TRUE(IterativeSolve::CheckIncrement(increment)) << increment;
+    for (const double increment : {0.1, 0.25, 1.0}) EXPECT_FALSE(IterativeSolve::CheckIncrement(increment));
+}
+
+}  // namespace
+}  // namespace vortan
