@@ -1,6 +1,7 @@
 #include "shell/TableView.h"
 
 #include <QFrame>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include "shell/CommonDialogs.h"
