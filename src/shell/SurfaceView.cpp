@@ -46,14 +46,13 @@ QSize SurfaceView::Fixed() const {
     return fixed;
 }
 
-/// All of the surface, and a pixel for its last line.
-QSize SurfaceView::viewportSizeHint() const {
-    if (!surface_.IsComplete()) return QAbstractScrollArea::viewportSizeHint();
+QSize SurfaceView::ContentSize() const {
+    if (!surface_.IsComplete()) return {0, 0};
     return {ToPixels(surface_.ContentWidth()) + 1, ToPixels(surface_.ContentHeight()) + 1};
 }
 
 void SurfaceView::FitScrollBars() {
-    const QSize content = viewportSizeHint();
+    const QSize content = ContentSize();
     const QSize window = viewport()->size();
     horizontalScrollBar()->setRange(0, std::max(0, content.width() - window.width()));
     horizontalScrollBar()->setPageStep(std::max(1, window.width() - Fixed().width()));
