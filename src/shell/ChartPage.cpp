@@ -50,8 +50,9 @@ class OptionsBox : public QGroupBox {
   protected:
     void mousePressEvent(QMouseEvent* event) override { grip_ = event->position().toPoint(); }
     void mouseMoveEvent(QMouseEvent* event) override {
-        if (event->buttons().testFlag(Qt::LeftButton))
-            PutAt(mapToParent(event->position().toPoint() - grip_));
+        if (!event->buttons().testFlag(Qt::LeftButton)) return;
+        dragged_ = true;
+        PutAt(mapToParent(event->position().toPoint() - grip_));
     }
 
   private:

@@ -78,6 +78,8 @@ TEST_F(ChartPageTest, TheOptionsCanBeDraggedAside) {
                      frame.mapToGlobal(grip + QPoint(-300, 100)), Qt::NoButton, Qt::LeftButton, {});
     QApplication::sendEvent(&frame, &move);
     EXPECT_EQ(frame.pos(), before + QPoint(-300, 100));
+    workspace.BroadcastNewSolution();
+    EXPECT_EQ(frame.pos(), before + QPoint(-300, 100));
     shell.Click("PreferencesCommand");
     EXPECT_TRUE(shell.IsOpen("PreferencesForm"));
 }
