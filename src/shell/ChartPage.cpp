@@ -15,7 +15,7 @@
 namespace vortan {
 namespace {
 
-// Where the options stand in front of the chart, in twips from its corner.
+// Where the options stand when they must hide a part of the chart, in twips from its corner.
 constexpr int kOptionsLeft = 120, kOptionsTop = 2760;
 constexpr int kTwipsPerInch = 1440;
 
@@ -24,6 +24,22 @@ class OptionsBox : public QGroupBox {
   public:
     using QGroupBox::QGroupBox;
 
+    /// Beside or below a chart of that size if there is room, unless the user has chosen another place.
+    void Place(const QSize& chart) {
+        const QSize room = parentWidget()->size() - size();
+        const int gap = fontMetrics().height() / 2;
+        if (dragged_) {
+            PutAt(pos());
+        } else if (chart.width() + gap <= room.width()) {
+            PutAt({chart.width() + gap, gap});
+        } else if (chart.height() + gap <= room.height()) {
+            PutAt({gap, chart.height() + gap});
+        } else {
+            PutAt(
+                {kOptionsLeft * logicalDpiX() / kTwipsPerInch, kOptionsTop * logicalDpiY() / kTwipsPerInch});
+        }
+        raise();
+    }
     /// As far as the parent reaches.
     void PutAt(QPoint corner) {
         const QSize room = parentWidget()->size() - size();
@@ -34,12 +50,14 @@ class OptionsBox : public QGroupBox {
   protected:
     void mousePressEvent(QMouseEvent* event) override { grip_ = event->position().toPoint(); }
     void mouseMoveEvent(QMouseEvent* event) override {
-        if (event->buttons().testFlag(Qt::LeftButton))
-            PutAt(mapToParent(event->position().toPoint() - grip_));
+        if (!event->buttons().testFlag(Qt::LeftButton)) return;
+        dragged_ = true;
+        PutAt(mapToParent(event->position().toPoint() - grip_));
     }
 
   private:
     QPoint grip_;
+    bool dragged_ = false;
 };
 
 }  // namespace
@@ -75,7 +93,6 @@ QGroupBox* ChartPage::NewOptionsFrame(const ChartForm::OptionsFrame& frame) {
     const int line = fontMetrics().height();
     box->setMinimumWidth(fontMetrics().horizontalAdvance(box->title()) + 2 * line);
     box->adjustSize();
-    box->move(kOptionsLeft * logicalDpiX() / kTwipsPerInch, kOptionsTop * logicalDpiY() / kTwipsPerInch);
     return box;
 }
 
@@ -128,6 +145,11 @@ void ChartPage::Restart() {
     chart_->Start();
     setWindowTitle(Q(chart_->Caption()));
     view_->SurfaceChanged();
+    PlaceOptions();
+}
+
+void ChartPage::PlaceOptions() {
+    if (options_) static_cast<OptionsBox*>(options_)->Place(view_->ContentSize());
 }
 
 void ChartPage::Do(ChartForm::Answer answer) {
@@ -146,9 +168,7 @@ bool ChartPage::ChangeFont() {
 
 void ChartPage::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    if (!options_) return;
-    static_cast<OptionsBox*>(options_)->PutAt(options_->pos());
-    options_->raise();
+    PlaceOptions();
 }
 
 }  // namespace vortan

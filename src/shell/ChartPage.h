@@ -43,6 +43,7 @@ class ChartPage : public QWidget, public ChildForm, public Listener {
     QWidget* NewOption(const ChartForm::Option& option);
     /// In the font of the form and for the printer's page, from what is in memory.
     void Restart();
+    void PlaceOptions();
     void Do(ChartForm::Answer answer);
 
     Desktop& desktop_;

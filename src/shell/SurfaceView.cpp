@@ -46,14 +46,13 @@ QSize SurfaceView::Fixed() const {
     return fixed;
 }
 
-/// All of the surface, and a pixel for its last line.
-QSize SurfaceView::viewportSizeHint() const {
-    if (!surface_.IsComplete()) return QAbstractScrollArea::viewportSizeHint();
+QSize SurfaceView::ContentSize() const {
+    if (!surface_.IsComplete()) return {0, 0};
     return {ToPixels(surface_.ContentWidth()) + 1, ToPixels(surface_.ContentHeight()) + 1};
 }
 
 void SurfaceView::FitScrollBars() {
-    const QSize content = viewportSizeHint();
+    const QSize content = ContentSize();
     // Bars that show now take room themselves; without them all may fit.
     const QSize most = maximumViewportSize();
     const bool fits = content.width() <= most.width() && content.height() <= most.height();

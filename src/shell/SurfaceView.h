@@ -20,7 +20,8 @@ class SurfaceView : public QAbstractScrollArea {
     void SetMetrics(const QtTextMetrics& metrics) { metrics_ = &metrics; }
     /// The surface has another size or picture.
     void SurfaceChanged();
-    QSize viewportSizeHint() const override;
+    /// Of all of the surface, with a pixel for its last line.
+    QSize ContentSize() const;
     /// Where a cell stands as it is scrolled now, in pixels of the viewport, visible or not.
     int CellLeft(int col) const;
     int CellTop(int row) const;
@@ -36,6 +37,7 @@ class SurfaceView : public QAbstractScrollArea {
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     bool viewportEvent(QEvent* event) override;
+    QSize viewportSizeHint() const override { return ContentSize(); }
 
   private:
     double TwipsPerPixel() const { return 1440.0 / logicalDpiX(); }

@@ -28,7 +28,7 @@ void TableView::Restart(Desktop& desktop, const QString& formName, const QSize& 
     view_.SurfaceChanged();
 
     const int frame = 2 * view_.frameWidth();
-    QSize size = view_.viewportSizeHint() + QSize(frame, frame);
+    QSize size = view_.ContentSize() + QSize(frame, frame);
     const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
     const bool tooWide = size.width() > most.width(), tooHigh = size.height() > most.height();
     size += QSize(tooHigh ? bar : 0, tooWide ? bar : 0);

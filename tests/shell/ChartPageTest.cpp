@@ -71,12 +71,15 @@ TEST_F(ChartPageTest, HeadingsStayInViewWhileTheRestScrolls) {
 
 TEST_F(ChartPageTest, TheOptionsCanBeDraggedAside) {
     auto& frame = shell.Find<QWidget>("OptionsFrame");
+    EXPECT_GT(frame.x(), shell.main.FullPage()->Surface()->surface.ContentWidth() / 15);  // hides nothing
     const QPoint before = frame.pos(), grip(5, 5);
     QTest::mousePress(&frame, Qt::LeftButton, {}, grip);
-    QMouseEvent move(QEvent::MouseMove, grip + QPointF(300, 100), frame.mapToGlobal(grip + QPoint(300, 100)),
-                     Qt::NoButton, Qt::LeftButton, {});
+    QMouseEvent move(QEvent::MouseMove, grip + QPointF(-300, 100),
+                     frame.mapToGlobal(grip + QPoint(-300, 100)), Qt::NoButton, Qt::LeftButton, {});
     QApplication::sendEvent(&frame, &move);
-    EXPECT_EQ(frame.pos(), before + QPoint(300, 100));
+    EXPECT_EQ(frame.pos(), before + QPoint(-300, 100));
+    workspace.BroadcastNewSolution();
+    EXPECT_EQ(frame.pos(), before + QPoint(-300, 100));
     shell.Click("PreferencesCommand");
     EXPECT_TRUE(shell.IsOpen("PreferencesForm"));
 }
