@@ -1,5 +1,6 @@
 #include "paint/ChartPainter.h"
 
+#include <QVector>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -19,11 +20,30 @@ QColor ToQt(Color color) {
                   static_cast<int>(color >> 16 & 0xFF));
 }
 
-Qt::BrushStyle BrushOf(int hatch) {
-    static constexpr Qt::BrushStyle kStyles[] = {Qt::SolidPattern, Qt::NoBrush,         Qt::HorPattern,
-                                                 Qt::VerPattern,   Qt::FDiagPattern,    Qt::BDiagPattern,
-                                                 Qt::CrossPattern, Qt::DiagCrossPattern};
-    return hatch >= 0 && hatch < static_cast<int>(std::size(kStyles)) ? kStyles[hatch] : Qt::SolidPattern;
+constexpr int kHatchStep = 105;  // twips between two lines of a hatch
+
+/// The lines of a hatch in the area x1, y1 to x2, y2, which has its corners in order. Lines of one kind lie
+/// alike everywhere on a surface, so that areas that touch have one hatch.
+void AddHatch(QVector<QLineF>& lines, const QRectF& area, int hatch) {
+    const double x1 = area.left(), y1 = area.top(), x2 = area.right(), y2 = area.bottom();
+    const auto each = [&](double from, double to, double step, auto&& add) {
+        for (double at = std::ceil(from / step) * step; at <= to; at += step) add(at);
+    };
+    const bool level = hatch == 2 || hatch == 6, upright = hatch == 3 || hatch == 6;
+    const bool upward = hatch == 4 || hatch == 7, downward = hatch == 5 || hatch == 7;
+    const double slanted = kHatchStep * std::sqrt(2.0);
+    if (level) each(y1, y2, kHatchStep, [&](double y) { lines.append({x1, y, x2, y}); });
+    if (upright) each(x1, x2, kHatchStep, [&](double x) { lines.append({x, y1, x, y2}); });
+    if (upward)
+        each(x1 + y1, x2 + y2, slanted, [&](double sum) {
+            const double left = std::max(x1, sum - y2), right = std::min(x2, sum - y1);
+            lines.append({left, sum - left, right, sum - right});
+        });
+    if (downward)
+        each(x1 - y2, x2 - y1, slanted, [&](double difference) {
+            const double left = std::max(x1, difference + y1), right = std::min(x2, difference + y2);
+            lines.append({left, left - difference, right, right - difference});
+        });
 }
 
 /// The first of `count` + 1 rising positions that lies beyond `at`, less one: the line that holds `at`.
@@ -263,12 +283,19 @@ void ChartPainter::PaintItem(QPainter& painter, const DrawItem& item, double pix
             painter.setRenderHint(QPainter::Antialiasing, false);
             return;
         case DrawItem::Kind::Rect: {
-            QBrush brush(fill, BrushOf(item.hatch));
-            // Hatches are as dense on every device.
-            if (item.hatch > 1) brush.setTransform(QTransform::fromScale(15, 15));
+            const QRect area(QPoint(item.x1, item.y1), QSize(item.x2 - item.x1, item.y2 - item.y1));
+            // The toolkit's own hatches depend on the device, and are lost in files.
+            if (item.hatch > 1) {
+                QVector<QLineF> lines;
+                AddHatch(lines, QRectF(area) & painter.clipBoundingRect(), item.hatch);
+                painter.setPen(QPen(fill, pixel));
+                painter.setRenderHint(QPainter::Antialiasing, item.hatch != 2 && item.hatch != 3);
+                painter.drawLines(lines);
+                painter.setRenderHint(QPainter::Antialiasing, false);
+            }
             painter.setPen(pen);
-            painter.setBrush(brush);
-            painter.drawRect(QRect(QPoint(item.x1, item.y1), QSize(item.x2 - item.x1, item.y2 - item.y1)));
+            painter.setBrush(item.hatch == 0 ? QBrush(fill) : QBrush(Qt::NoBrush));
+            painter.drawRect(area);
             return;
         }
         case DrawItem::Kind::Milestone:
