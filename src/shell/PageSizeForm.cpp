@@ -132,16 +132,19 @@ void PageSizeForm::Refresh() {
     preview_->update();
 }
 
-/// The form goes first: a change of font or page does not come back to it.
+/// The form goes first, and may be deleted while a dialog that follows is open: a change of font or page does
+/// not come back to it.
 void PageSizeForm::ContinueCommandClick(Choice choice) {
     MainForm& mainForm = *desktop_.mainForm;
+    Platform& platform = desktop_.platform;
+    ChildForm& source = source_;
     Unload();
-    if (choice == Choice::ChangeFont) mainForm.SetupFont();
-    if (choice == Choice::ChangePage) mainForm.SetupPrinter();
-    const auto shown = source_.Surface();
+    if (choice == Choice::ChangeFont) return mainForm.SetupFont();
+    if (choice == Choice::ChangePage) return mainForm.SetupPrinter();
+    const auto shown = source.Surface();
     if (!shown) return;
     const auto pieces = PageCuts(PageStatsOf(shown->surface)).Pieces(choice);
-    if (!pieces.empty()) mainForm.ThePrinting().Print(&mainForm, desktop_.platform, *shown, pieces);
+    if (!pieces.empty()) mainForm.ThePrinting().Print(&mainForm, platform, *shown, pieces);
 }
 
 QSize PageSizeForm::sizeHint() const {
