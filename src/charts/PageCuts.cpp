@@ -39,8 +39,7 @@ struct Direction {
 
 }  // namespace
 
-PageStats PageStatsOf(const Vwindow& surface) {
-    const Vwindow::Page& page = surface.ThePage();
+PageStats PageStatsOf(const Vwindow& surface, const Vwindow::Page& page) {
     PageStats stats;
     stats.pageWidth = page.width;
     stats.pageHeight = page.height;

@@ -15,7 +15,8 @@ struct PageStats {
     bool hasHeadings = true;           ///< a free drawing has none
     std::vector<int> colPos, rowPos;   ///< the edges of all columns and rows, from 0 to the far edge
 };
-PageStats PageStatsOf(const Vwindow& surface);
+/// `page` is that of the printer now, which need not be the one that the surface was laid out for.
+PageStats PageStatsOf(const Vwindow& surface, const Vwindow::Page& page);
 
 /// The part x1, y1 to x2, y2 of a surface, to be printed with its top left corner at destX, destY of the
 /// printable part of a page. It may be empty and still start a page.

@@ -40,7 +40,7 @@ std::unique_ptr<QGuiApplication> StartToolkit() {
 QByteArray MakeFile(const ShownSurface& shown, Output output, bool fit) {
     if (output == Output::Svg) return MakePicture(shown, PictureType::Svg);
     if (output == Output::Png) return MakePicture(shown, PictureType::Png);
-    const PageCuts cuts(PageStatsOf(shown.surface));
+    const PageCuts cuts(PageStatsOf(shown.surface, PageOf(DefaultPageLayout())));
     const auto choice = cuts.Fit() >= 1 ? PageCuts::Choice::CenterOnPage
                         : fit           ? PageCuts::Choice::ReduceToFit
                                         : PageCuts::Choice::MultipleHeadings;

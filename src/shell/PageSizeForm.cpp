@@ -26,7 +26,7 @@ constexpr auto kFirstChosen = {PageCuts::Choice::ReduceToFit, PageCuts::Choice::
 /// the size.
 class Preview : public QWidget {
   public:
-    explicit Preview(ChildForm& source) : source_(source) {}
+    Preview(ChildForm& source, const Printing& printing) : source_(source), printing_(printing) {}
 
   protected:
     void paintEvent(QPaintEvent*) override {
@@ -35,7 +35,7 @@ class Preview : public QWidget {
         QPainter painter(this);
         const double pixel = kTwipsPerInch / logicalDpiX();  // twips on the screen
         painter.scale(1 / pixel, 1 / pixel);
-        const Vwindow::Page& page = shown->surface.ThePage();
+        const Vwindow::Page page = printing_.Page();
         const QRectF sheet(0, 0, (page.width + 2 * page.marginWidth) * kPreviewScale,
                            (page.height + 2 * page.marginHeight) * kPreviewScale);
         const double across = page.marginWidth * kPreviewScale, down = page.marginHeight * kPreviewScale;
@@ -60,6 +60,7 @@ class Preview : public QWidget {
 
   private:
     ChildForm& source_;
+    const Printing& printing_;
 };
 
 }  // namespace
@@ -76,7 +77,9 @@ void PageSizeForm::Wakeup(Desktop& desktop, ChildForm& source) {
 }
 
 PageSizeForm::PageSizeForm(Desktop& desktop, ChildForm& source)
-    : EntryForm(desktop, "PageSizeForm", "Print Preview"), source_(source), preview_(new Preview(source)) {
+    : EntryForm(desktop, "PageSizeForm", "Print Preview"),
+      source_(source),
+      preview_(new Preview(source, desktop.mainForm->ThePrinting())) {
     OkCommand().hide();
     CancelCommand().hide();
     auto* frames = new QVBoxLayout;
@@ -120,7 +123,7 @@ QWidget* PageSizeForm::NewFrame(int index, const QString& caption,
 void PageSizeForm::Refresh() {
     const auto shown = source_.Surface();
     if (!shown) return;
-    const PageCuts cuts(PageStatsOf(shown->surface));
+    const PageCuts cuts(PageStatsOf(shown->surface, desktop_.mainForm->ThePrinting().Page()));
     for (std::size_t i = 0; i < buttons_.size(); ++i)
         buttons_[i]->setEnabled(cuts.IsEnabled(static_cast<Choice>(i)));
     for (const Choice choice : {Choice::MultipleHeadings, Choice::SingleHeading}) {
@@ -143,7 +146,7 @@ void PageSizeForm::ContinueCommandClick(Choice choice) {
     if (choice == Choice::ChangePage) return mainForm.SetupPrinter();
     const auto shown = source.Surface();
     if (!shown) return;
-    const auto pieces = PageCuts(PageStatsOf(shown->surface)).Pieces(choice);
+    const auto pieces = PageCuts(PageStatsOf(shown->surface, mainForm.ThePrinting().Page())).Pieces(choice);
     if (!pieces.empty()) mainForm.ThePrinting().Print(&mainForm, platform, *shown, pieces);
 }
 

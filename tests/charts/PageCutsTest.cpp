@@ -102,12 +102,11 @@ TEST(PageCuts, WhatIsLargerThanAPageIsClipped) {
 TEST(PageCuts, StatsOfASurface) {
     const FixedMetrics metrics;
     Vwindow w(Vwindow::Style::Table, metrics);
-    w.SetPage({.width = 600, .height = 400});
     w.ClearLayout();
     w.AddColumn("Name", Alignment::Left);
     w.AddRow();
     w.EndLayout(1, 0);
-    const PageStats stats = PageStatsOf(w);
+    const PageStats stats = PageStatsOf(w, {.width = 600, .height = 400});
     EXPECT_EQ(stats.colPos, (std::vector{0, 500}));
     EXPECT_EQ(stats.rowPos, (std::vector{0, 350, 700}));
     EXPECT_EQ(PageCuts(stats).Fit(), 400.0F / 700);
