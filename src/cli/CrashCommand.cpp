@@ -81,7 +81,7 @@ int CrashCommand(CliSession& session, const CrashOptions& options) {
     session.streams.out << (options.json ? CrashJson(session.iterative.Results().crashList)
                                          : CrashTable(session, !options.detailed));
     if (options.plot.empty()) return kExitDone;
-    WriteChart(session, options.plot, "CrashForm", false, [&](Settings&, const TextMetrics& metrics) {
+    WriteChart(session, options.plot, "CrashForm", true, [&](Settings&, const TextMetrics& metrics) {
         return std::make_unique<CrashForm>(session.workspace, session.iterative.Results().crashList, metrics);
     });
     return kExitDone;

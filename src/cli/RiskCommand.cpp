@@ -75,7 +75,7 @@ int RiskCommand(CliSession& session, const RiskOptions& options) {
                                          : RiskTable(session, !options.detailed));
     if (options.plot.empty()) return kExitDone;
     Money highestCost;
-    WriteChart(session, options.plot, "RiskForm", false, [&](Settings&, const TextMetrics& metrics) {
+    WriteChart(session, options.plot, "RiskForm", true, [&](Settings&, const TextMetrics& metrics) {
         return std::make_unique<RiskForm>(session.workspace, session.iterative.Results(), highestCost,
                                           metrics);
     });

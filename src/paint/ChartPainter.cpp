@@ -98,6 +98,18 @@ void ChartPainter::Paint(QPainter& painter, const QRect& part, double pixel) con
     painter.restore();
 }
 
+void ChartPainter::PaintCut(QPainter& painter, const QRect& part, double pixel) const {
+    if (surface_.TheStyle() == Vwindow::Style::Free) return;
+    const int gridRight = surface_.ColPos(surface_.Cols());
+    const int gridBottom = surface_.RowPos(surface_.Rows() - (surface_.HasFooter() ? 1 : 0));
+    const int right = part.right() + 1, bottom = part.bottom() + 1;
+    painter.setPen(QPen(ToQt(kGridLine), pixel));
+    if (right < gridRight && part.top() < gridBottom)
+        painter.drawLine(right, part.top(), right, std::min(bottom, gridBottom));
+    if (bottom < gridBottom && part.left() < gridRight)
+        painter.drawLine(part.left(), bottom, std::min(right, gridRight), bottom);
+}
+
 /// Leaves out what a later item covers with the same: lines, cut off at the edges of the part, and arrow
 /// heads. The network of many thousand tasks has thousands of arrows that share their ends or run through the
 /// whole screen. All else stays.

@@ -22,6 +22,9 @@ class ChartPainter {
     /// of the surface; one of its pixels is `pixel` twips.
     void Paint(QPainter& painter, const QRect& part, double pixel) const;
 
+    /// The grid's lines along the right and lower edge of a part that the surface is cut at.
+    void PaintCut(QPainter& painter, const QRect& part, double pixel) const;
+
   private:
     void DropCovered(const QRect& part, double pixel) const;
     void PaintGrid(QPainter& painter, const QRect& part, double pixel) const;

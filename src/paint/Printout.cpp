@@ -62,10 +62,16 @@ void Printout::PrintPiece(const Piece& piece) {
     painter_.translate(-piece.x1, -piece.y1);
     const ChartPainter chart(shown_.surface, shown_.metrics, shown_.surface.AdjustColors);
     const double pixel = kTwipsPerInch / kScreenPixels;
-    // With the line that closes it.
-    const int edge = static_cast<int>(pixel);
-    const QRect part(QPoint(piece.x1, piece.y1), QPoint(piece.x2 + edge - 1, piece.y2 + edge - 1));
-    if (piece.x2 > piece.x1 && piece.y2 > piece.y1) chart.Paint(painter_, part, pixel);
+    // The surface ends with a line on its edge. Where it is cut, the part gets one, in place of the half line
+    // of what begins there.
+    const int line = static_cast<int>(pixel);
+    const int right = piece.x2 + (piece.x2 >= shown_.surface.ContentWidth() ? line : -line / 2);
+    const int bottom = piece.y2 + (piece.y2 >= shown_.surface.ContentHeight() ? line : -line / 2);
+    const QRect part(piece.x1, piece.y1, right - piece.x1, bottom - piece.y1);
+    if (piece.x2 > piece.x1 && piece.y2 > piece.y1) {
+        chart.Paint(painter_, part, pixel);
+        chart.PaintCut(painter_, part, pixel);
+    }
     painter_.restore();
 }
 
