@@ -5,7 +5,10 @@ cd "$(dirname "$0")"
 preset=${1:-dev}
 scripts/install_packages.sh
 scripts/check_layers.sh
-scripts/build.sh "$preset"
+# Of the other presets only the tests are of use.
+targets=()
+[ "$preset" = dev ] || targets=(vortan_tests vortan_shell_tests)
+scripts/build.sh "$preset" "${targets[@]}"
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT
 echo "Testing ($preset) ..."
