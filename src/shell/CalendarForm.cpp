@@ -38,7 +38,7 @@ void CalendarForm::Start(Desktop& desktop) {
     desktop.mainForm->ShowForm(*form);
 }
 
-CalendarForm::CalendarForm(Desktop& desktop) : desktop_(desktop), scroll_(new QScrollArea) {
+CalendarForm::CalendarForm(Desktop& desktop) : PageForm(desktop), scroll_(new QScrollArea) {
     setObjectName("CalendarForm");
     setFocusPolicy(Qt::StrongFocus);
     auto* page = new QWidget;
@@ -52,22 +52,6 @@ CalendarForm::CalendarForm(Desktop& desktop) : desktop_(desktop), scroll_(new QS
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scroll_);
-    desktop_.workspace.AddListener(this);
-}
-
-CalendarForm::~CalendarForm() {
-    desktop_.workspace.RemoveListener(this);
-    if (!unloaded_ && desktop_.mainForm) desktop_.mainForm->UnlockEntryForm(*this);
-}
-
-void CalendarForm::Unload() {
-    if (unloaded_) return;
-    unloaded_ = true;
-    desktop_.workspace.RemoveListener(this);
-    hide();
-    if (desktop_.mainForm) desktop_.mainForm->UnlockEntryForm(*this);
-    setObjectName({});
-    deleteLater();
 }
 
 bool CalendarForm::ChangeFont() {

@@ -5,24 +5,18 @@
 #include <QScrollArea>
 #include <array>
 
-#include "model/Listener.h"
-#include "shell/ChildForm.h"
-#include "shell/Desktop.h"
 #include "shell/MonthGrid.h"
+#include "shell/PageForm.h"
 
 namespace vortan {
 
 /// A year as twelve months, each day in the colour of the most demanding kind of time that is booked on it in
 /// any template.
-class CalendarForm : public QWidget, public ChildForm, public Listener {
+class CalendarForm : public PageForm {
   public:
     /// There is an active template.
     static void Start(Desktop& desktop);
-    ~CalendarForm() override;
 
-    FormClass Class() const override { return FormClass::FullPage; }
-    QWidget& Window() override { return *this; }
-    void Unload() override;
     bool ChangeFont() override;
 
     int ThisYear() const { return thisYear_; }
@@ -53,14 +47,12 @@ class CalendarForm : public QWidget, public ChildForm, public Listener {
     void Select(DateTime date);
     void ZoomInOnDay();
 
-    Desktop& desktop_;
     QScrollArea* scroll_;
     QLabel* year_ = nullptr;
     QPushButton *previous_ = nullptr, *next_ = nullptr;
     std::array<MonthGrid*, kMonths> months_{};
     int thisYear_ = 0;  // until the first start
     DateTime selectedDate_;
-    bool unloaded_ = false;
 };
 
 }  // namespace vortan

@@ -69,8 +69,7 @@ ChartPage& ChartPage::Start(Desktop& desktop, const Maker& make) {
     return *page;
 }
 
-ChartPage::ChartPage(Desktop& desktop, const Maker& make) : desktop_(desktop) {
-    desktop_.workspace.AddListener(this);
+ChartPage::ChartPage(Desktop& desktop, const Maker& make) : PageForm(desktop) {
     metrics_ = std::make_unique<QtTextMetrics>(QFont());
     chart_ = make(*metrics_);
     setObjectName(Q(chart_->Name()));
@@ -119,21 +118,6 @@ QWidget* ChartPage::NewOption(const ChartForm::Option& option) {
         });
     }
     return control;
-}
-
-ChartPage::~ChartPage() {
-    desktop_.workspace.RemoveListener(this);
-    if (!unloaded_ && desktop_.mainForm) desktop_.mainForm->UnlockEntryForm(*this);
-}
-
-void ChartPage::Unload() {
-    if (unloaded_) return;
-    unloaded_ = true;
-    desktop_.workspace.RemoveListener(this);
-    hide();
-    if (desktop_.mainForm) desktop_.mainForm->UnlockEntryForm(*this);
-    setObjectName({});
-    deleteLater();
 }
 
 void ChartPage::Restart() {

@@ -6,26 +6,20 @@
 #include <memory>
 
 #include "charts/ChartForm.h"
-#include "model/Listener.h"
 #include "paint/QtTextMetrics.h"
-#include "shell/ChildForm.h"
-#include "shell/Desktop.h"
+#include "shell/PageForm.h"
 #include "shell/SurfaceView.h"
 
 namespace vortan {
 
 /// A chart as a page of the work area, whatever it shows: its surface, scrolled, with its options in a frame
 /// in front of it that can be dragged aside.
-class ChartPage : public QWidget, public ChildForm, public Listener {
+class ChartPage : public PageForm {
   public:
     using Maker = std::function<std::unique_ptr<ChartForm>(const TextMetrics&)>;
     /// Makes the chart, starts it and shows it.
     static ChartPage& Start(Desktop& desktop, const Maker& make);
-    ~ChartPage() override;
 
-    FormClass Class() const override { return FormClass::FullPage; }
-    QWidget& Window() override { return *this; }
-    void Unload() override;
     std::optional<ShownSurface> Surface() override;
     bool ChangeFont() override;
 
@@ -46,12 +40,10 @@ class ChartPage : public QWidget, public ChildForm, public Listener {
     void PlaceOptions();
     void Do(ChartForm::Answer answer);
 
-    Desktop& desktop_;
     std::unique_ptr<QtTextMetrics> metrics_;
     std::unique_ptr<ChartForm> chart_;
     std::unique_ptr<SurfaceView> view_;
     QGroupBox* options_ = nullptr;
-    bool unloaded_ = false;
 };
 
 }  // namespace vortan

@@ -2,6 +2,7 @@
 #include <QImage>
 
 #include "cli/CliRun.h"
+#include "persist/Settings.h"
 
 namespace vortan {
 namespace {
@@ -30,11 +31,18 @@ TEST_F(ChartCommandTest, WritesPicturesAndPages) {
 }
 
 TEST_F(ChartCommandTest, TheUsersPreferencesHold) {
-    const std::string settings = PathOf("vortan");
-    const QByteArray arrows = Drawn(EXAMPLES "/launch.vta", "a.svg");
-    std::filesystem::create_directory(settings);
-    WriteBytes(settings + "/Vortan.cfg", "not packed at all");
-    const CliOutcome damaged = Run({"chart", "gantt", EXAMPLES "/launch.vta", "-o", PathOf("b.svg")});
+    const char* launch = EXAMPLES "/launch.vta";
+    EXPECT_FALSE(Drawn(launch, "chart.svg").contains("PM:"));
+    ScriptedPlatform user;
+    Settings settings(user);
+    settings.WriteSettings("ShowProjectManagerCheck", "X");
+    ASSERT_TRUE(settings.WriteConfigFile());
+    std::filesystem::create_directory(PathOf("vortan"));
+    std::filesystem::copy_file(user.Directory() + "/Vortan.cfg", PathOf("vortan/Vortan.cfg"));
+    EXPECT_TRUE(Drawn(launch, "chart.svg").contains("PM:"));
+
+    WriteBytes(PathOf("vortan/Vortan.cfg"), "not packed at all");
+    const CliOutcome damaged = Run({"chart", "gantt", launch, "-o", PathOf("chart.svg")});
     EXPECT_EQ(damaged.exitCode, kExitDone);
     ExpectPart(damaged.err, "Warning: ");
 }
