@@ -6,6 +6,7 @@
 #include <set>
 
 #include "FuzzTargets.h"
+#include "support/Paths.h"
 
 namespace {
 
@@ -15,7 +16,7 @@ TEST(FuzzReplay, EveryTargetSurvivesItsCorpus) {
     ASSERT_FALSE(FuzzTarget::All().empty());
     for (const FuzzTarget* const target : FuzzTarget::All()) {
         int inputs = 0;
-        for (const auto& entry : fs::directory_iterator(fs::path(FUZZ_CORPUS) / target->Name)) {
+        for (const auto& entry : fs::directory_iterator(fs::path(vortan::FuzzCorpus()) / target->Name)) {
             SCOPED_TRACE(entry.path().string());
             std::ifstream file(entry.path(), std::ios::binary);
             const std::vector<char> bytes{std::istreambuf_iterator<char>(file),
@@ -30,7 +31,7 @@ TEST(FuzzReplay, EveryTargetSurvivesItsCorpus) {
 TEST(FuzzReplay, EveryCorpusHasATarget) {
     std::set<std::string> names;
     for (const FuzzTarget* const target : FuzzTarget::All()) names.insert(target->Name);
-    for (const auto& entry : fs::directory_iterator(FUZZ_CORPUS)) {
+    for (const auto& entry : fs::directory_iterator(vortan::FuzzCorpus())) {
         EXPECT_TRUE(names.count(entry.path().filename().string())) << entry.path();
     }
 }

@@ -2,6 +2,7 @@
 
 #include "cli/CliRun.h"
 #include "persist/PackedText.h"
+#include "support/Paths.h"
 
 namespace vortan {
 namespace {
@@ -11,8 +12,7 @@ class CheckCommandTest : public CliFixture {};
 class JournalCommandTest : public CliFixture {};
 
 TEST_F(ConvertCommandTest, ThereAndBackChangesNothing) {
-    for (const std::string& plan :
-         {std::string(EXAMPLES "/house.vta"), FileWith("odd.vta", "no plan,\n\n at all")}) {
+    for (const std::string& plan : {ExampleFile("house.vta"), FileWith("odd.vta", "no plan,\n\n at all")}) {
         EXPECT_EQ(Done({"convert", plan, PathOf("packed.vtb")}), "");
         EXPECT_EQ(Done({"convert", PathOf("packed.vtb"), PathOf("back.vta")}), "");
         EXPECT_TRUE(FileBytes(PathOf("back.vta")) == FileBytes(plan));
@@ -21,7 +21,7 @@ TEST_F(ConvertCommandTest, ThereAndBackChangesNothing) {
 
 TEST_F(ConvertCommandTest, PackedBytesAreExact) {
     for (const std::string name : {"p0", "p1", "p2"}) {
-        const std::string golden = TEST_DATA "/golden/packed/" + name;
+        const std::string golden = TestFile("golden/packed/" + name);
         Done({"convert", golden + ".vta", PathOf("out.vtb")});
         EXPECT_TRUE(FileBytes(PathOf("out.vtb")) == FileBytes(golden + ".vtb")) << name;
         Done({"convert", golden + ".vtb", PathOf("out.vta")});
@@ -30,7 +30,7 @@ TEST_F(ConvertCommandTest, PackedBytesAreExact) {
 }
 
 TEST_F(ConvertCommandTest, ADamagedPackedFileIsNotConverted) {
-    const std::string packed = FileBytes(TEST_DATA "/golden/packed/p1.vtb");
+    const std::string packed = FileBytes(TestFile("golden/packed/p1.vtb"));
     std::string changed = packed;
     changed[packed.size() / 2] = static_cast<char>(changed[packed.size() / 2] ^ 0x10);
     for (const std::string& bytes : {changed, packed.substr(0, packed.size() / 2)}) {
@@ -48,7 +48,7 @@ TEST_F(CheckCommandTest, AGoodFileIsCounted) {
               "No damage found\n");
     Done({"convert", PathOf("shed.vta"), PathOf("shed.vtb")});
     ExpectPart(Done({"check", PathOf("shed.vtb")}), "The check sum matches.\nNo damage found\n");
-    ExpectPart(Done({"check", EXAMPLES "/programme.vta"}),
+    ExpectPart(Done({"check", ExampleFile("programme.vta")}),
                "2 journals (1/11/2027, 4/12/2027), active 4/12/2027");
 }
 
@@ -89,7 +89,7 @@ TEST_F(CheckCommandTest, WhatLinksNameAndNoRecordCompletesIsTold) {
 }
 
 TEST_F(JournalCommandTest, JournalsAreListed) {
-    EXPECT_EQ(Done({"journal", EXAMPLES "/programme.vta"}),
+    EXPECT_EQ(Done({"journal", ExampleFile("programme.vta")}),
               "Project Billing\n"
               "  1/11/2027 [Plan]\n"
               "  4/12/2027 [Current]\n"

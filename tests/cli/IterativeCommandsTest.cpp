@@ -1,6 +1,7 @@
 #include "cli/CliRun.h"
 #include "cli/TextTable.h"
 #include "support/Json.h"
+#include "support/Paths.h"
 
 namespace vortan {
 namespace {
@@ -106,7 +107,7 @@ TEST_F(IterativeCommandsTest, NoLineIsWiderThanTheTerminal) {
     for (const char* command : {"risk", "crash"}) {
         for (const char* name : {"house", "programme"}) {
             for (const std::string& line :
-                 Lines(Done({command, std::string(EXAMPLES "/") + name + ".vta"}, 60)))
+                 Lines(Done({command, ExampleFile(std::string(name) + ".vta")}, 60)))
                 EXPECT_LE(TextWidth(line), 60) << line;
         }
     }

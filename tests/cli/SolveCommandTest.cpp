@@ -2,6 +2,7 @@
 
 #include "cli/CliRun.h"
 #include "cli/TextTable.h"
+#include "support/Paths.h"
 
 namespace vortan {
 namespace {
@@ -9,7 +10,7 @@ namespace {
 class SolveCommandTest : public CliFixture {};
 
 std::string Golden(const std::string& name) {
-    return TEST_DATA "/golden/solve/" + name + ".vta";
+    return TestFile("golden/solve/" + name + ".vta");
 }
 
 TEST_F(SolveCommandTest, TheTableShowsDatesSlackAndCost) {
@@ -33,15 +34,15 @@ TEST_F(SolveCommandTest, TheTableShowsDatesSlackAndCost) {
 }
 
 TEST_F(SolveCommandTest, NoLineIsWiderThanTheTerminal) {
-    for (const std::string& plan : {std::string(EXAMPLES "/house.vta"), std::string(EXAMPLES "/launch.vta"),
-                                    Golden("m12"), Golden("m27")}) {
+    for (const std::string& plan :
+         {ExampleFile("house.vta"), ExampleFile("launch.vta"), Golden("m12"), Golden("m27")}) {
         for (const int width : {60, 80, 100}) {
             std::istringstream lines(Run({"solve", plan}, width).out);
             for (std::string line; std::getline(lines, line);) EXPECT_LE(TextWidth(line), width) << line;
         }
     }
     // Where the time of day has no room, the day and the whole description are still there.
-    ExpectPart(Done({"solve", EXAMPLES "/launch.vta"}, 80), "Product definition ");
+    ExpectPart(Done({"solve", ExampleFile("launch.vta")}, 80), "Product definition ");
 }
 
 TEST_F(SolveCommandTest, EveryHaltSaysWhatToDo) {
@@ -114,7 +115,7 @@ TEST_F(SolveCommandTest, SeveralFilesShareOneMemory) {
 }
 
 TEST_F(SolveCommandTest, AProjectOrJournalThatIsNotThereIsRefused) {
-    const std::string plan = EXAMPLES "/programme.vta";
+    const std::string plan = ExampleFile("programme.vta");
     ExpectPart(Refused({"solve", plan, "--project", "Shed"}),
                "no project \"Shed\" in memory. There are: Billing.");
     ExpectPart(Refused({"solve", plan, "--journal", "2027-02-02"}), "It has: 1/11/2027, 4/12/2027.");
@@ -123,14 +124,14 @@ TEST_F(SolveCommandTest, AProjectOrJournalThatIsNotThereIsRefused) {
 }
 
 TEST_F(SolveCommandTest, TheExamplesEndAsTheirReadmeSays) {
-    const std::string readme = FileBytes(EXAMPLES "/README.md");
+    const std::string readme = FileBytes(ExampleFile("README.md"));
     const std::tuple<const char*, const char*, int> cases[] = {{"house", "Solve complete", kExitDone},
                                                                {"launch", "Solve complete", kExitDone},
                                                                {"programme", "Solve complete", kExitDone},
                                                                {"overtime", "Overtime needed", kExitHalted}};
     for (const auto& [name, status, exitCode] : cases) {
         SCOPED_TRACE(name);
-        const std::string plan = std::string(EXAMPLES "/") + name + ".vta";
+        const std::string plan = ExampleFile(std::string(name) + ".vta");
         const CliOutcome outcome = Run({"solve", plan, "--save", PathOf("again.vta")});
         EXPECT_EQ(outcome.exitCode, exitCode);
         ExpectPart(outcome.out, std::string("\n") + status + (exitCode == kExitDone ? "\n" : ": "));

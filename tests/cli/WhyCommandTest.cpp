@@ -1,4 +1,5 @@
 #include "cli/CliRun.h"
+#include "support/Paths.h"
 
 namespace vortan {
 namespace {
@@ -98,12 +99,12 @@ TEST_F(WhyCommandTest, FollowersAndSlackAreTold) {
     ExpectPart(drawings, "It has 1.75 days of slack.\n");
     ExpectPart(Why(6, UsualShed()), "Nothing waits for it.\n");
     ExpectPart(WhyJson(3, UsualShed()), "\"follower\":{\"project\":\"Shed\",\"task\":5}");
-    ExpectPart(Done({"why", EXAMPLES "/programme.vta", "--task", "8"}),
+    ExpectPart(Done({"why", ExampleFile("programme.vta"), "--task", "8"}),
                "It ends 1.87 months later than the plan allows.");
 }
 
 TEST_F(WhyCommandTest, OnlyTheLastTaskOfASubprojectHoldsItBack) {
-    const std::string plan = EXAMPLES "/launch.vta";
+    const std::string plan = ExampleFile("launch.vta");
     const std::string fair = Done({"why", plan, "--project", "Marketing", "--task", "7"});
     ExpectNoPart(fair, "It holds back:");
     ExpectPart(Done({"why", plan, "--project", "Marketing", "--task", "8"}),

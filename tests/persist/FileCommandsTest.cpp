@@ -11,6 +11,7 @@
 #include "persist/PackedText.h"
 #include "persist/Vfile.h"
 #include "solve/Solver.h"
+#include "support/Paths.h"
 #include "support/PlanFiles.h"
 #include "support/ScriptedPlatform.h"
 
@@ -322,7 +323,7 @@ TEST_F(FileCommandsTest, ShutDownAsksWritesAndClears) {
 
 /// The user's commands run in the middle of a solve, on its own stack, at whatever moment.
 TEST_F(FileCommandsTest, CommandsMayComeWhileASolveRuns) {
-    const std::string plan = FileBytes(TEST_DATA "/golden/solve/m22.vta");
+    const std::string plan = FileBytes(TestFile("golden/solve/m22.vta"));
     Write("b.vta", SmallPlan("B"));
     solver.SetServiceInterval(std::chrono::microseconds(0));
     int moment = 0;

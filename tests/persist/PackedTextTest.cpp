@@ -7,6 +7,7 @@
 #include <random>
 
 #include "persist/ReferencePacker.h"
+#include "support/Paths.h"
 
 namespace vortan {
 namespace {
@@ -14,7 +15,7 @@ namespace {
 using namespace std::string_literals;
 
 std::string Golden(const std::string& name) {
-    std::ifstream file(TEST_DATA "/golden/packed/" + name, std::ios::binary);
+    std::ifstream file(TestFile("golden/packed/" + name), std::ios::binary);
     EXPECT_TRUE(file.good()) << name;
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }

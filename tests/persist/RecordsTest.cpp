@@ -5,6 +5,7 @@
 #include "model/Fault.h"
 #include "persist/PackedText.h"
 #include "solve/Solver.h"
+#include "support/Paths.h"
 #include "support/PlanFiles.h"
 #include "support/ScriptedPlatform.h"
 
@@ -66,7 +67,7 @@ std::string Join(const std::vector<std::string>& lines) {
     return text;
 }
 
-const std::string kSmallGolden = TEST_DATA "/golden/solve/m33.vta";
+const std::string kSmallGolden = TestFile("golden/solve/m33.vta");
 
 TEST_F(RecordsTest, EveryPlanIsSavedAsItWasRead) {
     const auto plans = GoldenPlans();

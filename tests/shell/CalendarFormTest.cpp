@@ -4,6 +4,7 @@
 #include "model/ValueText.h"
 #include "shell/Shell.h"
 #include "shell/ZoomForm.h"
+#include "support/Paths.h"
 
 namespace vortan {
 namespace {
@@ -12,7 +13,7 @@ namespace {
 class CalendarFormTest : public ::testing::Test {
   protected:
     CalendarFormTest() {
-        shell.desktop.files.LoadFile(EXAMPLES "/launch.vta");
+        shell.desktop.files.LoadFile(ExampleFile("launch.vta"));
         shell.Solve();
         shell.Choose("CalendarMenu");
     }

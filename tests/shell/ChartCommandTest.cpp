@@ -3,13 +3,14 @@
 
 #include "cli/CliRun.h"
 #include "persist/Settings.h"
+#include "support/Paths.h"
 
 namespace vortan {
 namespace {
 
 class ChartCommandTest : public CliFixture {
   protected:
-    QByteArray Drawn(const char* plan, const char* name, const std::vector<std::string>& more = {}) {
+    QByteArray Drawn(const std::string& plan, const char* name, const std::vector<std::string>& more = {}) {
         std::vector<std::string> arguments{"chart", "gantt", plan, "-o", PathOf(name)};
         arguments.insert(arguments.end(), more.begin(), more.end());
         EXPECT_EQ(Done(arguments), "");
@@ -20,18 +21,18 @@ class ChartCommandTest : public CliFixture {
 };
 
 TEST_F(ChartCommandTest, WritesPicturesAndPages) {
-    const char* house = EXAMPLES "/house.vta";
+    const std::string house = ExampleFile("house.vta");
     EXPECT_TRUE(Drawn(house, "house.svg").contains("Slab cures"));
     EXPECT_GT(QImage::fromData(Drawn(house, "HOUSE.PNG"), "PNG").width(), 1000);
     EXPECT_EQ(Drawn(house, "house.pdf").count("/Type /Page\n"), 3);
     EXPECT_EQ(Drawn(house, "house.pdf", {"--fit"}).count("/Type /Page\n"), 1);
-    const char* programme = EXAMPLES "/programme.vta";
+    const std::string programme = ExampleFile("programme.vta");
     EXPECT_TRUE(Drawn(programme, "now.svg").contains("Projected"));
     EXPECT_FALSE(Drawn(programme, "plan.svg", {"--journal", "1/11/2027"}).contains("Projected"));
 }
 
 TEST_F(ChartCommandTest, TheUsersPreferencesHold) {
-    const char* launch = EXAMPLES "/launch.vta";
+    const std::string launch = ExampleFile("launch.vta");
     EXPECT_FALSE(Drawn(launch, "chart.svg").contains("PM:"));
     ScriptedPlatform user;
     Settings settings(user);
@@ -50,16 +51,16 @@ TEST_F(ChartCommandTest, TheUsersPreferencesHold) {
 TEST_F(ChartCommandTest, RiskAndCrashDrawTheirCurves) {
     const std::pair<const char*, const char*> cases[] = {{"risk", "Most likely"}, {"crash", "Total cost"}};
     for (const auto& [command, label] : cases) {
-        EXPECT_NE(Done({command, EXAMPLES "/house.vta", "-o", PathOf("curve.svg")}), "");
+        EXPECT_NE(Done({command, ExampleFile("house.vta"), "-o", PathOf("curve.svg")}), "");
         QFile file(QString::fromStdString(PathOf("curve.svg")));
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         EXPECT_TRUE(file.readAll().contains(label)) << command;
-        ExpectPart(Refused({command, EXAMPLES "/house.vta", "-o", "curve.doc"}), "must end in .svg");
+        ExpectPart(Refused({command, ExampleFile("house.vta"), "-o", "curve.doc"}), "must end in .svg");
     }
 }
 
 TEST_F(ChartCommandTest, RefusalsSayWhy) {
-    const std::string house = EXAMPLES "/house.vta";
+    const std::string house = ExampleFile("house.vta");
     const std::pair<std::vector<std::string>, const char*> cases[] = {
         {{"chart"}, "subcommand"},
         {{"chart", "gantt", house}, "--output is required"},
@@ -69,7 +70,7 @@ TEST_F(ChartCommandTest, RefusalsSayWhy) {
         {{"chart", "gantt", house, "-o", PathOf("a.svg"), "--project", "Barn"}, "no project \"Barn\""},
     };
     for (const auto& [arguments, reason] : cases) ExpectPart(Refused(arguments), reason);
-    const CliOutcome halted = Run({"chart", "gantt", EXAMPLES "/overtime.vta", "-o", PathOf("a.svg")});
+    const CliOutcome halted = Run({"chart", "gantt", ExampleFile("overtime.vta"), "-o", PathOf("a.svg")});
     EXPECT_EQ(halted.exitCode, kExitHalted);
     ExpectPart(halted.err, "Overtime needed");
 }

@@ -7,6 +7,7 @@
 #include "paint/Pictures.h"
 #include "shell/ChartPage.h"
 #include "shell/Shell.h"
+#include "support/Paths.h"
 
 namespace vortan {
 namespace {
@@ -15,7 +16,7 @@ namespace {
 class ChartPageTest : public ::testing::Test {
   protected:
     ChartPageTest() {
-        shell.desktop.files.LoadFile(EXAMPLES "/house.vta");
+        shell.desktop.files.LoadFile(ExampleFile("house.vta"));
         shell.Solve();
         shell.Choose("GraphicsGanttMenu");
     }

@@ -5,6 +5,7 @@
 #include "shell/CommonDialogs.h"
 #include "shell/ProjectTreeForm.h"
 #include "shell/Shell.h"
+#include "support/Paths.h"
 
 namespace vortan {
 namespace {
@@ -16,7 +17,7 @@ namespace {
 class BusySolveTest : public ::testing::Test {
   protected:
     BusySolveTest() {
-        shell.desktop.files.LoadFile(EXAMPLES "/house.vta");
+        shell.desktop.files.LoadFile(ExampleFile("house.vta"));
         shell.desktop.solver.SetServiceInterval(std::chrono::microseconds(0));
     }
     /// Runs the solve and does `action` at the nth opportunity, for every n that there is.
@@ -44,7 +45,7 @@ class BusySolveTest : public ::testing::Test {
 TEST_F(BusySolveTest, MemoryIsClearedAndFilledAnew) {
     AtAnyMoment([this] {
         shell.desktop.files.DeleteAll();
-        shell.desktop.files.LoadFile(EXAMPLES "/house.vta");
+        shell.desktop.files.LoadFile(ExampleFile("house.vta"));
     });
     EXPECT_GT(moments, 5);
     EXPECT_EQ(shell.desktop.solver.SolveMessage(), "Solve complete");

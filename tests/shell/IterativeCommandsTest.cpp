@@ -4,6 +4,7 @@
 #include "shell/ChartPage.h"
 #include "shell/ProgressForm.h"
 #include "shell/Shell.h"
+#include "support/Paths.h"
 
 namespace vortan {
 namespace {
@@ -12,7 +13,7 @@ namespace {
 class IterativeCommandsTest : public ::testing::Test {
   protected:
     IterativeCommandsTest() {
-        shell.desktop.files.LoadFile(EXAMPLES "/house.vta");
+        shell.desktop.files.LoadFile(ExampleFile("house.vta"));
         shell.Solve();
     }
     void Answer(const char* action, std::vector<const char*> answers) {

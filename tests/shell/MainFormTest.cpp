@@ -2,6 +2,7 @@
 
 #include "model/ValueText.h"
 #include "shell/Shell.h"
+#include "support/Paths.h"
 
 namespace vortan {
 namespace {
@@ -10,7 +11,7 @@ namespace {
 class MainFormTest : public ::testing::Test {
   protected:
     void Open(const char* name) {
-        shell.desktop.files.LoadFile(std::string(EXAMPLES) + "/" + name);
+        shell.desktop.files.LoadFile(ExampleFile(name));
         shell.Solve();
     }
     QComboBox& Box(const char* name) { return shell.Find<QComboBox>(name); }
@@ -75,7 +76,7 @@ TEST_F(MainFormTest, CommandsWithoutWhatTheyNeedWarnAndStop) {
 }
 
 TEST_F(MainFormTest, ChartsWaitForTheSolve) {
-    shell.desktop.files.LoadFile(std::string(EXAMPLES) + "/house.vta");
+    shell.desktop.files.LoadFile(ExampleFile("house.vta"));
     shell.platform.ExpectBox("Waiting For Solve To Complete", BoxAnswer::Ok);
     shell.Choose("GraphicsHistogramMenu");
     shell.Solve();
@@ -242,7 +243,7 @@ TEST_F(MainFormTest, DeletingTheActiveProjectTakesItsWholeMaster) {
 }
 
 TEST_F(MainFormTest, RecentFilesAreListedAndOpen) {
-    const std::string file = std::string(EXAMPLES) + "/house.vta";
+    const std::string file = ExampleFile("house.vta");
     shell.desktop.settings.AddRecentFile("/gone/R&D.vtb");
     shell.desktop.settings.AddRecentFile(file);
     shell.main.RedoRecentMenu();

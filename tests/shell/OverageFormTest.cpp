@@ -3,6 +3,7 @@
 #include <QComboBox>
 
 #include "shell/Shell.h"
+#include "support/Paths.h"
 
 namespace vortan {
 namespace {
@@ -11,7 +12,7 @@ namespace {
 class OverageFormTest : public ::testing::Test {
   protected:
     OverageFormTest() {
-        shell.desktop.files.LoadFile(EXAMPLES "/overtime.vta");
+        shell.desktop.files.LoadFile(ExampleFile("overtime.vta"));
         shell.Solve();
         shell.Click("SolvePanel");
     }

@@ -5,6 +5,7 @@
 
 #include "shell/Printing.h"
 #include "shell/Shell.h"
+#include "support/Paths.h"
 
 namespace vortan {
 namespace {
@@ -13,7 +14,7 @@ namespace {
 class PageSizeFormTest : public ::testing::Test {
   protected:
     PageSizeFormTest() {
-        shell.desktop.files.LoadFile(EXAMPLES "/house.vta");
+        shell.desktop.files.LoadFile(ExampleFile("house.vta"));
         shell.Solve();
         shell.Choose("GraphicsGanttMenu");
     }

@@ -5,6 +5,7 @@
 #include <numeric>
 
 #include "support/LoadedPlan.h"
+#include "support/Paths.h"
 #include "support/PlanGenerator.h"
 #include "support/ScheduleChecker.h"
 
@@ -23,7 +24,7 @@ std::string Violations(const LoadedPlan& plan) {
 
 TEST(CheckerTest, FilesThatSolveKeepAllRules) {
     int checked = 0;
-    for (const char* directory : {TEST_DATA "/golden/solve", EXAMPLES}) {
+    for (const std::string& directory : {TestFile("golden/solve"), ExampleFile("")}) {
         for (const std::string& path : FilesIn(directory, ".vta")) {
             const LoadedPlan plan(ReadTextFile(path));
             if (!plan.Complete()) continue;

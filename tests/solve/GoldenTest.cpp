@@ -5,6 +5,7 @@
 
 #include "support/Json.h"
 #include "support/LoadedPlan.h"
+#include "support/Paths.h"
 
 namespace vortan {
 namespace {
@@ -13,8 +14,8 @@ constexpr double kDays = 1e-7, kMoney = 0.001;
 
 struct GoldenTest : testing::TestWithParam<std::string> {
     void SetUp() override {
-        golden = Json::Parse(ReadTextFile(TEST_DATA "/golden/solve/" + GetParam() + ".json"));
-        plan.Load(ReadTextFile(TEST_DATA "/golden/solve/" + GetParam() + ".vta"));
+        golden = Json::Parse(ReadTextFile(TestFile("golden/solve/" + GetParam() + ".json")));
+        plan.Load(ReadTextFile(TestFile("golden/solve/" + GetParam() + ".vta")));
         plan.Solve();
     }
 
@@ -158,7 +159,7 @@ TEST_P(GoldenTest, SolvesToTheKnownAnswer) {
 
 std::vector<std::string> GoldenNames() {
     std::vector<std::string> names;
-    for (const std::string& path : FilesIn(TEST_DATA "/golden/solve", ".vta")) names.push_back(StemOf(path));
+    for (const std::string& path : FilesIn(TestFile("golden/solve"), ".vta")) names.push_back(StemOf(path));
     return names;
 }
 

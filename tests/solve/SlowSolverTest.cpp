@@ -4,6 +4,7 @@
 #include <set>
 
 #include "support/LoadedPlan.h"
+#include "support/Paths.h"
 #include "support/PlanGenerator.h"
 #include "support/SlowSolver.h"
 
@@ -141,7 +142,7 @@ bool KnownToBothSolvers(const std::string& message) {
 
 TEST(SlowSolverTest, AgreesOnPlansWithKnownAnswers) {
     int compared = 0;
-    for (const std::string& path : FilesIn(TEST_DATA "/golden/solve", ".vta")) {
+    for (const std::string& path : FilesIn(TestFile("golden/solve"), ".vta")) {
         LoadedPlan plan(ReadTextFile(path));
         if (!KnownToBothSolvers(plan.solver.SolveMessage())) continue;
         EXPECT_EQ(Comparison(plan).Report(), "") << path;
@@ -210,7 +211,7 @@ TEST(SlowSolverTest, AgreesWhereManyTasksWait) {
 
 /// An assignment that is not included still settles which resource of a task is looked at first.
 TEST(SlowSolverTest, AgreesOnTheResourceAtFaultBehindAnExcludedAssignment) {
-    LoadedPlan plan(ReadTextFile(TEST_DATA "/plans/ExcludedAssignmentFirst.vta"));
+    LoadedPlan plan(ReadTextFile(TestFile("plans/ExcludedAssignmentFirst.vta")));
     EXPECT_EQ(plan.solver.SolveMessage(), "Overtime needed");
     EXPECT_EQ(Comparison(plan).Report(), "");
 }

@@ -11,6 +11,7 @@
 
 #include "model/Workspace.h"
 #include "persist/Records.h"
+#include "support/Paths.h"
 
 namespace vortan {
 
@@ -37,8 +38,8 @@ inline std::vector<std::string> NamesIn(const std::string& directory) {
 /// Plans of all sizes with several projects, templates and journals.
 inline std::vector<std::string> GoldenPlans() {
     std::vector<std::string> plans;
-    for (const std::string& name : NamesIn(TEST_DATA "/golden/solve")) {
-        if (name.ends_with(".vta")) plans.push_back(TEST_DATA "/golden/solve/" + name);
+    for (const std::string& name : NamesIn(TestFile("golden/solve"))) {
+        if (name.ends_with(".vta")) plans.push_back(TestFile("golden/solve/" + name));
     }
     return plans;
 }

@@ -1,0 +1,15 @@
+#include "support/Paths.h"
+
+namespace vortan {
+
+std::string TestFile(const std::string& name) {
+    return TEST_DATA "/" + name;
+}
+std::string ExampleFile(const std::string& name) {
+    return EXAMPLES "/" + name;
+}
+std::string FuzzCorpus() {
+    return FUZZ_CORPUS;
+}
+
+}  // namespace vortan
