@@ -25,6 +25,11 @@ class Platform {
     /// Shows a modal box and returns which button was pressed.
     virtual BoxAnswer MessageBox(const std::string& text, const std::string& title, BoxIcon icon,
                                  BoxButtons buttons) = 0;
+    /// The same with a second, smaller text below: what else the user should know. Empty: none.
+    virtual BoxAnswer MessageBoxWithDetail(const std::string& text, const std::string& detail,
+                                           const std::string& title, BoxIcon icon, BoxButtons buttons) {
+        return MessageBox(detail.empty() ? text : text + "\n\n" + detail, title, icon, buttons);
+    }
     /// Asks for a line of text, offering `initial`.
     virtual InputAnswer InputBox(const std::string& prompt, const std::string& title,
                                  const std::string& initial) = 0;

@@ -17,7 +17,8 @@ constexpr int kScrollPeriod = 50;  // milliseconds for a line
 
 }  // namespace
 
-DragDrop::DragDrop(Desktop& desktop, Trees& trees) : desktop_(desktop), trees_(trees) {
+DragDrop::DragDrop(Desktop& desktop, Trees& trees)
+    : desktop_(desktop), trees_(trees), scrollTimer_(&trees.ProjectTree()) {
     scrollTimer_.setObjectName("ScrollTreeTimer");
     scrollTimer_.setInterval(kScrollPeriod);
     QObject::connect(&scrollTimer_, &QTimer::timeout, &scrollTimer_,

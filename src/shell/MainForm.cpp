@@ -10,6 +10,7 @@
 #include "model/ValueText.h"
 #include "paint/Text.h"
 #include "shell/ElidedLabel.h"
+#include "shell/FocusFrames.h"
 #include "shell/Icons.h"
 #include "shell/Printing.h"
 #include "shell/ProjectTreeForm.h"
@@ -31,6 +32,7 @@ MainForm::MainForm(Desktop& desktop) : desktop_(desktop), printing_(std::make_un
     setWindowTitle(Q("VORTAN " + GetAppVersion()));
     setWindowIcon(GetResIcon("Vortan.ico"));
     desktop_.mainForm = this;
+    ShowFocusFrames();
     desktop_.files.UnloadScreens = [this] { UnloadScreens(); };
 
     BuildMenus();

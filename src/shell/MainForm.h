@@ -70,8 +70,12 @@ class MainForm : public QMainWindow, public Listener {
     void UpdateMenu();
     void RedoRecentMenu();
 
-    /// Takes a project out of memory with all of its master project, as it stands and without a question.
-    void RemoveProject(Vproject& project);
+    /// Whether the unsaved changes of a project or template that is to go may be lost, or have been saved.
+    bool MayLose(const Vproject& project);
+    bool MayLose(const Vtemplate& condemned);
+    /// Takes projects out of memory as they stand, without a question. Their subprojects that stay are master
+    /// projects from then on.
+    void RemoveProjects(const std::vector<Vproject*>& removed);
     void RemoveTemplate(Vtemplate& removed);
 
     void NewDragNode() override { boxes_->UpdateProjectCombo(); }

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <algorithm>
 
 #include "charts/GanttForm.h"
 #include "model/JournalCommands.h"
@@ -28,7 +29,13 @@ void MainForm::FileOpen() {
     if (!name.empty()) desktop_.files.OpenFile(name);
 }
 
-/// Whether the unsaved changes of a project or template that is to go may be lost, or have been saved.
+bool MainForm::MayLose(const Vproject& project) {
+    return MayLose(project, "project " + project.ProjectName());
+}
+bool MainForm::MayLose(const Vtemplate& condemned) {
+    return MayLose(condemned, "template " + condemned.TemplateName());
+}
+
 bool MainForm::MayLose(const JournalOwner& owner, const std::string& what) {
     if (!owner.Dirty()) return true;
     const BoxAnswer answer = desktop_.platform.MessageBox(
@@ -43,22 +50,30 @@ bool MainForm::MayLose(const JournalOwner& owner, const std::string& what) {
 void MainForm::ProjectDelete() {
     Workspace& workspace = desktop_.workspace;
     if (!workspace.ThisProjectSet()) return;
-    Vproject& active = *workspace.ThisProject();
-    if (MayLose(active, "project " + active.ProjectName())) RemoveProject(active);
-}
-
-void MainForm::RemoveProject(Vproject& project) {
-    Workspace& workspace = desktop_.workspace;
-    const Vproject* master = project.Master();
+    const Vproject& active = *workspace.ThisProject();
+    if (!MayLose(active)) return;
+    const Vproject* master = active.Master();
     std::vector<Vproject*> relatives;
     for (Vproject* relative : workspace.ProjectList()) {
         if (relative->Master() == master) relatives.push_back(relative);
     }
-    for (Vproject* relative : relatives) {
-        relative->Delete();
-        workspace.FreeVobject(relative);
+    RemoveProjects(relatives);
+}
+
+void MainForm::RemoveProjects(const std::vector<Vproject*>& removed) {
+    Workspace& workspace = desktop_.workspace;
+    const auto goes = [&](const Vproject* project) {
+        return std::find(removed.begin(), removed.end(), project) != removed.end();
+    };
+    for (Vproject* child : workspace.ProjectList()) {
+        if (goes(child->Parent())) child->SetDirty(true);
     }
-    workspace.SetThisProject(workspace.ProjectList().empty() ? nullptr : workspace.ProjectList()[0]);
+    for (Vproject* project : removed) {
+        project->Delete();
+        workspace.FreeVobject(project);
+    }
+    if (!workspace.ThisProject())
+        workspace.SetThisProject(workspace.ProjectList().empty() ? nullptr : workspace.ProjectList()[0]);
     workspace.BroadcastNewThisProject();
     workspace.RestartSolve();
 }
@@ -67,7 +82,7 @@ void MainForm::TemplateDelete() {
     Workspace& workspace = desktop_.workspace;
     if (!workspace.ThisTemplateSet()) return;
     Vtemplate& active = *workspace.ThisTemplate();
-    if (MayLose(active, "template " + active.TemplateName())) RemoveTemplate(active);
+    if (MayLose(active)) RemoveTemplate(active);
 }
 
 void MainForm::RemoveTemplate(Vtemplate& removed) {

@@ -155,16 +155,24 @@ void NodeCommands::Delete() {
             "Can't Delete Department", BoxIcon::Information, BoxButtons::Ok);
         return;
     }
-    if (DeleteConfirmed(*node)) DeleteObject(*node);
+    if (MayLose(*node) && DeleteConfirmed(*node)) DeleteObject(*node);
+}
+
+/// What goes with the file that it was loaded from may have changes that are nowhere else.
+bool NodeCommands::MayLose(const Node& node) {
+    const NodeObject object = trees_.FindObjectFromNode(node);
+    if (Vproject* const* project = std::get_if<Vproject*>(&object))
+        return desktop_.mainForm->MayLose(**project);
+    if (Vtemplate* const* all = std::get_if<Vtemplate*>(&object)) return desktop_.mainForm->MayLose(**all);
+    return true;
 }
 
 bool NodeCommands::DeleteConfirmed(const Node& node) {
     const std::string word = WordOf(node.Image());
-    std::string text = "Are you sure you want to delete this " + word + "?";
-    const std::string references = TellReferences(desktop_.workspace, trees_.FindObjectFromNode(node));
-    if (!references.empty()) text += "\n\n" + references;
-    return desktop_.platform.MessageBox(text, "Confirm Delete " + word, BoxIcon::Warning,
-                                        BoxButtons::YesNo) == BoxAnswer::Yes;
+    return desktop_.platform.MessageBoxWithDetail(
+               "Are you sure you want to delete this " + word + "?",
+               TellReferences(desktop_.workspace, trees_.FindObjectFromNode(node)), "Confirm Delete " + word,
+               BoxIcon::Warning, BoxButtons::YesNo) == BoxAnswer::Yes;
 }
 
 /// The object first, since its node is what leads to it. What has no journal left is not saved any more, so
@@ -173,7 +181,7 @@ void NodeCommands::DeleteObject(Node& node) {
     Workspace& workspace = desktop_.workspace;
     const NodeObject object = trees_.FindObjectFromNode(node);
     if (Vproject* const* project = std::get_if<Vproject*>(&object)) {
-        return desktop_.mainForm->RemoveProject(**project);
+        return desktop_.mainForm->RemoveProjects({*project});
     }
     if (Vtemplate* const* removed = std::get_if<Vtemplate*>(&object)) {
         desktop_.mainForm->RemoveTemplate(**removed);
@@ -192,9 +200,7 @@ void NodeCommands::DeleteObject(Node& node) {
             condemned->Delete();
         } else if constexpr (std::is_same_v<T, Vresource> || std::is_same_v<T, Vshift>) {
             owner = condemned->Template();
-            condemned->Delete();
-            // Resources that worked this shift have none from now on, as they will when they are read again.
-            if constexpr (std::is_same_v<T, Vshift>) workspace.FreeVobject(condemned);
+            condemned->Delete();  // a shift stays that of the resources which work it
         }
     };
     std::visit(

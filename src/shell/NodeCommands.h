@@ -30,6 +30,7 @@ class NodeCommands {
     QAction* Add(const char* name, const QString& caption, const char* section,
                  std::function<void()> command);
     void RenameDepartment(const Node& node);
+    bool MayLose(const Node& node);
     bool DeleteConfirmed(const Node& node);
     void DeleteObject(Node& node);
     void MakeActive(Vproject* project);

@@ -1,6 +1,7 @@
 #include "shell/NodeTree.h"
 
 #include <QGuiApplication>
+#include <QPainter>
 #include <QPalette>
 #include <algorithm>
 #include <cstdlib>
@@ -186,6 +187,24 @@ QVariant NodeTree::data(const QModelIndex& index, int role) const {
     }
 }
 
+namespace {
+
+/// The colours of the pictures are made for a light ground, which the line of a selection is not in any
+/// palette.
+QPixmap OnPlate(const QPixmap& pixmap) {
+    QPixmap plate(pixmap.size());
+    plate.fill(Qt::transparent);
+    QPainter painter(&plate);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::white);
+    painter.drawRoundedRect(plate.rect(), plate.width() / 6.0, plate.height() / 6.0);
+    painter.drawPixmap(0, 0, pixmap);
+    return plate;
+}
+
+}  // namespace
+
 const QIcon& NodeTree::Picture(char kind) const {
     const auto known = pictures_.find(kind);
     if (known != pictures_.end()) return known->second;
@@ -196,7 +215,7 @@ const QIcon& NodeTree::Picture(char kind) const {
     for (const int size : {16, 24, 32, 36, 48, 72}) {
         const QPixmap pixmap = drawn.pixmap(QSize(size, size), 1);
         picture.addPixmap(pixmap, QIcon::Normal);
-        picture.addPixmap(pixmap, QIcon::Selected);
+        picture.addPixmap(OnPlate(pixmap), QIcon::Selected);
     }
     return picture;
 }

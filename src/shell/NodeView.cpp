@@ -227,6 +227,12 @@ void NodeView::currentChanged(const QModelIndex& current, const QModelIndex& pre
 void NodeView::focusInEvent(QFocusEvent* event) {
     const QScopedValueRollback selecting(selecting_, true);
     QTreeView::focusInEvent(event);
+    viewport()->update();
+}
+
+void NodeView::focusOutEvent(QFocusEvent* event) {
+    QTreeView::focusOutEvent(event);
+    viewport()->update();
 }
 
 QItemSelectionModel::SelectionFlags NodeView::selectionCommand(const QModelIndex& index,
@@ -247,6 +253,19 @@ void NodeView::changeEvent(QEvent* event) {
 }
 
 // ---- looks
+
+/// The selected line is paler while the keys go elsewhere.
+void NodeView::initViewItemOption(QStyleOptionViewItem* option) const {
+    QTreeView::initViewItemOption(option);
+    if (hasFocus()) return;
+    const QColor full = palette().color(QPalette::Active, QPalette::Highlight);
+    const QColor base = palette().color(QPalette::Active, QPalette::Base);
+    const auto mix = [](int strong, int weak) { return (strong + 2 * weak) / 3; };
+    option->palette.setColor(
+        QPalette::Highlight,
+        QColor(mix(full.red(), base.red()), mix(full.green(), base.green()), mix(full.blue(), base.blue())));
+    option->palette.setColor(QPalette::HighlightedText, palette().color(QPalette::Active, QPalette::Text));
+}
 
 void NodeView::resizeEvent(QResizeEvent* event) {
     QTreeView::resizeEvent(event);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "shell/CommonDialogs.h"
+#include "shell/NodeView.h"
 #include "shell/Trees.h"
 
 namespace vortan {
@@ -21,7 +22,9 @@ Vtask* LinkOf(const Vproject& project) {
 }  // namespace
 
 ProjectTreeForm::ProjectTreeForm(Desktop& desktop)
-    : TreeForm(desktop, "ProjectTreeForm", "No project is loaded.  Use Project > New or File > Open.") {}
+    : TreeForm(desktop, "ProjectTreeForm", "No project is loaded.  Use Project > New or File > Open.") {
+    View().setAccessibleName("Project tree");
+}
 
 void ProjectTreeForm::Start() {
     Begin(desktop_.workspace.ThisProject(), [this] { return BuildRoots(); });

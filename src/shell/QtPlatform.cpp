@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDateTime>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLocale>
 #include <QMessageBox>
 
@@ -96,11 +97,25 @@ QtPlatform::QtPlatform() {
 
 BoxAnswer QtPlatform::MessageBox(const std::string& text, const std::string& title, BoxIcon icon,
                                  BoxButtons buttons) {
+    return MessageBoxWithDetail(text, {}, title, icon, buttons);
+}
+
+BoxAnswer QtPlatform::MessageBoxWithDetail(const std::string& text, const std::string& detail,
+                                           const std::string& title, BoxIcon icon, BoxButtons buttons) {
     const UsualPointer pointer;
     const ButtonRow row = RowOf(buttons);
     QMessageBox box(IconOf(icon), Q(title), Q(text), row.buttons, QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+    if (!detail.empty()) {
+        box.setInformativeText(Q(detail));
+        if (auto* label = box.findChild<QLabel*>("qt_msgbox_informativelabel")) {
+            label->setTextFormat(Qt::PlainText);
+            QFont small = label->font();
+            small.setPointSizeF(small.pointSizeF() * 0.9);
+            label->setFont(small);
+        }
+    }
     box.setDefaultButton(row.enter);
     box.setEscapeButton(row.escape);
     return AnswerOf(box.exec());

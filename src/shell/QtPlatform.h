@@ -19,6 +19,8 @@ class QtPlatform : public Platform {
 
     BoxAnswer MessageBox(const std::string& text, const std::string& title, BoxIcon icon,
                          BoxButtons buttons) override;
+    BoxAnswer MessageBoxWithDetail(const std::string& text, const std::string& detail,
+                                   const std::string& title, BoxIcon icon, BoxButtons buttons) override;
     InputAnswer InputBox(const std::string& prompt, const std::string& title,
                          const std::string& initial) override;
     InputAnswer SaveFileDialog(const std::string& directory, const std::string& suggestedName) override;

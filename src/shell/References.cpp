@@ -32,7 +32,9 @@ int CountAssignments(const Workspace& workspace, const std::function<bool(const 
 std::string Tell(const Workspace& workspace, const Vresource& resource) {
     const int found = CountAssignments(workspace, [&](const Vresource& used) { return &used == &resource; });
     if (found == 0) return {};
-    return "It is used by " + Count(found, "assignment", "assignments") + ".";
+    return "It is used by " + Count(found, "assignment", "assignments") +
+           (found == 1 ? ", which stays and goes on being planned until it is removed."
+                       : ", which stay and go on being planned until they are removed.");
 }
 
 std::string Tell(const Workspace& workspace, const Vtemplate& removed) {
@@ -48,7 +50,8 @@ std::string Tell(const Workspace&, const Vshift& shift) {
         if (resource->Include() && resource->Shift() == &shift) ++found;
     }
     if (found == 0) return {};
-    return "It is the shift of " + Count(found, "resource", "resources") + ".";
+    return "It is the shift of " + Count(found, "resource", "resources") +
+           (found == 1 ? ", which keeps it." : ", which keep it.");
 }
 
 std::string Tell(const Workspace& workspace, const Vtask& removed) {
@@ -72,15 +75,19 @@ std::string Tell(const Workspace& workspace, const Vtask& removed) {
 std::string Tell(const Workspace& workspace, const Vproject& removed) {
     int tasks = 0, subprojects = 0;
     for (const Vproject* project : workspace.ProjectList()) {
-        if (project->Master() == removed.Master() && project != removed.Master()) ++subprojects;
+        if (project->Parent() == &removed) ++subprojects;
     }
     ForEachTask(workspace, [&](const Vtask& task) {
-        if (task.Project()->Master() == removed.Master()) ++tasks;
+        if (task.Project() == &removed) ++tasks;
     });
-    if (tasks == 0 && subprojects == 0) return {};
-    std::string text = "It has " + Count(tasks, "task", "tasks");
-    if (subprojects > 0) text += ", with those of " + Count(subprojects, "subproject", "subprojects");
-    return text + ".";
+    std::string text;
+    if (tasks > 0) text = "It has " + Count(tasks, "task", "tasks") + ".";
+    if (subprojects > 0) {
+        text += (tasks > 0 ? "  " : "") + Count(subprojects, "subproject", "subprojects") +
+                (subprojects == 1 ? " stays in memory as a master project."
+                                  : " stay in memory as master projects.");
+    }
+    return text;
 }
 
 }  // namespace

@@ -3,11 +3,14 @@
 #include <unordered_map>
 
 #include "shell/CommonDialogs.h"
+#include "shell/NodeView.h"
 
 namespace vortan {
 
 TemplateTreeForm::TemplateTreeForm(Desktop& desktop)
-    : TreeForm(desktop, "TemplateTreeForm", "No template is loaded.  Use Template > New or File > Open.") {}
+    : TreeForm(desktop, "TemplateTreeForm", "No template is loaded.  Use Template > New or File > Open.") {
+    View().setAccessibleName("Template tree");
+}
 
 void TemplateTreeForm::Start() {
     Begin(desktop_.workspace.ThisTemplate(), [this] { return BuildRoots(); });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QTest>
 #include <string>
@@ -45,14 +46,17 @@ class TreeBench {
         annBuilds->SetResourceRequired(ann);
         workspace.SetThisProject(alpha);
         workspace.SetThisTemplate(crew);
+        for (TreeForm* form : Forms()) new QAbstractItemModelTester(&form->Tree(), Fatal, &form->Tree());
         window.resize(1000, 700);
         window.show();
         window.ShowForm(trees.ProjectTree());
         window.ShowForm(trees.TemplateTree());
         workspace.BroadcastNewThisProject();
         workspace.BroadcastNewThisTemplate();
-        QTest::qWait(20);
+        QCoreApplication::processEvents();
     }
+
+    std::array<TreeForm*, 2> Forms() { return {&trees.ProjectTree(), &trees.TemplateTree()}; }
 
     Vproject* Project(const std::string& name) {
         Vproject* project = workspace.FindOrCreateProject(name);
@@ -131,14 +135,14 @@ class TreeBench {
     /// The texts of the lines that are marked in both trees.
     std::string Marked() {
         std::string all;
-        for (TreeForm* form :
-             {static_cast<TreeForm*>(&trees.ProjectTree()), static_cast<TreeForm*>(&trees.TemplateTree())}) {
+        for (TreeForm* form : Forms()) {
             for (const QModelIndex& index : form->View().selectionModel()->selectedIndexes())
                 all += NodeTree::NodeOf(index)->Text + ";";
         }
         return all;
     }
 
+    static constexpr auto Fatal = QAbstractItemModelTester::FailureReportingMode::Fatal;
     ScriptedPlatform platform;
     Desktop desktop{platform};
     Workspace& workspace = desktop.workspace;

@@ -159,29 +159,27 @@ TEST(TreesDrag, TheEdgesScroll) {
     TreeBench bench;
     for (int id = 20; id < 120; ++id) TreeBench::Task(bench.alpha, id, "");
     bench.workspace.BroadcastNewThisProject();
-    NodeView& view = bench.trees.ProjectTree().View();
+    const QWidget& viewport = *bench.trees.ProjectTree().View().viewport();
     Node& bob = bench.NodeOf(bench.bob);
-    const auto move = [&](int y) {
-        bench.Mouse(QEvent::MouseMove, bench.ViewOf(bob), view.viewport()->mapToGlobal(QPoint(50, y)),
-                    Qt::LeftButton);
-    };
-    const auto top = [&] { return view.verticalScrollBar()->value(); };
+    auto& timer = *bench.window.findChild<QTimer*>("ScrollTreeTimer");
+    EXPECT_EQ(timer.interval(), 50);
     bench.BeginDrag(bob);
-    move(view.viewport()->height() / 2);
-    QTest::qWait(120);
-    EXPECT_EQ(top(), 0);
-    move(view.viewport()->height() - 3);
-    const int before = top();
-    QTest::qWait(320);
-    EXPECT_GE(top(), before + 2);
-    EXPECT_LE(top(), before + 8) << "a line each 50 ms";
-    move(view.viewport()->height() / 2);
-    const int stopped = top();
-    QTest::qWait(120);
-    EXPECT_EQ(top(), stopped);
-    move(3);
-    QTest::qWait(1000);
-    EXPECT_EQ(top(), 0);
+    const auto top = [&] { return bench.trees.ProjectTree().View().verticalScrollBar()->value(); };
+    const struct {
+        int y, ticks, lines;
+    } steps[] = {{viewport.height() / 2, 0, 0},
+                 {viewport.height() - 3, 5, 5},
+                 {viewport.height() / 2, 0, 0},
+                 {3, 3, -3}};
+    for (const auto& step : steps) {
+        bench.Mouse(QEvent::MouseMove, bench.ViewOf(bob), viewport.mapToGlobal(QPoint(50, step.y)),
+                    Qt::LeftButton);
+        EXPECT_EQ(timer.isActive(), step.ticks > 0);
+        const int before = top();
+        QTimerEvent tick(timer.timerId());
+        for (int i = 0; i < step.ticks; ++i) QCoreApplication::sendEvent(&timer, &tick);
+        EXPECT_EQ(top(), before + step.lines);
+    }
     bench.trees.Drag().Cancel();
 }
 

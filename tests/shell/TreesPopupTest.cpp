@@ -30,19 +30,14 @@ TEST(TreesPopup, SpeaksOfTheKindOfTheNode) {
                  {bench.NodeOf(bench.link).Children[0].get(), "n/a", false}};
     for (const auto& one : cases) {
         SCOPED_TRACE(one.word);
-        const QPoint at = bench.PointOf(*one.node);
         bench.trees.SetDragNode(one.node);
-        QContextMenuEvent event(QContextMenuEvent::Mouse, at, bench.Global(*one.node));
-        QApplication::sendEvent(bench.ViewOf(*one.node).viewport(), &event);
-        EXPECT_TRUE(Menu(bench).isVisible());
-        EXPECT_EQ(Item(bench, "PopupModifyMenu").text(), QString("Modify this ") + one.word);
-        EXPECT_EQ(Item(bench, "PopupDeleteMenu").text(), QString("Delete this ") + one.word);
-        const bool real = one.node->Image() != 'n';
-        EXPECT_EQ(Item(bench, "PopupModifyMenu").isEnabled(), real);
-        EXPECT_EQ(Item(bench, "PopupDeleteMenu").isEnabled(), real);
+        bench.trees.Commands().UpdatePopupMenu();
+        for (const char* verb : {"Modify", "Delete"}) {
+            const QAction& item = Item(bench, ("Popup" + std::string(verb) + "Menu").c_str());
+            EXPECT_EQ(S(item.text()), verb + std::string(" this ") + one.word);
+            EXPECT_EQ(item.isEnabled(), one.node->Image() != 'n');
+        }
         EXPECT_EQ(Item(bench, "PopupSetActiveMenu").isEnabled(), one.setActive);
-        EXPECT_TRUE(Item(bench, "PopupExpandMenu").isEnabled());
-        Menu(bench).hide();
     }
     // The placeholder that stands for nothing is not modified by a key either.
     bench.trees.Commands().Modify();
@@ -52,12 +47,11 @@ TEST(TreesPopup, SpeaksOfTheKindOfTheNode) {
     bench.trees.Commands().UpdatePopupMenu();
     Item(bench, "PopupSetActiveMenu").trigger();
     EXPECT_EQ(bench.workspace.ThisProject(), bench.beta);
-    bench.trees.SetDragNode(&bench.NodeOf(bench.link));
-    bench.trees.Commands().UpdatePopupMenu();
-    EXPECT_FALSE(Item(bench, "PopupSetActiveMenu").isEnabled());
-    bench.trees.SetDragNode(&bench.NodeOf(bench.alpha));
-    bench.trees.Commands().UpdatePopupMenu();
-    EXPECT_TRUE(Item(bench, "PopupSetActiveMenu").isEnabled());
+    for (const NodeObject& object : {NodeObject(bench.link), NodeObject(bench.alpha)}) {
+        bench.trees.SetDragNode(&bench.NodeOf(object));
+        bench.trees.Commands().UpdatePopupMenu();
+        EXPECT_EQ(Item(bench, "PopupSetActiveMenu").isEnabled(), object == NodeObject(bench.alpha));
+    }
     bench.trees.Commands().Modify();
     EXPECT_EQ(bench.workspace.ThisProject(), bench.alpha) << "the project that is modified is the active one";
     EXPECT_TRUE(bench.window.findChild<QDialog*>("ProjectEntryForm"));
@@ -85,13 +79,14 @@ TEST(TreesPopup, DeletingSaysWhatRefersToTheObject) {
         {[](TreeBench& b) { return NodeObject(b.link); }, "subproject", "The project Beta stays in memory"},
         {[](TreeBench& b) { return NodeObject(b.needsDig); }, "dependency", ""},
         {[](TreeBench& b) { return NodeObject(b.annBuilds); }, "assignment", ""},
-        {[](TreeBench& b) { return NodeObject(b.ann); }, "resource", "used by 1 assignment."},
+        {[](TreeBench& b) { return NodeObject(b.ann); }, "resource",
+         "1 assignment, which stays and goes on being planned until it is removed."},
         {[](TreeBench& b) { return NodeObject(b.bob); }, "resource", ""},
         {[](TreeBench& b) { return NodeObject(b.crew->ShiftList()[0]); }, "shift",
-         "the shift of 3 resources."},
+         "the shift of 3 resources, which keep it."},
         {[](TreeBench& b) { return NodeObject(b.crew); }, "template", "used by 1 assignment."},
         {[](TreeBench& b) { return NodeObject(b.alpha); }, "project",
-         "It has 5 tasks, with those of 1 subproject."},
+         "It has 4 tasks.  1 subproject stays in memory as a master project."},
     };
     for (const auto& one : cases) {
         TreeBench bench;
@@ -105,21 +100,24 @@ TEST(TreesPopup, DeletingSaysWhatRefersToTheObject) {
         const std::string word = one.word;
         for (const BoxAnswer answer : {BoxAnswer::No, BoxAnswer::Yes}) {
             SCOPED_TRACE(word);
-            bench.platform.ExpectBox("Confirm Delete " + word, answer,
-                                     "Are you sure you want to delete this " + word + "?");
+            bench.platform.ExpectBox("Confirm Delete " + word, answer);
             bench.Key(
                 inProject ? static_cast<TreeForm&>(bench.trees.ProjectTree()) : bench.trees.TemplateTree(),
                 Qt::Key_Delete);
             EXPECT_EQ(tree.FindNodeFromKey(key) == nullptr, answer == BoxAnswer::Yes);
         }
         const std::string text = bench.platform.boxTexts.back();
-        EXPECT_EQ(text.find("\n\n") != std::string::npos, *one.told != 0) << text;
+        const std::string question = "Are you sure you want to delete this " + word + "?";
+        EXPECT_EQ(text.substr(0, question.size()), question);
+        EXPECT_EQ(text.size() > question.size(), *one.told != 0) << text;
         EXPECT_NE(text.find(one.told), std::string::npos) << text;
         EXPECT_EQ(bench.trees.DragNode(), nullptr);
         EXPECT_EQ(bench.Marked(), "");
         if (word == "project") {
-            EXPECT_EQ(bench.workspace.ThisProject(), nullptr);
-            EXPECT_EQ(bench.SeenProject(), "");
+            EXPECT_EQ(bench.workspace.ThisProject(), bench.beta) << "its family stays";
+            EXPECT_EQ(bench.beta->Parent(), nullptr);
+            EXPECT_TRUE(bench.beta->Dirty());
+            EXPECT_EQ(bench.SeenProject(), "Beta\n 1: Wire\n");
         } else if (word == "template") {
             EXPECT_EQ(bench.workspace.ThisTemplate(), nullptr);
             EXPECT_EQ(bench.SeenTemplate(), "");
@@ -136,6 +134,13 @@ TEST(TreesPopup, WhatIsDeletedIsGoneFromTheTextsAndTheModel) {
     for (const NodeObject& object : {NodeObject(bench.dig), NodeObject(standard), NodeObject(bench.cid),
                                      NodeObject(bench.link), NodeObject(bench.crew)}) {
         bench.trees.SetDragNode(&bench.NodeOf(object));
+        if (object.index() == 5) {
+            const char *title = "Save All Changes To Disk",
+                       *text = "Changes have been made to template Crew.  These";
+            bench.platform.ExpectBox(title, BoxAnswer::Cancel, text);
+            bench.trees.Commands().Delete();
+            bench.platform.ExpectBox(title, BoxAnswer::No, text);
+        }
         bench.platform.ExpectBox(
             std::string("Confirm Delete ") +
                 (object.index() == 2   ? (std::get<Vtask*>(object) == bench.link ? "subproject" : "task")
@@ -145,7 +150,7 @@ TEST(TreesPopup, WhatIsDeletedIsGoneFromTheTextsAndTheModel) {
             BoxAnswer::Yes);
         if (object.index() == 2 && std::get<Vtask*>(object) == bench.link) {
             EXPECT_EQ(dependency.Text, "<deleted>");
-            EXPECT_TRUE(bench.ann->ShiftDeleted());
+            EXPECT_EQ(bench.ann->Shift(), standard) << "as it was";
             EXPECT_EQ(bench.SeenTemplate(), "Crew\n Night\n yard\n  1: Ann\n  2: Bob\n")
                 << "no empty department";
         }
@@ -153,6 +158,11 @@ TEST(TreesPopup, WhatIsDeletedIsGoneFromTheTextsAndTheModel) {
     }
     EXPECT_EQ(bench.beta->Parent(), nullptr);
     EXPECT_EQ(bench.SeenProject(), "Alpha\n 2: Build\n  <deleted>\n  <none> @8 MoTuWeThFr\n 10\n");
+    bench.trees.SetDragNode(&bench.NodeOf(bench.alpha));
+    bench.platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No, "made to project Alpha.  These");
+    bench.platform.ExpectBox("Confirm Delete project", BoxAnswer::Yes);
+    bench.trees.Commands().Delete();
+    EXPECT_EQ(bench.SeenProject(), "Beta\n 1: Wire\n");
 }
 
 TEST(TreesPopup, ADepartmentIsANameOfItsResources) {

@@ -203,5 +203,27 @@ TEST(Trees, DoubleClickAndReturnOpenTheEntryFormAndLeaveTheNodeAsItWas) {
     EXPECT_TRUE(bench.window.findChild<QDialog*>("TaskEntryForm"));
 }
 
+TEST(Trees, TheSelectedLineStandsOutAndIsPalerWithoutTheKeys) {
+    TreeBench bench;
+    for (TreeForm* form : bench.Forms()) {
+        form->setFocus();
+        bench.trees.SetDragNode(form->Tree().Roots().front().get());
+        NodeView& view = form->View();
+        const QRect line = bench.RectOf(*bench.trees.DragNode());
+        const auto ground = [&] {
+            return view.viewport()->grab().toImage().pixelColor(line.topRight() - QPoint(9, -2));
+        };
+        const QColor full = ground(), empty = view.palette().color(QPalette::Base);
+        bench.window.setFocus();
+        EXPECT_GT(ground().lightness(), full.lightness());
+        EXPECT_LT(ground().lightness(), empty.lightness());
+        EXPECT_FALSE(view.accessibleName().isEmpty());
+        for (const char kind : std::string("pstdalhgrn")) {
+            const QImage picture = form->Tree().Picture(kind).pixmap({24, 24}, QIcon::Selected).toImage();
+            EXPECT_EQ(picture.pixelColor(12, 1).alpha(), 255) << "the picture brings its own ground";
+        }
+    }
+}
+
 }  // namespace
 }  // namespace vortan
