@@ -1,18 +1,14 @@
 #include "shell/ProblemDialogs.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "model/ValueText.h"
-#include "shell/AssignmentEntryForm.h"
-#include "shell/CircleForm.h"
 #include "shell/MainForm.h"
-#include "shell/NodeCommands.h"
 #include "shell/NodeView.h"
 #include "shell/OverageForm.h"
 #include "shell/ProjectTreeForm.h"
+#include "shell/TaskEntryForm.h"
 #include "shell/Trees.h"
-#include "solve/ProblemText.h"
 
 namespace vortan {
 namespace {
@@ -25,13 +21,6 @@ bool Ask(Desktop& desktop, const std::string& text, const std::string& title) {
 }
 void Tell(Desktop& desktop, const std::string& text, const std::string& title) {
     desktop.platform.MessageBox(text, title, BoxIcon::Warning, BoxButtons::Ok);
-}
-
-/// Shows the object at fault, and below what is wrong with it asks a question.
-bool AskAbout(Desktop& desktop, NodeObject object, Vproject& project, const std::string& question) {
-    ShowInProjectTree(desktop, object, project);
-    return Ask(desktop, ExplainProblem(desktop.workspace, desktop.solver) + kBlankLine + question,
-               desktop.solver.SolveMessage());
 }
 
 void AddDependency(Vtask& task, Vtask& required, int fromPercent) {
@@ -48,6 +37,7 @@ void GenerateDummy(Desktop& desktop, Vproject& project, const std::vector<Link<V
     dummy->SetProject(&project);
     dummy->SetTaskID(project.HighestTaskID() + 1);
     dummy->SetDescription("Computer-generated dummy");
+    TaskEntryForm::SetDefaultEfficiency(desktop, *dummy);
     for (const Link<Vtask>& task : dangling) {
         if (task) AddDependency(*dummy, *task.Get(), 100);
     }
@@ -97,29 +87,6 @@ void HandleMissingDep(Desktop& desktop, const Link<Vtask>& task) {
     task->Project()->SetDirty(true);
 }
 
-/// The prerequisite of a dependency is not part of the plan: bring it back if there is one to bring back,
-/// else let the dependency go.
-void HandleMissingPrerequisite(Desktop& desktop, const Link<Vdependency>& dependency) {
-    const Link<Vtask> required = dependency->TaskRequired();
-    Vproject* home = required ? required->Project() : nullptr;
-    const auto& loaded = desktop.workspace.ProjectList();
-    const bool canComeBack =
-        home && !required->Include() && std::find(loaded.begin(), loaded.end(), home) != loaded.end();
-    if (canComeBack && AskAbout(desktop, dependency.Get(), *dependency->Project(),
-                                "Do you want to include " + NameTask(*required.Get()) + " again?")) {
-        if (!required || !required->Project()) return;
-        required->SetInclude(true);
-        required->Project()->SetDirty(true);
-        return desktop.workspace.BroadcastNewThisProject();
-    }
-    if (dependency &&
-        AskAbout(desktop, dependency.Get(), *dependency->Project(),
-                 "Do you want to delete the dependency of " + NameTask(*dependency->Task()) + " on " +
-                     dependency->BuildNodeText() + "?") &&
-        dependency)
-        DeleteDependency(desktop, *dependency.Get());
-}
-
 // ---- journals
 
 void ExplainJournalSync(Desktop& desktop) {
@@ -161,82 +128,13 @@ void ExplainJournalSync(Desktop& desktop) {
     workspace.RestartSolve();
 }
 
-// ---- tasks that cannot be worked
-
-/// "  7: Miller @8 MoTuWeThFr, shift Standard with 8 hours of normal time"
-std::string DescribeAssignment(const Vassignment& assignment) {
-    const Vresource* resource = assignment.ResourceRequired();
-    const Vshift* shift = resource ? resource->Shift() : nullptr;
-    const std::string text = "  " + assignment.BuildNodeText();
-    if (!shift) return text + ", no shift";
-    return text + ", shift " + shift->BuildNodeText() + " with " +
-           PlainNumber(std::round(static_cast<double>(shift->NormalHours()) * 10) / 10) +
-           " hours of normal time";
-}
-
-void HandleNoWorkingTime(Desktop& desktop, const Link<Vtask>& task) {
-    Link<Vassignment> first;
-    std::string lines;
-    int count = 0;
-    for (Vassignment* assignment : task->AssignmentList()) {
-        if (!assignment->Include()) continue;
-        if (++count == 1) first = assignment;
-        lines += (lines.empty() ? "" : kNewLine) + DescribeAssignment(*assignment);
-    }
-    std::string question = "Do you want to open the task?";
-    if (first) {
-        question = "Its assignments are:" + kNewLine + lines + kBlankLine + "Do you want to open the " +
-                   (count > 1 ? "first of these assignments?" : "assignment?");
-    }
-    if (!AskAbout(desktop, task.Get(), *task->Project(), question)) return;
-    if (first && first->Project()) ShowInProjectTree(desktop, first.Get(), *first->Project());
-    desktop.trees->Commands().Modify();
-}
-
-/// The link belongs to another project. It goes if that one has a link of its own, else it takes over.
-void HandleClaimedSubproject(Desktop& desktop, const Link<Vtask>& task) {
-    const Link<Vproject> subproject = task->Subproject();
-    if (!subproject) return desktop.workspace.RestartSolve();
-    const Link<Vproject> parent = subproject->Parent();
-    const auto holds = [&](const Vtask* one) {
-        return one->Include() && one->Subproject() == subproject.Get();
-    };
-    const bool held = parent && std::any_of(parent->TaskList().begin(), parent->TaskList().end(), holds);
-    Vproject& project = *task->Project();
-    const std::string name = subproject->ProjectName();
-    if (held || project.DescendsFrom(subproject.Get())) {
-        if (!AskAbout(desktop, task.Get(), project, "Do you want to delete this link?") || !task) return;
-        Vproject* rightful = subproject ? subproject->Parent() : nullptr;
-        task->Delete();
-        // Deleting a link makes its project a master, which it is not.
-        if (subproject) subproject->SetParent(rightful);
-    } else {
-        if (!AskAbout(desktop, task.Get(), project,
-                      "No task of another project stands for " + name +
-                          ".  Do you want to make it a subproject of " + project.ProjectName() + "?") ||
-            !task || !subproject)
-            return;
-        task->SetSubproject(subproject.Get());
-    }
-    project.SetDirty(true);
-    desktop.workspace.BroadcastNewThisProject();
-}
-
-/// Those that leave no choice: shows the object at fault and opens what repairs it.
+/// Those that leave no choice: shows the object at fault.
 void HandleOther(Desktop& desktop, const SolveProblem& problem) {
-    if (const Link<Vdependency> dependency = problem.dependency) {
-        if (AskAbout(desktop, dependency.Get(), *dependency->Project(),
-                     "Do you want to open the dependency?"))
-            desktop.trees->Commands().Modify();
-    } else if (problem.message == "Effort without resources") {
-        if (AskAbout(desktop, problem.task.Get(), *problem.task->Project(),
-                     "Do you want to assign a resource?"))
-            AssignmentEntryForm::StartAdd(desktop);
-    } else if (problem.task->Subproject()) {
-        HandleClaimedSubproject(desktop, problem.task);
-    } else {
-        ShowInProjectTree(desktop, problem.task.Get(), *problem.task->Project());
-    }
+    if (problem.dependency)
+        return ShowInProjectTree(desktop, problem.dependency.Get(), *problem.dependency->Project());
+    if (problem.assignment)
+        return ShowInProjectTree(desktop, problem.assignment.Get(), *problem.assignment->Project());
+    ShowInProjectTree(desktop, problem.task.Get(), *problem.task->Project());
 }
 
 /// Whether the object at fault is still part of a project.
@@ -257,14 +155,8 @@ void SolvePanelClick(Desktop& desktop) {
     if (!StandsStill(problem)) return desktop.workspace.RestartSolve();
     if (word == "Overload" || word == "Overtime") {
         OverageForm::Start(desktop);
-    } else if (problem.message == "Missing prerequisite") {
-        HandleMissingPrerequisite(desktop, problem.dependency);
-    } else if (word == "Missing") {
+    } else if (word == "Missing" && problem.task) {
         HandleMissingDep(desktop, problem.task);
-    } else if (word == "Circular") {
-        CircleForm::Start(desktop);
-    } else if (problem.message == "No working time") {
-        HandleNoWorkingTime(desktop, problem.task);
     } else {
         HandleOther(desktop, problem);
     }
@@ -282,14 +174,6 @@ void ShowInProjectTree(Desktop& desktop, NodeObject object, Vproject& project) {
     if (ChildForm* page = desktop.mainForm->FullPage()) page->Unload();
     tree.View().setFocus();
     desktop.trees->SetDragNode(&desktop.trees->FindNodeFromObject(object));
-}
-
-void DeleteDependency(Desktop& desktop, Vdependency& dependency) {
-    Vtask* task = dependency.Task();
-    dependency.Delete();
-    if (!task || !task->Project()) return;
-    desktop.trees->ProjectTree().RebuildTaskSubTree(*task, true);
-    task->Project()->SetDirty(true);
 }
 
 }  // namespace vortan

@@ -1,7 +1,7 @@
 #include "shell/ProblemDialogs.h"
 
-#include <QListWidget>
-
+#include "shell/NodeView.h"
+#include "shell/ProjectTreeForm.h"
 #include "shell/Shell.h"
 
 namespace vortan {
@@ -95,6 +95,7 @@ TEST_F(ProblemDialogsTest, ADummyTiesDanglingTasksTogether) {
     EXPECT_EQ(shell.desktop.solver.Mode(), SolveMode::Halted);
 
     Task(10);
+    shell.desktop.settings.WriteSettings("EfficiencyText", "0.7");
     shell.platform.ExpectBox("Okay to Create Dummy Task?", BoxAnswer::Yes,
                              "The project House has 11 (only the first 10 are listed):\r\n  (House) 1\r\n");
     HaltAndClick("Dangling tasks");
@@ -103,6 +104,7 @@ TEST_F(ProblemDialogsTest, ADummyTiesDanglingTasksTogether) {
     ASSERT_TRUE(dummy);
     EXPECT_EQ(dummy->DependencyList().size(), 11u);
     EXPECT_EQ(dummy->DependencyList().front()->FromPercent(), 100);
+    EXPECT_EQ(dummy->Efficiency(), 0.7);
     EXPECT_TRUE(house->Dirty());
     ExpectComplete();
 }
@@ -171,107 +173,43 @@ TEST_F(ProblemDialogsTest, AProjectThatItsParentDoesNotShowIsShown) {
     EXPECT_EQ(workspace.ThisProject(), shed);
 }
 
-TEST_F(ProblemDialogsTest, AMissingPrerequisiteComesBackOrTheDependencyGoes) {
-    house->AddJournal(DateTime(kMonday + 7));
-    Vtask *task = Task(1), *gone = Task(2);
-    Depend(task, gone);
-    gone->SetInclude(false);
-    last->DependencyList().back()->Delete();
-    const char* title = "Missing prerequisite";
-    shell.platform.ExpectBox(title, BoxAnswer::Yes, "Do you want to include task 2 (project House) again?");
-    HaltAndClick(title);
-    EXPECT_TRUE(gone->Include());
-    ExpectComplete();
-
-    gone->SetInclude(false);
-    shell.platform.ExpectBox(title, BoxAnswer::No, "again?");
-    shell.platform.ExpectBox(title, BoxAnswer::Yes, "delete the dependency of task 1 (project House) on 2?");
-    HaltAndClick(title);
-    EXPECT_EQ(task->DependencyList().size(), 1u);
-    ExpectComplete();
-
-    // One that is gone for good cannot come back.
-    Vtask* other = Task(3);
-    last->DependencyList().back()->Delete();
-    Depend(task, other);
-    workspace.FreeVobject(other);
-    shell.platform.ExpectBox(title, BoxAnswer::Yes, "on <deleted>?");
-    HaltAndClick(title);
-    ExpectComplete();
-}
-
-TEST_F(ProblemDialogsTest, ACircleIsListedAndCut) {
-    Vtask* tasks[] = {Task(1), Task(2), Task(3)};
-    for (int i = 0; i < 3; ++i) Depend(tasks[i], tasks[(i + 1) % 3]);
-    HaltAndClick("Circular dependency");
-    auto* list = &shell.Find<QListWidget>("DependencyList");
-    ASSERT_EQ(list->count(), 3);
-    list->setCurrentRow(1);
-    const std::string chosen = S(list->item(1)->text());
-    EXPECT_TRUE(chosen == "Task 1 (project House) requires 2" ||
-                chosen == "Task 2 (project House) requires 3" ||
-                chosen == "Task 3 (project House) requires 1")
-        << chosen;
-    shell.Click("OkCommand");
-    EXPECT_EQ(S(shell.Dialog().objectName()), "DependencyEntryForm");
-    EXPECT_EQ(Selected(), chosen.substr(chosen.size() - 1));
-    shell.Press(Qt::Key_Escape);
-    EXPECT_EQ(shell.desktop.solver.Mode(), SolveMode::Halted);
-
-    shell.Click("SolvePanel");
-    shell.Click("DeleteOption");
-    shell.Click("OkCommand");
-    ExpectComplete();
-}
-
-TEST_F(ProblemDialogsTest, TheFormThatRepairsIsOpened) {
-    const auto wants = [&](const char* status, const char* question, const char* form, const char* selected) {
-        shell.platform.ExpectBox(status, BoxAnswer::Yes, question);
+TEST_F(ProblemDialogsTest, OfOthersTheObjectIsShown) {
+    Vproject* yard = Project("Yard");
+    for (Vproject* project : {house, yard}) project->AddJournal(DateTime(kMonday + 7));
+    const auto shown = [&](const char* status, const char* selected) {
+        workspace.SetThisProject(yard);
+        workspace.BroadcastNewThisProject();
         HaltAndClick(status);
-        EXPECT_EQ(S(shell.Dialog().objectName()), form);
         EXPECT_EQ(Selected(), selected);
-        // The way out is not to be walked twice.
-        shell.Click("SolvePanel");
-        shell.Press(Qt::Key_Escape);
+        EXPECT_EQ(workspace.ThisProject(), house);
+        EXPECT_EQ(shell.main.focusWidget(), &shell.main.TheTrees().ProjectTree().View());
+        EXPECT_THROW(shell.Dialog(), std::runtime_error);
     };
-    Vtask* task = Task(1, 8);
-    wants("Effort without resources", "Do you want to assign a resource?", "AssignmentEntryForm", "1");
+    Vtask *task = Task(1, 8), *other = Task(2);
+    shown("Effort without resources", "1");
     Vassignment* assignment = Assign(task);
     assignment->SetHours(0.005);
-    wants("No working time",
-          "  7: <stub> @0.005 MoTuWeThFr, shift Standard with 8 hours of normal time\r\n\r\nDo you want to "
-          "open the assignment?",
-          "AssignmentEntryForm", "7: <stub> @0.005 MoTuWeThFr");
+    shown("No working time", "1");
     assignment->SetHours(8);
 
-    Vtask* link = house->FindOrCreateTask(2);
-    link->SetSubproject(Project("Shed"));
-    Depend(task, link)->SetFromPercent(50);
-    wants("must be either 0% or 100%", "Do you want to open the dependency?", "DependencyEntryForm",
-          "2: Shed: SP");
-}
+    Vdependency* circle[] = {Depend(task, other), Depend(other, task)};
+    HaltAndClick("Circular dependency");
+    EXPECT_TRUE(Selected() == "1" || Selected() == "2") << Selected();
+    circle[1]->Delete();
+    other->SetInclude(false);
+    last->DependencyList().back()->Delete();
+    shown("Missing prerequisite", "2");
+    circle[0]->Delete();
 
-TEST_F(ProblemDialogsTest, ALinkToAClaimedSubprojectGoesOrTakesOver) {
-    Vproject *shed = Project("Shed"), *yard = Project("Yard");
-    Vtask *mine = house->FindOrCreateTask(1), *theirs = yard->FindOrCreateTask(1);
-    mine->SetSubproject(shed);
-    theirs->SetSubproject(shed);
-    shell.platform.ExpectBox("Subproject is claimed by project Yard", BoxAnswer::Yes,
-                             "Do you want to delete this link?");
-    HaltAndClick("Subproject is claimed by project Yard");
-    EXPECT_FALSE(house->FindTask(1));
-    EXPECT_EQ(shed->Parent(), yard);
-    ExpectComplete();
-
-    mine = house->FindOrCreateTask(1);
-    mine->SetSubproject(shed);
-    shed->SetParent(nullptr);
-    workspace.FreeVobject(theirs);
-    shell.platform.ExpectBox("Subproject is claimed by project ", BoxAnswer::Yes,
-                             "Do you want to make it a subproject of House?");
-    HaltAndClick("Subproject is claimed by project ");
-    EXPECT_EQ(shed->Parent(), house);
-    ExpectComplete();
+    Vtask* link = house->FindOrCreateTask(3);
+    Vproject* shed = Project("Shed", kMonday + 7);
+    link->SetSubproject(shed);
+    Vdependency* partial = Depend(task, link);
+    partial->SetFromPercent(50);
+    shown("must be either 0% or 100%", "3: Shed: SP");
+    partial->SetFromPercent(100);
+    yard->FindOrCreateTask(1)->SetSubproject(shed);
+    shown("Subproject is claimed by project Yard", "3: Shed");
 }
 
 TEST_F(ProblemDialogsTest, WhatIsGoneSinceTheSolveIsSolvedAnew) {
