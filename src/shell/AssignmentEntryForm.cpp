@@ -13,11 +13,6 @@
 #include "shell/Trees.h"
 
 namespace vortan {
-namespace {
-
-constexpr double kMostHours = 24;  // of a day
-
-}  // namespace
 
 void AssignmentEntryForm::StartAdd(Desktop& desktop) {
     Workspace& workspace = desktop.workspace;
@@ -63,6 +58,12 @@ AssignmentEntryForm::AssignmentEntryForm(Desktop& desktop, Vassignment* object, 
         box->setMinimumContentsLength(36);
     }
     hours_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    auto* taskText = new TextField("TaskText", 36);
+    taskText->SetValue(task->BuildNodeText());
+    taskText->setReadOnly(true);
+    taskText->setFocusPolicy(Qt::ClickFocus);
+    AddRow("Task", taskText);
+    SetLive(*taskText, false);
     AddRow("&Template", template_);
     AddRow("&Resource", resource_);
     AddRow("&Hours a day", hours_);
@@ -158,13 +159,10 @@ bool AssignmentEntryForm::Finish() {
     if (resource_->hasFocus()) ResourceIdComboClick();
     Vresource* resource = FindResource();
     if (!resource) {
-        return Complain(*resource_, "Please choose a resource of the list.", "Missing Resource");
+        return Complain(*resource_, "Please choose a resource from the list.", "Missing Resource");
     }
     const auto hours = ReadNumber(*hours_, "hours a day");
     if (!hours) return false;
-    if (*hours <= 0 || *hours > kMostHours) {
-        return Complain(*hours_, "The hours a day must be above 0 and at most 24.", "Invalid Hours");
-    }
     const bool added = std::exchange(adding_, false);
     if (added) object_->SetTask(task_.Get());
     SaveData(*resource, *hours);

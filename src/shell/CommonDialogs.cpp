@@ -28,13 +28,8 @@ std::string ShowOpen(Desktop& desktop) {
 std::string ShowSave(const std::string& directory, const std::string& suggestedName) {
     QFileDialog dialog(QApplication::activeWindow(), "Save", Q(directory), kFilters);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix("vtb");
     const QFileInfo suggested(Q(suggestedName));
     if (suggested.isAbsolute()) dialog.setDirectory(suggested.path());
-    const QString filter = QString("(*.%1)").arg(suggested.suffix().toLower());
-    for (const QString& known : dialog.nameFilters()) {
-        if (known.contains(filter)) dialog.selectNameFilter(known);
-    }
     dialog.selectFile(suggested.fileName());
     // A name typed without an extension takes that of the chosen type.
     const auto follow = [&dialog](const QString& chosen) {

@@ -226,13 +226,13 @@ void DependencyEntryForm::UpdateSentence() {
     if (S(sentence_->toPlainText()) != text) sentence_->setPlainText(Q(text));
 }
 
-/// The chosen prerequisite; none, with the user told, if there is no such task.
+/// The task whose number stands in front of the text; none, with the user told, if there is no such task. One
+/// that this journal does not have can be kept.
 Vtask* DependencyEntryForm::ReadTask() {
     const QString text = requiredTask_->currentText();
     const int index = project_->currentIndex();
     const Vproject* project = index < 0 ? nullptr : projects_[static_cast<std::size_t>(index)].Get();
-    const bool listed = requiredTask_->findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive) >= 0;
-    Vtask* const task = project && listed ? project->FindTask(ScanInt32(S(text))) : nullptr;
+    Vtask* const task = project ? project->FindTask(ScanInt32(S(text))) : nullptr;
     if (!task) {
         Complain(*requiredTask_, "Please choose the prerequisite task from the list.", "Invalid Task");
         return nullptr;

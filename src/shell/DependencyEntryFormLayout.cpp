@@ -122,6 +122,7 @@ QWidget* DependencyEntryForm::BuildOffsetFrame() {
         option->setToolTip(kToolTips[i]);
         offsetOptions_->addButton(option, i);
         row->addWidget(option);
+        if (i > 0) LeadTo(*option, *offset_);
     }
     row->addWidget(offset_);
     row->addStretch();
@@ -136,10 +137,9 @@ QWidget* DependencyEntryForm::BuildPrerequisiteFrame() {
     auto* kinds = new QButtonGroup(this);
     kinds->addButton(dateOption_);
     kinds->addButton(taskOption_);
-    date_ = new DateField("DateText");
+    date_ = new DateField("DateText", "Date");
     date_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     date_->Text().setMinimumWidth(fontMetrics().averageCharWidth() * kDateCharacters);
-    date_->Text().setAccessibleName("Date");
 
     // A task is found by typing any part of its text.
     requiredTask_ = WideCombo("TaskRequiredCombo");
@@ -151,6 +151,8 @@ QWidget* DependencyEntryForm::BuildPrerequisiteFrame() {
     requiredTask_->completer()->setFilterMode(Qt::MatchContains);
     requiredTask_->completer()->setMaxVisibleItems(12);
     if (auto* list = qobject_cast<QListView*>(requiredTask_->view())) list->setUniformItemSizes(true);
+    LeadTo(*dateOption_, date_->Text());
+    LeadTo(*taskOption_, *requiredTask_);
     project_ = WideCombo("ProjectRequiredCombo");
     auto* inProject = new QLabel("in pro&ject");
     inProject->setBuddy(project_);

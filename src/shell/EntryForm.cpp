@@ -13,6 +13,46 @@
 #include "shell/MainForm.h"
 
 namespace vortan {
+namespace {
+
+/// What a form has above its buttons: as large as it is, and scrolling where the screen is smaller.
+class BodyArea : public QScrollArea {
+  public:
+    BodyArea(QWidget* content, int lineHeight) : lineHeight_(lineHeight) {
+        setWidget(content);
+        setWidgetResizable(true);
+        setFrameShape(NoFrame);
+        setFocusPolicy(Qt::NoFocus);
+        content->installEventFilter(this);
+    }
+    QSize sizeHint() const override { return OnScreen(widget()->sizeHint()); }
+    QSize minimumSizeHint() const override { return OnScreen(widget()->minimumSizeHint()); }
+    bool hasHeightForWidth() const override { return widget()->layout()->hasHeightForWidth(); }
+    int heightForWidth(int width) const override {
+        return OnScreen({width, widget()->heightForWidth(width)}).height();
+    }
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched == widget() && event->type() == QEvent::LayoutRequest) updateGeometry();
+        return QScrollArea::eventFilter(watched, event);
+    }
+
+  private:
+    /// Leaves room on the screen for the buttons, the margins and the title of the window.
+    QSize OnScreen(QSize wanted) const {
+        constexpr int kLinesAround = 7, kLinesBeside = 3;
+        const QSize room = screen()->availableGeometry().size() -
+                           QSize(kLinesBeside * lineHeight_, kLinesAround * lineHeight_);
+        const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+        const bool tooHigh = wanted.height() > room.height(), tooWide = wanted.width() > room.width();
+        return (wanted + QSize(tooHigh ? bar : 0, tooWide ? bar : 0)).boundedTo(room);
+    }
+
+    int lineHeight_;
+};
+
+}  // namespace
 
 EntryForm::EntryForm(Desktop& desktop, const char* name, const char* caption)
     : QDialog(desktop.mainForm), desktop_(desktop), body_(new QVBoxLayout), buttons_(new QHBoxLayout) {
@@ -34,7 +74,11 @@ EntryForm::EntryForm(Desktop& desktop, const char* name, const char* caption)
     buttons_->addWidget(ok_);
     buttons_->addWidget(cancel_);
     auto* all = new QVBoxLayout(this);
-    all->addLayout(body_, 1);
+    auto* content = new QWidget;
+    body_->setContentsMargins(0, 0, 0, 0);
+    content->setLayout(body_);
+    bodyArea_ = new BodyArea(content, fontMetrics().height());
+    all->addWidget(bodyArea_, 1);
     all->addSpacing(fontMetrics().height() / 2);
     all->addLayout(buttons_);
 
@@ -68,7 +112,7 @@ void EntryForm::ShowWith(QWidget& first) {
     desktop_.mainForm->ShowForm(*this);
     first.setFocus(Qt::TabFocusReason);
     // The box hears of its focus when the window gets to the front, as if it had always had it.
-    if (auto* field = qobject_cast<QLineEdit*>(&first)) field->selectAll();
+    SelectText(first);
 }
 
 QFormLayout& EntryForm::Rows() {
@@ -81,7 +125,9 @@ QFormLayout& EntryForm::Rows() {
 }
 
 void EntryForm::AddRow(const QString& label, QWidget* field) {
-    Rows().addRow(label + ":", field);
+    Rows().addRow(label, field);
+    // Between whole pixels the last letter would be cut.
+    if (QWidget* made = Rows().labelForField(field)) made->setMinimumWidth(made->sizeHint().width() + 1);
 }
 
 void EntryForm::AddButton(QPushButton* button) {
@@ -94,7 +140,9 @@ std::function<void()> EntryForm::Command(const char* section, std::function<void
 
 bool EntryForm::Complain(QWidget& field, const std::string& text, const std::string& title) {
     desktop_.platform.MessageBox(text, title, BoxIcon::Warning, BoxButtons::Ok);
+    bodyArea_->ensureWidgetVisible(&field);
     field.setFocus(Qt::OtherFocusReason);
+    SelectText(field);
     return false;
 }
 

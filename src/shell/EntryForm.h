@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QPointer>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QVBoxLayout>
 #include <array>
 #include <cstdint>
@@ -26,7 +27,8 @@ namespace vortan {
 /// A dialog that edits one object and shuts off the rest of the program while it is open. A form is made by
 /// the static StartAdd or StartModify of its class, shows itself, and deletes itself after Unload.
 ///
-/// A form lays out its fields in `Body` in reading order, which is the tab order, and overrides Finish.
+/// A form lays out its fields in `Body` in reading order, which is the tab order, and overrides Finish. On a
+/// screen that is too small the body scrolls, and Ok and Cancel stay in reach.
 class EntryForm : public QDialog, public ChildForm, public Listener {
   public:
     EntryForm(Desktop& desktop, const char* name, const char* caption);
@@ -67,7 +69,7 @@ class EntryForm : public QDialog, public ChildForm, public Listener {
     /// `slot` as a command of its own in the error trap. `section` is a literal.
     std::function<void()> Command(const char* section, std::function<void()> slot);
 
-    /// A message with the focus in `field` afterwards; returns false.
+    /// A message, with the focus in `field` and all its text selected afterwards; returns false.
     bool Complain(QWidget& field, const std::string& text, const std::string& title);
 
     // Each reads a field. What does not fit is complained about in words that name `what`, and gives none.
@@ -90,6 +92,7 @@ class EntryForm : public QDialog, public ChildForm, public Listener {
 
   private:
     QVBoxLayout* body_;
+    QScrollArea* bodyArea_;
     QHBoxLayout* buttons_;
     QFormLayout* rows_ = nullptr;
     QPushButton* ok_;

@@ -184,7 +184,6 @@ void EstimateGrid::UpdateEnabled() {
     for (int i = 0; i < 9; ++i) {
         TextField& box = *boxes_[static_cast<std::size_t>(i)];
         EnableTextBox(box, BoxLive(i));
-        box.setVisible(BoxLive(i));  // one without heads would say nothing
     }
     three_->setVisible(live_);
     for (QRadioButton* option : units_) option->setVisible(live_);

@@ -1,10 +1,12 @@
 #include "shell/Fields.h"
 
 #include <QCalendarWidget>
+#include <QComboBox>
 #include <QFocusEvent>
 #include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QMenu>
+#include <QShortcutEvent>
 #include <QTimer>
 #include <QWidgetAction>
 
@@ -46,10 +48,13 @@ void CurrencyField::focusOutEvent(QFocusEvent* event) {
     if (const auto value = ParseCurrency(Value(), symbol_)) SetValue(FormatCurrency(*value, symbol_));
 }
 
-DateField::DateField(const QString& name) : text_(new TextField(name, 12)), button_(new QToolButton) {
+DateField::DateField(const QString& name, const QString& spoken)
+    : text_(new TextField(name, 12)), button_(new QToolButton) {
     button_->setObjectName(name + "Calendar");
     button_->setIcon(GetResIcon("Calendar.ico"));
     button_->setToolTip("Choose a date");
+    text_->setAccessibleName(spoken);
+    button_->setAccessibleName("Calendar for the " + spoken.toLower());
     button_->setFocusPolicy(Qt::TabFocus);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -89,6 +94,43 @@ void StopAtChosen(QAbstractButton& option) {
     };
     set(option.isChecked());
     QObject::connect(&option, &QAbstractButton::toggled, &option, set);
+}
+
+namespace {
+
+/// Chooses an option at once when its key is pressed. The toolkit would show it pressed first, and letters
+/// typed meanwhile would go to the option.
+class ChooseAtOnce : public QObject {
+  public:
+    explicit ChooseAtOnce(QAbstractButton& option) : QObject(&option) { option.installEventFilter(this); }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::Shortcut || static_cast<QShortcutEvent*>(event)->isAmbiguous())
+            return false;
+        static_cast<QAbstractButton*>(watched)->click();
+        return true;
+    }
+};
+
+}  // namespace
+
+void LeadTo(QAbstractButton& option, QWidget& box) {
+    new ChooseAtOnce(option);
+    QObject::connect(&option, &QAbstractButton::clicked, &box,
+                     [&box] { box.setFocus(Qt::ShortcutFocusReason); });
+}
+
+void SelectText(QWidget& box) {
+    auto* line = qobject_cast<QLineEdit*>(&box);
+    if (const auto* combo = qobject_cast<QComboBox*>(&box)) line = combo->lineEdit();
+    if (line) line->selectAll();
+}
+
+QLabel* NewRemark(const QString& text) {
+    auto* label = new QLabel(text);
+    QFont small = label->font();
+    small.setPointSizeF(small.pointSizeF() * 0.85);
+    label->setFont(small);
+    return label;
 }
 
 void SetLive(QWidget& box, bool live) {

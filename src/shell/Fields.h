@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QLabel>
 #include <QLineEdit>
 #include <QToolButton>
 #include <string>
@@ -40,8 +41,9 @@ class CurrencyField : public TextField {
 /// A date to be typed, with a button beside it that opens a calendar.
 class DateField : public QWidget {
   public:
-    /// `name` is that of the text; the button's is `name` and "Calendar".
-    explicit DateField(const QString& name);
+    /// `name` is that of the text; the button's is `name` and "Calendar". `spoken` says what date it is, for
+    /// those who hear the screen.
+    DateField(const QString& name, const QString& spoken);
 
     TextField& Text() { return *text_; }
     QToolButton& Button() { return *button_; }
@@ -56,6 +58,16 @@ class DateField : public QWidget {
 /// Lets the Tab key stop at an option only while it is the chosen one of its group; the arrow keys reach the
 /// others. Of a group, one must always be chosen.
 void StopAtChosen(QAbstractButton& option);
+
+/// Who chooses the option by its key or the mouse goes on in the box that belongs to it. With the arrow keys
+/// one can still go on to the next option.
+void LeadTo(QAbstractButton& option, QWidget& box);
+
+/// Selects all of the text, if the box is one that can be typed into.
+void SelectText(QWidget& box);
+
+/// A remark in smaller letters.
+QLabel* NewRemark(const QString& text);
 
 /// Gives a box that can be typed into the look of one that counts, or of one that does not.
 void SetLive(QWidget& box, bool live);

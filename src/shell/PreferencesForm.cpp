@@ -36,7 +36,7 @@ void AddCombo(QFormLayout& rows, const char* name, const char* caption, const QS
     auto* combo = new QComboBox;
     combo->setObjectName(name);
     combo->addItems(items);
-    rows.addRow(QString(caption) + ":", combo);
+    rows.addRow(caption, combo);
 }
 
 /// The kinds of dates that a chart can show for a dependency, and so on: the texts are stored as they stand.
@@ -56,7 +56,7 @@ QWidget* NewGanttFrame() {
     shape->addWidget(NewButton<QRadioButton>("MilestoneOption", "&Milestone"));
     shape->addWidget(NewButton<QRadioButton>("BarOption", "&Bar"));
     shape->addStretch();
-    auto* label = new QLabel("Show tasks as:");
+    auto* label = new QLabel("Show tasks as");
     rows->addRow(label, shape);
     rows->addRow(NewButton<QCheckBox>("CriticalPathRedCheck", "&Critical path in red"));
     return frame;
@@ -74,7 +74,7 @@ PreferencesForm::PreferencesForm(Desktop& desktop) : EntryForm(desktop, "Prefere
     auto* rows = new QFormLayout(frame);
     AddCombo(*rows, "AutomaticBackupCombo", "Automatic bac&kup in minutes",
              {"off", "1", "2", "3", "5", "10", "20", "30"});
-    rows->addRow("Schedule compression default &efficiency:", new TextField("EfficiencyText", 8));
+    rows->addRow("Schedule compression default &efficiency", new TextField("EfficiencyText", 8));
     rows->addRow(
         NewButton<QCheckBox>("ShowProjectManagerCheck", "Show project mana&ger on top line of printouts"));
     rows->addRow(NewButton<QCheckBox>(
@@ -95,7 +95,11 @@ void PreferencesForm::LoadSettings() {
             // Of an option pair only the chosen one is set: the other follows.
             if (value == "X" || (value == "-" && type == "Check")) button->setChecked(value == "X");
         } else if (auto* combo = dynamic_cast<QComboBox*>(control)) {
-            if (!value.isEmpty()) combo->setCurrentText(value);
+            if (value.isEmpty()) continue;
+            // What was written by hand or by another version is kept.
+            if (combo->findText(value, Qt::MatchFixedString | Qt::MatchCaseSensitive) < 0)
+                combo->addItem(value);
+            combo->setCurrentText(value);
         } else if (auto* text = dynamic_cast<QLineEdit*>(control)) {
             if (!value.isEmpty()) text->setText(value);
         }

@@ -36,7 +36,7 @@ ProjectEntryForm::ProjectEntryForm(Desktop& desktop, Vproject* object, bool addi
       priority_(new TextField("PriorityText", 5)),
       viewPassword_(new TextField("ViewPasswordText")),
       modifyPassword_(new TextField("ModifyPasswordText")),
-      initialJournal_(new DateField("InitialJournalText")),
+      initialJournal_(new DateField("InitialJournalText", "Initial journal")),
       solveRules_(new QComboBox),
       applyFrame_(new QWidget) {
     solveRules_->setObjectName("SolveRulesCombo");
@@ -66,15 +66,16 @@ void ProjectEntryForm::LayOut() {
     auto* section = new QGroupBox;
     auto* inner = new QVBoxLayout(section);
     auto* rows = new QFormLayout;
-    rows->addRow("&Solve rules:", solveRules_);
+    rows->addRow("&Solve rules", solveRules_);
     auto* priority = new QHBoxLayout;
     priority->addWidget(priority_);
     priority->addWidget(new QLabel("Use 1 for the highest priority\nUse larger numbers for lower priority"),
                         1);
-    rows->addRow("&Priority:", priority);
+    rows->addRow("&Priority", priority);
     static_cast<QLabel*>(rows->labelForField(priority))->setBuddy(priority_);
-    rows->addRow("&View password:", viewPassword_);
-    rows->addRow("&Modify password:", modifyPassword_);
+    rows->addRow("&View password", viewPassword_);
+    rows->addRow("&Modify password", modifyPassword_);
+    rows->addRow("", NewRemark("Passwords are stored with the project and protect nothing."));
     inner->addLayout(rows);
 
     auto* apply = new QVBoxLayout(applyFrame_);

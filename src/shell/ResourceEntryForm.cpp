@@ -5,7 +5,6 @@
 #include <functional>
 #include <utility>
 
-#include "model/Characters.h"
 #include "model/KeyedList.h"
 #include "paint/Text.h"
 #include "shell/TemplateTreeForm.h"
@@ -21,13 +20,12 @@ struct Rate {
     void (Vresource::*set)(Money);
 };
 constexpr Rate kRates[] = {
-    {"BurdenedRateText", "&Burdened rate:", "burdened rate", &Vresource::BurdenedRate,
+    {"BurdenedRateText", "&Burdened rate", "burdened rate", &Vresource::BurdenedRate,
      &Vresource::SetBurdenedRate},
-    {"OvertimeRateText", "&Overtime rate:", "overtime rate", &Vresource::OvertimeRate,
+    {"OvertimeRateText", "&Overtime rate", "overtime rate", &Vresource::OvertimeRate,
      &Vresource::SetOvertimeRate},
-    {"OffDayRateText", "O&ff day rate:", "off day rate", &Vresource::OffDayRate, &Vresource::SetOffDayRate},
-    {"HolidayRateText", "&Holiday rate:", "holiday rate", &Vresource::HolidayRate,
-     &Vresource::SetHolidayRate},
+    {"OffDayRateText", "O&ff day rate", "off day rate", &Vresource::OffDayRate, &Vresource::SetOffDayRate},
+    {"HolidayRateText", "&Holiday rate", "holiday rate", &Vresource::HolidayRate, &Vresource::SetHolidayRate},
 };
 
 }  // namespace
@@ -135,7 +133,9 @@ void ResourceEntryForm::LoadData() {
     description_->SetValue(object_->Description());
     department_->setCurrentText(Q(object_->Department()));
     title_->SetValue(object_->Title());
-    if (const Vshift* shift = object_->Shift()) shift_->setCurrentText(Q(shift->BuildNodeText()));
+    // A shift that has been deleted has no name to be listed under.
+    if (const Vshift* shift = object_->Shift())
+        shift_->setCurrentIndex(shift_->findText(Q(shift->BuildNodeText())));
     for (std::size_t i = 0; i < rates_.size(); ++i) {
         rates_[i]->SetValue(Currency(std::invoke(kRates[i].get, *object_.Get())));
     }
@@ -144,6 +144,10 @@ void ResourceEntryForm::LoadData() {
 
 std::optional<ResourceEntryForm::Values> ResourceEntryForm::VerifyData() {
     Values values{};
+    if (department_->currentText().isEmpty()) {
+        Complain(*department_, "The department must be filled in.", "Missing Department");
+        return std::nullopt;
+    }
     const auto id = ReadWhole(*id_, "Resource ID", 1, kHighestId);
     if (!id) return std::nullopt;
     values.id = *id;
@@ -153,15 +157,8 @@ std::optional<ResourceEntryForm::Values> ResourceEntryForm::VerifyData() {
                  "Resource ID In Use");
         return std::nullopt;
     }
-    if (Trim(S(department_->currentText())).empty()) {
-        Complain(*department_, "The department must be filled in.", "Missing Department");
-        return std::nullopt;
-    }
-    values.shift = owner_->ShiftList().Find(S(shift_->currentText()));
-    if (!values.shift) {
-        Complain(*shift_, "The template has no shift. Please add one first.", "Missing Shift");
-        return std::nullopt;
-    }
+    Vshift* const chosen = owner_->ShiftList().Find(S(shift_->currentText()));
+    values.shift = chosen ? chosen : object_->Shift();
     for (std::size_t i = 0; i < rates_.size(); ++i) {
         const auto rate = ReadMoney(*rates_[i], kRates[i].what, std::invoke(kRates[i].get, *object_.Get()));
         if (!rate) return std::nullopt;

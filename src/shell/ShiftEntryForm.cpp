@@ -16,6 +16,8 @@ namespace {
 constexpr std::pair<char, const char*> kGroups[] = {
     {'N', "&N = Normal"}, {'O', "&O = Overtime"}, {'B', "&B = Break"}, {'X', "&X = Overload"}};
 
+constexpr int kFewestLetters = 10;  // of the name that can be seen
+
 /// The digits of a float, not those of the nearest double.
 std::string FloatText(float value) {
     return PlainNumber(ScanNumber(FormatNumber(value)));
@@ -69,11 +71,12 @@ QWidget* ShiftEntryForm::BuildFields() {
         rows->addRow(caption, field);
         return field;
     };
-    name_ = add("ShiftNameText", "&Shift name:", 18);
-    burdened_ = add("BurdenedMultiplierText", "B&urdened multiplier:", 8);
-    overtime_ = add("OvertimeMultiplierText", "O&vertime multiplier:", 8);
-    offDay_ = add("OffDayMultiplierText", "O&ff day multiplier:", 8);
-    holiday_ = add("HolidayMultiplierText", "&Holiday multiplier:", 8);
+    name_ = add("ShiftNameText", "&Shift name", 18);
+    burdened_ = add("BurdenedMultiplierText", "B&urdened multiplier", 8);
+    overtime_ = add("OvertimeMultiplierText", "O&vertime multiplier", 8);
+    offDay_ = add("OffDayMultiplierText", "O&ff day multiplier", 8);
+    holiday_ = add("HolidayMultiplierText", "&Holiday multiplier", 8);
+    name_->setMinimumWidth(TextField({}, kFewestLetters).sizeHint().width());
     column->addLayout(rows);
     column->addStretch();
     selection_ = new QLabel("\n");
@@ -126,7 +129,7 @@ std::optional<ShiftEntryForm::Values> ShiftEntryForm::ValidateData() {
     }
     const Vshift* other = owner_->ShiftList().Find(values.name);
     if (other && other != object_.Get()) {
-        Complain(*name_, "There is already a shift with the name " + values.name + ".", "Shift Name In Use");
+        Complain(*name_, "The Shift name \"" + values.name + "\" is already in use.", "Shift Name In Use");
         return std::nullopt;
     }
     const auto read = [&](TextField& field, const char* what, float& value) {

@@ -45,24 +45,25 @@ void SubprojectEntryForm::LoadData() {
         return;
     }
     taskId_->SetValue(std::to_string(owner_->HighestTaskID() + 1));
-    project_->addItem(kChoose);
     for (const Vproject* project : workspace.ProjectList()) {
         if (!project->Parent() && project != owner_) {
             project_->addItem(Q(project->ProjectName()));
         }
     }
+    project_->addItem(kChoose);
+    project_->setCurrentIndex(project_->count() - 1);
 }
 
 bool SubprojectEntryForm::Finish() {
     Workspace& workspace = desktop_.workspace;
     Vproject& owner = *owner_;
-    const auto id = ReadTaskId(*taskId_, owner, object_.Get());
-    if (!id) return false;
     Vproject* subproject = workspace.ProjectList().Find(S(project_->currentText()));
     if (!subproject) {
         return Complain(*project_, "Please select a parent project, or click [Cancel].",
                         "No Project Selected");
     }
+    const auto id = ReadTaskId(*taskId_, owner, object_.Get());
+    if (!id) return false;
     if (owner.DescendsFrom(subproject)) {
         return Complain(
             *project_,

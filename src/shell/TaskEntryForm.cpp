@@ -27,15 +27,19 @@ bool IsSpecificDate(const Vdependency& dependency) {
            dependency.Offset() == 0;
 }
 constexpr int kStart = 0, kFinish = 100;  // percent
-constexpr int kDateCharacters = 26;       // of a date with its time
+constexpr int kDateCharacters = 24;       // of a date with its time
 
 }  // namespace
+
+void TaskEntryForm::SetDefaultEfficiency(Desktop& desktop, Vtask& task) {
+    const auto efficiency = ParseNumber(desktop.settings.ReadSettings("EfficiencyText"));
+    if (efficiency && ValidEfficiency(*efficiency)) task.SetEfficiency(*efficiency);
+}
 
 void TaskEntryForm::StartAdd(Desktop& desktop) {
     if (!desktop.workspace.ThisProjectSet()) return;
     auto* task = desktop.workspace.NewVObject<Vtask>();
-    const auto efficiency = ParseNumber(desktop.settings.ReadSettings("EfficiencyText"));
-    if (efficiency && ValidEfficiency(*efficiency)) task->SetEfficiency(*efficiency);
+    SetDefaultEfficiency(desktop, *task);
     auto* form = new TaskEntryForm(desktop, task, true);
     const std::int64_t next = std::int64_t{desktop.workspace.ThisProject()->HighestTaskID()} + 1;
     form->taskId_->SetValue(std::to_string(next));
@@ -70,12 +74,13 @@ TaskEntryForm::TaskEntryForm(Desktop& desktop, Vtask* object, bool adding)
     estimates_ = new EstimateGrid(FormatShortDate(desktop.workspace.ThisProject()->Journal()), manyRows);
     pages_ = new QStackedWidget;
     pages_->addWidget(estimates_);
-    pages_->addWidget(BuildDatePage());
-    auto* note = new QLabel("The dates of the task follow from its dependencies.");
-    note->setWordWrap(true);
-    note->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    note->setMargin(fontMetrics().height() / 2);
-    pages_->addWidget(note);
+    note_ = new QLabel("The dates of the task follow from its dependencies.");
+    note_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    note_->setMargin(fontMetrics().height() / 2);
+    auto* notePage = new QWidget;
+    (new QVBoxLayout(notePage))->addWidget(note_);
+    pages_->addWidget(notePage);
+    Body().addWidget(BuildDates());
     Body().addWidget(pages_);
     Body().addStretch();
 
@@ -106,12 +111,12 @@ QWidget* TaskEntryForm::BuildDurationFrame() {
     return frame;
 }
 
-QWidget* TaskEntryForm::BuildDatePage() {
-    auto* page = new QWidget;
-    startDate_ = new DateField("StartDateText");
-    finishDate_ = new DateField("FinishDateText");
-    startLabel_ = new QLabel("Specific sta&rt date:");
-    finishLabel_ = new QLabel("Specific &finish date:");
+QWidget* TaskEntryForm::BuildDates() {
+    auto* dates = new QWidget;
+    startDate_ = new DateField("StartDateText", "Specific start date");
+    finishDate_ = new DateField("FinishDateText", "Specific finish date");
+    startLabel_ = new QLabel("Specific sta&rt date");
+    finishLabel_ = new QLabel("Specific &finish date");
     startLabel_->setObjectName("SpecificStartLabel");
     finishLabel_->setObjectName("SpecificFinishLabel");
     startLabel_->setBuddy(&startDate_->Text());
@@ -121,10 +126,19 @@ QWidget* TaskEntryForm::BuildDatePage() {
         field->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
         field->Text().setMinimumWidth(fontMetrics().averageCharWidth() * kDateCharacters);
     }
-    auto* rows = new QFormLayout(page);
-    rows->addRow(startLabel_, startDate_);
-    rows->addRow(finishLabel_, finishDate_);
-    return page;
+    for (QLabel* label : {startLabel_, finishLabel_}) {
+        QSizePolicy policy = label->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        label->setSizePolicy(policy);
+    }
+    auto* row = new QHBoxLayout(dates);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(startLabel_);
+    row->addWidget(startDate_);
+    row->addStretch();
+    row->addWidget(finishLabel_);
+    row->addWidget(finishDate_);
+    return dates;
 }
 
 /// A double click into the start date means today.
@@ -162,13 +176,13 @@ void TaskEntryForm::LoadDates() {
 void TaskEntryForm::UpdateEnabled() {
     const bool dates = specificDates_->isChecked();
     estimates_->SetControl(effortDriven_->isChecked(), HasEstimates());
-    pages_->setCurrentIndex(HasEstimates() ? 0 : dates ? 1 : 2);
+    pages_->setCurrentIndex(HasEstimates() ? 0 : 1);
+    note_->setVisible(toFinish_->isChecked());
     startLabel_->setVisible(dates);
     finishLabel_->setVisible(dates);
     for (DateField* field : {startDate_, finishDate_}) {
         EnableTextBox(field->Text(), dates);
         field->Button().setEnabled(dates);
-        field->setVisible(dates);
     }
 }
 

@@ -16,6 +16,8 @@ class TaskEntryForm : public EntryForm {
     static void StartAdd(Desktop& desktop);
     /// The object is that of the selected node.
     static void StartModify(Desktop& desktop);
+    /// What a task that the program makes is to start with.
+    static void SetDefaultEfficiency(Desktop& desktop, Vtask& task);
 
     void NewDragNode() override { Unload(); }
     void NewJournal() override { Unload(); }
@@ -36,7 +38,7 @@ class TaskEntryForm : public EntryForm {
     TaskEntryForm(Desktop& desktop, Vtask* object, bool adding);
 
     QWidget* BuildDurationFrame();
-    QWidget* BuildDatePage();
+    QWidget* BuildDates();
     void LoadData();
     void LoadDates();
     std::optional<Entries> VerifyData();
@@ -55,7 +57,8 @@ class TaskEntryForm : public EntryForm {
     TextField *taskId_, *description_, *efficiency_;
     CurrencyField* materialCost_;
     QRadioButton *effortDriven_, *calendarTime_, *specificDates_, *toFinish_;
-    QStackedWidget* pages_;  // estimates, dates, neither
+    QStackedWidget* pages_;  // estimates or a note
+    QLabel* note_;
     EstimateGrid* estimates_;
     QLabel *startLabel_, *finishLabel_;
     DateField *startDate_, *finishDate_;

@@ -31,6 +31,7 @@ TemplateEntryForm::TemplateEntryForm(Desktop& desktop, Vtemplate* object, bool a
     AddRow("&Description", description_);
     AddRow("&View password", viewPassword_);
     AddRow("&Modify password", modifyPassword_);
+    AddRow({}, NewRemark("Passwords are stored with the template and protect nothing."));
     LoadData();
 }
 
@@ -47,7 +48,7 @@ bool TemplateEntryForm::SaveData() {
     }
     const Vtemplate* other = desktop_.workspace.TemplateList().Find(name_->Value());
     if (other && other != object_.Get()) {
-        return Complain(*name_, "There is already a template with the name " + name_->Value() + ".",
+        return Complain(*name_, "There is already a template with the name \"" + name_->Value() + "\"",
                         "Template Name In Use");
     }
     object_->SetTemplateName(name_->Value());

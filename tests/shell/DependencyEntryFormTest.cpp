@@ -194,6 +194,30 @@ TEST_F(DependencyEntryFormTest, QuickTypesAndScrollBarsFollowOneAnother) {
     EXPECT_EQ(Quick(), "PP");
 }
 
+TEST_F(DependencyEntryFormTest, TheKeyOfAnOptionLeadsToItsBox) {
+    Add();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&shell.Dialog()));
+    const struct {
+        Qt::Key key;
+        const char *typed, *box, *value;
+    } steps[] = {{Qt::Key_T, "2", "TaskRequiredCombo", "2"},
+                 {Qt::Key_D, "9/5/2001", "DateText", "9/5/2001"},
+                 {Qt::Key_A, "3 days", "OffsetText", "3 days"}};
+    for (const auto& step : steps) {
+        QTest::keyClick(&shell.Dialog(), step.key, Qt::AltModifier);
+        EXPECT_EQ(shell.Focus(), step.box);
+        QTest::keyClicks(shell.Dialog().focusWidget(), step.typed);
+        auto& box = shell.Find<QWidget>(step.box);
+        const auto* combo = qobject_cast<QComboBox*>(&box);
+        EXPECT_EQ(combo ? S(combo->currentText()) : Value(step.box), step.value);
+    }
+    EXPECT_EQ(Sentence(), "2: Pour cannot start until 3 days after prerequisite date 9/5/2001.");
+    // The arrows go on along the options.
+    shell.Find<QWidget>("OffsetOption(2)").setFocus();
+    shell.Press(Qt::Key_Left);
+    EXPECT_EQ(shell.Focus(), "OffsetOption(1)");
+}
+
 TEST_F(DependencyEntryFormTest, OffsetsAndTheirOptions) {
     Add();
     shell.Click("OffsetOption(1)");
@@ -237,8 +261,8 @@ TEST_F(DependencyEntryFormTest, RefusesWhatCannotBeStored) {
         {"DateOption", "DateText", "", "Invalid Date", "Invalid date"},
         {"DateOption", "DateText", "13/1/2001", "Invalid Date", "Invalid date"},
         {"TaskOption", "TaskRequiredCombo", "", "Invalid Task", fromList},
-        {"TaskOption", "TaskRequiredCombo", "1", "Invalid Task", fromList},
-        {"TaskOption", "TaskRequiredCombo", "1: Dog", "Invalid Task", fromList},
+        {"TaskOption", "TaskRequiredCombo", "Dig", "Invalid Task", fromList},
+        {"TaskOption", "TaskRequiredCombo", "77: Dig", "Invalid Task", fromList},
         {"TaskOption", "TaskRequiredCombo", "2: Pour", "Invalid Task", "A task cannot depend on itself."},
         {"OffsetOption(1)", "OffsetText", "", "Invalid Duration", duration},
         {"OffsetOption(2)", "OffsetText", "days", "Invalid Duration", duration},
@@ -261,7 +285,7 @@ TEST_F(DependencyEntryFormTest, RefusesWhatCannotBeStored) {
     back->SetTask(dig);
     back->SetTaskRequired(pour);
     Modify(dependency);
-    shell.Type("TaskRequiredCombo", "1: Dig");
+    shell.Type("TaskRequiredCombo", "1: Dog");  // the number counts
     Ok();
     EXPECT_EQ(dependency->TaskRequired(), dig);
     EXPECT_EQ(shell.main.TheTrees().DragNode()->Text, "1: Dig");
@@ -293,9 +317,12 @@ TEST_F(DependencyEntryFormTest, OkChangesNothingThatWasNotTyped) {
     pour->SetOptimistic(100);
     pour->SetMostLikely(100);
     pour->SetPessimistic(100);
+    dig->SetInclude(false);  // in this journal
     workspace.BroadcastNewThisProject();
     Modify(dependency);
     Ok();
+    EXPECT_FALSE(Open());
+    EXPECT_EQ(dependency->TaskRequired(), dig);
     EXPECT_EQ(dependency->Offset(), -1.0 / 7);
     Select(pour);
     TaskEntryForm::StartModify(shell.desktop);
@@ -304,6 +331,16 @@ TEST_F(DependencyEntryFormTest, OkChangesNothingThatWasNotTyped) {
     EXPECT_EQ(pour->MaterialCost(), Money::FromUnits(12345));
     EXPECT_EQ(pour->Efficiency(), 1.0 / 3);
     EXPECT_EQ(pour->MostLikely(), 100);
+}
+
+TEST_F(DependencyEntryFormTest, OnAScreenThatIsTooSmallOkStaysInReach) {
+    const QFont usual = QApplication::font();
+    QApplication::setFont(QFont(usual.family(), usual.pointSize() * 3));
+    Add();
+    const QRect screen = shell.Dialog().screen()->availableGeometry();
+    const QWidget& ok = shell.Find<QWidget>("OkCommand");
+    EXPECT_TRUE(screen.contains(QRect(ok.mapToGlobal(QPoint()), ok.size())));
+    QApplication::setFont(usual);
 }
 
 }  // namespace

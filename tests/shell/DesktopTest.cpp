@@ -123,12 +123,14 @@ TEST_F(BoxTest, EnterAndEscAnswerEveryBox) {
                  {BoxButtons::AbortRetryIgnore, BoxAnswer::Abort, BoxAnswer::Abort}};
     for (const auto& one : cases) {
         const auto ask = [&] {
-            return platform.MessageBox("<b>text", "title", BoxIcon::Warning, one.buttons);
+            return platform.MessageBoxWithDetail("<b>text", "<i>more", "title", BoxIcon::Warning,
+                                                 one.buttons);
         };
         EXPECT_EQ(Answer(ask,
                          [](QWidget& box) {
                              EXPECT_EQ(box.windowTitle(), "title");
                              EXPECT_EQ(dynamic_cast<QMessageBox&>(box).text(), "<b>text");
+                             EXPECT_EQ(dynamic_cast<QMessageBox&>(box).informativeText(), "<i>more");
                              Press(box, Qt::Key_Return);
                          }),
                   one.enter);
@@ -182,6 +184,20 @@ TEST_F(BoxTest, AFileNameTakesTheTypeThatIsChosen) {
     EXPECT_EQ(Answer(ask, [&](QWidget& box) { type(box, 0); }), name + ".vtb");
     EXPECT_EQ(Answer(ask, [&](QWidget& box) { type(box, 1); }), name + ".vta");
     EXPECT_EQ(Answer(ask, [](QWidget& box) { Press(box, Qt::Key_Escape); }), "");
+    // Whatever the plan was, bundles come first; another type changes the name that is offered.
+    Answer([] { return ShowSave(S(QDir::tempPath()), "plan.vta"); },
+           [](QWidget& box) {
+               auto& dialog = dynamic_cast<QFileDialog&>(box);
+               auto* types = box.findChild<QComboBox*>("fileTypeCombo");
+               const auto* line = box.findChild<QLineEdit*>("fileNameEdit");
+               EXPECT_EQ(S(dialog.defaultSuffix() + types->currentText() + line->text()),
+                         "vtbVORTAN Bundle (*.vtb)plan.vta");
+               for (const char* offered : {"plan.vta", "plan.mpp"}) {
+                   QTest::keyClick(types, Qt::Key_Down);
+                   EXPECT_EQ(S(line->text()), offered);
+               }
+               Press(box, Qt::Key_Escape);
+           });
 }
 
 }  // namespace

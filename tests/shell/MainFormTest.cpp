@@ -297,6 +297,12 @@ TEST_F(MainFormTest, PreferencesAreTheSettings) {
     EXPECT_EQ(settings.ReadSettings("ShowMarkersCheck"), "-");
     EXPECT_EQ(settings.ReadSettings("EfficiencyText"), "0.7");
     EXPECT_EQ(workspace.BackupMinutes, 10);
+
+    settings.WriteSettings("AutomaticBackupCombo", "15");  // not listed
+    shell.Choose("SetupPreferencesMenu");
+    EXPECT_EQ(S(Box("AutomaticBackupCombo").currentText()), "15");
+    shell.Click("OkCommand");
+    EXPECT_EQ(workspace.BackupMinutes, 15);
 }
 
 }  // namespace

@@ -16,7 +16,6 @@ class OverageFormTest : public ::testing::Test {
         shell.Solve();
         shell.Click("SolvePanel");
     }
-    std::string Value(const char* box) { return S(shell.Find<QLineEdit>(box).text()); }
     std::string OpenForm() { return S(shell.Dialog().objectName()); }
 
     Shell shell;
@@ -34,7 +33,7 @@ TEST_F(OverageFormTest, ShowsTheShortage) {
                  {"BeginningText", "5/12/2027"},
                  {"RequestedHoursText", "6"},
                  {"AssignedHoursText", "0"}};
-    for (const auto& one : boxes) EXPECT_EQ(Value(one.box), one.value) << one.box;
+    for (const auto& one : boxes) EXPECT_EQ(shell.Value(one.box), one.value) << one.box;
     const Vwindow& table =
         static_cast<TableView*>(shell.Find<QWidget>("Vwindow").parentWidget())->TheVwindow();
     ASSERT_EQ(table.Rows(), 3);
@@ -49,7 +48,7 @@ TEST_F(OverageFormTest, LeadsToTheAssignment) {
     shell.Click("OkCommand");
     ASSERT_EQ(OpenForm(), "AssignmentEntryForm");
     EXPECT_EQ(shell.main.TheTrees().DragNode()->Image(), 'a');
-    EXPECT_EQ(Value("HoursText"), "6");
+    EXPECT_EQ(shell.Value("HoursText"), "6");
     shell.Find<QComboBox>("ResourceIdCombo").setCurrentText("1: Olga Petrova");
     shell.Click("OkCommand");
     shell.Solve();

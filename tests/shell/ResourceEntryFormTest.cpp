@@ -50,32 +50,40 @@ TEST_F(ResourceEntryFormTest, WhatDoesNotFitIsRefused) {
         {"ResourceIdText", "1.5", "Invalid Number", "Resource ID"},
         {"ResourceIdText", "1000000000", "Invalid Number", "Resource ID"},
         {"ResourceIdText", "8", "Resource ID In Use", "The Resource ID 8 is already in use."},
-        {"DepartmentCombo", "  ", "Missing Department", "The department must be filled in."},
+        {"DepartmentCombo", "", "Missing Department", "The department must be filled in."},
         {"BurdenedRateText", "", "Invalid Amount", "burdened rate"},
         {"OvertimeRateText", "much", "Invalid Amount", "overtime rate"},
         {"OffDayRateText", "1e99", "Invalid Amount", "off day rate"},
         {"HolidayRateText", "$", "Invalid Amount", "holiday rate"}};
     shell.Type("DescriptionText", "Other");
     for (const auto& one : refused) ExpectRefused(one);
+    shell.Type("ResourceIdText", "");
+    ExpectRefused({"DepartmentCombo", "", "Missing Department", ""});  // comes first
     shell.Press(Qt::Key_Escape);
     EXPECT_EQ(miller->Description(), "Miller");
     EXPECT_FALSE(plant->Dirty());
 
+    // A template without a shift, and a department that is blank, are no obstacle.
     UseTemplate(workspace.FindOrCreateTemplate("Bare"));
     Add<ResourceEntryForm>();
-    shell.platform.ExpectBox("Missing Shift", BoxAnswer::Ok);
+    shell.Type("DepartmentCombo", "  ");
     shell.Press(Qt::Key_Return);
-    EXPECT_EQ(shell.Focus(), "ShiftCombo");
-    EXPECT_TRUE(workspace.ThisTemplate()->ResourceList().empty());
+    ASSERT_EQ(workspace.ThisTemplate()->ResourceList().size(), 1U);
+    EXPECT_EQ(workspace.ThisTemplate()->ResourceList()[0]->Department(), "None");
+    EXPECT_EQ(workspace.ThisTemplate()->ResourceList()[0]->Shift(), nullptr);
 }
 
 TEST_F(ResourceEntryFormTest, TheNodeFollowsTheResource) {
     miller->SetBurdenedRate(Money::FromUnits(333333));
+    Vshift* deleted = miller->Shift();
+    deleted->Delete();
+    plant->FindOrCreateShift("Night");
     Modify<ResourceEntryForm>(miller);
     EXPECT_EQ(Value("BurdenedRateText"), "$33.33");
     shell.Type("DescriptionText", "Smith");
     shell.Press(Qt::Key_Return);
     EXPECT_EQ(miller->BurdenedRate(), Money::FromUnits(333333)) << "what was not touched stays exact";
+    EXPECT_EQ(miller->Shift(), deleted);
     ASSERT_TRUE(shell.main.TheTrees().DragNode());
     EXPECT_EQ(shell.main.TheTrees().DragNode()->Text, "7: Smith");
 

@@ -63,6 +63,18 @@ class Shell {
     }
     std::string Focus() { return S(Dialog().focusWidget()->objectName()); }
     void Press(Qt::Key key) { QTest::keyClick(Dialog().focusWidget(), key); }
+    std::string Value(const std::string& box) { return S(Find<QLineEdit>(box).text()); }
+    /// Ok is refused with a box, and the focus goes to where the fault is, with all of its text selected.
+    void ExpectRefused(const char* title, const char* text, const char* field) {
+        platform.ExpectBox(title, BoxAnswer::Ok, text);
+        Click("OkCommand");
+        EXPECT_TRUE(platform.AllBoxesCame()) << title;
+        EXPECT_EQ(Focus(), field);
+        QWidget* focus = Dialog().focusWidget();
+        auto* combo = qobject_cast<QComboBox*>(focus);
+        auto* line = combo ? combo->lineEdit() : qobject_cast<QLineEdit*>(focus);
+        EXPECT_TRUE(!line || line->selectedText() == line->text()) << field;
+    }
     /// Choosing from a menu.
     void Choose(const char* action) { main.Action(action).trigger(); }
     void Solve() {

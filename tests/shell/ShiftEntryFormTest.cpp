@@ -137,7 +137,8 @@ TEST_F(ShiftEntryFormTest, ANewShiftIsSavedWhenAllFieldsFit) {
     for (const char* blank : {"", "  "}) {
         ExpectRefused({"ShiftNameText", blank, "Missing Name", "Name cannot be blank"});
     }
-    ExpectRefused({"ShiftNameText", " Standard ", "Shift Name In Use", "Standard"});
+    ExpectRefused({"ShiftNameText", " Standard ", "Shift Name In Use",
+                   "The Shift name \"Standard\" is already in use."});
     shell.Type("ShiftNameText", " Night ");
     ExpectRefused({"BurdenedMultiplierText", "", "Invalid Number", "burdened multiplier"});
     ExpectRefused({"OvertimeMultiplierText", "1,5", "Invalid Number", "overtime multiplier"});

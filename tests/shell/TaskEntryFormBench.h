@@ -33,19 +33,15 @@ class TaskFormTest : public ::testing::Test {
         Trees& trees = shell.main.TheTrees();
         trees.SetDragNode(&trees.FindNodeFromObject(object));
     }
-    std::string Value(const char* field) { return S(shell.Find<QLineEdit>(field).text()); }
+    std::string Value(const char* field) { return shell.Value(field); }
     bool Checked(const char* option) { return shell.Find<QAbstractButton>(option).isChecked(); }
     bool Visible(const char* control) { return shell.Find<QWidget>(control).isVisible(); }
     bool Open() { return shell.IsOpen("TaskEntryForm") || shell.IsOpen("DependencyEntryForm"); }
     void Ok() { shell.Press(Qt::Key_Return); }
     void Cancel() { shell.Press(Qt::Key_Escape); }
-    /// Ok is refused with a box, and the focus goes to where the fault is.
     void ExpectRefused(const char* title, const char* text, const char* field) {
-        shell.platform.ExpectBox(title, BoxAnswer::Ok, text);
-        shell.Click("OkCommand");
-        EXPECT_TRUE(shell.platform.AllBoxesCame());
+        shell.ExpectRefused(title, text, field);
         ASSERT_TRUE(Open());
-        EXPECT_EQ(shell.Focus(), field);
         EXPECT_FALSE(project->Dirty());
     }
 
