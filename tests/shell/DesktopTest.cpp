@@ -187,15 +187,11 @@ TEST_F(BoxTest, AFileNameTakesTheTypeThatIsChosen) {
     // Whatever the plan was, bundles come first; another type changes the name that is offered.
     Answer([] { return ShowSave(S(QDir::tempPath()), "plan.vta"); },
            [](QWidget& box) {
-               auto& dialog = dynamic_cast<QFileDialog&>(box);
                auto* types = box.findChild<QComboBox*>("fileTypeCombo");
-               const auto* line = box.findChild<QLineEdit*>("fileNameEdit");
-               EXPECT_EQ(S(dialog.defaultSuffix() + types->currentText() + line->text()),
-                         "vtbVORTAN Bundle (*.vtb)plan.vta");
-               for (const char* offered : {"plan.vta", "plan.mpp"}) {
-                   QTest::keyClick(types, Qt::Key_Down);
-                   EXPECT_EQ(S(line->text()), offered);
-               }
+               EXPECT_EQ(S(types->currentText()), "VORTAN Bundle (*.vtb)");
+               EXPECT_EQ(S(dynamic_cast<QFileDialog&>(box).defaultSuffix()), "vtb");
+               for (int i = 0; i < 2; ++i) QTest::keyClick(types, Qt::Key_Down);
+               EXPECT_EQ(S(box.findChild<QLineEdit*>("fileNameEdit")->text()), "plan.mpp");
                Press(box, Qt::Key_Escape);
            });
 }

@@ -113,56 +113,43 @@ TEST(TreesPopup, DeletingSaysWhatRefersToTheObject) {
         EXPECT_NE(text.find(one.told), std::string::npos) << text;
         EXPECT_EQ(bench.trees.DragNode(), nullptr);
         EXPECT_EQ(bench.Marked(), "");
-        if (word == "project") {
-            EXPECT_EQ(bench.workspace.ThisProject(), bench.beta) << "its family stays";
-            EXPECT_EQ(bench.beta->Parent(), nullptr);
-            EXPECT_TRUE(bench.beta->Dirty());
-            EXPECT_EQ(bench.SeenProject(), "Beta\n 1: Wire\n");
-        } else if (word == "template") {
-            EXPECT_EQ(bench.workspace.ThisTemplate(), nullptr);
-            EXPECT_EQ(bench.SeenTemplate(), "");
-        } else {
-            EXPECT_TRUE(inProject ? bench.alpha->Dirty() : bench.crew->Dirty());
-        }
+        const bool owned = word != "project" && word != "template";
+        EXPECT_EQ(owned && inProject, bench.alpha->Dirty()) << word;
+        EXPECT_EQ(owned && !inProject, bench.crew->Dirty()) << word;
     }
 }
 
 TEST(TreesPopup, WhatIsDeletedIsGoneFromTheTextsAndTheModel) {
     TreeBench bench;
-    Node& dependency = bench.NodeOf(bench.needsDig);
+    const Node& dependency = bench.NodeOf(bench.needsDig);
     Vshift* standard = bench.crew->ShiftList()[0];
-    for (const NodeObject& object : {NodeObject(bench.dig), NodeObject(standard), NodeObject(bench.cid),
-                                     NodeObject(bench.link), NodeObject(bench.crew)}) {
+    const auto remove = [&](const NodeObject& object, const char* word, const char* unsaved = nullptr) {
         bench.trees.SetDragNode(&bench.NodeOf(object));
-        if (object.index() == 5) {
-            const char *title = "Save All Changes To Disk",
-                       *text = "Changes have been made to template Crew.  These";
-            bench.platform.ExpectBox(title, BoxAnswer::Cancel, text);
+        if (unsaved) {
+            bench.platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Cancel, unsaved);
             bench.trees.Commands().Delete();
-            bench.platform.ExpectBox(title, BoxAnswer::No, text);
+            bench.platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No, unsaved);
         }
-        bench.platform.ExpectBox(
-            std::string("Confirm Delete ") +
-                (object.index() == 2   ? (std::get<Vtask*>(object) == bench.link ? "subproject" : "task")
-                 : object.index() == 5 ? "template"
-                 : object.index() == 6 ? "shift"
-                                       : "resource"),
-            BoxAnswer::Yes);
-        if (object.index() == 2 && std::get<Vtask*>(object) == bench.link) {
-            EXPECT_EQ(dependency.Text, "<deleted>");
-            EXPECT_EQ(bench.ann->Shift(), standard) << "as it was";
-            EXPECT_EQ(bench.SeenTemplate(), "Crew\n Night\n yard\n  1: Ann\n  2: Bob\n")
-                << "no empty department";
-        }
+        bench.platform.ExpectBox(std::string("Confirm Delete ") + word, BoxAnswer::Yes);
         bench.trees.Commands().Delete();
-    }
+    };
+    remove(bench.dig, "task");
+    remove(standard, "shift");
+    remove(bench.cid, "resource");
+    EXPECT_EQ(dependency.Text, "<deleted>");
+    EXPECT_EQ(bench.ann->Shift(), standard) << "as it was";
+    EXPECT_EQ(bench.SeenTemplate(), "Crew\n Night\n yard\n  1: Ann\n  2: Bob\n") << "no empty department";
+    remove(bench.link, "subproject");
     EXPECT_EQ(bench.beta->Parent(), nullptr);
+    TreeBench::Task(bench.alpha, 4, "")->SetSubproject(bench.beta);
+    bench.beta->SetDirty(false);
+    remove(bench.crew, "template", "Changes have been made to template Crew.  These");
+    EXPECT_EQ(bench.SeenTemplate(), "");
     EXPECT_EQ(bench.SeenProject(), "Alpha\n 2: Build\n  <deleted>\n  <none> @8 MoTuWeThFr\n 10\n");
-    bench.trees.SetDragNode(&bench.NodeOf(bench.alpha));
-    bench.platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No, "made to project Alpha.  These");
-    bench.platform.ExpectBox("Confirm Delete project", BoxAnswer::Yes);
-    bench.trees.Commands().Delete();
-    EXPECT_EQ(bench.SeenProject(), "Beta\n 1: Wire\n");
+    remove(bench.alpha, "project", "Changes have been made to project Alpha.  These");
+    EXPECT_EQ(bench.SeenProject(), "Beta\n 1: Wire\n") << "its family stays";
+    EXPECT_EQ(bench.beta->Parent(), nullptr);
+    EXPECT_TRUE(bench.beta->Dirty());
 }
 
 TEST(TreesPopup, ADepartmentIsANameOfItsResources) {
