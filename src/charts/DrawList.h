@@ -10,6 +10,9 @@ namespace vortan {
 using Color = std::uint32_t;
 constexpr Color kBlack = 0, kRed = 255, kGreen = 65280, kYellow = 65535, kBlue = 0xFF0000, kWhite = 0xFFFFFF;
 
+/// An index of a letter, against the letter.
+constexpr double kSmallText = 0.7;
+
 /// One drawn thing, in twips on the whole unscrolled surface. A later one lies over an earlier one.
 struct DrawItem {
     enum class Kind : std::uint8_t { Line, Rect, Milestone, Triangle, Text };
@@ -21,7 +24,8 @@ struct DrawItem {
     int x1 = 0, y1 = 0, x2 = 0, y2 = 0;
     Color border = kBlack;  ///< of a line or text: its colour
     Color fill = kWhite;
-    std::string text;  ///< lines are separated by "\r\n"
+    bool small = false;  ///< Text: of letters kSmallText as large as the others
+    std::string text;    ///< lines are separated by "\r\n"
 };
 
 /// A picture: items in drawing order, with an index by bands of height, so that a screenful out of many

@@ -69,8 +69,8 @@ void GanttForm::RedoLayout() {
     standsFor_.clear();
     projectRows_.clear();
     if (const Vproject* project = workspace_.ThisProject()) {
-        std::unordered_set<const Vproject*> seen;
-        BuildTaskList(*project, seen);
+        std::unordered_set<const Vproject*> within;
+        BuildTaskList(*project, within);
     }
     if (options_.sortByDate && options_.subprojects == "T") SortTaskList(taskCol_);
     for (const Vtask* task : taskCol_) {
@@ -79,9 +79,9 @@ void GanttForm::RedoLayout() {
     vwindow_.EndLayout(2, options_.taskLeader ? 8 : 5);
 }
 
-void GanttForm::BuildTaskList(const Vproject& project, std::unordered_set<const Vproject*>& seen) {
-    // A project that several tasks stand for, or that holds itself, is listed once.
-    if (!seen.insert(&project).second) return;
+/// A project that several tasks stand for is listed behind each of them; one that holds itself ends there.
+void GanttForm::BuildTaskList(const Vproject& project, std::unordered_set<const Vproject*>& within) {
+    if (!within.insert(&project).second) return;
     Tasks tasks;
     for (const Vtask* task : project.TaskList()) {
         if (task->Include()) tasks.push_back(task);
@@ -92,8 +92,9 @@ void GanttForm::BuildTaskList(const Vproject& project, std::unordered_set<const 
         const Vproject* subproject = task->Subproject();
         if (!subproject) continue;
         if (subproject->Parent() == &project) standsFor_.emplace(subproject, task);
-        BuildTaskList(*subproject, seen);
+        BuildTaskList(*subproject, within);
     }
+    within.erase(&project);
 }
 
 void GanttForm::SortTaskList(Tasks& tasks) const {

@@ -67,7 +67,8 @@ class GanttForm : public ChartForm {
     void ReadOptions();
 
     // Rows
-    void BuildTaskList(const Vproject& project, std::unordered_set<const Vproject*>& seen);
+    /// Below `within`, the projects that hold this one.
+    void BuildTaskList(const Vproject& project, std::unordered_set<const Vproject*>& within);
     void SortTaskList(Tasks& tasks) const;
     void BuildTaskRow(const Vtask& task);
     std::string TaskCell(const Vtask& task) const;
@@ -84,11 +85,11 @@ class GanttForm : public ChartForm {
     Bar CurrentBar(const Vtask& task, int row) const;
     bool DrawsAsRect(const Bar& bar) const { return !options_.milestones && bar.x1 < bar.x2; }
     bool Covers(const Bar& bar, int x, int y) const;
-    void DrawTaskBar(const Vtask& task);
+    void DrawTaskBar(const Vtask& task, int row);
     void DrawCurrentBar(const Vtask& task, int row, Color border);
     void DrawSymbol(double middle, const Bar& bar, Color border, Color fill);
     void DrawLink(const Bar& bar);
-    void DrawMarker(const Vtask& task, std::int32_t planIndex);
+    void DrawMarker(const Vtask& task, int row, std::int32_t planIndex);
     void DrawDependency(const Vdependency& dependency);
     void DrawArrowBetweenRows(int row1, DateTime date1, int row2, DateTime date2);
     void DrawDateDependency(int row1, DateTime date1, int row2, DateTime date2);
@@ -105,7 +106,7 @@ class GanttForm : public ChartForm {
     DateTime startDate_, endDate_;
     Options options_;
     Tasks taskCol_;                                                ///< in chart order, hidden ones too
-    std::unordered_map<const Vtask*, int> rowList_;                ///< only of tasks that have a row
+    std::unordered_map<const Vtask*, int> rowList_;                ///< the first row of tasks that have one
     std::vector<Link<const Vtask>> rowTasks_;                      ///< the task of row 1, 2 ...
     std::unordered_map<const Vproject*, const Vtask*> standsFor_;  ///< the task that a subproject is
     std::unordered_map<const Vproject*, int> projectRows_;         ///< what RowOfProject has found

@@ -42,7 +42,7 @@ void GanttForm::KeyMarker(double middle, double top, Color fill, const std::stri
     vwindow_.DrawTriangle(middle - side / 2, top, middle + side / 2, bottom, kRed, fill, 5);
     vwindow_.DrawText(x, bottom - 0.8 * vwindow_.TextHeight(), label);
     // "L" as the index of the label's "T": the latest time.
-    vwindow_.DrawText(x + vwindow_.TextWidth("T"), bottom - 0.4 * vwindow_.TextHeight(), "L");
+    vwindow_.DrawSmallText(x + vwindow_.TextWidth("T"), bottom - 0.4 * vwindow_.TextHeight(), "L");
 }
 
 }  // namespace vortan

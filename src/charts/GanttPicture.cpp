@@ -18,11 +18,13 @@ void GanttForm::RedoGraphics() {
         criticalRows_.assign(options_.criticalRed ? static_cast<std::size_t>(vwindow_.Rows()) : 0, false);
         // An arrow from the top of the chart can be red.
         if (!criticalRows_.empty()) criticalRows_[0] = true;
+        int row = 0;
         for (const Vtask* task : taskCol_) {
-            if (IncludeTask(*task)) DrawTaskBar(*task);
+            if (IncludeTask(*task)) DrawTaskBar(*task, ++row);
         }
+        row = 0;
         for (const Vtask* task : taskCol_) {
-            if (options_.markers && IncludeTask(*task)) DrawMarker(*task, project->PlanIndex());
+            if (options_.markers && IncludeTask(*task)) DrawMarker(*task, ++row, project->PlanIndex());
         }
         for (const Vtask* task : taskCol_) {
             if (options_.arrows == "C" && IncludeTask(*task)) {
@@ -60,8 +62,7 @@ bool GanttForm::Covers(const Bar& bar, int x, int y) const {
     return y >= bar.y1 && y <= bar.y2 && x >= bar.x1 - reach && x <= std::max(bar.x1, bar.x2) + reach;
 }
 
-void GanttForm::DrawTaskBar(const Vtask& task) {
-    const int row = FindRow(&task);
+void GanttForm::DrawTaskBar(const Vtask& task, int row) {
     Color border = kBlack;
     if (!criticalRows_.empty() && DaysBetween(task.EarlyFinish(), task.LateFinish()) == projectSlack_) {
         border = kRed;
@@ -105,12 +106,12 @@ void GanttForm::DrawLink(const Bar& bar) {
     if (bar.x1 + half < bar.x2 - half) vwindow_.DrawLine(bar.x1 + half, y, bar.x2 - half, y);
 }
 
-void GanttForm::DrawMarker(const Vtask& task, std::int32_t planIndex) {
+void GanttForm::DrawMarker(const Vtask& task, int row, std::int32_t planIndex) {
     // A task that the plan does not know has its latest finish in the present journal only.
     const bool inPlan = task.IncludeAt(planIndex);
     const DateTime finish = inPlan ? task.LateFinishAt(planIndex) : task.LateFinish();
     if (finish < startDate_ || finish > endDate_) return;
-    const int row = FindRow(&task), top = GetY(row, 0), bottom = GetY(row, 3);
+    const int top = GetY(row, 0), bottom = GetY(row, 3);
     const double x = vwindow_.DateToX(finish), half = (bottom - top) / 2.0;
     vwindow_.DrawTriangle(x - half, top, x + half, bottom, kRed, inPlan ? kRed : kWhite, 5);
 }

@@ -115,7 +115,9 @@ class Vwindow {
     void DrawMilestone(double x1, double y1, double x2, double y2, Color border, Color fill);
     void DrawTriangle(double x1, double y1, double x2, double y2, Color border, Color fill, int apex);
     void DrawText(double x, double y, const std::string& text, Color color = kBlack);
-    /// Down to the last data row. A moment outside the shown range has no line.
+    /// In small letters, as an index.
+    void DrawSmallText(double x, double y, const std::string& text, Color color = kBlack);
+    /// Through all rows, a footer too. A moment outside the shown range has no line.
     void DrawDateLine(DateTime when, Color color);
     void EndGraphics();
     bool IsComplete() const;
@@ -172,6 +174,7 @@ class Vwindow {
     int LineHeight(int lines) const;
     int WrapLimit() const;
     int DataBottom() const { return RowPos(Rows() - (hasFooter_ ? 1 : 0)); }
+    void AddText(double x, double y, const std::string& text, Color color, bool small);
     void Draw(DrawItem::Kind kind, double x1, double y1, double x2, double y2, Color border, Color fill,
               int hatch = 0, int apex = 0);
 

@@ -47,6 +47,15 @@ void Vwindow::DrawTriangle(double x1, double y1, double x2, double y2, Color bor
 }
 
 void Vwindow::DrawText(double x, double y, const std::string& text, Color color) {
+    AddText(x, y, text, color, false);
+}
+
+void Vwindow::DrawSmallText(double x, double y, const std::string& text, Color color) {
+    AddText(x, y, text, color, true);
+}
+
+void Vwindow::AddText(double x, double y, const std::string& text, Color color, bool small) {
+    const double scale = small ? kSmallText : 1;
     std::vector<std::string_view> lines;
     SplitLines(text, lines);
     int width = 0;
@@ -55,9 +64,10 @@ void Vwindow::DrawText(double x, double y, const std::string& text, Color color)
     item.kind = DrawItem::Kind::Text;
     item.x1 = RoundToInt32(x);
     item.y1 = RoundToInt32(y);
-    item.x2 = RoundToInt32(x + width);
-    item.y2 = RoundToInt32(y + static_cast<double>(lines.size()) * TextHeight());
+    item.x2 = RoundToInt32(x + scale * width);
+    item.y2 = RoundToInt32(y + scale * static_cast<double>(lines.size()) * TextHeight());
     item.border = color;
+    item.small = small;
     item.text = text;
     picture_.Add(std::move(item));
 }
@@ -67,7 +77,7 @@ void Vwindow::DrawDateLine(DateTime when, Color color) {
     GetShownDates(first, last);
     if (!(when >= first && when <= last)) return;
     const int x = DateToX(when);
-    DrawLine(x, 0, x, DataBottom(), color);
+    DrawLine(x, 0, x, RowPos(Rows()), color);
 }
 
 void Vwindow::EndGraphics() {

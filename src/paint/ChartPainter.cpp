@@ -331,12 +331,17 @@ void ChartPainter::PaintItem(QPainter& painter, const DrawItem& item, double pix
             return;
         }
         case DrawItem::Kind::Text: {
+            const double scale = item.small ? kSmallText : 1;
+            painter.save();
+            painter.translate(item.x1, item.y1);
+            painter.scale(scale, scale);
             painter.setPen(border);
-            int top = item.y1;
+            int base = metrics_.Ascent();
             for (const std::string_view text : SplitLines(item.text)) {
-                painter.drawText(item.x1, top + metrics_.Ascent(), Q(text));
-                top += surface_.TextHeight();
+                painter.drawText(0, base, Q(text));
+                base += surface_.TextHeight();
             }
+            painter.restore();
             return;
         }
     }

@@ -312,7 +312,7 @@ TEST(Vwindow, ANestedLayoutReplacesThePicture) {
     EXPECT_EQ(w.ThePeriod(), Period::Day) << "columns counted before stay good";
     ASSERT_EQ(w.Items().size(), 3U);
     EXPECT_EQ(w.Items()[1].x1, 3200 + 250);
-    EXPECT_EQ(w.Items()[1].y2, 900) << "down to the footer";
+    EXPECT_EQ(w.Items()[1].y2, 1400) << "through the footer";
     EXPECT_EQ(w.Items()[2].y2, 910 + 400);
     EXPECT_EQ(w.ContentWidth(), 3200 + 52 * 250);
     EXPECT_EQ(w.ContentHeight(), 1400);
