@@ -185,13 +185,9 @@ double GanttForm::Unit() const {
 }
 
 std::string GanttForm::TipAt(int x, int y) const {
-    // The last row that begins at or above the point.
-    int row = 0;
-    for (int end = static_cast<int>(rowTasks_.size()) + 1; end - row > 1;) {
-        const int middle = row + (end - row) / 2;
-        (vwindow_.RowPos(middle) <= y ? row : end) = middle;
-    }
-    const Vtask* task = row > 0 ? rowTasks_[static_cast<std::size_t>(row) - 1].Get() : nullptr;
+    const int row = vwindow_.RowAt(y);
+    if (row < 1 || row > static_cast<int>(rowTasks_.size())) return {};
+    const Vtask* task = rowTasks_[static_cast<std::size_t>(row) - 1].Get();
     if (!task || !task->Project()) return {};
     const Vproject& project = *task->Project();
     std::int32_t journal = 0;

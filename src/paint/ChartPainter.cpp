@@ -8,17 +8,15 @@
 #include <unordered_set>
 
 #include "charts/AdjustColors.h"
+#include "charts/TextLines.h"
+#include "charts/Twips.h"
+#include "paint/ScreenColor.h"
 #include "paint/Text.h"
 
 namespace vortan {
 namespace {
 
 constexpr Color kGridLine = 0xC8C8C8, kTimeLine = 0xE4E4E4, kHeading = 0xF2F0EC;
-
-QColor ToQt(Color color) {
-    return QColor(static_cast<int>(color & 0xFF), static_cast<int>(color >> 8 & 0xFF),
-                  static_cast<int>(color >> 16 & 0xFF));
-}
 
 constexpr int kHatchStep = 105;  // twips between two lines of a hatch
 
@@ -46,30 +44,16 @@ void AddHatch(QVector<QLineF>& lines, const QRectF& area, int hatch) {
         });
 }
 
-/// The first of `count` + 1 rising positions that lies beyond `at`, less one: the line that holds `at`.
-template <class Position>
-int LineAt(int at, int count, Position&& position) {
-    int low = 0, high = count;
-    while (low < high) {
-        const int middle = (low + high) / 2;
-        if (position(middle + 1) <= at) {
-            low = middle + 1;
-        } else {
-            high = middle;
-        }
-    }
-    return low;
+/// The row or column that was `found` at a position, or the nearest of `count`.
+int Nearest(int found, int position, int count) {
+    if (found >= 0) return found;
+    return position < 0 ? 0 : count - 1;
 }
 
-std::vector<std::string_view> SplitLines(std::string_view text) {
+std::vector<std::string_view> LinesOf(std::string_view text) {
     std::vector<std::string_view> lines;
-    std::size_t from = 0;
-    for (;;) {
-        const std::size_t end = text.find("\r\n", from);
-        lines.push_back(text.substr(from, end == std::string_view::npos ? end : end - from));
-        if (end == std::string_view::npos) return lines;
-        from = end + 2;
-    }
+    SplitLines(text, lines);
+    return lines;
 }
 
 }  // namespace
@@ -87,7 +71,7 @@ void ChartPainter::Paint(QPainter& painter, const QRect& part, double pixel) con
         const QRect box(QPoint(std::min(item.x1, item.x2), item.y1),
                         QPoint(std::max(item.x1, item.x2), item.y2));
         if (item.kind != DrawItem::Kind::Text &&
-            (box.left() > part.right() + 15 || box.right() < part.left() - 15))
+            (box.left() > part.right() + kTwipsPerPixel || box.right() < part.left() - kTwipsPerPixel))
             continue;
         if (blackAndWhite_) {
             PaintItem(painter, Adjusted(item), pixel);
@@ -103,7 +87,7 @@ void ChartPainter::PaintCut(QPainter& painter, const QRect& part, double pixel) 
     const int gridRight = surface_.ColPos(surface_.Cols());
     const int gridBottom = surface_.RowPos(surface_.Rows() - (surface_.HasFooter() ? 1 : 0));
     const int right = part.right() + 1, bottom = part.bottom() + 1;
-    painter.setPen(QPen(ToQt(kGridLine), pixel));
+    painter.setPen(QPen(ScreenColor(kGridLine), pixel));
     if (right < gridRight && part.top() < gridBottom)
         painter.drawLine(right, part.top(), right, std::min(bottom, gridBottom));
     if (bottom < gridBottom && part.left() < gridRight)
@@ -159,15 +143,16 @@ void ChartPainter::PaintGrid(QPainter& painter, const QRect& part, double pixel)
     const auto colPos = [this](int col) { return surface_.ColPos(col); };
     const int rows = surface_.Rows(), cols = surface_.Cols();
     if (cols == 0) return;
-    const int firstRow = LineAt(part.top(), rows - 1, rowPos),
-              lastRow = LineAt(part.bottom(), rows - 1, rowPos);
-    const int firstCol = LineAt(part.left(), cols - 1, colPos),
-              lastCol = LineAt(part.right(), cols - 1, colPos);
+    const auto rowAt = [&](int y) { return Nearest(surface_.RowAt(y), y, rows); };
+    const auto colAt = [&](int x) { return Nearest(surface_.ColAt(x), x, cols); };
+    const int firstRow = rowAt(part.top()), lastRow = rowAt(part.bottom());
+    const int firstCol = colAt(part.left()), lastCol = colAt(part.right());
     const int footer = surface_.HasFooter() ? rows - 1 : rows;
     const int left = surface_.ColPos(0), right = surface_.ColPos(cols);
 
-    if (firstRow == 0) painter.fillRect(QRect(QPoint(left, 0), QPoint(right, rowPos(1))), ToQt(kHeading));
-    const QPen gridPen(ToQt(kGridLine), pixel), timePen(ToQt(kTimeLine), pixel);
+    if (firstRow == 0)
+        painter.fillRect(QRect(QPoint(left, 0), QPoint(right, rowPos(1))), ScreenColor(kHeading));
+    const QPen gridPen(ScreenColor(kGridLine), pixel), timePen(ScreenColor(kTimeLine), pixel);
     for (int col = firstCol; col <= lastCol; ++col) {
         if (surface_.IsTimeColumn(col)) continue;
         for (int row = std::max(firstRow, 1); row <= std::min(lastRow, footer - 1); ++row) {
@@ -175,7 +160,7 @@ void ChartPainter::PaintGrid(QPainter& painter, const QRect& part, double pixel)
             if (color != kWhite) {
                 painter.fillRect(
                     QRect(QPoint(colPos(col), rowPos(row)), QPoint(colPos(col + 1), rowPos(row + 1))),
-                    ToQt(blackAndWhite_ ? AdjustedFill(color).fill : color));
+                    ScreenColor(blackAndWhite_ ? AdjustedFill(color).fill : color));
             }
         }
     }
@@ -209,14 +194,14 @@ void ChartPainter::PaintHeading(QPainter& painter, int firstCol, int lastCol, do
             const QRect lower(QPoint(room.left(), bottom / 2), room.bottomRight());
             painter.drawText(lower, Qt::AlignCenter | Qt::TextDontClip, Q(surface_.ColumnTitle(col)));
         } else {
-            PaintText(painter, room, SplitLines(surface_.ColumnTitle(col)), Qt::AlignCenter);
+            PaintText(painter, room, LinesOf(surface_.ColumnTitle(col)), Qt::AlignCenter);
         }
     }
     for (const auto& label : surface_.UpperLabels()) {
         if (label.lastCol <= firstCol || label.firstCol > lastCol) continue;
         const QRect room(QPoint(surface_.ColPos(label.firstCol), 0),
                          QPoint(surface_.ColPos(label.lastCol), bottom / 2));
-        painter.setPen(QPen(ToQt(kGridLine), pixel));
+        painter.setPen(QPen(ScreenColor(kGridLine), pixel));
         painter.drawLine(room.left(), 0, room.left(), bottom);
         painter.drawLine(room.left(), bottom / 2, room.right(), bottom / 2);
         painter.setPen(Qt::black);
@@ -280,7 +265,7 @@ void ChartPainter::PaintText(QPainter& painter, const QRect& room, const std::ve
 }
 
 void ChartPainter::PaintItem(QPainter& painter, const DrawItem& item, double pixel) const {
-    const QColor border = ToQt(item.border), fill = ToQt(item.fill);
+    const QColor border = ScreenColor(item.border), fill = ScreenColor(item.fill);
     QPen pen(border, pixel);
     pen.setJoinStyle(Qt::MiterJoin);
     const int middleX = (item.x1 + item.x2) / 2, middleY = (item.y1 + item.y2) / 2;
@@ -337,7 +322,7 @@ void ChartPainter::PaintItem(QPainter& painter, const DrawItem& item, double pix
             painter.scale(scale, scale);
             painter.setPen(border);
             int base = metrics_.Ascent();
-            for (const std::string_view text : SplitLines(item.text)) {
+            for (const std::string_view text : LinesOf(item.text)) {
                 painter.drawText(0, base, Q(text));
                 base += surface_.TextHeight();
             }

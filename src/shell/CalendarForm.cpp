@@ -6,7 +6,9 @@
 #include <QKeyEvent>
 #include <algorithm>
 
+#include "charts/TimeScale.h"
 #include "charts/ZoomTable.h"
+#include "paint/ScreenColor.h"
 #include "paint/Text.h"
 #include "shell/CommonDialogs.h"
 #include "shell/MainForm.h"
@@ -17,8 +19,6 @@ namespace {
 
 constexpr int kFirstYear = 100, kLastYear = 9999;
 constexpr int kColumns = 4;  // of months
-constexpr const char* kMonthNames[] = {"January", "February", "March",     "April",   "May",      "June",
-                                       "July",    "August",   "September", "October", "November", "December"};
 
 DateTime FirstOf(int year, int month) {
     return FromParts({year, month, 1});
@@ -116,7 +116,7 @@ QWidget* CalendarForm::NewMonths() {
     auto* table = new QGridLayout(panel);
     table->setHorizontalSpacing(fontMetrics().height());
     for (int i = 0; i < kMonths; ++i) {
-        auto* label = new QLabel(kMonthNames[i]);
+        auto* label = new QLabel(TimeScale::MonthName(i + 1));
         label->setObjectName(QString("MonthLabel(%1)").arg(i + 1));
         label->setAlignment(Qt::AlignCenter);
         auto* grid = new MonthGrid;

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "charts/Twips.h"
 #include "paint/Text.h"
 #include "shell/CommonDialogs.h"
 #include "shell/MainForm.h"
@@ -17,7 +18,6 @@ namespace {
 
 // Where the options stand when they must hide a part of the chart, in twips from its corner.
 constexpr int kOptionsLeft = 120, kOptionsTop = 2760;
-constexpr int kTwipsPerInch = 1440;
 
 /// A frame that the mouse moves about in front of what it hides.
 class OptionsBox : public QGroupBox {
@@ -35,8 +35,7 @@ class OptionsBox : public QGroupBox {
         } else if (chart.height() + gap <= room.height()) {
             PutAt({gap, chart.height() + gap});
         } else {
-            PutAt(
-                {kOptionsLeft * logicalDpiX() / kTwipsPerInch, kOptionsTop * logicalDpiY() / kTwipsPerInch});
+            PutAt((QPointF(kOptionsLeft, kOptionsTop) * logicalDpiX() / kTwipsPerInch).toPoint());
         }
         raise();
     }

@@ -7,6 +7,7 @@
 #include <QScreen>
 #include <algorithm>
 
+#include "charts/Twips.h"
 #include "paint/ChartPainter.h"
 #include "paint/Text.h"
 #include "shell/MainForm.h"
@@ -16,7 +17,6 @@ namespace vortan {
 namespace {
 
 constexpr double kPreviewScale = 1.0 / 5;
-constexpr double kTwipsPerInch = 1440;
 constexpr double kShadow = 100;  // twips on the screen
 constexpr QRgb kSheet = qRgb(0xE0, 0xE0, 0xE0);
 // Buttons by their index, which is that of PageCuts::Choice.

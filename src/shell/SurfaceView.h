@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "charts/Twips.h"
 #include "charts/Vwindow.h"
 #include "paint/QtTextMetrics.h"
 
@@ -40,7 +41,7 @@ class SurfaceView : public QAbstractScrollArea {
     QSize viewportSizeHint() const override { return ContentSize(); }
 
   private:
-    double TwipsPerPixel() const { return 1440.0 / logicalDpiX(); }
+    double TwipsPerPixel() const { return kTwipsPerInch / logicalDpiX(); }
     int ToPixels(int twips) const;
     /// The size in pixels of what stays in view; nothing does that would fill most of the window.
     QSize Fixed() const;

@@ -2,6 +2,7 @@
 
 #include "charts/ZoomTable.h"
 #include "model/ValueText.h"
+#include "paint/ScreenColor.h"
 #include "shell/Shell.h"
 #include "shell/ZoomForm.h"
 #include "support/Paths.h"
