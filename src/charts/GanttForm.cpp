@@ -46,9 +46,18 @@ void GanttForm::ReadOptions() {
     options_.markers = settings_.SettingIsOn("ShowMarkersCheck");
     options_.criticalRed = settings_.SettingIsOn("CriticalPathRedCheck");
     options_.adjustColors = settings_.SettingIsOn("AdjustColorsCheck");
-    options_.subprojects = settings_.SettingLetter("SubprojectDisplayCombo");
-    options_.arrows = settings_.SettingLetter("DependencyArrowsCombo");
-    options_.dateDeps = settings_.SettingLetter("DateDependencyCombo");
+    const auto letter = [this](const char* setting) { return settings_.SettingLetter(setting); };
+    const std::string subprojects = letter("SubprojectDisplayCombo");
+    options_.subprojects = subprojects == "T"   ? Subprojects::Flat
+                           : subprojects == "A" ? Subprojects::All
+                                                : Subprojects::OneLevel;
+    const std::string arrows = letter("DependencyArrowsCombo");
+    options_.arrows = arrows == "C" ? Arrows::Control : arrows == "A" ? Arrows::All : Arrows::None;
+    const std::string dates = letter("DateDependencyCombo");
+    options_.dateDeps = dates == "L"   ? DateDeps::LineToTop
+                        : dates == "S" ? DateDeps::ShortArrow
+                        : dates == "T" ? DateDeps::Triangle
+                                       : DateDeps::Hidden;
 }
 
 void GanttForm::RedoLayout() {
@@ -72,7 +81,7 @@ void GanttForm::RedoLayout() {
         std::unordered_set<const Vproject*> within;
         BuildTaskList(*project, within);
     }
-    if (options_.sortByDate && options_.subprojects == "T") SortTaskList(taskCol_);
+    if (options_.sortByDate && options_.subprojects == Subprojects::Flat) SortTaskList(taskCol_);
     for (const Vtask* task : taskCol_) {
         if (IncludeTask(*task)) BuildTaskRow(*task);
     }
@@ -86,7 +95,7 @@ void GanttForm::BuildTaskList(const Vproject& project, std::unordered_set<const 
     for (const Vtask* task : project.TaskList()) {
         if (task->Include()) tasks.push_back(task);
     }
-    if (!options_.sortByDate || options_.subprojects != "T") SortTaskList(tasks);
+    if (!options_.sortByDate || options_.subprojects != Subprojects::Flat) SortTaskList(tasks);
     for (const Vtask* task : tasks) {
         taskCol_.push_back(task);
         const Vproject* subproject = task->Subproject();
@@ -109,8 +118,9 @@ bool GanttForm::CheckOrder(const Vtask& a, const Vtask& b) const {
 }
 
 bool GanttForm::IncludeTask(const Vtask& task) const {
-    if (options_.subprojects == "T") return !task.Subproject();
-    return task.Project() == workspace_.ThisProject() || (options_.subprojects == "A" && task.Subproject());
+    if (options_.subprojects == Subprojects::Flat) return !task.Subproject();
+    return task.Project() == workspace_.ThisProject() ||
+           (options_.subprojects == Subprojects::All && task.Subproject());
 }
 
 void GanttForm::BuildTaskRow(const Vtask& task) {

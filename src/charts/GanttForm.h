@@ -48,11 +48,16 @@ class GanttForm : public ChartForm {
     bool CheckOrder(const Vtask& a, const Vtask& b) const;
 
   private:
+    enum class Subprojects { OneLevel, All, Flat };  ///< which tasks have a row; flat: no subprojects
+    enum class Arrows { None, Control, All };
+    enum class DateDeps { LineToTop, ShortArrow, Triangle, Hidden };
     /// The user's choices, as they were when the layout began.
     struct Options {
         bool taskLeader = false, allDeps = false, sortByDate = false, milestones = false, markers = false,
              criticalRed = false, adjustColors = false;
-        std::string subprojects, arrows, dateDeps;  ///< first letters
+        Subprojects subprojects = Subprojects::OneLevel;
+        Arrows arrows = Arrows::Control;
+        DateDeps dateDeps = DateDeps::LineToTop;
     };
     /// A bar's place on the surface.
     struct Bar {
@@ -93,8 +98,8 @@ class GanttForm : public ChartForm {
     void DrawDependency(const Vdependency& dependency);
     void DrawArrowBetweenRows(int row1, DateTime date1, int row2, DateTime date2);
     void DrawDateDependency(int row1, DateTime date1, int row2, DateTime date2);
-    /// A head of an arrow, over the point `x`. Apex 3 points up, 5 down.
-    void DrawHead(double x, double top, double bottom, Color color, int apex);
+    /// A head of an arrow, over the point `x`.
+    void DrawHead(double x, double top, double bottom, Color color, Apex apex);
 
     // Key
     void BuildKey(const Vproject& project);

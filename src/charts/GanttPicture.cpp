@@ -27,9 +27,9 @@ void GanttForm::RedoGraphics() {
             if (options_.markers && IncludeTask(*task)) DrawMarker(*task, ++row, project->PlanIndex());
         }
         for (const Vtask* task : taskCol_) {
-            if (options_.arrows == "C" && IncludeTask(*task)) {
+            if (options_.arrows == Arrows::Control && IncludeTask(*task)) {
                 if (const Vdependency* control = task->ControlDependency()) DrawDependency(*control);
-            } else if (options_.arrows == "A") {
+            } else if (options_.arrows == Arrows::All) {
                 for (const Vdependency* dependency : task->DependencyList()) {
                     if (dependency->Include()) DrawDependency(*dependency);
                 }
@@ -113,7 +113,7 @@ void GanttForm::DrawMarker(const Vtask& task, int row, std::int32_t planIndex) {
     if (finish < startDate_ || finish > endDate_) return;
     const int top = GetY(row, 0), bottom = GetY(row, 3);
     const double x = vwindow_.DateToX(finish), half = (bottom - top) / 2.0;
-    vwindow_.DrawTriangle(x - half, top, x + half, bottom, kRed, inPlan ? kRed : kWhite, 5);
+    vwindow_.DrawTriangle(x - half, top, x + half, bottom, kRed, inPlan ? kRed : kWhite, Apex::Down);
 }
 
 void GanttForm::DrawDependency(const Vdependency& dependency) {
@@ -140,26 +140,26 @@ void GanttForm::DrawArrowBetweenRows(int row1, DateTime date1, int row2, DateTim
     vwindow_.DrawLine(xA, yA, xA, yM, color);
     vwindow_.DrawLine(xA, yM, xB, yM, color);
     vwindow_.DrawLine(xB, yM, xB, yB, color);
-    DrawHead(xA, yA, GetY(row1, 8), color, 3);
-    DrawHead(xB, GetY(row2, 1), yB, color, 5);
+    DrawHead(xA, yA, GetY(row1, 8), color, Apex::Up);
+    DrawHead(xB, GetY(row2, 1), yB, color, Apex::Down);
 }
 
 void GanttForm::DrawDateDependency(int row1, DateTime date1, int row2, DateTime date2) {
-    if (options_.dateDeps == "L") {
+    if (options_.dateDeps == DateDeps::LineToTop) {
         DrawArrowBetweenRows(row1, date1, row2, date2);
         return;
     }
     const int x = vwindow_.DateToX(date2), bar = GetY(row2, 3);
-    if (options_.dateDeps == "T") {
+    if (options_.dateDeps == DateDeps::Triangle) {
         const int top = GetY(row2, 1);
-        vwindow_.DrawTriangle(x, top, x + (bar - top) / 2.0, bar, kBlack, kBlack, 7);
-    } else if (options_.dateDeps == "S") {
+        vwindow_.DrawTriangle(x, top, x + (bar - top) / 2.0, bar, kBlack, kBlack, Apex::Right);
+    } else if (options_.dateDeps == DateDeps::ShortArrow) {
         vwindow_.DrawLine(x, bar, x, GetY(row2, 0));
-        DrawHead(x, GetY(row2, 0), GetY(row2, 2), kBlack, 3);
+        DrawHead(x, GetY(row2, 0), GetY(row2, 2), kBlack, Apex::Up);
     }
 }
 
-void GanttForm::DrawHead(double x, double top, double bottom, Color color, int apex) {
+void GanttForm::DrawHead(double x, double top, double bottom, Color color, Apex apex) {
     vwindow_.DrawTriangle(x - HeadWidth() / 2, top, x + HeadWidth() / 2, bottom, color, color, apex);
 }
 

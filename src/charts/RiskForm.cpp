@@ -118,7 +118,7 @@ void RiskForm::PlotMostLikely() {
     vwindow_.DrawLine(x, vwindow_.RowPos(1), x, bottom, kMostLikely, kLineWidth);
     vwindow_.DrawText(x - vwindow_.TextWidth(name) / 2.0, bottom, name, kMostLikely);
     vwindow_.DrawTriangle(x - letters / 10, bottom - letters / 2, x + letters / 10, bottom, kMostLikely,
-                          kMostLikely, 5);
+                          kMostLikely, Apex::Down);
 }
 
 /// For each day on which runs end, an upright line from the cheapest to the dearest, and lines from mean to

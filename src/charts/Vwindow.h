@@ -111,9 +111,10 @@ class Vwindow {
 
     // ---- drawing
     void DrawLine(double x1, double y1, double x2, double y2, Color color = kBlack, int width = 1);
-    void DrawRect(double x1, double y1, double x2, double y2, Color border, Color fill, int hatch = 0);
+    void DrawRect(double x1, double y1, double x2, double y2, Color border, Color fill,
+                  Hatch hatch = Hatch::Solid);
     void DrawMilestone(double x1, double y1, double x2, double y2, Color border, Color fill);
-    void DrawTriangle(double x1, double y1, double x2, double y2, Color border, Color fill, int apex);
+    void DrawTriangle(double x1, double y1, double x2, double y2, Color border, Color fill, Apex apex);
     void DrawText(double x, double y, const std::string& text, Color color = kBlack);
     /// In small letters, as an index.
     void DrawSmallText(double x, double y, const std::string& text, Color color = kBlack);
@@ -176,7 +177,7 @@ class Vwindow {
     int DataBottom() const { return RowPos(Rows() - (hasFooter_ ? 1 : 0)); }
     void AddText(double x, double y, const std::string& text, Color color, bool small);
     void Draw(DrawItem::Kind kind, double x1, double y1, double x2, double y2, Color border, Color fill,
-              int hatch = 0, int apex = 0);
+              Hatch hatch = Hatch::Solid, Apex apex = Apex::None);
 
     Style style_;
     const TextMetrics* metrics_;

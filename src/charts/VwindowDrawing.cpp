@@ -8,11 +8,11 @@
 namespace vortan {
 
 void Vwindow::Draw(DrawItem::Kind kind, double x1, double y1, double x2, double y2, Color border, Color fill,
-                   int hatch, int apex) {
+                   Hatch hatch, Apex apex) {
     DrawItem item;
     item.kind = kind;
-    item.hatch = static_cast<std::uint8_t>(std::clamp(hatch, 0, 7));
-    item.apex = static_cast<std::uint8_t>(std::clamp(apex, 0, 255));
+    item.hatch = hatch;
+    item.apex = apex;
     item.x1 = RoundToInt32(std::min(x1, x2));
     item.y1 = RoundToInt32(std::min(y1, y2));
     item.x2 = RoundToInt32(std::max(x1, x2));
@@ -34,7 +34,7 @@ void Vwindow::DrawLine(double x1, double y1, double x2, double y2, Color color, 
     picture_.Add(std::move(item));
 }
 
-void Vwindow::DrawRect(double x1, double y1, double x2, double y2, Color border, Color fill, int hatch) {
+void Vwindow::DrawRect(double x1, double y1, double x2, double y2, Color border, Color fill, Hatch hatch) {
     Draw(DrawItem::Kind::Rect, x1, y1, x2, y2, border, fill, hatch);
 }
 
@@ -42,8 +42,8 @@ void Vwindow::DrawMilestone(double x1, double y1, double x2, double y2, Color bo
     Draw(DrawItem::Kind::Milestone, x1, y1, x2, y2, border, fill);
 }
 
-void Vwindow::DrawTriangle(double x1, double y1, double x2, double y2, Color border, Color fill, int apex) {
-    Draw(DrawItem::Kind::Triangle, x1, y1, x2, y2, border, fill, 0, apex);
+void Vwindow::DrawTriangle(double x1, double y1, double x2, double y2, Color border, Color fill, Apex apex) {
+    Draw(DrawItem::Kind::Triangle, x1, y1, x2, y2, border, fill, Hatch::Solid, apex);
 }
 
 void Vwindow::DrawText(double x, double y, const std::string& text, Color color) {

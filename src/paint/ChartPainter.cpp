@@ -22,13 +22,15 @@ constexpr int kHatchStep = 105;  // twips between two lines of a hatch
 
 /// The lines of a hatch in the area x1, y1 to x2, y2, which has its corners in order. Lines of one kind lie
 /// alike everywhere on a surface, so that areas that touch have one hatch.
-void AddHatch(QVector<QLineF>& lines, const QRectF& area, int hatch) {
+void AddHatch(QVector<QLineF>& lines, const QRectF& area, Hatch hatch) {
     const double x1 = area.left(), y1 = area.top(), x2 = area.right(), y2 = area.bottom();
     const auto each = [&](double from, double to, double step, auto&& add) {
         for (double at = std::ceil(from / step) * step; at <= to; at += step) add(at);
     };
-    const bool level = hatch == 2 || hatch == 6, upright = hatch == 3 || hatch == 6;
-    const bool upward = hatch == 4 || hatch == 7, downward = hatch == 5 || hatch == 7;
+    const bool level = hatch == Hatch::Horizontal || hatch == Hatch::Cross;
+    const bool upright = hatch == Hatch::Vertical || hatch == Hatch::Cross;
+    const bool upward = hatch == Hatch::Upward || hatch == Hatch::DiagonalCross;
+    const bool downward = hatch == Hatch::Downward || hatch == Hatch::DiagonalCross;
     const double slanted = kHatchStep * std::sqrt(2.0);
     if (level) each(y1, y2, kHatchStep, [&](double y) { lines.append({x1, y, x2, y}); });
     if (upright) each(x1, x2, kHatchStep, [&](double x) { lines.append({x, y1, x, y2}); });
@@ -129,7 +131,7 @@ void ChartPainter::DropCovered(const QRect& part, double pixel) const {
         if (item.kind == DrawItem::Kind::Line && (item.x1 == item.x2 || item.y1 == item.y2)) {
             covered = !seen.insert(keyOf(item)).second;
         } else if (item.kind == DrawItem::Kind::Triangle && item.border == item.fill) {
-            covered = !seen.insert({-item.apex, item.x1, item.y1, item.x2, item.y2,
+            covered = !seen.insert({-static_cast<int>(item.apex), item.x1, item.y1, item.x2, item.y2,
                                     static_cast<std::int32_t>(item.fill)})
                            .second;
         }
@@ -282,16 +284,17 @@ void ChartPainter::PaintItem(QPainter& painter, const DrawItem& item, double pix
         case DrawItem::Kind::Rect: {
             const QRect area(QPoint(item.x1, item.y1), QSize(item.x2 - item.x1, item.y2 - item.y1));
             // The toolkit's own hatches depend on the device, and are lost in files.
-            if (item.hatch > 1) {
+            if (item.hatch != Hatch::Solid && item.hatch != Hatch::Transparent) {
                 QVector<QLineF> lines;
                 AddHatch(lines, QRectF(area) & painter.clipBoundingRect(), item.hatch);
                 painter.setPen(QPen(fill, pixel));
-                painter.setRenderHint(QPainter::Antialiasing, item.hatch != 2 && item.hatch != 3);
+                painter.setRenderHint(QPainter::Antialiasing,
+                                      item.hatch != Hatch::Horizontal && item.hatch != Hatch::Vertical);
                 painter.drawLines(lines);
                 painter.setRenderHint(QPainter::Antialiasing, false);
             }
             painter.setPen(pen);
-            painter.setBrush(item.hatch == 0 ? QBrush(fill) : QBrush(Qt::NoBrush));
+            painter.setBrush(item.hatch == Hatch::Solid ? QBrush(fill) : QBrush(Qt::NoBrush));
             painter.drawRect(area);
             return;
         }
@@ -301,11 +304,11 @@ void ChartPainter::PaintItem(QPainter& painter, const DrawItem& item, double pix
             if (item.kind == DrawItem::Kind::Milestone) {
                 shape << QPoint(middleX, item.y1) << QPoint(item.x2, middleY) << QPoint(middleX, item.y2)
                       << QPoint(item.x1, middleY);
-            } else if (item.apex == 7) {
+            } else if (item.apex == Apex::Right) {
                 shape << QPoint(item.x1, item.y1) << QPoint(item.x2, middleY) << QPoint(item.x1, item.y2);
             } else {
-                const int apex = item.apex == 3 ? item.y1 : item.y2,
-                          base = item.apex == 3 ? item.y2 : item.y1;
+                const int apex = item.apex == Apex::Up ? item.y1 : item.y2,
+                          base = item.apex == Apex::Up ? item.y2 : item.y1;
                 shape << QPoint(item.x1, base) << QPoint(middleX, apex) << QPoint(item.x2, base);
             }
             painter.setRenderHint(QPainter::Antialiasing);

@@ -73,7 +73,7 @@ class GanttBench : public ModelBench {
             all += place(item.x1, item.y1);
             if (!isText) all += place(item.x2, item.y2) + colors.at(item.border);
             if (!isText && item.kind != DrawItem::Kind::Line) all += colors.at(item.fill);
-            if (item.apex != 0) all += " " + std::to_string(item.apex);
+            if (item.apex != Apex::None) all += " " + std::to_string(static_cast<int>(item.apex));
         }
         return all;
     }

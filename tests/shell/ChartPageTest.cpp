@@ -132,7 +132,7 @@ TEST(PicturesTest, HatchesAreKeptInFiles) {
         Vwindow surface(Vwindow::Style::Free, metrics);
         surface.ClearLayout();
         surface.EndLayout(0, 0);
-        surface.DrawRect(0, 0, 1000, 500, kBlack, kGreen, hatch);
+        surface.DrawRect(0, 0, 1000, 500, kBlack, kGreen, static_cast<Hatch>(hatch));
         surface.EndGraphics();
         const QByteArray svg = MakePicture({surface, metrics, ""}, PictureType::Svg);
         EXPECT_EQ(svg.toLower().contains("#00ff00"), hatch != 1) << hatch;
