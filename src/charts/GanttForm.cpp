@@ -10,10 +10,7 @@
 namespace vortan {
 
 GanttForm::GanttForm(Workspace& workspace, Settings& settings, const TextMetrics& metrics)
-    : ChartForm(Vwindow::Style::Time, metrics), workspace_(workspace), settings_(settings) {
-    vwindow_.RedoLayout = [this] { RedoLayout(); };
-    vwindow_.RedoGraphics = [this] { RedoGraphics(); };
-}
+    : ChartForm(Vwindow::Style::Time, metrics), workspace_(workspace), settings_(settings) {}
 
 void GanttForm::Start() {
     const Section section("GanttForm:Start");
@@ -22,12 +19,7 @@ void GanttForm::Start() {
 }
 
 std::string GanttForm::Caption() const {
-    return "Mechanized Gantt chart for " + GetPageHeader(workspace_, true);
-}
-
-std::string GanttForm::PrintTitle() const {
-    return "Mechanized Gantt chart for " +
-           GetPageHeader(workspace_, settings_.SettingIsOn("ShowProjectManagerCheck"));
+    return "Mechanized Gantt chart for " + GetPageHeader(workspace_);
 }
 
 ChartForm::OptionsFrame GanttForm::Frame() {
@@ -60,7 +52,7 @@ void GanttForm::ReadOptions() {
                                        : DateDeps::Hidden;
 }
 
-void GanttForm::RedoLayout() {
+void GanttForm::LayOut() {
     const Section section("GanttForm:Vwindow_RedoLayout");
     workspace_.ThePlatform().StatusMessage("Building GANTT chart");
     ReadOptions();

@@ -26,8 +26,6 @@ class GanttForm : public ChartForm {
     std::string Name() const override { return "GanttForm"; }
     void Start() override;
     std::string Caption() const override;
-    /// Without the manager, unless the user wants it on printouts.
-    std::string PrintTitle() const override;
     OptionsFrame Frame() override;
     Answers AnswersTo() const override {
         return {.newThisProject = Answer::Unload, .newSolution = Answer::Start};
@@ -67,8 +65,8 @@ class GanttForm : public ChartForm {
     };
     using Tasks = std::vector<const Vtask*>;
 
-    void RedoLayout();
-    void RedoGraphics();
+    void LayOut() override;
+    void Draw() override;
     void ReadOptions();
 
     // Rows

@@ -9,7 +9,7 @@
 
 namespace vortan {
 
-void GanttForm::RedoGraphics() {
+void GanttForm::Draw() {
     const Section section("GanttForm:Vwindow_RedoGraphics");
     if (const Vproject* project = workspace_.ThisProject()) {
         projectSlack_ = DaysBetween(project->EarlyFinish(), project->LateFinish());

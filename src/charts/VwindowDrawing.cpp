@@ -7,8 +7,8 @@
 
 namespace vortan {
 
-void Vwindow::Draw(DrawItem::Kind kind, double x1, double y1, double x2, double y2, Color border, Color fill,
-                   Hatch hatch, Apex apex) {
+void Vwindow::AddItem(DrawItem::Kind kind, double x1, double y1, double x2, double y2, Color border,
+                      Color fill, Hatch hatch, Apex apex) {
     DrawItem item;
     item.kind = kind;
     item.hatch = hatch;
@@ -35,15 +35,15 @@ void Vwindow::DrawLine(double x1, double y1, double x2, double y2, Color color, 
 }
 
 void Vwindow::DrawRect(double x1, double y1, double x2, double y2, Color border, Color fill, Hatch hatch) {
-    Draw(DrawItem::Kind::Rect, x1, y1, x2, y2, border, fill, hatch);
+    AddItem(DrawItem::Kind::Rect, x1, y1, x2, y2, border, fill, hatch);
 }
 
 void Vwindow::DrawMilestone(double x1, double y1, double x2, double y2, Color border, Color fill) {
-    Draw(DrawItem::Kind::Milestone, x1, y1, x2, y2, border, fill);
+    AddItem(DrawItem::Kind::Milestone, x1, y1, x2, y2, border, fill);
 }
 
 void Vwindow::DrawTriangle(double x1, double y1, double x2, double y2, Color border, Color fill, Apex apex) {
-    Draw(DrawItem::Kind::Triangle, x1, y1, x2, y2, border, fill, Hatch::Solid, apex);
+    AddItem(DrawItem::Kind::Triangle, x1, y1, x2, y2, border, fill, Hatch::Solid, apex);
 }
 
 void Vwindow::DrawText(double x, double y, const std::string& text, Color color) {

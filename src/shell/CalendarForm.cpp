@@ -34,11 +34,14 @@ int DaysIn(int year, int month) {
 
 void CalendarForm::Start(Desktop& desktop) {
     auto* form = new CalendarForm(desktop);
-    form->Restart();
-    desktop.mainForm->ShowForm(*form);
+    form->Show([form] {
+        form->Restart();
+        return true;
+    });
 }
 
-CalendarForm::CalendarForm(Desktop& desktop) : PageForm(desktop), scroll_(new QScrollArea) {
+CalendarForm::CalendarForm(Desktop& desktop)
+    : PageForm(desktop), scroll_(new QScrollArea), thisYear_(desktop.mainForm->CalendarYear()) {
     setObjectName("CalendarForm");
     setFocusPolicy(Qt::StrongFocus);
     auto* page = new QWidget;
@@ -97,6 +100,7 @@ QWidget* CalendarForm::NewKeyFrame() {
     for (int key = 1; key <= kDayKeys; ++key) {
         auto* picture = new QFrame;
         picture->setObjectName(QString("KeyPicture(%1)").arg(key));
+        picture->setAccessibleName(QString("Color of ") + LookOf(key).label);
         picture->setFrameStyle(QFrame::Box | QFrame::Plain);
         picture->setAutoFillBackground(true);
         QPalette colors = picture->palette();
@@ -158,6 +162,7 @@ void CalendarForm::Restart() {
 
 void CalendarForm::SetYear(int year) {
     thisYear_ = std::clamp(year, kFirstYear, kLastYear);
+    desktop_.mainForm->SetCalendarYear(thisYear_);
     year_->setText(QString::number(thisYear_));
     previous_->setText(QString::number(thisYear_ - 1));
     next_->setText(QString::number(thisYear_ + 1));

@@ -21,6 +21,8 @@ namespace vortan {
 namespace {
 
 constexpr int kBackupPeriod = 10'000;  // milliseconds between looks at the clock
+constexpr int kNotePeriod = 8'000;     // milliseconds
+constexpr QRgb kHaltedOnLight = qRgb(0xB3, 0x26, 0x1E), kHaltedOnDark = qRgb(0xFF, 0x8A, 0x80);
 // Of the work area, the share of the project tree and that of the template tree.
 constexpr int kProjectShare = 60, kTemplateShare = 40;
 
@@ -57,6 +59,8 @@ MainForm::MainForm(Desktop& desktop) : desktop_(desktop), printing_(std::make_un
         desktop_.Run("MainForm:AutoBackupTimer_Timer", [this] { desktop_.files.AutoBackupTick(); });
     });
     backupTimer_.start(kBackupPeriod);
+    noteTimer_.setSingleShot(true);
+    connect(&noteTimer_, &QTimer::timeout, this, [this] { messagePanel_->setText({}); });
 
     const QRect available = screen()->availableGeometry();
     const int left = available.width() / 24, top = available.height() / 24;
@@ -135,7 +139,8 @@ void MainForm::ShowForm(ChildForm& form) {
 /// Centred over the main window, and whole on the screen.
 void MainForm::PlaceEntryForm(QWidget& form) {
     if (form.isVisible()) return;
-    form.adjustSize();
+    form.adjustSize();  // to two thirds of the screen at most
+    form.resize(form.size().expandedTo(form.sizeHint()));
     const QRect available = screen()->availableGeometry();
     const QSize size = form.size().boundedTo(available.size());
     const QPoint middle = mapToGlobal(rect().center());
@@ -160,7 +165,8 @@ bool MainForm::IsPrintable(ChildForm& form) {
 void MainForm::LockEntryForms(ChildForm& form) {
     const bool printable = IsPrintable(form);
     for (const auto& [name, action] : actions_) {
-        if (name.starts_with("Help") || name == "FileMenu" || name == "FileExitMenu") continue;
+        const bool help = name.starts_with("Help") && name != "HelpAboutMenu";
+        if (help || name == "FileMenu" || name == "FileExitMenu") continue;
         const bool output = name.starts_with("Output") || name == "SetupMenu" || name == "SetupFontMenu" ||
                             name == "SetupPrinterMenu";
         action->setEnabled(output && printable);
@@ -210,6 +216,9 @@ void MainForm::UpdateMenu() {
     const Workspace& workspace = desktop_.workspace;
     Action("FileNewMenu").setEnabled(true);
     Action("FileSaveMenu").setEnabled(!workspace.ProjectList().empty() || !workspace.TemplateList().empty());
+    for (QAction* button : toolbar_->actions()) {
+        if (button->toolTip() == "Save") button->setEnabled(Action("FileSaveMenu").isEnabled());
+    }
     for (const char* name : {"ProjectSelectMenu", "ProjectModifyMenu", "ProjectDeleteMenu"}) {
         Action(name).setEnabled(workspace.ThisProject() != nullptr);
     }
@@ -221,19 +230,42 @@ void MainForm::UpdateMenu() {
 // ---- status
 
 void MainForm::StatusMessage(const std::string& text) {
-    const bool busy = !messagePanel_->text().isEmpty();
+    noteTimer_.stop();
     messagePanel_->setText(text.empty() ? QString() : Q(text + " ..."));
-    if (busy == !text.empty()) return;
-    if (text.empty()) {
-        QApplication::restoreOverrideCursor();
-    } else {
+    if (busy_ == !text.empty()) return;
+    busy_ = !text.empty();
+    if (busy_) {
         QApplication::setOverrideCursor(Qt::WaitCursor);
+    } else {
+        QApplication::restoreOverrideCursor();
     }
+}
+
+void MainForm::Note(const std::string& text) {
+    if (busy_ || text.empty()) return;
+    messagePanel_->setText(Q(text));
+    noteTimer_.start(kNotePeriod);
 }
 
 void MainForm::SolveStatus(const std::string& text) {
     solvePanel_->setText(Q(text));
-    solvePanel_->setToolTip(Q(text));
+    solvePanel_->setAccessibleDescription(Q(text));
+    const bool halted = desktop_.solver.Mode() == SolveMode::Halted;
+    solvePanel_->setToolTip(Q(halted ? text + "\nClick to see what is wrong and to repair it" : text));
+    solvePanel_->setIcon(halted ? GetResIcon("Halted.ico") : QIcon());
+    QPalette colors = palette();
+    const bool dark =
+        colors.color(QPalette::Window).lightness() < colors.color(QPalette::WindowText).lightness();
+    if (halted) {
+        for (const auto role : {QPalette::ButtonText, QPalette::WindowText})
+            colors.setColor(role, QColor(dark ? kHaltedOnDark : kHaltedOnLight));
+    }
+    solvePanel_->setPalette(colors);
+}
+
+void MainForm::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && solvePanel_) SolveStatus(S(solvePanel_->text()));
 }
 
 void MainForm::NewJournal() {
@@ -256,9 +288,10 @@ void MainForm::NewThisTemplate() {
 
 // ---- leaving
 
-/// The first close takes the page in front away, the next one ends the program.
+/// The first close takes the page in front away, the next one ends the program; so does the first while a
+/// dialog is in front.
 bool MainForm::QueryUnload() {
-    if (fullPage_) {
+    if (fullPage_ && ActiveForm() == fullPage_) {
         fullPage_->Unload();
         return false;
     }

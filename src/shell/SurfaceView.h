@@ -16,7 +16,7 @@ namespace vortan {
 class SurfaceView : public QAbstractScrollArea {
   public:
     /// The surface must outlive the view; it is measured in `metrics`, which SetMetrics replaces.
-    SurfaceView(Vwindow& surface, const QtTextMetrics& metrics);
+    SurfaceView(const Vwindow& surface, const QtTextMetrics& metrics);
 
     void SetMetrics(const QtTextMetrics& metrics) { metrics_ = &metrics; }
     /// The surface has another size or picture.
@@ -28,6 +28,8 @@ class SurfaceView : public QAbstractScrollArea {
     int CellTop(int row) const;
     /// What to tell about the place under the mouse; empty for nothing.
     std::function<std::string(int x, int y)> TipAt;
+    /// A mouse button goes down at a place of the surface.
+    std::function<void(int x, int y)> PressAt;
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -35,8 +37,6 @@ class SurfaceView : public QAbstractScrollArea {
     void scrollContentsBy(int dx, int dy) override;
     void wheelEvent(QWheelEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
-    void mouseMoveEvent(QMouseEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     QSize viewportSizeHint() const override { return ContentSize(); }
 
@@ -48,7 +48,7 @@ class SurfaceView : public QAbstractScrollArea {
     QPoint ToSurface(const QPoint& pixel) const;
     void FitScrollBars();
 
-    Vwindow& surface_;
+    const Vwindow& surface_;
     const QtTextMetrics* metrics_;
 };
 

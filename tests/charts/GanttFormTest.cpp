@@ -6,7 +6,6 @@
 #include <map>
 
 #include "charts/FixedMetrics.h"
-#include "charts/PageHeader.h"
 #include "support/ModelBench.h"
 
 namespace vortan {
@@ -293,11 +292,6 @@ TEST(GanttFormTest, CellsTellLeaderDependenciesAndTimeLeft) {
     EXPECT_EQ(g.Y(5) - g.Y(4), 5 * 250);
 
     EXPECT_EQ(g.form.Caption(), "Mechanized Gantt chart for A: House PM:Bob");
-    EXPECT_EQ(GetPageHeader(g.workspace, false), "A: House");
-    for (const auto& [setting, title] : {std::pair("-", "A: House"), std::pair("X", "A: House PM:Bob")}) {
-        g.Set("ShowProjectManagerCheck", setting);
-        EXPECT_EQ(g.form.PrintTitle(), std::string("Mechanized Gantt chart for ") + title);
-    }
     const Texts messages = g.platform.statusMessages;
     EXPECT_EQ(Texts(messages.end() - 2, messages.end()), (Texts{"Building GANTT chart", ""}));
 

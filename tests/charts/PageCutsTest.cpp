@@ -129,11 +129,8 @@ TEST(AdjustColors, ColoursStayApart) {
     EXPECT_EQ(AdjustedFill(kRed, Hatch::Transparent), (BlackWhiteFill{kRed, Hatch::Transparent}));
     EXPECT_EQ(AdjustedLine(kBlue), kBlack);
     EXPECT_EQ(AdjustedLine(kWhite), kWhite);
-    DrawItem milestone;
-    milestone.kind = DrawItem::Kind::Milestone;
-    milestone.border = kRed;
-    milestone.fill = kGreen;
-    const DrawItem adjusted = Adjusted(milestone);
+    const DrawItem adjusted =
+        Adjusted({.kind = DrawItem::Kind::Milestone, .border = kRed, .fill = kGreen, .text = {}});
     EXPECT_EQ(adjusted.border, kBlack);
     EXPECT_EQ(adjusted.fill, AdjustedFill(kGreen).fill);
 }

@@ -77,6 +77,9 @@ TEST_F(CalendarFormTest, YearsAreChosen) {
     }
     shell.Choose("CalendarMenu");
     EXPECT_FALSE(shell.IsOpen("CalendarForm"));
+    shell.Choose("CalendarMenu");
+    EXPECT_EQ(Calendar().ThisYear(), 9999);
+    EXPECT_EQ(S(shell.Find<QFrame>("KeyPicture(6)").accessibleName()), "Color of Holiday");
 }
 
 TEST_F(CalendarFormTest, DaysAreClickedAndZoomedIn) {
