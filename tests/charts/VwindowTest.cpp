@@ -159,10 +159,7 @@ TEST(Vwindow, LongTextsWrap) {
     w.AddColumn("Name", Alignment::Left);
     w.AddColumn("Hours", Alignment::Right);
     const std::string ten = "abcdefghi ", word(35, 'w');
-    const struct {
-        std::string text;
-        std::vector<std::string_view> lines;
-    } cases[] = {
+    const std::pair<std::string, std::vector<std::string_view>> cases[] = {
         {"", {""}},
         {ten + ten + "abcdefghij", {"abcdefghi abcdefghi abcdefghij"}},
         {ten + ten + "abcdefghijk", {"abcdefghi abcdefghi", "abcdefghijk"}},
@@ -171,7 +168,7 @@ TEST(Vwindow, LongTextsWrap) {
     };
     for (const auto& c : cases) {
         w.AddRow();
-        w.SetCell(w.Rows() - 1, 0, c.text);
+        w.SetCell(w.Rows() - 1, 0, c.first);
         w.SetCell(w.Rows() - 1, 1, std::string(40, '1'));
     }
     w.EndLayout(0, 0);
@@ -179,8 +176,8 @@ TEST(Vwindow, LongTextsWrap) {
     int row = 1;
     for (const auto& c : cases) {
         w.CellLines(row, 0, lines);
-        EXPECT_EQ(lines, c.lines) << row;
-        EXPECT_EQ(w.RowPos(row + 1) - w.RowPos(row), 150 + 200 * static_cast<int>(c.lines.size())) << row;
+        EXPECT_EQ(lines, c.second) << row;
+        EXPECT_EQ(w.RowPos(row + 1) - w.RowPos(row), 150 + 200 * static_cast<int>(c.second.size())) << row;
         ++row;
     }
     EXPECT_EQ(ColPositions(w), (std::vector{0, 3100, 7200})) << "numbers do not wrap";
@@ -228,7 +225,6 @@ TEST(Vwindow, CellsRightOfTheScaleStayThereWhenThePeriodChanges) {
     w.AddColumn("Task", Alignment::Left);
     w.AddTimeColumns();
     w.AddColumn("Left", Alignment::Right);
-    EXPECT_EQ(w.Cols(), 54);
     w.AddRow();
     w.SetCell(1, 0, "too wide a name for a scale of days");
     w.SetCell(1, w.Cols() - 1, "Done");
@@ -254,20 +250,15 @@ TEST(Vwindow, UpperLabelsShrinkToTheirColumns) {
 
 TEST(Vwindow, DatesBecomePositionsAndBack) {
     const Vwindow w = TimeChart(Day(2027, 2, 10), Day(2027, 4, 20), 2100);  // Feb, Mar, Apr of 350
-    const struct {
-        DateTime when;
-        int x;
-    } cases[] = {
+    const std::pair<DateTime, int> cases[] = {
         {Day(2027, 2, 1), 500},      {Day(2027, 2, 15), 675},       {Day(2027, 3, 1), 850},
         {Day(2027, 4, 16), 1375},    {Day(2027, 5, 1), 1550},       {Day(2027, 5, 31), 1900},
         {Day(2027, 1, 4), 150},      {DateTime(1e300), 2147483647}, {DateTime(-1e300), -2147483647 - 1},
         {DateTime(std::nan("")), 0},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(w.DateToX(c.when), c.x) << c.when.Days();
-        if (c.x > 0 && c.x < 2000) {
-            EXPECT_EQ(w.XToDate(c.x), c.when);
-        }
+    for (const auto& [when, x] : cases) {
+        EXPECT_EQ(w.DateToX(when), x) << when.Days();
+        EXPECT_TRUE(x <= 0 || x >= 2000 || w.XToDate(x) == when) << x;
     }
 }
 

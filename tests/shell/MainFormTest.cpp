@@ -22,9 +22,7 @@ class MainFormTest : public ::testing::Test {
 };
 
 TEST_F(MainFormTest, CommandsWithoutWhatTheyNeedWarnAndStop) {
-    const struct {
-        const char *action, *title;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"CalendarMenu", "No Templates in Memory"},
         {"GraphicsGanttMenu", "No Projects in Memory"},
         {"GraphicsRiskAnalysisMenu", "No Projects in Memory"},
@@ -42,10 +40,10 @@ TEST_F(MainFormTest, CommandsWithoutWhatTheyNeedWarnAndStop) {
         {"FileNewMenu", "Memory Already Empty"},
         {"HelpIndexMenu", "Not Ready Yet"},
     };
-    for (const auto& one : cases) {
-        SCOPED_TRACE(one.action);
-        shell.platform.ExpectBox(one.title, BoxAnswer::Ok);
-        shell.Choose(one.action);
+    for (const auto& [action, title] : cases) {
+        SCOPED_TRACE(action);
+        shell.platform.ExpectBox(title, BoxAnswer::Ok);
+        shell.Choose(action);
         EXPECT_TRUE(shell.platform.AllBoxesCame());
     }
     EXPECT_FALSE(Enabled("FileSaveMenu"));
@@ -138,14 +136,11 @@ TEST_F(MainFormTest, AnEntryFormShutsTheRestOff) {
     Open("house.vta");
     shell.Choose("SetupPreferencesMenu");
     ASSERT_TRUE(shell.IsOpen("PreferencesForm"));
-    const struct {
-        const char* action;
-        bool enabled;
-    } cases[] = {
+    const std::pair<const char*, bool> cases[] = {
         {"FileMenu", true},         {"FileExitMenu", true},          {"FileOpenMenu", false},
         {"ProjectMenu", false},     {"HelpIndexMenu", true},         {"HelpAboutMenu", false},
         {"OutputPrintMenu", false}, {"SetupPreferencesMenu", false}, {"JournalSetAsPlanMenu", false}};
-    for (const auto& one : cases) EXPECT_EQ(Enabled(one.action), one.enabled) << one.action;
+    for (const auto& [action, enabled] : cases) EXPECT_EQ(Enabled(action), enabled) << action;
     EXPECT_FALSE(Box("ProjectCombo").isEnabled());
     EXPECT_FALSE(shell.Find<QWidget>("ProjectTreeForm").isEnabled());
     EXPECT_FALSE(shell.Find<QToolButton>("Toolbar.Open").isEnabled());
@@ -156,7 +151,7 @@ TEST_F(MainFormTest, AnEntryFormShutsTheRestOff) {
 
     QTest::keyClick(&shell.Find<QWidget>("PreferencesForm"), Qt::Key_Escape);
     EXPECT_FALSE(shell.IsOpen("PreferencesForm"));
-    for (const auto& one : cases) EXPECT_TRUE(Enabled(one.action)) << one.action;
+    for (const auto& one : cases) EXPECT_TRUE(Enabled(one.first)) << one.first;
     EXPECT_TRUE(Box("ProjectCombo").isEnabled());
     EXPECT_TRUE(shell.Find<QWidget>("ProjectTreeForm").isEnabled());
     EXPECT_TRUE(shell.Find<QToolButton>("Toolbar.Open").isEnabled());
