@@ -13,7 +13,7 @@ PROGRAMS = ("vortan_tests", "vortan_shell_tests")
 ENTRY = re.compile(r"^fault (\d+) (\S+) (expression|statement)\nbreaks: (.+)\nold: (.+)\nnew: ?(.*)$", re.M)
 SLOWER = 10  # than the plain run: a fault that takes longer is taken to hang
 # In bytes: no fault shall bring the machine down.
-LIMITS = {resource.RLIMIT_AS: 8 << 30, resource.RLIMIT_FSIZE: 1 << 30, resource.RLIMIT_CORE: 0}
+LIMITS = {resource.RLIMIT_AS: 8 << 30, resource.RLIMIT_FSIZE: 4 << 30, resource.RLIMIT_CORE: 0}
 SWITCH = """#pragma once
 #include <cstdlib>
 inline const int faultNow = std::getenv("VORTAN_FAULT") ? std::atoi(std::getenv("VORTAN_FAULT")) : 0;
