@@ -132,6 +132,42 @@ TEST_F(ErrTrapTest, ACommandWithinACommandEndsAlone) {
         << log;
 }
 
+TEST_F(ErrTrapTest, WorkCanWaitUntilTheLastBoxIsAnswered) {
+    Expect(BoxAnswer::Retry, "outer");
+    Expect(BoxAnswer::Abort, "inner");
+    Expect(BoxAnswer::Abort, "outer");
+    std::string heard;
+    errTrap.BoxAnswered = [&] { heard += errTrap.BoxOpen() ? "open " : "answered "; };
+    platform.onBox = [&] {
+        heard += errTrap.BoxOpen() ? "box " : "none ";
+        if (heard == "box ") errTrap.RunCommand("Main:ResizeTimer_Timer", [] { Refuse("inner"); });
+    };
+    errTrap.RunCommand("Main:OpenMenu_Click", [] { Refuse("outer"); });
+    EXPECT_EQ(heard, "box box answered box answered ");
+    EXPECT_FALSE(errTrap.BoxOpen());
+}
+
+TEST_F(ErrTrapTest, StepsTellOfAllTheirFaults) {
+    Expect(BoxAnswer::Abort, "Internal error 10000: Assertion failed\n\nInternal error 5: second");
+    int done = 0;
+    errTrap.RunCommand("Main:OpenMenu_Click", [&] {
+        const Section here("Main:LoadFile");
+        Steps steps;
+        steps.Do(Outer);
+        steps.Do([] {
+            const Section also("Main:NewThisProject");
+            throw std::out_of_range("second");
+        });
+        steps.Do([&] { ++done; });
+        steps.End();
+    });
+    EXPECT_EQ(done, 1);
+    EXPECT_TRUE(
+        Log().ends_with("Call chain:\n  Main:OpenMenu_Click\n  Main:LoadFile\n  Main:OpenFile\n"
+                        "  Vproject:LoadData\n  Vfile:ExpectToken\n"))
+        << Log();
+}
+
 void Descend(int depth, const std::function<void()>& bottom) {
     const Section here("Main:Descend");
     if (depth == 0) return bottom();

@@ -161,12 +161,28 @@ TEST_F(FileCommandsTest, WhatIsOddInAFileIsTold) {
     std::string packed = PackText(SmallPlan("B"));
     packed.back() ^= 1;
     WriteBytes(Path("b.vtb"), packed);
+    platform.ExpectBox("File May Be Damaged", BoxAnswer::Ok, "check sum");
     EXPECT_TRUE(files.LoadFile(Path("b.vtb")));
-    EXPECT_NE(platform.statusMessages.back().find("check sum"), std::string::npos);
     WriteBytes(Path("b.vtb"), packed.substr(0, packed.size() - 4));
+    platform.ExpectBox("File May Be Damaged", BoxAnswer::Ok, "cut off");
     EXPECT_TRUE(files.LoadFile(Path("b.vtb")));
-    EXPECT_NE(platform.statusMessages.back().find("cut off"), std::string::npos);
     EXPECT_EQ(Projects(), Names{"B"});
+    // Also when the records are damaged, and a screen besides.
+    struct : Listener {
+        void NewThisProject() override { throw std::runtime_error("no screen"); }
+    } faulty;
+    workspace.AddListener(&faulty);
+    WriteBytes(Path("b.vtb"), packed.substr(0, packed.size() / 2));
+    platform.ExpectBox("File May Be Damaged", BoxAnswer::Ok, "cut off");
+    try {
+        files.LoadFile(Path("b.vtb"));
+        ADD_FAILURE() << "no fault";
+    } catch (const Fault& fault) {
+        EXPECT_NE(fault.Description().find("has no end"), std::string::npos) << fault.Description();
+        EXPECT_NE(fault.Description().find("no screen"), std::string::npos) << fault.Description();
+    }
+    EXPECT_EQ(platform.statusMessages.back(), "");
+    workspace.RemoveListener(&faulty);
 }
 
 TEST_F(FileCommandsTest, SavingMakesClean) {
