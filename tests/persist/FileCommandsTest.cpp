@@ -107,14 +107,6 @@ TEST_F(FileCommandsTest, OpenWithSomethingInMemoryAsks) {
     EXPECT_EQ(workspace.ThisProject()->ProjectName(), "B");
 }
 
-TEST_F(FileCommandsTest, LoadingSeveralFilesMergesWithoutAQuestion) {
-    EXPECT_TRUE(files.LoadFile(Write("a.vta", SmallPlan("A"))));
-    EXPECT_TRUE(files.LoadFile(Write("b.vtb", SmallPlan("B"))));
-    EXPECT_EQ(Projects(), (Names{"A", "B"}));
-    EXPECT_EQ(workspace.ThisProject()->ProjectName(), "A");
-    EXPECT_FALSE(std::filesystem::exists(Path("Vortan.cfg")));
-}
-
 TEST_F(FileCommandsTest, WhatCannotBeOpenedLeavesMemoryAndSolvesOn) {
     Load("A");
     platform.ExpectBox("File Open Error", BoxAnswer::Ok, "Attempting the read");
@@ -266,14 +258,15 @@ TEST_F(FileCommandsTest, NewThrowsMemoryAwayOnlyWithConsent) {
 
 TEST_F(FileCommandsTest, TheQuestionNamesWhatIsDirty) {
     Load("A");
-    Vtemplate* const staff = workspace.FindOrCreateTemplate("T");
     EXPECT_TRUE(files.OkToDeleteAll());
-    staff->SetDirty(true);
-    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No, "one or more templates.\n");
-    EXPECT_TRUE(files.OkToDeleteAll());
+    const auto expect = [&](const char* what) {
+        platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No, what);
+        EXPECT_TRUE(files.OkToDeleteAll());
+    };
+    workspace.FindOrCreateTemplate("T")->SetDirty(true);
+    expect("one or more templates.\n");
     workspace.ThisProject()->SetDirty(true);
-    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No, "one or more projects and templates.\n");
-    EXPECT_TRUE(files.OkToDeleteAll());
+    expect("one or more projects and templates.\n");
 }
 
 TEST_F(FileCommandsTest, BackupsRunOnceInTheirMinute) {

@@ -174,14 +174,14 @@ class VfileInPlaceDeathTest : public Vfile {
 };
 
 TEST_F(VfileInPlaceDeathTest, AFolderThatTakesNoNewFileIsWrittenIn) {
-    const std::string file = Path("closed/a.vta"), before = FileBytes(file);
+    const std::string name = Path("closed/a.vta"), before = FileBytes(name);
     EXPECT_EXIT(Write(5, RLIM_INFINITY, "/dev/null", "no copy"), testing::ExitedWithCode(0), "");
-    EXPECT_EQ(FileBytes(file), before);
+    EXPECT_EQ(FileBytes(name), before);
     fs::permissions(Path("copies"), fs::perms{0777});
     EXPECT_EXIT(Write(5000, 1000, Path("copies"), "File too large"), testing::ExitedWithCode(0), "");
-    EXPECT_EQ(FileBytes(file), before);
+    EXPECT_EQ(FileBytes(name), before);
     EXPECT_EXIT(Write(5, RLIM_INFINITY, Path("copies/new"), nullptr), testing::ExitedWithCode(0), "");
-    EXPECT_EQ(FileBytes(file), "nnnnn");
+    EXPECT_EQ(FileBytes(name), "nnnnn");
     EXPECT_EQ(NamesIn(Path("closed")).size() + NamesIn(Path("copies")).size(), 2u) << "no copy is left";
 }
 

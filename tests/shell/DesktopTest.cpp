@@ -23,36 +23,9 @@ class BusySolveTest : public ::testing::Test {
         shell.desktop.files.LoadFile(ExampleFile("house.vta"));
         shell.desktop.solver.SetServiceInterval(std::chrono::microseconds(0));
     }
-    /// Runs the solve and does `action` at the nth opportunity, for every n that there is.
-    void AtAnyMoment(const std::function<void()>& action) {
-        for (int moment = 1;; ++moment) {
-            int opportunity = 0;
-            bool done = false;
-            shell.platform.onServeEvents = [&] {
-                if (done || ++opportunity < moment) return;
-                done = true;
-                action();
-            };
-            shell.desktop.workspace.RestartSolve();
-            shell.Solve();
-            if (!done) break;
-            ++moments;
-            ASSERT_EQ(shell.desktop.solver.Mode(), SolveMode::Idle) << "moment " << moment;
-        }
-    }
 
     Shell shell;
-    int moments = 0;
 };
-
-TEST_F(BusySolveTest, MemoryIsClearedAndFilledAnew) {
-    AtAnyMoment([this] {
-        shell.desktop.files.DeleteAll();
-        shell.desktop.files.LoadFile(ExampleFile("house.vta"));
-    });
-    EXPECT_GT(moments, 5);
-    EXPECT_EQ(shell.desktop.solver.SolveMessage(), "Solve complete");
-}
 
 TEST_F(BusySolveTest, TasksAreDeletedInTheTree) {
     Workspace& workspace = shell.desktop.workspace;
