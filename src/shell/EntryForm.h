@@ -89,6 +89,7 @@ class EntryForm : public QDialog, public ChildForm, public Listener {
     Desktop& desktop_;
 
   private:
+    const char* name_;  // a literal
     QVBoxLayout* body_;
     QHBoxLayout* buttons_;
     QFormLayout* rows_ = nullptr;

@@ -38,14 +38,15 @@ MainForm::MainForm(Desktop& desktop) : desktop_(desktop), printing_(std::make_un
     BuildMenus();
     BuildToolbar();
     BuildStatusBar();
+    // Nothing reads a setting before this; a file of settings that is damaged takes nothing else with it.
+    desktop_.Run("Main:MDIForm_Load", [this] { desktop_.files.StartUp(); });
     BuildWorkArea();
     desktop_.workspace.AddListener(this);
-    desktop_.Run("MainForm:MDIForm_Load", [this] {
+    desktop_.Run("Main:MDIForm_Load", [this] {
         projectTree_->Start();
         templateTree_->Start();
         NewThisProject();
         NewThisTemplate();
-        desktop_.files.StartUp();
     });
     desktop_.solver.SuspendSolve();
     desktop_.solver.ResumeSolve();
@@ -55,9 +56,7 @@ MainForm::MainForm(Desktop& desktop) : desktop_(desktop), printing_(std::make_un
             if (form->Class() == FormClass::Pane && now && form->Window().isAncestorOf(now)) lastPane_ = form;
         }
     });
-    connect(&backupTimer_, &QTimer::timeout, this, [this] {
-        desktop_.Run("MainForm:AutoBackupTimer_Timer", [this] { desktop_.files.AutoBackupTick(); });
-    });
+    connect(&backupTimer_, &QTimer::timeout, this, [this] { desktop_.AutoBackupTimerTick(); });
     backupTimer_.start(kBackupPeriod);
     noteTimer_.setSingleShot(true);
     connect(&noteTimer_, &QTimer::timeout, this, [this] { messagePanel_->setText({}); });

@@ -192,9 +192,7 @@ void NodeCommands::DeleteObject(Node& node) {
             condemned->Delete();
         } else if constexpr (std::is_same_v<T, Vresource> || std::is_same_v<T, Vshift>) {
             owner = condemned->Template();
-            condemned->Delete();
-            // Resources that worked this shift have none from now on, as they will when they are read again.
-            if constexpr (std::is_same_v<T, Vshift>) workspace.FreeVobject(condemned);
+            condemned->Delete();  // resources that work a shift keep it
         }
     };
     std::visit(

@@ -145,7 +145,7 @@ TEST(TreesPopup, WhatIsDeletedIsGoneFromTheTextsAndTheModel) {
             BoxAnswer::Yes);
         if (object.index() == 2 && std::get<Vtask*>(object) == bench.link) {
             EXPECT_EQ(dependency.Text, "<deleted>");
-            EXPECT_TRUE(bench.ann->ShiftDeleted());
+            EXPECT_EQ(bench.ann->Shift(), standard);
             EXPECT_EQ(bench.SeenTemplate(), "Crew\n Night\n yard\n  1: Ann\n  2: Bob\n")
                 << "no empty department";
         }
