@@ -9,6 +9,7 @@
 #include "../fuzz/QuietPlatform.h"
 #include "BenchPlans.h"
 #include "charts/GanttForm.h"
+#include "charts/Twips.h"
 #include "paint/ChartPainter.h"
 #include "paint/Pictures.h"
 #include "persist/Records.h"
@@ -17,7 +18,6 @@
 namespace vortan {
 namespace {
 
-constexpr double kTwipsPerPixel = 15;
 constexpr QSize kScreen(1920, 1080);
 
 void NeedToolkit() {

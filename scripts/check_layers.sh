@@ -1,26 +1,27 @@
 #!/usr/bin/env bash
-# Fails when a source file includes a folder to its right in the layer order.
+# Fails when a source file includes a folder to its right in the layer order, or what its layer must not use.
 set -eu
 cd "$(dirname "$0")/.."
-layers=(model solve persist charts reports transfer)
+core=(model solve persist charts reports transfer)
+layers=("${core[@]}" paint)
 status=0
-check() { # folder, then the folders that it may not include
-    local folder=$1; shift
-    [ -d "src/$folder" ] || return 0
-    for other in "$@"; do
-        if grep -rnE "#include [\"<]$other/" "src/$folder"; then
-            echo "src/$folder must not include $other/" >&2
-            status=1
-        fi
-    done
-}
-for ((i = 0; i < ${#layers[@]}; ++i)); do
-    check "${layers[i]}" "${layers[@]:i+1}" shell cli
-    if grep -rnE '#include <Q[A-Z]' "src/${layers[i]}" 2>/dev/null; then
-        echo "src/${layers[i]} must not use the toolkit" >&2
+# forbid <folder> <pattern of a line> <what is wrong with it>
+forbid() {
+    [ -d "src/$1" ] || return 0
+    if grep -rnE "$2" "src/$1"; then
+        echo "src/$1 must not $3" >&2
         status=1
     fi
+}
+for ((i = 0; i < ${#layers[@]}; ++i)); do
+    for other in "${layers[@]:i+1}" shell cli; do
+        forbid "${layers[i]}" "#include [\"<]$other/" "include $other"
+    done
 done
-check paint shell cli
-check cli shell
+for folder in "${core[@]}"; do
+    forbid "$folder" '#include [<"]Q[A-Z]' "use the toolkit"
+done
+forbid cli '#include ["<]shell/' "include shell"
+forbid cli '#include [<"]Q(Application|Widget|Dialog|MessageBox|MainWindow)' "open windows"
+forbid shell '#include ["<]cli/' "include cli"
 exit $status

@@ -6,9 +6,6 @@
 namespace vortan {
 namespace {
 
-constexpr std::uint8_t kTransparent = 1;
-constexpr int kFirstHatch = 2;
-
 /// By hue, a set of bits: 1 red, 2 green, 4 blue. Steps that printers tell apart.
 constexpr std::array<Color, 8> kGreys = {kBlack,   0x585858, 0x909090, 0xD8D8D8,
                                          0x303030, 0x787878, 0xC0C0C0, kWhite};
@@ -38,11 +35,13 @@ Color GreyOf(Color fill) {
 
 }  // namespace
 
-BlackWhiteFill AdjustedFill(Color fill, int hatch) {
+BlackWhiteFill AdjustedFill(Color fill, Hatch hatch) {
     const Hue hue = HueOf(fill);
-    if (hue.grey || hatch == kTransparent) return {fill, hatch};
-    if (hatch != 0 || hue.pure) return {GreyOf(fill), hatch};
-    return {kBlack, kFirstHatch + hue.bits - 1};  // neither 0 nor 7 but for greys
+    if (hue.grey || hatch == Hatch::Transparent) return {fill, hatch};
+    if (hatch != Hatch::Solid || hue.pure) return {GreyOf(fill), hatch};
+    constexpr Hatch kHatches[] = {Hatch::Horizontal, Hatch::Vertical, Hatch::Upward,
+                                  Hatch::Downward,   Hatch::Cross,    Hatch::DiagonalCross};
+    return {kBlack, kHatches[hue.bits - 1]};  // neither 0 nor 7 but for greys
 }
 
 Color AdjustedLine(Color color) {
@@ -54,7 +53,7 @@ DrawItem Adjusted(DrawItem item) {
     if (item.kind == DrawItem::Kind::Rect) {
         const BlackWhiteFill adjusted = AdjustedFill(item.fill, item.hatch);
         item.fill = adjusted.fill;
-        item.hatch = static_cast<std::uint8_t>(adjusted.hatch);
+        item.hatch = adjusted.hatch;
     } else {
         item.fill = GreyOf(item.fill);
     }

@@ -11,7 +11,7 @@ namespace vortan {
 /// What the page of the desktop that shows a chart, and everything that prints or copies one, know of it: a
 /// surface, its titles, its few options, and which broadcasts it answers. A chart reads the solution when it
 /// lays itself out and holds no copy.
-class ChartForm {
+class ChartForm : private Vwindow::Owner {
   public:
     /// A control in the frame in front of the chart. Choices exclude each other.
     struct Option {
@@ -33,8 +33,8 @@ class ChartForm {
     };
 
     /// `metrics` must outlive the form, or its replacement by Vwindow::SetFont.
-    ChartForm(Vwindow::Style style, const TextMetrics& metrics) : vwindow_(style, metrics) {}
-    virtual ~ChartForm() = default;
+    ChartForm(Vwindow::Style style, const TextMetrics& metrics) : vwindow_(style, metrics, this) {}
+    ~ChartForm() override = default;
     ChartForm(const ChartForm&) = delete;
     ChartForm& operator=(const ChartForm&) = delete;
 
@@ -42,9 +42,8 @@ class ChartForm {
     virtual std::string Name() const = 0;
     /// Takes the range of dates from what is to be shown, lays the chart out and draws it.
     virtual void Start() = 0;
+    /// Of the page, and at the head of each printed one.
     virtual std::string Caption() const = 0;
-    /// Of the line at the head of a printed page.
-    virtual std::string PrintTitle() const { return Caption(); }
     virtual OptionsFrame Frame() { return {}; }
     virtual Answers AnswersTo() const { return {}; }
     /// What to tell about a place of the surface, a line each; empty for nothing.

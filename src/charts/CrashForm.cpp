@@ -35,14 +35,11 @@ CrashForm::CrashForm(const Workspace& workspace, const std::vector<Vcrash>& cras
                      const TextMetrics& metrics)
     : ChartForm(Vwindow::Style::Time, metrics), workspace_(workspace), crashList_(crashList) {
     vwindow_.WideTimeColumns = true;
-    vwindow_.RedoLayout = [this] { RedoLayout(); };
-    vwindow_.RedoGraphics = [this] { RedoGraphics(); };
-    vwindow_.DateClick = [this](DateTime clicked) { DateClick(clicked); };
     vwindow_.ToolTip = "Click on a date to see what it takes to finish by then";
 }
 
 std::string CrashForm::Caption() const {
-    return "Crash analysis for " + GetPageHeader(workspace_, true);
+    return "Crash analysis for " + GetPageHeader(workspace_);
 }
 
 ChartForm::OptionsFrame CrashForm::Frame() {
@@ -64,7 +61,7 @@ void CrashForm::Start() {
     vwindow_.SetDateRange(crashList_.back().endDate, crashList_.front().endDate);
 }
 
-void CrashForm::RedoLayout() {
+void CrashForm::LayOut() {
     const Section section("CrashForm:Vwindow_RedoLayout");
     workspace_.ThePlatform().StatusMessage("Building crash plot");
     vwindow_.ClearLayout();
@@ -76,7 +73,7 @@ void CrashForm::RedoLayout() {
     vwindow_.EndLayout(1, 2);
 }
 
-void CrashForm::RedoGraphics() {
+void CrashForm::Draw() {
     const Section section("CrashForm:Vwindow_RedoGraphics");
     PlotCost();
     vwindow_.EndGraphics();

@@ -36,10 +36,10 @@ class CrashForm : public ChartForm {
     double CostToY(Money cost) const;
 
   private:
-    void RedoLayout();
-    void RedoGraphics();
+    void LayOut() override;
+    void Draw() override;
     void PlotCost();
-    void DateClick(DateTime clicked);
+    void DateClick(DateTime clicked) override;
 
     const Workspace& workspace_;
     const std::vector<Vcrash>& crashList_;

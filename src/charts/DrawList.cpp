@@ -3,19 +3,20 @@
 #include <algorithm>
 #include <utility>
 
+#include "charts/Twips.h"
+
 namespace vortan {
 namespace {
 
 constexpr std::int64_t kMaxBands = 65536;
 constexpr std::int64_t kMaxBandsOfItem = 8;
-constexpr std::int64_t kTwipsPerPixel = 15;  // of the coarsest screens, where lines are thickest
 
 struct Extent {
     std::int64_t top, bottom;
 };
 
 Extent VerticalExtent(const DrawItem& item) {
-    const std::int64_t pen = kTwipsPerPixel * std::max<int>(item.width, 1);
+    const auto pen = static_cast<std::int64_t>(kTwipsPerPixel * std::max<int>(item.width, 1));
     const auto [top, bottom] = std::minmax(item.y1, item.y2);
     return {top - pen, bottom + pen};
 }

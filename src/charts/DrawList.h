@@ -10,18 +10,36 @@ namespace vortan {
 using Color = std::uint32_t;
 constexpr Color kBlack = 0, kRed = 255, kGreen = 65280, kYellow = 65535, kBlue = 0xFF0000, kWhite = 0xFFFFFF;
 
+/// An index of a letter, against the letter.
+constexpr double kSmallText = 0.7;
+
+/// How an area is filled.
+enum class Hatch : std::uint8_t {
+    Solid,
+    Transparent,
+    Horizontal,
+    Vertical,
+    Upward,
+    Downward,
+    Cross,
+    DiagonalCross
+};
+/// Where the tip of a triangle is: in the middle of its top, bottom or right side.
+enum class Apex : std::uint8_t { None = 0, Up = 3, Down = 5, Right = 7 };
+
 /// One drawn thing, in twips on the whole unscrolled surface. A later one lies over an earlier one.
 struct DrawItem {
     enum class Kind : std::uint8_t { Line, Rect, Milestone, Triangle, Text };
     Kind kind = Kind::Line;
-    std::uint8_t hatch = 0;  ///< Rect: 0 solid, 1 transparent, 2 to 7 the kinds of lines
-    std::uint8_t apex = 0;   ///< Triangle: 3 up, 5 down, 7 right
-    std::uint8_t width = 1;  ///< Line: pixels
+    Hatch hatch = Hatch::Solid;  ///< Rect
+    Apex apex = Apex::None;      ///< Triangle
+    std::uint8_t width = 1;      ///< Line: pixels
     /// Corners in order, but for a line, which goes from 1 to 2. Of a text: the room that it takes.
     int x1 = 0, y1 = 0, x2 = 0, y2 = 0;
     Color border = kBlack;  ///< of a line or text: its colour
     Color fill = kWhite;
-    std::string text;  ///< lines are separated by "\r\n"
+    bool small = false;  ///< Text: of letters kSmallText as large as the others
+    std::string text;    ///< lines are separated by "\r\n"
 };
 
 /// A picture: items in drawing order, with an index by bands of height, so that a screenful out of many

@@ -10,10 +10,7 @@
 namespace vortan {
 
 GanttForm::GanttForm(Workspace& workspace, Settings& settings, const TextMetrics& metrics)
-    : ChartForm(Vwindow::Style::Time, metrics), workspace_(workspace), settings_(settings) {
-    vwindow_.RedoLayout = [this] { RedoLayout(); };
-    vwindow_.RedoGraphics = [this] { RedoGraphics(); };
-}
+    : ChartForm(Vwindow::Style::Time, metrics), workspace_(workspace), settings_(settings) {}
 
 void GanttForm::Start() {
     const Section section("GanttForm:Start");
@@ -22,12 +19,7 @@ void GanttForm::Start() {
 }
 
 std::string GanttForm::Caption() const {
-    return "Mechanized Gantt chart for " + GetPageHeader(workspace_, true);
-}
-
-std::string GanttForm::PrintTitle() const {
-    return "Mechanized Gantt chart for " +
-           GetPageHeader(workspace_, settings_.SettingIsOn("ShowProjectManagerCheck"));
+    return "Mechanized Gantt chart for " + GetPageHeader(workspace_);
 }
 
 ChartForm::OptionsFrame GanttForm::Frame() {
@@ -46,12 +38,21 @@ void GanttForm::ReadOptions() {
     options_.markers = settings_.SettingIsOn("ShowMarkersCheck");
     options_.criticalRed = settings_.SettingIsOn("CriticalPathRedCheck");
     options_.adjustColors = settings_.SettingIsOn("AdjustColorsCheck");
-    options_.subprojects = settings_.SettingLetter("SubprojectDisplayCombo");
-    options_.arrows = settings_.SettingLetter("DependencyArrowsCombo");
-    options_.dateDeps = settings_.SettingLetter("DateDependencyCombo");
+    const auto letter = [this](const char* setting) { return settings_.SettingLetter(setting); };
+    const std::string subprojects = letter("SubprojectDisplayCombo");
+    options_.subprojects = subprojects == "T"   ? Subprojects::Flat
+                           : subprojects == "A" ? Subprojects::All
+                                                : Subprojects::OneLevel;
+    const std::string arrows = letter("DependencyArrowsCombo");
+    options_.arrows = arrows == "C" ? Arrows::Control : arrows == "A" ? Arrows::All : Arrows::None;
+    const std::string dates = letter("DateDependencyCombo");
+    options_.dateDeps = dates == "L"   ? DateDeps::LineToTop
+                        : dates == "S" ? DateDeps::ShortArrow
+                        : dates == "T" ? DateDeps::Triangle
+                                       : DateDeps::Hidden;
 }
 
-void GanttForm::RedoLayout() {
+void GanttForm::LayOut() {
     const Section section("GanttForm:Vwindow_RedoLayout");
     workspace_.ThePlatform().StatusMessage("Building GANTT chart");
     ReadOptions();
@@ -69,31 +70,32 @@ void GanttForm::RedoLayout() {
     standsFor_.clear();
     projectRows_.clear();
     if (const Vproject* project = workspace_.ThisProject()) {
-        std::unordered_set<const Vproject*> seen;
-        BuildTaskList(*project, seen);
+        std::unordered_set<const Vproject*> within;
+        BuildTaskList(*project, within);
     }
-    if (options_.sortByDate && options_.subprojects == "T") SortTaskList(taskCol_);
+    if (options_.sortByDate && options_.subprojects == Subprojects::Flat) SortTaskList(taskCol_);
     for (const Vtask* task : taskCol_) {
         if (IncludeTask(*task)) BuildTaskRow(*task);
     }
     vwindow_.EndLayout(2, options_.taskLeader ? 8 : 5);
 }
 
-void GanttForm::BuildTaskList(const Vproject& project, std::unordered_set<const Vproject*>& seen) {
-    // A project that several tasks stand for, or that holds itself, is listed once.
-    if (!seen.insert(&project).second) return;
+/// A project that several tasks stand for is listed behind each of them; one that holds itself ends there.
+void GanttForm::BuildTaskList(const Vproject& project, std::unordered_set<const Vproject*>& within) {
+    if (!within.insert(&project).second) return;
     Tasks tasks;
     for (const Vtask* task : project.TaskList()) {
         if (task->Include()) tasks.push_back(task);
     }
-    if (!options_.sortByDate || options_.subprojects != "T") SortTaskList(tasks);
+    if (!options_.sortByDate || options_.subprojects != Subprojects::Flat) SortTaskList(tasks);
     for (const Vtask* task : tasks) {
         taskCol_.push_back(task);
         const Vproject* subproject = task->Subproject();
         if (!subproject) continue;
         if (subproject->Parent() == &project) standsFor_.emplace(subproject, task);
-        BuildTaskList(*subproject, seen);
+        BuildTaskList(*subproject, within);
     }
+    within.erase(&project);
 }
 
 void GanttForm::SortTaskList(Tasks& tasks) const {
@@ -108,8 +110,9 @@ bool GanttForm::CheckOrder(const Vtask& a, const Vtask& b) const {
 }
 
 bool GanttForm::IncludeTask(const Vtask& task) const {
-    if (options_.subprojects == "T") return !task.Subproject();
-    return task.Project() == workspace_.ThisProject() || (options_.subprojects == "A" && task.Subproject());
+    if (options_.subprojects == Subprojects::Flat) return !task.Subproject();
+    return task.Project() == workspace_.ThisProject() ||
+           (options_.subprojects == Subprojects::All && task.Subproject());
 }
 
 void GanttForm::BuildTaskRow(const Vtask& task) {
@@ -184,13 +187,9 @@ double GanttForm::Unit() const {
 }
 
 std::string GanttForm::TipAt(int x, int y) const {
-    // The last row that begins at or above the point.
-    int row = 0;
-    for (int end = static_cast<int>(rowTasks_.size()) + 1; end - row > 1;) {
-        const int middle = row + (end - row) / 2;
-        (vwindow_.RowPos(middle) <= y ? row : end) = middle;
-    }
-    const Vtask* task = row > 0 ? rowTasks_[static_cast<std::size_t>(row) - 1].Get() : nullptr;
+    const int row = vwindow_.RowAt(y);
+    if (row < 1 || row > static_cast<int>(rowTasks_.size())) return {};
+    const Vtask* task = rowTasks_[static_cast<std::size_t>(row) - 1].Get();
     if (!task || !task->Project()) return {};
     const Vproject& project = *task->Project();
     std::int32_t journal = 0;

@@ -26,8 +26,6 @@ class GanttForm : public ChartForm {
     std::string Name() const override { return "GanttForm"; }
     void Start() override;
     std::string Caption() const override;
-    /// Without the manager, unless the user wants it on printouts.
-    std::string PrintTitle() const override;
     OptionsFrame Frame() override;
     Answers AnswersTo() const override {
         return {.newThisProject = Answer::Unload, .newSolution = Answer::Start};
@@ -48,11 +46,16 @@ class GanttForm : public ChartForm {
     bool CheckOrder(const Vtask& a, const Vtask& b) const;
 
   private:
+    enum class Subprojects { OneLevel, All, Flat };  ///< which tasks have a row; flat: no subprojects
+    enum class Arrows { None, Control, All };
+    enum class DateDeps { LineToTop, ShortArrow, Triangle, Hidden };
     /// The user's choices, as they were when the layout began.
     struct Options {
         bool taskLeader = false, allDeps = false, sortByDate = false, milestones = false, markers = false,
              criticalRed = false, adjustColors = false;
-        std::string subprojects, arrows, dateDeps;  ///< first letters
+        Subprojects subprojects = Subprojects::OneLevel;
+        Arrows arrows = Arrows::Control;
+        DateDeps dateDeps = DateDeps::LineToTop;
     };
     /// A bar's place on the surface.
     struct Bar {
@@ -62,12 +65,13 @@ class GanttForm : public ChartForm {
     };
     using Tasks = std::vector<const Vtask*>;
 
-    void RedoLayout();
-    void RedoGraphics();
+    void LayOut() override;
+    void Draw() override;
     void ReadOptions();
 
     // Rows
-    void BuildTaskList(const Vproject& project, std::unordered_set<const Vproject*>& seen);
+    /// Below `within`, the projects that hold this one.
+    void BuildTaskList(const Vproject& project, std::unordered_set<const Vproject*>& within);
     void SortTaskList(Tasks& tasks) const;
     void BuildTaskRow(const Vtask& task);
     std::string TaskCell(const Vtask& task) const;
@@ -84,16 +88,16 @@ class GanttForm : public ChartForm {
     Bar CurrentBar(const Vtask& task, int row) const;
     bool DrawsAsRect(const Bar& bar) const { return !options_.milestones && bar.x1 < bar.x2; }
     bool Covers(const Bar& bar, int x, int y) const;
-    void DrawTaskBar(const Vtask& task);
+    void DrawTaskBar(const Vtask& task, int row);
     void DrawCurrentBar(const Vtask& task, int row, Color border);
     void DrawSymbol(double middle, const Bar& bar, Color border, Color fill);
     void DrawLink(const Bar& bar);
-    void DrawMarker(const Vtask& task, std::int32_t planIndex);
+    void DrawMarker(const Vtask& task, int row, std::int32_t planIndex);
     void DrawDependency(const Vdependency& dependency);
     void DrawArrowBetweenRows(int row1, DateTime date1, int row2, DateTime date2);
     void DrawDateDependency(int row1, DateTime date1, int row2, DateTime date2);
-    /// A head of an arrow, over the point `x`. Apex 3 points up, 5 down.
-    void DrawHead(double x, double top, double bottom, Color color, int apex);
+    /// A head of an arrow, over the point `x`.
+    void DrawHead(double x, double top, double bottom, Color color, Apex apex);
 
     // Key
     void BuildKey(const Vproject& project);
@@ -105,7 +109,7 @@ class GanttForm : public ChartForm {
     DateTime startDate_, endDate_;
     Options options_;
     Tasks taskCol_;                                                ///< in chart order, hidden ones too
-    std::unordered_map<const Vtask*, int> rowList_;                ///< only of tasks that have a row
+    std::unordered_map<const Vtask*, int> rowList_;                ///< the first row of tasks that have one
     std::vector<Link<const Vtask>> rowTasks_;                      ///< the task of row 1, 2 ...
     std::unordered_map<const Vproject*, const Vtask*> standsFor_;  ///< the task that a subproject is
     std::unordered_map<const Vproject*, int> projectRows_;         ///< what RowOfProject has found

@@ -18,11 +18,11 @@ void GanttForm::BuildKey(const Vproject& project) {
     const double middle = x2 + unit / 4 + vwindow_.TextWidth("Projected XXX");
     if (options_.markers) KeyMarker(middle, y0, kRed, "T   plan");
     if (options_.markers && replanned) KeyMarker(middle, y0 + 0.75 * unit, kWhite, "T   not in plan");
-    if (options_.arrows == "N") return;
+    if (options_.arrows == Arrows::None) return;
     const double top = y0 + 1.25 * unit, bottom = y0 + 2.25 * unit, head = 2 * unit / 9;
     vwindow_.DrawLine(middle, top, middle, bottom);
-    DrawHead(middle, top, top + head, kBlack, 5);
-    DrawHead(middle, bottom - head, bottom, kBlack, 3);
+    DrawHead(middle, top, top + head, kBlack, Apex::Down);
+    DrawHead(middle, bottom - head, bottom, kBlack, Apex::Up);
     vwindow_.DrawText(middle + unit / 4, y0 + 11 * unit / 6 - 0.8 * vwindow_.TextHeight(), "Dependencies");
 }
 
@@ -39,10 +39,10 @@ void GanttForm::KeySample(double x1, double x2, double top, double height, Color
 
 void GanttForm::KeyMarker(double middle, double top, Color fill, const std::string& label) {
     const double side = Unit() / 3, bottom = top + side, x = middle + Unit() / 4;
-    vwindow_.DrawTriangle(middle - side / 2, top, middle + side / 2, bottom, kRed, fill, 5);
+    vwindow_.DrawTriangle(middle - side / 2, top, middle + side / 2, bottom, kRed, fill, Apex::Down);
     vwindow_.DrawText(x, bottom - 0.8 * vwindow_.TextHeight(), label);
     // "L" as the index of the label's "T": the latest time.
-    vwindow_.DrawText(x + vwindow_.TextWidth("T"), bottom - 0.4 * vwindow_.TextHeight(), "L");
+    vwindow_.DrawSmallText(x + vwindow_.TextWidth("T"), bottom - 0.4 * vwindow_.TextHeight(), "L");
 }
 
 }  // namespace vortan

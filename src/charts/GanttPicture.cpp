@@ -9,7 +9,7 @@
 
 namespace vortan {
 
-void GanttForm::RedoGraphics() {
+void GanttForm::Draw() {
     const Section section("GanttForm:Vwindow_RedoGraphics");
     if (const Vproject* project = workspace_.ThisProject()) {
         projectSlack_ = DaysBetween(project->EarlyFinish(), project->LateFinish());
@@ -18,16 +18,18 @@ void GanttForm::RedoGraphics() {
         criticalRows_.assign(options_.criticalRed ? static_cast<std::size_t>(vwindow_.Rows()) : 0, false);
         // An arrow from the top of the chart can be red.
         if (!criticalRows_.empty()) criticalRows_[0] = true;
+        int row = 0;
         for (const Vtask* task : taskCol_) {
-            if (IncludeTask(*task)) DrawTaskBar(*task);
+            if (IncludeTask(*task)) DrawTaskBar(*task, ++row);
+        }
+        row = 0;
+        for (const Vtask* task : taskCol_) {
+            if (options_.markers && IncludeTask(*task)) DrawMarker(*task, ++row, project->PlanIndex());
         }
         for (const Vtask* task : taskCol_) {
-            if (options_.markers && IncludeTask(*task)) DrawMarker(*task, project->PlanIndex());
-        }
-        for (const Vtask* task : taskCol_) {
-            if (options_.arrows == "C" && IncludeTask(*task)) {
+            if (options_.arrows == Arrows::Control && IncludeTask(*task)) {
                 if (const Vdependency* control = task->ControlDependency()) DrawDependency(*control);
-            } else if (options_.arrows == "A") {
+            } else if (options_.arrows == Arrows::All) {
                 for (const Vdependency* dependency : task->DependencyList()) {
                     if (dependency->Include()) DrawDependency(*dependency);
                 }
@@ -60,8 +62,7 @@ bool GanttForm::Covers(const Bar& bar, int x, int y) const {
     return y >= bar.y1 && y <= bar.y2 && x >= bar.x1 - reach && x <= std::max(bar.x1, bar.x2) + reach;
 }
 
-void GanttForm::DrawTaskBar(const Vtask& task) {
-    const int row = FindRow(&task);
+void GanttForm::DrawTaskBar(const Vtask& task, int row) {
     Color border = kBlack;
     if (!criticalRows_.empty() && DaysBetween(task.EarlyFinish(), task.LateFinish()) == projectSlack_) {
         border = kRed;
@@ -105,14 +106,14 @@ void GanttForm::DrawLink(const Bar& bar) {
     if (bar.x1 + half < bar.x2 - half) vwindow_.DrawLine(bar.x1 + half, y, bar.x2 - half, y);
 }
 
-void GanttForm::DrawMarker(const Vtask& task, std::int32_t planIndex) {
+void GanttForm::DrawMarker(const Vtask& task, int row, std::int32_t planIndex) {
     // A task that the plan does not know has its latest finish in the present journal only.
     const bool inPlan = task.IncludeAt(planIndex);
     const DateTime finish = inPlan ? task.LateFinishAt(planIndex) : task.LateFinish();
     if (finish < startDate_ || finish > endDate_) return;
-    const int row = FindRow(&task), top = GetY(row, 0), bottom = GetY(row, 3);
+    const int top = GetY(row, 0), bottom = GetY(row, 3);
     const double x = vwindow_.DateToX(finish), half = (bottom - top) / 2.0;
-    vwindow_.DrawTriangle(x - half, top, x + half, bottom, kRed, inPlan ? kRed : kWhite, 5);
+    vwindow_.DrawTriangle(x - half, top, x + half, bottom, kRed, inPlan ? kRed : kWhite, Apex::Down);
 }
 
 void GanttForm::DrawDependency(const Vdependency& dependency) {
@@ -139,26 +140,26 @@ void GanttForm::DrawArrowBetweenRows(int row1, DateTime date1, int row2, DateTim
     vwindow_.DrawLine(xA, yA, xA, yM, color);
     vwindow_.DrawLine(xA, yM, xB, yM, color);
     vwindow_.DrawLine(xB, yM, xB, yB, color);
-    DrawHead(xA, yA, GetY(row1, 8), color, 3);
-    DrawHead(xB, GetY(row2, 1), yB, color, 5);
+    DrawHead(xA, yA, GetY(row1, 8), color, Apex::Up);
+    DrawHead(xB, GetY(row2, 1), yB, color, Apex::Down);
 }
 
 void GanttForm::DrawDateDependency(int row1, DateTime date1, int row2, DateTime date2) {
-    if (options_.dateDeps == "L") {
+    if (options_.dateDeps == DateDeps::LineToTop) {
         DrawArrowBetweenRows(row1, date1, row2, date2);
         return;
     }
     const int x = vwindow_.DateToX(date2), bar = GetY(row2, 3);
-    if (options_.dateDeps == "T") {
+    if (options_.dateDeps == DateDeps::Triangle) {
         const int top = GetY(row2, 1);
-        vwindow_.DrawTriangle(x, top, x + (bar - top) / 2.0, bar, kBlack, kBlack, 7);
-    } else if (options_.dateDeps == "S") {
+        vwindow_.DrawTriangle(x, top, x + (bar - top) / 2.0, bar, kBlack, kBlack, Apex::Right);
+    } else if (options_.dateDeps == DateDeps::ShortArrow) {
         vwindow_.DrawLine(x, bar, x, GetY(row2, 0));
-        DrawHead(x, GetY(row2, 0), GetY(row2, 2), kBlack, 3);
+        DrawHead(x, GetY(row2, 0), GetY(row2, 2), kBlack, Apex::Up);
     }
 }
 
-void GanttForm::DrawHead(double x, double top, double bottom, Color color, int apex) {
+void GanttForm::DrawHead(double x, double top, double bottom, Color color, Apex apex) {
     vwindow_.DrawTriangle(x - HeadWidth() / 2, top, x + HeadWidth() / 2, bottom, color, color, apex);
 }
 

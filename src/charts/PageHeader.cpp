@@ -2,11 +2,11 @@
 
 namespace vortan {
 
-std::string GetPageHeader(const Workspace& workspace, bool manager) {
+std::string GetPageHeader(const Workspace& workspace) {
     const Vproject* project = workspace.ThisProject();
     if (!project) return {};
     std::string header = project->BuildNodeText();
-    if (const Vresource* who = manager ? project->Manager() : nullptr) header += " PM:" + who->Description();
+    if (const Vresource* who = project->Manager()) header += " PM:" + who->Description();
     return header;
 }
 

@@ -6,8 +6,8 @@
 
 namespace vortan {
 
-/// What the captions and printed pages of the active project's charts say of it; with `manager`, also who
-/// manages it, if anybody does. Empty without a project.
-std::string GetPageHeader(const Workspace& workspace, bool manager);
+/// What the captions of the active project's charts say of it, and who manages it, if anybody does. Empty
+/// without a project.
+std::string GetPageHeader(const Workspace& workspace);
 
 }  // namespace vortan

@@ -19,19 +19,17 @@ constexpr int kTooClose = 3, kStair = 6;  // twips
 
 }  // namespace
 
-RiskForm::RiskForm(const Workspace& workspace, const IterativeResults& results, Money& highestCost,
+RiskForm::RiskForm(const Workspace& workspace, const IterativeResults& results, Money highestCost,
                    const TextMetrics& metrics)
     : ChartForm(Vwindow::Style::Time, metrics),
       workspace_(workspace),
       results_(results),
       maxCost_(highestCost) {
     vwindow_.WideTimeColumns = true;
-    vwindow_.RedoLayout = [this] { RedoLayout(); };
-    vwindow_.RedoGraphics = [this] { RedoGraphics(); };
 }
 
 std::string RiskForm::Caption() const {
-    return std::to_string(Iterations()) + " iterations for " + GetPageHeader(workspace_, true);
+    return std::to_string(Iterations()) + " iterations for " + GetPageHeader(workspace_);
 }
 
 ChartForm::OptionsFrame RiskForm::Frame() {
@@ -44,16 +42,19 @@ ChartForm::OptionsFrame RiskForm::Frame() {
              {Option::Kind::Choice, "TotalCostOption", "Total cost", totalCost_, choose(true)}}};
 }
 
+Money RiskForm::HighestCost(const IterativeResults& results) {
+    return *std::max_element(results.riskCosts.begin() + 1, results.riskCosts.end());
+}
+
 void RiskForm::Start() {
     const Section section("RiskForm:Start");
     if (!HasData(results_)) return;
-    maxCost_ =
-        std::max(maxCost_, *std::max_element(results_.riskCosts.begin() + 1, results_.riskCosts.end()));
+    maxCost_ = std::max(maxCost_, HighestCost(results_));
     increment_ = ComputeIncrement(maxCost_.ToDouble());
     vwindow_.SetDateRange(Date(1), Date(Iterations()));
 }
 
-void RiskForm::RedoLayout() {
+void RiskForm::LayOut() {
     const Section section("RiskForm:Vwindow_RedoLayout");
     workspace_.ThePlatform().StatusMessage("Building risk plot");
     vwindow_.ClearLayout();
@@ -70,7 +71,7 @@ void RiskForm::RedoLayout() {
     vwindow_.EndLayout(1, 2);
 }
 
-void RiskForm::RedoGraphics() {
+void RiskForm::Draw() {
     const Section section("RiskForm:Vwindow_RedoGraphics");
     if (totalCost_) {
         PlotTotalCost();
@@ -118,7 +119,7 @@ void RiskForm::PlotMostLikely() {
     vwindow_.DrawLine(x, vwindow_.RowPos(1), x, bottom, kMostLikely, kLineWidth);
     vwindow_.DrawText(x - vwindow_.TextWidth(name) / 2.0, bottom, name, kMostLikely);
     vwindow_.DrawTriangle(x - letters / 10, bottom - letters / 2, x + letters / 10, bottom, kMostLikely,
-                          kMostLikely, 5);
+                          kMostLikely, Apex::Down);
 }
 
 /// For each day on which runs end, an upright line from the cheapest to the dearest, and lines from mean to

@@ -12,15 +12,18 @@ namespace vortan {
 /// runs cost that finished on it. Computes nothing from the network.
 class RiskForm : public ChartForm {
   public:
-    /// All must outlive the form. `highestCost` is the top of the cost axis; it is only ever raised, so that
-    /// one risk solve compares with the next.
-    RiskForm(const Workspace& workspace, const IterativeResults& results, Money& highestCost,
+    /// `workspace`, `results` and `metrics` must outlive the form. The top of the cost axis is `highestCost`
+    /// or what the results need, if that is more: so one risk solve compares with the next.
+    RiskForm(const Workspace& workspace, const IterativeResults& results, Money highestCost,
              const TextMetrics& metrics);
 
     /// Without that there is nothing to show.
     static bool HasData(const IterativeResults& results) {
         return results.riskDates.size() > 1 && results.riskDates[1].IsSet();
     }
+
+    /// Of the runs. There must be data.
+    static Money HighestCost(const IterativeResults& results);
 
     std::string Name() const override { return "RiskForm"; }
     void Start() override;
@@ -34,8 +37,8 @@ class RiskForm : public ChartForm {
     double CostToY(double cost) const;
 
   private:
-    void RedoLayout();
-    void RedoGraphics();
+    void LayOut() override;
+    void Draw() override;
     void PlotProbability();
     void PlotMostLikely();
     void PlotTotalCost();
@@ -45,7 +48,7 @@ class RiskForm : public ChartForm {
 
     const Workspace& workspace_;
     const IterativeResults& results_;
-    Money& maxCost_;
+    Money maxCost_;
     bool totalCost_ = false;
     double increment_ = 1;  ///< money
 };

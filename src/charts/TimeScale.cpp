@@ -58,6 +58,10 @@ double Next(Period period, double begin) {
 
 }  // namespace
 
+const char* TimeScale::MonthName(int month) {
+    return kMonths[Index(month - 1)];
+}
+
 TimeScale::TimeScale(Period period, DateTime start, DateTime finish, const TextMetrics& metrics)
     : period_(period) {
     start = InCalendar(start);
@@ -90,7 +94,7 @@ void TimeScale::MakeLabels(const TextMetrics& metrics) {
         std::string label;
         if (period_ == Period::Month) {
             number = parts.month;
-            label = std::string(kMonths[Index(number - 1)]).substr(0, kShortMonth);
+            label = std::string(MonthName(number)).substr(0, kShortMonth);
         } else if (period_ == Period::Quarter) {
             number = (parts.month - 1) / 3 + 1;
             label = "Q" + std::to_string(number);
@@ -128,7 +132,7 @@ void TimeScale::MakeUpperLabels(const TextMetrics& metrics) {
         const std::string year = std::to_string(parts.year);
         std::vector<std::string> forms{year};
         if (byMonth) {
-            const std::string month = kMonths[Index(parts.month - 1)];
+            const std::string month = MonthName(parts.month);
             const std::string shortMonth = month.substr(0, kShortMonth);
             forms = {month + " " + year, shortMonth + " " + year, shortMonth};
         }

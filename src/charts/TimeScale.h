@@ -30,6 +30,9 @@ class TimeScale {
     void Widen(double width, const TextMetrics& metrics);
     static constexpr int kMostWidening = 10;
 
+    /// Of month 1 to 12, in English.
+    static const char* MonthName(int month);
+
     Period ThePeriod() const { return period_; }
     int Count() const { return static_cast<int>(labels_.size()); }
     int ColumnWidth() const { return columnWidth_; }

@@ -40,7 +40,8 @@ int WidestCharacter(const TextMetrics& metrics) {
 
 }  // namespace
 
-Vwindow::Vwindow(Style style, const TextMetrics& metrics) : style_(style), metrics_(&metrics), rows_(1) {}
+Vwindow::Vwindow(Style style, const TextMetrics& metrics, Owner* owner)
+    : style_(style), metrics_(&metrics), owner_(owner), rows_(1) {}
 
 void Vwindow::ClearLayout() {
     columns_.clear();
@@ -48,7 +49,7 @@ void Vwindow::ClearLayout() {
     timeAt_ = -1;
     scale_ = {};
     upperLabels_.clear();
-    periodChosen_ = firstRowFixed_ = hasFooter_ = complete_ = false;
+    periodChosen_ = firstRowFixed_ = hasFooter_ = laidOut_ = complete_ = false;
     fixedCols_ = keyRight_ = 0;
     footerLines_ = 0;
     rowPos_.clear();
@@ -73,29 +74,29 @@ void Vwindow::EndColumns(bool firstRowFixed) {
 }
 
 void Vwindow::AddRow() {
-    hasFooter_ = false;
+    hasFooter_ = laidOut_ = false;
     rows_.emplace_back();
 }
 
 void Vwindow::AddRow(int row) {
-    hasFooter_ = false;
+    hasFooter_ = laidOut_ = false;
     Require(row >= 1 && Index(row) <= rows_.size());
     rows_.emplace(rows_.begin() + row);
 }
 
 void Vwindow::RefreshRows() {
-    LayOut();
+    ComputePositions();
 }
 
 void Vwindow::EndLayout(int fixedCols, double footerLines) {
     fixedCols_ = std::max(fixedCols, 0);
     footerLines_ = footerLines;
     hasFooter_ = footerLines > 0 && style_ != Style::Free;
-    LayOut();
+    ComputePositions();
     picture_.Clear(kBandLines * TextHeight());
     keyRight_ = 0;
-    complete_ = !RedoGraphics;
-    if (RedoGraphics) RedoGraphics();
+    complete_ = !owner_;
+    if (owner_) owner_->Draw();
 }
 
 int Vwindow::TitledColumn(int col) const {
@@ -214,7 +215,8 @@ void Vwindow::MeasureCells(std::vector<int>& heights) {
             Add(columns_[col].alignment == Alignment::DayColumn ? dayWidth : widths[col], 2.0 * CellMargin());
 }
 
-void Vwindow::LayOut() {
+void Vwindow::ComputePositions() {
+    laidOut_ = true;
     if (style_ == Style::Free) return;
     std::vector<int> heights;
     MeasureCells(heights);
@@ -276,15 +278,9 @@ int Vwindow::LineAt(const std::vector<int>& edges, int position) {
     return static_cast<int>(beyond - edges.begin()) - 1;
 }
 
-void Vwindow::Press(int button, int x, int y) {
-    if (MouseDown) MouseDown(button, x, y);
-    const int row = RowAt(y), col = ColAt(x);
-    if (row < 0 || col < 0) return;
-    if (IsTimeColumn(col)) {
-        if (DateClick) DateClick(XToDate(x));
-    } else if (CellClick && !(hasFooter_ && row == Rows() - 1)) {
-        CellClick(button, row, col);
-    }
+void Vwindow::Press(int x, int y) {
+    const int col = ColAt(x);
+    if (owner_ && RowAt(y) >= 0 && col >= 0 && IsTimeColumn(col)) owner_->DateClick(XToDate(x));
 }
 
 int Vwindow::FixedRows() const {
@@ -326,7 +322,7 @@ int Vwindow::ContentHeight() const {
 void Vwindow::SetDateRange(DateTime start, DateTime finish) {
     start_ = start;
     finish_ = finish;
-    if (RedoLayout) RedoLayout();
+    if (owner_) owner_->LayOut();
 }
 
 void Vwindow::GetShownDates(DateTime& start, DateTime& finish) const {

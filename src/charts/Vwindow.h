@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,26 +20,28 @@ enum class Alignment { Left = 1, Center = 4, Right = 7, RightBottom = 8, DayColu
 /// windows: a painter plays it on screen, paper and into files.
 ///
 /// All positions are twips on the unscrolled surface, 0, 0 being the top left corner of the heading row.
-/// A form builds the grid in its RedoLayout handler (ClearLayout, AddColumn and AddTimeColumns, EndColumns on
-/// a table, AddRow and Cell, EndLayout) and draws in its RedoGraphics handler, which EndLayout calls before
-/// it returns, and which ends with EndGraphics. A form must have all its state set before it calls
-/// SetDateRange or EndLayout.
+/// Its owner builds the grid in LayOut (ClearLayout, AddColumn and AddTimeColumns, EndColumns on a table,
+/// AddRow and Cell, EndLayout) and draws in Draw, which EndLayout calls before it returns, and which ends
+/// with EndGraphics. An owner must have all its state set before it calls SetDateRange or EndLayout.
 class Vwindow {
   public:
     enum class Style { Table = 0, Free = 1, Time = 2 };
 
-    /// `metrics` must outlive the surface, or its replacement by SetFont.
-    Vwindow(Style style, const TextMetrics& metrics);
+    /// What fills a surface when it is asked to.
+    class Owner {
+      public:
+        virtual ~Owner() = default;
+        virtual void LayOut() = 0;
+        virtual void Draw() = 0;
+        virtual void DateClick(DateTime /*when*/) {}
+    };
 
-    // ---- what the owning form does when it is asked to; missing ones are left out
-    std::function<void()> RedoLayout, RedoGraphics;
-    std::function<void(int button, int row, int col)> CellClick;
-    std::function<void(DateTime when)> DateClick;
-    std::function<void(int button, int x, int y)> MouseDown, MouseUp, MouseMove;
-    std::function<void()> ScrollGrid;
-    /// A mouse button goes down at a place of the surface: raises MouseDown, then DateClick in the time
-    /// columns or CellClick in a cell.
-    void Press(int button, int x, int y);
+    /// `metrics` must outlive the surface, or its replacement by SetFont; so must `owner`. A surface without
+    /// one is laid out from outside, and complete with that.
+    Vwindow(Style style, const TextMetrics& metrics, Owner* owner = nullptr);
+
+    /// A mouse button goes down at a place of the surface: in the time columns a click on a date.
+    void Press(int x, int y);
 
     // ---- grid
     void ClearLayout();
@@ -111,14 +112,20 @@ class Vwindow {
 
     // ---- drawing
     void DrawLine(double x1, double y1, double x2, double y2, Color color = kBlack, int width = 1);
-    void DrawRect(double x1, double y1, double x2, double y2, Color border, Color fill, int hatch = 0);
+    void DrawRect(double x1, double y1, double x2, double y2, Color border, Color fill,
+                  Hatch hatch = Hatch::Solid);
     void DrawMilestone(double x1, double y1, double x2, double y2, Color border, Color fill);
-    void DrawTriangle(double x1, double y1, double x2, double y2, Color border, Color fill, int apex);
+    void DrawTriangle(double x1, double y1, double x2, double y2, Color border, Color fill, Apex apex);
     void DrawText(double x, double y, const std::string& text, Color color = kBlack);
-    /// Down to the last data row. A moment outside the shown range has no line.
+    /// In small letters, as an index.
+    void DrawSmallText(double x, double y, const std::string& text, Color color = kBlack);
+    /// Through all rows, a footer too. A moment outside the shown range has no line.
     void DrawDateLine(DateTime when, Color color);
     void EndGraphics();
     bool IsComplete() const;
+    /// Whether all positions are known, as they are from EndLayout on: the surface can be shown as far as it
+    /// was drawn.
+    bool IsLaidOut() const { return laidOut_; }
     /// In drawing order.
     const std::vector<DrawItem>& Items() const { return picture_.Items(); }
     /// Replaces `found` by the indexes, in drawing order, of the items that touch the heights from `top` to
@@ -166,17 +173,19 @@ class Vwindow {
     const CellData* FindCell(int row, int col) const;
     CellData& NeedCell(int row, int col);
     static int LineAt(const std::vector<int>& edges, int position);
-    void LayOut();
+    void ComputePositions();
     /// The widths of the titled columns; `heights` becomes those of the rows.
     void MeasureCells(std::vector<int>& heights);
     int LineHeight(int lines) const;
     int WrapLimit() const;
     int DataBottom() const { return RowPos(Rows() - (hasFooter_ ? 1 : 0)); }
-    void Draw(DrawItem::Kind kind, double x1, double y1, double x2, double y2, Color border, Color fill,
-              int hatch = 0, int apex = 0);
+    void AddText(double x, double y, const std::string& text, Color color, bool small);
+    void AddItem(DrawItem::Kind kind, double x1, double y1, double x2, double y2, Color border, Color fill,
+                 Hatch hatch = Hatch::Solid, Apex apex = Apex::None);
 
     Style style_;
     const TextMetrics* metrics_;
+    Owner* owner_;
     Page page_;
     // The grid. Rows start with the heading, whose cells hold the titles; cells that were never set are
     // missing at the end of their row.
@@ -194,7 +203,7 @@ class Vwindow {
     std::vector<int> rowPos_, colPos_;  ///< as of the last layout
     // The picture.
     DrawList picture_;
-    bool complete_ = false;
+    bool laidOut_ = false, complete_ = false;
     int keyRight_ = 0;  ///< how far the picture reaches in the footer
 };
 

@@ -7,12 +7,12 @@
 
 namespace vortan {
 
-void Vwindow::Draw(DrawItem::Kind kind, double x1, double y1, double x2, double y2, Color border, Color fill,
-                   int hatch, int apex) {
+void Vwindow::AddItem(DrawItem::Kind kind, double x1, double y1, double x2, double y2, Color border,
+                      Color fill, Hatch hatch, Apex apex) {
     DrawItem item;
     item.kind = kind;
-    item.hatch = static_cast<std::uint8_t>(std::clamp(hatch, 0, 7));
-    item.apex = static_cast<std::uint8_t>(std::clamp(apex, 0, 255));
+    item.hatch = hatch;
+    item.apex = apex;
     item.x1 = RoundToInt32(std::min(x1, x2));
     item.y1 = RoundToInt32(std::min(y1, y2));
     item.x2 = RoundToInt32(std::max(x1, x2));
@@ -34,19 +34,28 @@ void Vwindow::DrawLine(double x1, double y1, double x2, double y2, Color color, 
     picture_.Add(std::move(item));
 }
 
-void Vwindow::DrawRect(double x1, double y1, double x2, double y2, Color border, Color fill, int hatch) {
-    Draw(DrawItem::Kind::Rect, x1, y1, x2, y2, border, fill, hatch);
+void Vwindow::DrawRect(double x1, double y1, double x2, double y2, Color border, Color fill, Hatch hatch) {
+    AddItem(DrawItem::Kind::Rect, x1, y1, x2, y2, border, fill, hatch);
 }
 
 void Vwindow::DrawMilestone(double x1, double y1, double x2, double y2, Color border, Color fill) {
-    Draw(DrawItem::Kind::Milestone, x1, y1, x2, y2, border, fill);
+    AddItem(DrawItem::Kind::Milestone, x1, y1, x2, y2, border, fill);
 }
 
-void Vwindow::DrawTriangle(double x1, double y1, double x2, double y2, Color border, Color fill, int apex) {
-    Draw(DrawItem::Kind::Triangle, x1, y1, x2, y2, border, fill, 0, apex);
+void Vwindow::DrawTriangle(double x1, double y1, double x2, double y2, Color border, Color fill, Apex apex) {
+    AddItem(DrawItem::Kind::Triangle, x1, y1, x2, y2, border, fill, Hatch::Solid, apex);
 }
 
 void Vwindow::DrawText(double x, double y, const std::string& text, Color color) {
+    AddText(x, y, text, color, false);
+}
+
+void Vwindow::DrawSmallText(double x, double y, const std::string& text, Color color) {
+    AddText(x, y, text, color, true);
+}
+
+void Vwindow::AddText(double x, double y, const std::string& text, Color color, bool small) {
+    const double scale = small ? kSmallText : 1;
     std::vector<std::string_view> lines;
     SplitLines(text, lines);
     int width = 0;
@@ -55,9 +64,10 @@ void Vwindow::DrawText(double x, double y, const std::string& text, Color color)
     item.kind = DrawItem::Kind::Text;
     item.x1 = RoundToInt32(x);
     item.y1 = RoundToInt32(y);
-    item.x2 = RoundToInt32(x + width);
-    item.y2 = RoundToInt32(y + static_cast<double>(lines.size()) * TextHeight());
+    item.x2 = RoundToInt32(x + scale * width);
+    item.y2 = RoundToInt32(y + scale * static_cast<double>(lines.size()) * TextHeight());
     item.border = color;
+    item.small = small;
     item.text = text;
     picture_.Add(std::move(item));
 }
@@ -67,7 +77,7 @@ void Vwindow::DrawDateLine(DateTime when, Color color) {
     GetShownDates(first, last);
     if (!(when >= first && when <= last)) return;
     const int x = DateToX(when);
-    DrawLine(x, 0, x, DataBottom(), color);
+    DrawLine(x, 0, x, RowPos(Rows()), color);
 }
 
 void Vwindow::EndGraphics() {

@@ -66,7 +66,7 @@ void WriteChart(CliSession& session, const std::string& fileName, const std::str
     const auto chart = make(settings, metrics);
     chart->TheVwindow().SetPage(PageOf(DefaultPageLayout()));
     chart->Start();
-    const ShownSurface shown{chart->TheVwindow(), metrics, chart->PrintTitle()};
+    const ShownSurface shown{chart->TheVwindow(), metrics, chart->Caption()};
     std::string problem;
     try {
         problem = SaveFile(fileName, MakeFile(shown, OutputOf(fileName), fit));

@@ -78,7 +78,7 @@ int CheckCommand(CliSession& session, const std::string& file) {
     LoadReport report;
     std::string damage;
     try {
-        TokenReader reader(content.text, file);
+        TokenReader reader(content.text, file, content.packed);
         LoadRecords(session.workspace, reader, report);
     } catch (const Fault& fault) {
         damage = fault.Description();

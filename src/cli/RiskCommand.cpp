@@ -74,10 +74,8 @@ int RiskCommand(CliSession& session, const RiskOptions& options) {
     session.streams.out << (options.json ? RiskJson(session.iterative.Results())
                                          : RiskTable(session, !options.detailed));
     if (options.plot.empty()) return kExitDone;
-    Money highestCost;
     WriteChart(session, options.plot, "RiskForm", true, [&](Settings&, const TextMetrics& metrics) {
-        return std::make_unique<RiskForm>(session.workspace, session.iterative.Results(), highestCost,
-                                          metrics);
+        return std::make_unique<RiskForm>(session.workspace, session.iterative.Results(), Money(), metrics);
     });
     return kExitDone;
 }

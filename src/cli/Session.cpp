@@ -26,7 +26,7 @@ LoadReport CliSession::Load(const std::string& fileName) {
     const bool cutOff = file.packed && !file.suffixFound;
     LoadReport report;
     try {
-        TokenReader reader(file.text, fileName);
+        TokenReader reader(file.text, fileName, file.packed);
         LoadRecords(workspace, reader, report);
     } catch (const Fault& fault) {
         throw CliError(fault.Description() + (cutOff ? "\nThe packed file was cut off before its end." : ""));

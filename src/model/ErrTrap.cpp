@@ -102,6 +102,38 @@ Section::~Section() {
     }
 }
 
+void RefuseIn(const char* section, const std::string& description) {
+    const Section left(section);
+    Refuse(description);
+}
+
+void Steps::Do(const std::function<void()>& step) {
+    int number = Fault::kUnexpected;
+    std::string description;
+    try {
+        return step();
+    } catch (const Fault& fault) {
+        number = fault.Number();
+        description = fault.Description();
+    } catch (const std::exception& exception) {
+        description = exception.what();
+    }
+    if (number_ == 0 || number_ == Fault::kUnwinding) {
+        number_ = number;
+        description_ = description;
+        chain_.assign(chain.names.begin(), chain.names.begin() + static_cast<std::ptrdiff_t>(chain.count));
+    } else if (number != Fault::kUnwinding) {
+        description_ += "\n\nInternal error " + std::to_string(number) + ": " + description;
+    }
+}
+
+void Steps::End() {
+    if (number_ == 0) return;
+    chain.count = 0;
+    for (const char* name : chain_) chain.Add(name);
+    throw Fault(number_, description_);
+}
+
 bool ErrTrap::RunCommand(const char* section, const std::function<void()>& command) {
     const ChainOfCommand ownChain;
     for (;;) {
@@ -121,9 +153,7 @@ bool ErrTrap::RunCommand(const char* section, const std::function<void()>& comma
 
         const CallChain left = chain;  // the box may let other commands run
         const std::string message = "Internal error " + std::to_string(number) + ": " + description;
-        BoxAnswer answer =
-            platform_.MessageBox(message, "Internal Error", BoxIcon::Stop, BoxButtons::AbortRetryIgnore);
-        if (answer != BoxAnswer::Retry && answer != BoxAnswer::Ignore) answer = BoxAnswer::Abort;
+        const BoxAnswer answer = Ask(message);
         WriteErrorLog(message, left.count > 0 ? left.names[0] : section, answer);
         if (answer == BoxAnswer::Retry) continue;
         if (answer == BoxAnswer::Abort) WriteErrorLog(ChainText(section, left), "", std::nullopt);
@@ -133,6 +163,21 @@ bool ErrTrap::RunCommand(const char* section, const std::function<void()>& comma
         }
         return false;
     }
+}
+
+BoxAnswer ErrTrap::Ask(const std::string& message) {
+    struct Open {
+        ErrTrap& trap;
+        explicit Open(ErrTrap& t) : trap(t) { ++trap.openBoxes_; }
+        ~Open() { --trap.openBoxes_; }
+    };
+    BoxAnswer answer;
+    {
+        const Open open(*this);
+        answer = platform_.MessageBox(message, "Internal Error", BoxIcon::Stop, BoxButtons::AbortRetryIgnore);
+    }
+    if (!BoxOpen() && BoxAnswered) BoxAnswered();
+    return answer == BoxAnswer::Retry || answer == BoxAnswer::Ignore ? answer : BoxAnswer::Abort;
 }
 
 void ErrTrap::WriteErrorLog(const std::string& message, const std::string& section,

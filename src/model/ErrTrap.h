@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "model/Platform.h"
 
@@ -25,6 +26,22 @@ class Section {
     int uncaught_;  ///< exceptions under way when the object was made
 };
 
+/// Raises the refusal `description` for a procedure too busy to keep a Section of its own.
+[[noreturn]] void RefuseIn(const char* section, const std::string& description);
+
+/// Runs steps of which a later one must not be left out because an earlier one failed.
+class Steps {
+  public:
+    void Do(const std::function<void()>& step);
+    /// Passes on what failed, as one fault that tells of all of them and has the call chain of the first.
+    void End();
+
+  private:
+    int number_ = 0;  ///< of the first fault; 0 as long as there is none
+    std::string description_;
+    std::vector<const char*> chain_;
+};
+
 /// The one end of all faults: asks the user, once for each fault, and writes ErrTrap.log. Does not own the
 /// Platform.
 class ErrTrap {
@@ -38,6 +55,12 @@ class ErrTrap {
     /// without a word. Returns whether the command ran to its end. May be called within a command.
     bool RunCommand(const char* section, const std::function<void()>& command);
 
+    /// Whether a box about a fault waits for its answer. No other work may begin then: what failed may have
+    /// left the model half done.
+    bool BoxOpen() const { return openBoxes_ > 0; }
+    /// Called when the last such box has been answered.
+    std::function<void()> BoxAnswered;
+
     /// Appends an entry to ErrTrap.log: with an action, under a header of its own and with particulars of the
     /// program; without, `message` alone. A log that cannot be written loses the entry.
     void WriteErrorLog(const std::string& message, const std::string& section,
@@ -46,7 +69,10 @@ class ErrTrap {
   private:
     std::string LogEntry(const std::string& message, const std::string& section, BoxAnswer action);
 
+    BoxAnswer Ask(const std::string& message);
+
     Platform& platform_;
+    int openBoxes_ = 0;
 };
 
 }  // namespace vortan

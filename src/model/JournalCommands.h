@@ -6,7 +6,8 @@
 
 namespace vortan {
 
-/// The journal commands. All projects of one master and all templates move together.
+/// The journal commands. All projects that have the active project's master, in whatever journal, and all
+/// templates move together. A journal that they make is a whole day.
 
 /// Journal/New: asks for a date and makes the journal of that date active, adding it where it is missing.
 /// Returns whether a journal was added.
@@ -20,12 +21,12 @@ void SelectJournal(Workspace& workspace, const std::string& nodeText);
 /// if one of them stands at another journal; nothing changes then.
 void SetAsPlan(Workspace& workspace);
 
-/// Adds a journal to all projects of the active project's master and to all templates; it becomes the active
+/// Adds a journal to all projects that move with the active one and to all templates; it becomes the active
 /// one.
 void AddJournalEverywhere(Workspace& workspace, DateTime date);
 
-/// Makes a journal active in all projects of the active project's master and in all templates. Fault if one
-/// of the projects does not have it, and nothing changes; a template that lacks it gets it.
+/// Makes a journal active in all projects that move with the active one and in all templates. Fault if one of
+/// those that have its master now lacks it, and nothing changes; others and templates that lack it get it.
 void ActivateJournal(Workspace& workspace, DateTime date);
 
 }  // namespace vortan

@@ -1,5 +1,6 @@
 #include "model/JournalOwner.h"
 
+#include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
 #include "model/Workspace.h"
@@ -7,6 +8,7 @@
 namespace vortan {
 
 void JournalOwner::SetCurrentIndex(std::int32_t index) {
+    const Section section("JournalOwner:CurrentIndex [Property Let]");
     if (index < 0 || index >= std::max(numJournals_, 1)) AssertionFailed();
     currentIndex_ = index;
 }
@@ -25,10 +27,12 @@ bool JournalOwner::AddJournal(DateTime date) {
     journalDates_.insert(journalDates_.begin() + currentIndex_, date);
     ++numJournals_;
     ChangeNumJournals();
+    dirty_ = true;
     return true;
 }
 
 void JournalOwner::DeleteJournal() {
+    const Section section("JournalOwner:DeleteJournal");
     if (numJournals_ < 2) Refuse("At least one journal must remain");
     journalDates_.erase(journalDates_.begin() + currentIndex_);
     --numJournals_;
@@ -37,6 +41,7 @@ void JournalOwner::DeleteJournal() {
 }
 
 void JournalOwner::ChangeJournal(DateTime date) {
+    const Section section("JournalOwner:ChangeJournal");
     const auto current = static_cast<std::size_t>(currentIndex_);
     if (currentIndex_ > 0) {
         if (date <= journalDates_[current - 1]) {
@@ -51,6 +56,7 @@ void JournalOwner::ChangeJournal(DateTime date) {
 }
 
 void JournalOwner::SetJournal(DateTime date) {
+    const Section section("JournalOwner:Journal [Property Let]");
     if (Journal() == date) return;
     for (std::int32_t i = 0; i < numJournals_; ++i) {
         currentIndex_ = i;
@@ -65,6 +71,7 @@ bool JournalOwner::JournalDefined(DateTime date) const {
 }
 
 void JournalOwner::LoadJournals(std::int32_t count, std::vector<DateTime> dates) {
+    const Section section("JournalOwner:LoadJournals");
     if (count < 0 || dates.size() != static_cast<std::size_t>(std::max(count, 1))) {
         Refuse("NumJournals is " + std::to_string(count) + " but there are " + std::to_string(dates.size()) +
                " JournalDates");

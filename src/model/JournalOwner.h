@@ -26,7 +26,7 @@ class JournalOwner : public VObject {
     const std::vector<DateTime>& JournalDates() const { return journalDates_; }
 
     /// Makes the journal of `date` active, adding it where it is missing. True if it was added. The new
-    /// journal starts as a copy of the one before it.
+    /// journal starts as a copy of the one before it, and the owner is `Dirty`; it asks for no solve.
     bool AddJournal(DateTime date);
     /// Removes the active journal. Fault if it is the only one; nothing changes then.
     void DeleteJournal();

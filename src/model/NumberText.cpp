@@ -115,7 +115,7 @@ NumberPrefix FindNumber(std::string_view text) {
     }
     number.end = p;
     number.found = number.DigitCount() > 0;
-    if (!number.found || p == end || (LowerCase(*p) != 'e' && LowerCase(*p) != 'd')) return number;
+    if (!number.found || p == end || LowerCase(*p) != 'e') return number;
     ++p;
     bool minus = false;
     if (p != end && (*p == '-' || *p == '+')) minus = *p++ == '-';
@@ -128,8 +128,8 @@ NumberPrefix FindNumber(std::string_view text) {
     return number;
 }
 
-/// The number without its sign. from_chars does the common case; it knows no D, and leaves open on which side
-/// a number is out of range.
+/// The number without its sign. from_chars does the common case; it leaves open on which side a number is out
+/// of range.
 template <class T>
 T MagnitudeOf(const NumberPrefix& number) {
     T value = 0;
@@ -363,7 +363,9 @@ std::optional<double> ParseTimeOfDay(std::string_view text) {
 }
 
 void AppendQuoted(std::string& out, std::string_view text) {
-    if (!text.empty() && text.front() != '"' && text.find(',') == std::string_view::npos) {
+    // A reader takes blanks at the ends of a token for the layout of the line.
+    const bool bare = !text.empty() && text.front() != '"' && text.front() != ' ' && text.back() != ' ';
+    if (bare && text.find(',') == std::string_view::npos) {
         out += text;
         return;
     }

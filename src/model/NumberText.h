@@ -34,7 +34,7 @@ std::string FormatNumber(T value) {
 }
 
 /// The number at the front of `text`: leading blanks are skipped, then the longest text of an optional
-/// sign, digits with an optional point, and an optional exponent after E or D. No number gives 0. What is
+/// sign, digits with an optional point, and an optional exponent after E. No number gives 0. What is
 /// too large gives the largest number of its sign.
 double ScanNumber(std::string_view text);
 /// The same, rounded once to a float.
@@ -66,7 +66,8 @@ std::optional<DateTime> ParseFileDate(std::string_view text);
 std::optional<double> ParseTimeOfDay(std::string_view text);
 
 /// `text` as one token of a line of comma-separated tokens: enclosed in double quotes, with doubled ones
-/// inside, if it is empty, has a comma or begins with a quote; else as it stands.
+/// inside, if it would not read back equal as it stands: if it is empty, has a comma, begins with a quote, or
+/// begins or ends with a blank.
 void AppendQuoted(std::string& out, std::string_view text);
 std::string Quote(std::string_view text);
 

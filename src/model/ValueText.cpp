@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <limits>
 
 #include "model/Characters.h"
+#include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/NumberText.h"
 
@@ -73,8 +75,15 @@ void Increment(std::string& text) {
     text.insert(first, "1");
 }
 
+/// The year that ends in the digits `lastTwo` and lies no more than 50 years before `today`, and less than
+/// 50 behind it.
+int WholeYear(int lastTwo, DateTime today) {
+    const int first = ToParts(today).year - 50;
+    return first + ((lastTwo - first) % 100 + 100) % 100;
+}
+
 /// The day that the word `text` names.
-std::optional<DateTime> ParseDay(std::string_view text) {
+std::optional<DateTime> ParseDay(std::string_view text, DateTime today) {
     int numbers[3];
     const std::size_t separatorAt = text.find_first_of("/-");
     if (separatorAt == std::string_view::npos) return std::nullopt;
@@ -88,7 +97,7 @@ std::optional<DateTime> ParseDay(std::string_view text) {
         number = TakeDigits(text, 4);
         if (number < 0) return std::nullopt;
         const bool shortYear = separator == '/' && &number == numbers + 2 && size - text.size() <= 2;
-        if (shortYear) number += number < 30 ? 2000 : 1900;
+        if (shortYear) number = WholeYear(number, today);
     }
     if (!text.empty()) return std::nullopt;
     DateParts parts;
@@ -106,7 +115,7 @@ std::string DayText(const DateParts& parts) {
 }
 
 bool IsPathSeparator(char c) {
-    return c == '/' || c == '\\' || c == ':';
+    return c == '/';
 }
 
 }  // namespace
@@ -153,7 +162,7 @@ double TextToDuration(std::string_view text) {
             size = 10080;
             break;
         default:
-            AssertionFailed();
+            RefuseIn("Common:TextToDuration", "Assertion failed");
     }
     constexpr double limit = std::numeric_limits<double>::max();
     return std::clamp(ScanNumber(text) * size / kMinutesPerDay, -limit, limit);
@@ -174,7 +183,7 @@ const char* EffortUnitName(int effortUnits) {
     for (const Unit& unit : kUnits) {
         if (effortUnits == -unit.effortMinutes || effortUnits == unit.calendarMinutes) return unit.name;
     }
-    AssertionFailed();
+    RefuseIn("Common:EffortUnitName", "Assertion failed");
 }
 
 std::string FormatTwoDecimals(float value) {
@@ -207,7 +216,7 @@ std::string FormatCurrency(Money value, const std::string& symbol) {
 std::string FormatCurrency(std::string_view text, const std::string& symbol) {
     if (Trim(text).empty()) return FormatCurrency(Money(), symbol);
     const std::optional<Money> value = ParseCurrency(text, symbol);
-    if (!value) Refuse("\"" + std::string(text) + "\" is not an amount of money");
+    if (!value) RefuseIn("Common:FormatCurrency", "\"" + std::string(text) + "\" is not an amount of money");
     return FormatCurrency(*value, symbol);
 }
 
@@ -264,7 +273,7 @@ std::string FormatHour(int hour, bool pad) {
 const char* DayName(int day) {
     static constexpr const char* kNames[] = {"Holiday",  "Sunday", "Monday",   "Tuesday", "Wednesday",
                                              "Thursday", "Friday", "Saturday", "Shutdown"};
-    if (day < 0 || day > 8) AssertionFailed();
+    if (day < 0 || day > 8) RefuseIn("Common:DayName", "Assertion failed");
     return kNames[day];
 }
 
@@ -287,10 +296,15 @@ std::string FormatShortDate(DateTime date) {
     return DayText(ToParts(date));
 }
 
-std::optional<DateTime> ParseDate(std::string_view text) {
+DateTime Today() {
+    const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
+    return AddDays(FromParts({1970, 1, 1}), std::chrono::floor<std::chrono::days>(sinceEpoch).count());
+}
+
+std::optional<DateTime> ParseDate(std::string_view text, DateTime today) {
     text = Trim(text);
     const std::size_t blank = text.find_first_of(" \t");
-    const std::optional<DateTime> day = ParseDay(text.substr(0, blank));
+    const std::optional<DateTime> day = ParseDay(text.substr(0, blank), today);
     if (!day || blank == std::string_view::npos) return day;
     const std::optional<double> time = ParseTimeOfDay(text.substr(blank));
     if (!time) return std::nullopt;
@@ -300,8 +314,8 @@ std::optional<DateTime> ParseDate(std::string_view text) {
 DateTime JDate(std::string_view text) {
     text = Trim(text);
     const std::string_view word = text.substr(0, text.find_first_of(" \t"));
-    const std::optional<DateTime> day = ParseDay(word);
-    if (!day) Refuse("\"" + std::string(word) + "\" is not a date");
+    const std::optional<DateTime> day = ParseDay(word, Today());
+    if (!day) RefuseIn("Common:JDate", "\"" + std::string(word) + "\" is not a date");
     return *day;
 }
 

@@ -55,9 +55,12 @@ std::string DayLetters(int day);
 std::string FormatDate(DateTime date);
 /// "9/3/2001".
 std::string FormatShortDate(DateTime date);
-/// A typed date, month/day/year or year-month-day, with or without a blank and a time of day. A year
-/// of two digits behind a slash means 2000 to 2029 or 1930 to 1999. None if there is no such moment.
-std::optional<DateTime> ParseDate(std::string_view text);
+/// The day by the clock of the system.
+DateTime Today();
+/// A typed date, month/day/year or year-month-day, with or without a blank and a time of day. A year of two
+/// digits behind a slash is the one of the 50 years before `today` and the 50 behind. None if there is no
+/// such moment.
+std::optional<DateTime> ParseDate(std::string_view text, DateTime today = Today());
 /// The date in the first word of an entry such as "9/10/2001 [Current]". A fault if that is no date.
 DateTime JDate(std::string_view text);
 

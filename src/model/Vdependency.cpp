@@ -28,11 +28,22 @@ void Vdependency::SetTask(Vtask* task) {
     }
 }
 
+namespace {
+
+/// The short date, and the time of day if there is one; the day that means "not set" is told like any other.
+std::string DateAndTime(DateTime date) {
+    const DateParts parts = ToParts(date);
+    const int seconds = parts.hour * 3600 + parts.minute * 60 + parts.second;
+    return FormatShortDate(date) + (seconds == 0 ? "" : " " + FormatDate(DateTime(seconds / 86400.0)));
+}
+
+}  // namespace
+
 std::string Vdependency::BuildNodeText() const {
     const Vtask* required = TaskRequired();
     std::string text;
     if (!required) {
-        text = TaskRequiredDeleted() ? "<deleted>" : FormatDate(DepDate());
+        text = TaskRequiredDeleted() ? "<deleted>" : DateAndTime(DepDate());
     } else if (required->Project() == Project()) {
         text = required->BuildNodeText();
     } else {
@@ -43,7 +54,7 @@ std::string Vdependency::BuildNodeText() const {
     if (FromPercent() != 100 || ToPercent() != 0) {
         text += ": ";
         text += letter(ToPercent());
-        text += required ? letter(FromPercent()) : 'D';
+        text += required || TaskRequiredDeleted() ? letter(FromPercent()) : 'D';
     }
     if (Offset() > 0) text += " + " + FormatDuration(Offset(), true);
     if (Offset() < 0) text += " - " + FormatDuration(-Offset(), true);

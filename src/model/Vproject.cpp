@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
 #include "model/Workspace.h"
@@ -17,7 +18,7 @@ const char* SolveRuleText(std::int32_t rule) {
                                              "Up to 24 hours, halt if more needed",
                                              "Up to 24 hours, extend if more needed",
                                              "Unlimited hours per day"};
-    if (rule < kNormalHalt || rule > kUnlimited) AssertionFailed();
+    if (rule < kNormalHalt || rule > kUnlimited) RefuseIn("Vproject:SolveRuleText", "Assertion failed");
     return kTexts[rule];
 }
 
@@ -50,6 +51,7 @@ void Vproject::SetProjectName(const std::string& name) {
 }
 
 void Vproject::SetPlanIndex(std::int32_t index) {
+    const Section section("Vproject:PlanIndex [Property Let]");
     if (index < 0 || index >= std::max(NumJournals(), 1)) AssertionFailed();
     planIndex_ = index;
 }

@@ -61,6 +61,7 @@ class Vproject : public JournalOwner {
     void SetSolveRules(std::int32_t value) { LetField(solveRules_, value); }
     /// The project that holds this one as a subproject.
     Vproject* Parent() const { return parent_.At(CurrentIndex()).Get(); }
+    Vproject* ParentAt(std::int32_t journalIndex) const { return parent_.At(journalIndex).Get(); }
     void SetParent(Vproject* value) { LetField(parent_, Link<Vproject>(value)); }
     Vresource* Manager() const;
     void SetManager(Vresource* value);

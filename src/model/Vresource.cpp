@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/Workspace.h"
 
@@ -31,6 +32,7 @@ void Vresource::SetTemplate(Vtemplate* value) {
 }
 
 void Vresource::SetResourceID(std::int32_t id) {
+    const Section section("Vresource:ResourceID [Property Let]");
     if (id == 0) {
         if (template_ && resourceID_ != 0) template_->ResourceListOfOwner().Remove(resourceID_);
         template_ = nullptr;

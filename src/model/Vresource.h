@@ -51,8 +51,6 @@ class Vresource : public VObject {
     void SetHolidayRate(Money value) { Let(holidayRate_, value); }
     Vshift* Shift() const { return shift_.At(Index()).Get(); }
     void SetShift(Vshift* value) { Let(shift_, Link<Vshift>(value)); }
-    /// Whether there was a shift that has been deleted.
-    bool ShiftDeleted() const { return shift_.At(Index()).IsDeleted(); }
     bool WorkDay(int day) const { return workDays_.Field(day).At(Index()); }
     void SetWorkDay(int day, bool value) { Let(workDays_.Field(day), value); }
 

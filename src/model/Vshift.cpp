@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/Vtemplate.h"
 
@@ -10,6 +11,7 @@ namespace vortan {
 
 void Vshift::Reset() {
     SetShiftName("");
+    formerName_.clear();
     burdenedMultiplier_ = 1.5F;
     overtimeMultiplier_ = 1.5F;
     offDayMultiplier_ = 2;
@@ -23,11 +25,13 @@ void Vshift::Reset() {
 }
 
 void Vshift::SetShiftName(const std::string& name) {
+    const Section section("Vshift:ShiftName [Property Let]");
     if (name == shiftName_ && !name.empty()) return;
     if (!name.empty() && template_ && template_->ShiftList().Find(name)) {
         Refuse("The Shift name \"" + name + "\" is already in use.");
     }
     if (template_ && !shiftName_.empty()) template_->ShiftListOfOwner().Remove(shiftName_);
+    if (name.empty() && !shiftName_.empty()) formerName_ = shiftName_;
     shiftName_ = name;
     if (name.empty()) {
         template_ = nullptr;
@@ -37,7 +41,9 @@ void Vshift::SetShiftName(const std::string& name) {
 }
 
 const std::string& Vshift::Matrix(int hour) const {
-    if (hour < 0 || hour >= kHours) Refuse("There is no hour " + std::to_string(hour) + " in a shift");
+    if (hour < 0 || hour >= kHours) {
+        RefuseIn("Vshift:Matrix [Property Get]", "There is no hour " + std::to_string(hour) + " in a shift");
+    }
     return matrix_[static_cast<std::size_t>(hour)];
 }
 

@@ -34,6 +34,10 @@ class Vshift : public VObject {
     /// takes the shift out of its template.
     void SetShiftName(const std::string& name);
 
+    /// The name that it had before it was taken out of its template. Resources may still work it, so a file
+    /// keeps it, under this name.
+    const std::string& FormerName() const { return formerName_; }
+
     /// The letters of one hour, 12 of them as a rule. `hour` outside 0 to 23: Fault.
     const std::string& Matrix(int hour) const;
     void SetMatrix(int hour, const std::string& letters);
@@ -56,7 +60,7 @@ class Vshift : public VObject {
     const std::string& BuildNodeText() const { return shiftName_; }
     static std::string ImageType() { return "h"; }
     std::string Tag() const { return ImageType() + Key(); }
-    /// Takes the shift out of its template. Resources that use it are not touched.
+    /// Takes the shift out of its template. Resources that use it keep it, so it is not to be freed.
     void Delete() { SetShiftName(""); }
 
     /// All stored fields behind the name, in the order of the file.
@@ -75,7 +79,7 @@ class Vshift : public VObject {
     float burdenedMultiplier_, overtimeMultiplier_, offDayMultiplier_;
     std::string holidayMultiplier_;
     Vtemplate* template_ = nullptr;
-    std::string shiftName_;
+    std::string shiftName_, formerName_;
     std::array<std::string, kHours> matrix_;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/Workspace.h"
 
@@ -38,6 +39,7 @@ void Vtask::SetProject(Vproject* project) {
 }
 
 void Vtask::SetTaskID(std::int32_t id) {
+    const Section section("Vtask:TaskID [Property Let]");
     if (id == 0) {
         if (project_ && taskID_ != 0) project_->TaskListOfOwner().Remove(taskID_);
         project_ = nullptr;

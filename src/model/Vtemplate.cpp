@@ -1,5 +1,6 @@
 #include "model/Vtemplate.h"
 
+#include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
 #include "model/Workspace.h"
@@ -23,6 +24,7 @@ void Vtemplate::Reset() {
 }
 
 void Vtemplate::SetTemplateName(const std::string& name) {
+    const Section section("Vtemplate:TemplateName [Property Let]");
     if (name == templateName_) return;
     auto& list = Owner().TemplateList();
     if (!name.empty() && list.Find(name))

@@ -8,6 +8,9 @@
 #include <unordered_set>
 
 #include "charts/AdjustColors.h"
+#include "charts/TextLines.h"
+#include "charts/Twips.h"
+#include "paint/ScreenColor.h"
 #include "paint/Text.h"
 
 namespace vortan {
@@ -15,22 +18,19 @@ namespace {
 
 constexpr Color kGridLine = 0xC8C8C8, kTimeLine = 0xE4E4E4, kHeading = 0xF2F0EC;
 
-QColor ToQt(Color color) {
-    return QColor(static_cast<int>(color & 0xFF), static_cast<int>(color >> 8 & 0xFF),
-                  static_cast<int>(color >> 16 & 0xFF));
-}
-
 constexpr int kHatchStep = 105;  // twips between two lines of a hatch
 
 /// The lines of a hatch in the area x1, y1 to x2, y2, which has its corners in order. Lines of one kind lie
 /// alike everywhere on a surface, so that areas that touch have one hatch.
-void AddHatch(QVector<QLineF>& lines, const QRectF& area, int hatch) {
+void AddHatch(QVector<QLineF>& lines, const QRectF& area, Hatch hatch) {
     const double x1 = area.left(), y1 = area.top(), x2 = area.right(), y2 = area.bottom();
     const auto each = [&](double from, double to, double step, auto&& add) {
         for (double at = std::ceil(from / step) * step; at <= to; at += step) add(at);
     };
-    const bool level = hatch == 2 || hatch == 6, upright = hatch == 3 || hatch == 6;
-    const bool upward = hatch == 4 || hatch == 7, downward = hatch == 5 || hatch == 7;
+    const bool level = hatch == Hatch::Horizontal || hatch == Hatch::Cross;
+    const bool upright = hatch == Hatch::Vertical || hatch == Hatch::Cross;
+    const bool upward = hatch == Hatch::Upward || hatch == Hatch::DiagonalCross;
+    const bool downward = hatch == Hatch::Downward || hatch == Hatch::DiagonalCross;
     const double slanted = kHatchStep * std::sqrt(2.0);
     if (level) each(y1, y2, kHatchStep, [&](double y) { lines.append({x1, y, x2, y}); });
     if (upright) each(x1, x2, kHatchStep, [&](double x) { lines.append({x, y1, x, y2}); });
@@ -46,30 +46,16 @@ void AddHatch(QVector<QLineF>& lines, const QRectF& area, int hatch) {
         });
 }
 
-/// The first of `count` + 1 rising positions that lies beyond `at`, less one: the line that holds `at`.
-template <class Position>
-int LineAt(int at, int count, Position&& position) {
-    int low = 0, high = count;
-    while (low < high) {
-        const int middle = (low + high) / 2;
-        if (position(middle + 1) <= at) {
-            low = middle + 1;
-        } else {
-            high = middle;
-        }
-    }
-    return low;
+/// The row or column that was `found` at a position, or the nearest of `count`.
+int Nearest(int found, int position, int count) {
+    if (found >= 0) return found;
+    return position < 0 ? 0 : count - 1;
 }
 
-std::vector<std::string_view> SplitLines(std::string_view text) {
+std::vector<std::string_view> LinesOf(std::string_view text) {
     std::vector<std::string_view> lines;
-    std::size_t from = 0;
-    for (;;) {
-        const std::size_t end = text.find("\r\n", from);
-        lines.push_back(text.substr(from, end == std::string_view::npos ? end : end - from));
-        if (end == std::string_view::npos) return lines;
-        from = end + 2;
-    }
+    SplitLines(text, lines);
+    return lines;
 }
 
 }  // namespace
@@ -87,7 +73,7 @@ void ChartPainter::Paint(QPainter& painter, const QRect& part, double pixel) con
         const QRect box(QPoint(std::min(item.x1, item.x2), item.y1),
                         QPoint(std::max(item.x1, item.x2), item.y2));
         if (item.kind != DrawItem::Kind::Text &&
-            (box.left() > part.right() + 15 || box.right() < part.left() - 15))
+            (box.left() > part.right() + kTwipsPerPixel || box.right() < part.left() - kTwipsPerPixel))
             continue;
         if (blackAndWhite_) {
             PaintItem(painter, Adjusted(item), pixel);
@@ -103,7 +89,7 @@ void ChartPainter::PaintCut(QPainter& painter, const QRect& part, double pixel) 
     const int gridRight = surface_.ColPos(surface_.Cols());
     const int gridBottom = surface_.RowPos(surface_.Rows() - (surface_.HasFooter() ? 1 : 0));
     const int right = part.right() + 1, bottom = part.bottom() + 1;
-    painter.setPen(QPen(ToQt(kGridLine), pixel));
+    painter.setPen(QPen(ScreenColor(kGridLine), pixel));
     if (right < gridRight && part.top() < gridBottom)
         painter.drawLine(right, part.top(), right, std::min(bottom, gridBottom));
     if (bottom < gridBottom && part.left() < gridRight)
@@ -145,7 +131,7 @@ void ChartPainter::DropCovered(const QRect& part, double pixel) const {
         if (item.kind == DrawItem::Kind::Line && (item.x1 == item.x2 || item.y1 == item.y2)) {
             covered = !seen.insert(keyOf(item)).second;
         } else if (item.kind == DrawItem::Kind::Triangle && item.border == item.fill) {
-            covered = !seen.insert({-item.apex, item.x1, item.y1, item.x2, item.y2,
+            covered = !seen.insert({-static_cast<int>(item.apex), item.x1, item.y1, item.x2, item.y2,
                                     static_cast<std::int32_t>(item.fill)})
                            .second;
         }
@@ -159,15 +145,16 @@ void ChartPainter::PaintGrid(QPainter& painter, const QRect& part, double pixel)
     const auto colPos = [this](int col) { return surface_.ColPos(col); };
     const int rows = surface_.Rows(), cols = surface_.Cols();
     if (cols == 0) return;
-    const int firstRow = LineAt(part.top(), rows - 1, rowPos),
-              lastRow = LineAt(part.bottom(), rows - 1, rowPos);
-    const int firstCol = LineAt(part.left(), cols - 1, colPos),
-              lastCol = LineAt(part.right(), cols - 1, colPos);
+    const auto rowAt = [&](int y) { return Nearest(surface_.RowAt(y), y, rows); };
+    const auto colAt = [&](int x) { return Nearest(surface_.ColAt(x), x, cols); };
+    const int firstRow = rowAt(part.top()), lastRow = rowAt(part.bottom());
+    const int firstCol = colAt(part.left()), lastCol = colAt(part.right());
     const int footer = surface_.HasFooter() ? rows - 1 : rows;
     const int left = surface_.ColPos(0), right = surface_.ColPos(cols);
 
-    if (firstRow == 0) painter.fillRect(QRect(QPoint(left, 0), QPoint(right, rowPos(1))), ToQt(kHeading));
-    const QPen gridPen(ToQt(kGridLine), pixel), timePen(ToQt(kTimeLine), pixel);
+    if (firstRow == 0)
+        painter.fillRect(QRect(QPoint(left, 0), QPoint(right, rowPos(1))), ScreenColor(kHeading));
+    const QPen gridPen(ScreenColor(kGridLine), pixel), timePen(ScreenColor(kTimeLine), pixel);
     for (int col = firstCol; col <= lastCol; ++col) {
         if (surface_.IsTimeColumn(col)) continue;
         for (int row = std::max(firstRow, 1); row <= std::min(lastRow, footer - 1); ++row) {
@@ -175,7 +162,7 @@ void ChartPainter::PaintGrid(QPainter& painter, const QRect& part, double pixel)
             if (color != kWhite) {
                 painter.fillRect(
                     QRect(QPoint(colPos(col), rowPos(row)), QPoint(colPos(col + 1), rowPos(row + 1))),
-                    ToQt(blackAndWhite_ ? AdjustedFill(color).fill : color));
+                    ScreenColor(blackAndWhite_ ? AdjustedFill(color).fill : color));
             }
         }
     }
@@ -209,14 +196,14 @@ void ChartPainter::PaintHeading(QPainter& painter, int firstCol, int lastCol, do
             const QRect lower(QPoint(room.left(), bottom / 2), room.bottomRight());
             painter.drawText(lower, Qt::AlignCenter | Qt::TextDontClip, Q(surface_.ColumnTitle(col)));
         } else {
-            PaintText(painter, room, SplitLines(surface_.ColumnTitle(col)), Qt::AlignCenter);
+            PaintText(painter, room, LinesOf(surface_.ColumnTitle(col)), Qt::AlignCenter);
         }
     }
     for (const auto& label : surface_.UpperLabels()) {
         if (label.lastCol <= firstCol || label.firstCol > lastCol) continue;
         const QRect room(QPoint(surface_.ColPos(label.firstCol), 0),
                          QPoint(surface_.ColPos(label.lastCol), bottom / 2));
-        painter.setPen(QPen(ToQt(kGridLine), pixel));
+        painter.setPen(QPen(ScreenColor(kGridLine), pixel));
         painter.drawLine(room.left(), 0, room.left(), bottom);
         painter.drawLine(room.left(), bottom / 2, room.right(), bottom / 2);
         painter.setPen(Qt::black);
@@ -280,7 +267,7 @@ void ChartPainter::PaintText(QPainter& painter, const QRect& room, const std::ve
 }
 
 void ChartPainter::PaintItem(QPainter& painter, const DrawItem& item, double pixel) const {
-    const QColor border = ToQt(item.border), fill = ToQt(item.fill);
+    const QColor border = ScreenColor(item.border), fill = ScreenColor(item.fill);
     QPen pen(border, pixel);
     pen.setJoinStyle(Qt::MiterJoin);
     const int middleX = (item.x1 + item.x2) / 2, middleY = (item.y1 + item.y2) / 2;
@@ -297,16 +284,17 @@ void ChartPainter::PaintItem(QPainter& painter, const DrawItem& item, double pix
         case DrawItem::Kind::Rect: {
             const QRect area(QPoint(item.x1, item.y1), QSize(item.x2 - item.x1, item.y2 - item.y1));
             // The toolkit's own hatches depend on the device, and are lost in files.
-            if (item.hatch > 1) {
+            if (item.hatch != Hatch::Solid && item.hatch != Hatch::Transparent) {
                 QVector<QLineF> lines;
                 AddHatch(lines, QRectF(area) & painter.clipBoundingRect(), item.hatch);
                 painter.setPen(QPen(fill, pixel));
-                painter.setRenderHint(QPainter::Antialiasing, item.hatch != 2 && item.hatch != 3);
+                painter.setRenderHint(QPainter::Antialiasing,
+                                      item.hatch != Hatch::Horizontal && item.hatch != Hatch::Vertical);
                 painter.drawLines(lines);
                 painter.setRenderHint(QPainter::Antialiasing, false);
             }
             painter.setPen(pen);
-            painter.setBrush(item.hatch == 0 ? QBrush(fill) : QBrush(Qt::NoBrush));
+            painter.setBrush(item.hatch == Hatch::Solid ? QBrush(fill) : QBrush(Qt::NoBrush));
             painter.drawRect(area);
             return;
         }
@@ -316,11 +304,11 @@ void ChartPainter::PaintItem(QPainter& painter, const DrawItem& item, double pix
             if (item.kind == DrawItem::Kind::Milestone) {
                 shape << QPoint(middleX, item.y1) << QPoint(item.x2, middleY) << QPoint(middleX, item.y2)
                       << QPoint(item.x1, middleY);
-            } else if (item.apex == 7) {
+            } else if (item.apex == Apex::Right) {
                 shape << QPoint(item.x1, item.y1) << QPoint(item.x2, middleY) << QPoint(item.x1, item.y2);
             } else {
-                const int apex = item.apex == 3 ? item.y1 : item.y2,
-                          base = item.apex == 3 ? item.y2 : item.y1;
+                const int apex = item.apex == Apex::Up ? item.y1 : item.y2,
+                          base = item.apex == Apex::Up ? item.y2 : item.y1;
                 shape << QPoint(item.x1, base) << QPoint(middleX, apex) << QPoint(item.x2, base);
             }
             painter.setRenderHint(QPainter::Antialiasing);
@@ -331,12 +319,17 @@ void ChartPainter::PaintItem(QPainter& painter, const DrawItem& item, double pix
             return;
         }
         case DrawItem::Kind::Text: {
+            const double scale = item.small ? kSmallText : 1;
+            painter.save();
+            painter.translate(item.x1, item.y1);
+            painter.scale(scale, scale);
             painter.setPen(border);
-            int top = item.y1;
-            for (const std::string_view text : SplitLines(item.text)) {
-                painter.drawText(item.x1, top + metrics_.Ascent(), Q(text));
-                top += surface_.TextHeight();
+            int base = metrics_.Ascent();
+            for (const std::string_view text : LinesOf(item.text)) {
+                painter.drawText(0, base, Q(text));
+                base += surface_.TextHeight();
             }
+            painter.restore();
             return;
         }
     }

@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "charts/TableText.h"
+#include "charts/Twips.h"
 #include "model/Fault.h"
 #include "paint/ChartPainter.h"
 #include "paint/Text.h"
@@ -15,8 +16,6 @@
 namespace vortan {
 namespace {
 
-constexpr double kTwipsPerInch = 1440;
-constexpr int kScreenPixels = 96;            // to the inch; what a line of one pixel means on paper
 constexpr double kMostPixels = 400'000'000;  // of a PNG, that is 1.6 GB while it is drawn
 constexpr double kMostClipboardPixels = 50'000'000;
 constexpr double kLongestSide = 32767;  // that the toolkit paints on
@@ -29,8 +28,9 @@ void PaintAll(QPainter& painter, const ShownSurface& shown, double perTwip) {
     painter.setRenderHint(QPainter::TextAntialiasing);
     const ChartPainter chart(surface, shown.metrics, surface.AdjustColors);
     // The last lines lie on the edge.
-    const QRect all(0, 0, surface.ContentWidth() + 15, surface.ContentHeight() + 15);
-    chart.Paint(painter, all, kTwipsPerInch / kScreenPixels);
+    const int line = static_cast<int>(kTwipsPerPixel);
+    chart.Paint(painter, QRect(0, 0, surface.ContentWidth() + line, surface.ContentHeight() + line),
+                kTwipsPerPixel);
 }
 
 QByteArray MakeSvg(const ShownSurface& shown) {
@@ -41,13 +41,12 @@ QByteArray MakeSvg(const ShownSurface& shown) {
     svg.setOutputDevice(&buffer);
     svg.setTitle(Q(shown.title));
     svg.setResolution(kScreenPixels);
-    const double pixel = kTwipsPerInch / kScreenPixels;
-    const QSize size(static_cast<int>(std::ceil(surface.ContentWidth() / pixel)) + 1,
-                     static_cast<int>(std::ceil(surface.ContentHeight() / pixel)) + 1);
+    const QSize size(static_cast<int>(std::ceil(surface.ContentWidth() / kTwipsPerPixel)) + 1,
+                     static_cast<int>(std::ceil(surface.ContentHeight() / kTwipsPerPixel)) + 1);
     svg.setSize(size);
     svg.setViewBox(QRect(QPoint(0, 0), size));
     QPainter painter(&svg);
-    PaintAll(painter, shown, 1 / pixel);
+    PaintAll(painter, shown, 1 / kTwipsPerPixel);
     painter.end();
     return data;
 }

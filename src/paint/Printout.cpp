@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "charts/Twips.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
 #include "paint/ChartPainter.h"
@@ -15,9 +16,7 @@
 namespace vortan {
 namespace {
 
-constexpr double kTwipsPerInch = 1440;
 constexpr double kMarginPoints = 36;
-constexpr int kScreenPixels = 96;  // to the inch: what a line of one pixel means on paper
 constexpr int kHeadLetters = 180;  // twips: nine points
 constexpr int kHeadLine = 360;     // twips: the line at the head and the space below it
 constexpr int kPdfDots = 1200;     // to the inch
@@ -61,16 +60,15 @@ void Printout::PrintPiece(const Piece& piece) {
     painter_.scale(piece.scale, piece.scale);
     painter_.translate(-piece.x1, -piece.y1);
     const ChartPainter chart(shown_.surface, shown_.metrics, shown_.surface.AdjustColors);
-    const double pixel = kTwipsPerInch / kScreenPixels;
     // The surface ends with a line on its edge. Where it is cut, the part gets one, in place of the half line
     // of what begins there.
-    const int line = static_cast<int>(pixel);
+    const int line = static_cast<int>(kTwipsPerPixel);
     const int right = piece.x2 + (piece.x2 >= shown_.surface.ContentWidth() ? line : -line / 2);
     const int bottom = piece.y2 + (piece.y2 >= shown_.surface.ContentHeight() ? line : -line / 2);
     const QRect part(piece.x1, piece.y1, right - piece.x1, bottom - piece.y1);
     if (piece.x2 > piece.x1 && piece.y2 > piece.y1) {
-        chart.Paint(painter_, part, pixel);
-        chart.PaintCut(painter_, part, pixel);
+        chart.Paint(painter_, part, kTwipsPerPixel);
+        chart.PaintCut(painter_, part, kTwipsPerPixel);
     }
     painter_.restore();
 }

@@ -30,26 +30,6 @@ bool IsExchangeFile(const std::string& fileName) {
     return ending == ".mpp";
 }
 
-/// Runs steps of which a later one must not be left out because an earlier one failed.
-class Steps {
-  public:
-    template <class Step>
-    void Do(Step&& step) {
-        try {
-            step();
-        } catch (...) {
-            if (!fault_) fault_ = std::current_exception();
-        }
-    }
-    /// Passes the first fault on.
-    void End() const {
-        if (fault_) std::rethrow_exception(fault_);
-    }
-
-  private:
-    std::exception_ptr fault_;
-};
-
 }  // namespace
 
 void FileCommands::StartUp() {
@@ -57,7 +37,7 @@ void FileCommands::StartUp() {
     std::error_code ignored;
     workspace_.FileDialogPath = fs::current_path(ignored).string();
     Steps steps;
-    steps.Do([&] { settings_.ReadSettings("AutomaticBackupCombo"); });
+    steps.Do([&] { settings_.ReadConfigFile(); });
     const std::int32_t minutes = ScanInt32(settings_.ReadSettings("AutomaticBackupCombo"));
     workspace_.BackupMinutes = std::clamp<std::int32_t>(minutes, 0, INT16_MAX);
     steps.End();
@@ -197,8 +177,8 @@ bool FileCommands::LoadFile(const std::string& fileName) {
     steps.Do([&] { workspace_.BroadcastNewThisTemplate(); });
     steps.Do([&] { workspace_.BroadcastNewThisProject(); });
     if (solver) steps.Do([&] { solver->ResumeSolve(); });
+    steps.Do([&] { TellWhatIsOdd(fileName); });
     steps.End();
-    TellWhatIsOdd(fileName);
     return loaded;
 }
 
@@ -224,11 +204,11 @@ bool FileCommands::OpenBundle(const std::string& fileName) {
     FileText file;
     if (!ReadFileText(workspace_.ThePlatform(), fileName, file)) return false;
     if (file.packed && !file.suffixFound) {
-        damage_ = "The end of " + fileName + " is missing: the file may have been cut off";
+        damage_ = "The end of " + fileName + " is missing: the file may have been cut off.";
     } else if (file.packed && !file.crcMatches) {
-        damage_ = "The check sum of " + fileName + " does not match: the file may be damaged";
+        damage_ = "The check sum of " + fileName + " does not match: the file may be damaged.";
     }
-    TokenReader reader(file.text, fileName);
+    TokenReader reader(file.text, fileName, file.packed);
     LoadRecords(workspace_, reader, report_);
     return true;
 }
@@ -239,7 +219,9 @@ void FileCommands::TellUnrecognized(const std::string& fileName) {
 }
 
 void FileCommands::TellWhatIsOdd(const std::string& fileName) {
-    if (!damage_.empty()) workspace_.ThePlatform().StatusMessage(damage_);
+    if (!damage_.empty()) {
+        workspace_.ThePlatform().MessageBox(damage_, "File May Be Damaged", BoxIcon::Warning, BoxButtons::Ok);
+    }
     if (report_.lineBehindBlank == 0) return;
     workspace_.ThePlatform().MessageBox(
         "A blank line ends a file, and in the file \"" + fileName +

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <exception>
 #include <functional>
 #include <string>
 
@@ -69,7 +68,7 @@ class FileCommands {
     Workspace& workspace_;
     Settings& settings_;
     LoadReport report_;
-    std::string damage_;      // of the packed form of the file last read, for the status bar
+    std::string damage_;      // of the packed form of the file last read
     double lastBackup_ = -1;  // the minute of the last backup, counted from date 0
 };
 

@@ -107,13 +107,15 @@ class FieldReader {
     void operator()(const char* name, Journaled<Link<Vtask>>& field) {
         Many(name, field, [&] {
             Vproject* project = workspace_.FindOrCreateProject(ReadString(reader_));
-            return Link<Vtask>(project ? project->FindOrCreateTask(ReadLinkNumber(name)) : nullptr);
+            if (!project) return Link<Vtask>();
+            const std::int32_t id = ReadLinkNumber(name, kDeletedTask);
+            return id == kDeletedTask ? DeletedTask() : Link<Vtask>(project->FindOrCreateTask(id));
         });
     }
     void operator()(const char* name, Journaled<Link<Vresource>>& field) {
         Many(name, field, [&] {
             Vtemplate* owner = workspace_.FindOrCreateTemplate(ReadString(reader_));
-            return Link<Vresource>(owner ? owner->FindOrCreateResource(ReadLinkNumber(name)) : nullptr);
+            return Link<Vresource>(owner ? owner->FindOrCreateResource(ReadLinkNumber(name, 1)) : nullptr);
         });
     }
     void operator()(const char* name, Journaled<Link<Vshift>>& field) {
@@ -170,9 +172,16 @@ class FieldReader {
         }
         field.SetArray(values);
     }
-    std::int32_t ReadLinkNumber(const char* name) {
+    /// A link to a task that has been deleted.
+    Link<Vtask> DeletedTask() {
+        auto* task = workspace_.NewVObject<Vtask>();
+        const Link<Vtask> link(task);
+        workspace_.FreeVobject(task);
+        return link;
+    }
+    std::int32_t ReadLinkNumber(const char* name, std::int32_t least) {
         if (reader_.EndOfLine()) reader_.Fail(std::string("the number is missing in the link ") + name);
-        return ReadNumber(reader_, 1, INT32_MAX, "a number above 0");
+        return ReadNumber(reader_, least, INT32_MAX, least > 0 ? "a number above 0" : "a number from 0 up");
     }
 
     Workspace& workspace_;

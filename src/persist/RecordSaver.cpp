@@ -1,6 +1,7 @@
 // Writing of records.
 
 #include <algorithm>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "model/NumberText.h"
@@ -45,15 +46,11 @@ void AppendValue(std::string& out, DateTime value) {
 void AppendValue(std::string& out, const Link<Vproject>& link) {
     AppendValue(out, link ? link->ProjectName() : std::string());
 }
-void AppendValue(std::string& out, const Link<Vshift>& link) {
-    AppendValue(out, link ? link->ShiftName() : std::string());
-}
-void AppendValue(std::string& out, const Link<Vtask>& link) {
-    const Vproject* project = link ? link->Project() : nullptr;
-    AppendValue(out, project ? project->ProjectName() : std::string());
-    if (!project || project->ProjectName().empty()) return;
+void AppendTask(std::string& out, const std::string& projectName, std::int32_t taskID) {
+    AppendValue(out, projectName);
+    if (projectName.empty()) return;
     out += ',';
-    AppendNumber(out, link->TaskID());
+    AppendNumber(out, taskID);
 }
 void AppendValue(std::string& out, const Link<Vresource>& link) {
     const Vtemplate* owner = link ? link->Template() : nullptr;
@@ -63,10 +60,54 @@ void AppendValue(std::string& out, const Link<Vresource>& link) {
     AppendNumber(out, link->ResourceID());
 }
 
+/// The shifts that the record of a template must have, each under a name of its own: those of its list, and
+/// others that its resources work, which have been deleted.
+class ShiftNames {
+  public:
+    explicit ShiftNames(const Vtemplate& owner) {
+        for (Vshift* shift : owner.ShiftList()) Add(*shift, shift->ShiftName());
+        for (Vresource* resource : owner.ResourceList()) resource->ForEachField(*this);
+    }
+    const std::vector<Vshift*>& Shifts() const { return shifts_; }
+    /// Empty for a shift that never had a name.
+    std::string NameOf(const Vshift& shift) const {
+        const auto at = names_.find(&shift);
+        return at == names_.end() ? std::string() : at->second;
+    }
+
+    template <class Field>
+    void operator()(const char*, const Field&) {}
+    void operator()(const char*, const Journaled<Link<Vshift>>& field) {
+        for (int i = 0; i < field.Count(); ++i) {
+            Vshift* shift = field.At(i).Get();
+            if (!shift || names_.contains(shift)) continue;
+            std::string name = shift->ShiftName().empty() ? shift->FormerName() : shift->ShiftName();
+            while (taken_.contains(name)) Workspace::FixNameConflict(name);
+            if (!name.empty()) Add(*shift, name);
+        }
+    }
+
+  private:
+    void Add(Vshift& shift, const std::string& name) {
+        shifts_.push_back(&shift);
+        names_.emplace(&shift, name);
+        taken_.insert(name);
+    }
+
+    std::vector<Vshift*> shifts_;
+    std::unordered_map<const Vshift*, std::string> names_;
+    std::unordered_set<std::string> taken_;
+};
+
 /// Writes a field a call: two blanks, the name, and one value, or one per journal where they differ.
 class FieldWriter {
   public:
     explicit FieldWriter(std::string& out) : out_(out) {}
+
+    /// For the resources of a template.
+    void SetShiftNames(const ShiftNames* names) { shiftNames_ = names; }
+    /// For the records below a project.
+    void SetProject(const Vproject* project) { project_ = project; }
 
     template <class T>
     void operator()(const char* name, const T& value) {
@@ -81,7 +122,7 @@ class FieldWriter {
         const int count = field.AllEqual() ? 1 : field.Count();
         for (int i = 0; i < count; ++i) {
             out_ += ',';
-            AppendValue(out_, field.At(i));
+            Value(field.At(i));
         }
         out_ += "\r\n";
     }
@@ -102,12 +143,26 @@ class FieldWriter {
     }
 
   private:
+    template <class T>
+    void Value(const T& value) {
+        AppendValue(out_, value);
+    }
+    void Value(const Link<Vshift>& link) {
+        AppendValue(out_, link ? shiftNames_->NameOf(*link.Get()) : std::string());
+    }
+    void Value(const Link<Vtask>& link) {
+        if (link.IsDeleted()) return AppendTask(out_, project_->ProjectName(), kDeletedTask);
+        const Vproject* project = link ? link->Project() : nullptr;
+        AppendTask(out_, project ? project->ProjectName() : std::string(), link ? link->TaskID() : 0);
+    }
     void Begin(const char* name) {
         out_ += "  ";
         out_ += name;
     }
 
     std::string& out_;
+    const ShiftNames* shiftNames_ = nullptr;
+    const Vproject* project_ = nullptr;
 };
 
 template <class Owner>
@@ -128,11 +183,13 @@ void SaveJournals(FieldWriter& write, const JournalOwner& owner) {
 void SaveTemplate(FieldWriter& write, const Vtemplate& saved) {
     SaveHead(write, "TEMPLATE", "TemplateName", saved);
     SaveJournals(write, saved);
-    for (Vshift* shift : saved.ShiftList()) {
+    const ShiftNames names(saved);
+    for (Vshift* shift : names.Shifts()) {
         write.Tag("SHIFT");
-        write("ShiftName", shift->ShiftName());
+        write("ShiftName", names.NameOf(*shift));
         shift->ForEachField(write);
     }
+    write.SetShiftNames(&names);
     for (Vresource* resource : saved.ResourceList()) {
         write.Tag("RESOURCE");
         write("ResourceID", resource->ResourceID());
@@ -145,6 +202,7 @@ void SaveProject(FieldWriter& write, Vproject& project) {
     write("PlanIndex", project.PlanIndex());
     SaveJournals(write, project);
     project.ForEachField(write);
+    write.SetProject(&project);
     for (Vtask* task : project.TaskList()) {
         write.Tag("TASK");
         write("TaskID", task->TaskID());

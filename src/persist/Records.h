@@ -9,6 +9,10 @@
 
 namespace vortan {
 
+/// No task has this number: in a file, a link to it is one to a task that has been deleted, which is not the
+/// same as none.
+inline constexpr std::int32_t kDeletedTask = 0;
+
 /// What a file held, and what in it is odd without being damage.
 struct LoadReport {
     int templates = 0, shifts = 0, resources = 0;
@@ -26,6 +30,7 @@ void LoadRecords(Workspace& workspace, TokenReader& reader, LoadReport& report);
 
 /// The text of everything in the workspace. The active template and project come first, then the other
 /// templates in list order, and the other projects so that reading the text makes the order of its records.
+/// A deleted shift that resources still work is kept as a shift of the name that it had.
 std::string SaveRecords(Workspace& workspace);
 
 }  // namespace vortan

@@ -96,16 +96,31 @@ void Settings::ReadConfigFile() {
     const std::string name = FileName();
     FileText file;
     if (!ReadFileText(platform_, name, file)) return;
-    TokenReader reader(file.text, name);
-    reader.ExpectToken("INITIALIZATION");
-    for (;;) {
-        const std::string key(reader.ReadToken());
-        if (key.empty()) break;
-        if (reader.EndOfLine()) reader.Fail("there is no value for " + key);
-        const std::string value(reader.ReadToken());
-        if (!reader.EndOfLine()) reader.Fail("there is more than one value for " + key);
-        Store(key, value);
-    }
+    TokenReader reader(file.text, name, true);
+    int broken = 0;
+    std::string damage;
+    const auto readLine = [&](auto&& read) {
+        try {
+            read();
+        } catch (const Fault& fault) {
+            if (++broken == 1) damage = fault.Description();
+        }
+        reader.SkipLine();
+    };
+    readLine([&] { reader.ExpectToken("INITIALIZATION"); });
+    while (!reader.AtEnd()) readLine([&] { ReadSetting(reader); });
+    if (broken > 1) damage += "\nOf the lines behind it, " + std::to_string(broken - 1) + " cannot be read.";
+    if (broken > 0) Refuse(damage);
+}
+
+void Settings::ReadSetting(TokenReader& reader) {
+    const std::string key(reader.ReadToken());
+    if (key.empty() && reader.EndOfLine()) return;
+    if (key.empty()) reader.Fail("there is no name of a setting");
+    if (reader.EndOfLine()) reader.Fail("there is no value for " + key);
+    const std::string value(reader.ReadToken());
+    if (!reader.EndOfLine()) reader.Fail("there is more than one value for " + key);
+    Store(key, value);
 }
 
 bool Settings::WriteConfigFile() {

@@ -11,6 +11,8 @@
 
 namespace vortan {
 
+class TokenReader;
+
 /// The font of a screen. The size is in points.
 struct FormFont {
     std::string name = "Times New Roman";
@@ -22,7 +24,7 @@ struct FormFont {
 /// in Vortan.cfg from one run to the next. The program owns one. A value that is on or off is "X" or "-".
 ///
 /// The first use reads the file. If that is damaged its fault goes out of that one call, and the table holds
-/// the defaults and what was read before the damage; from then on everything works.
+/// the defaults and all lines that are whole; from then on everything works.
 class Settings {
   public:
     static constexpr int kRecentFiles = 9;
@@ -56,6 +58,7 @@ class Settings {
     using Entry = std::pair<std::string, std::string>;
 
     void ReadOnce();
+    void ReadSetting(TokenReader& reader);
     std::string FileName() const;
     std::string Find(const std::string& key) const;
     void Store(std::string_view key, std::string_view value);

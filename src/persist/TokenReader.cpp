@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "model/ErrTrap.h"
 #include "model/Fault.h"
 
 namespace vortan {
@@ -35,12 +36,15 @@ bool TokenReader::GetAnotherLine() {
         current_ = remaining_ = {};
         return false;
     }
-    const std::size_t end = std::min(text_.find('\n', position_), text_.size());
+    const std::size_t found = text_.find('\n', position_);
+    const std::size_t end = std::min(found, text_.size());
     std::string_view line = text_.substr(position_, end - position_);
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
     position_ = end + 1;
     ++lineNumber_;
     current_ = remaining_ = Trim(line);
+    if (lastLineHasEnd_ && found == std::string_view::npos)
+        Fail("the line has no end, so the file was cut off");
     return true;
 }
 
@@ -78,6 +82,7 @@ void TokenReader::ExpectToken(std::string_view expected) {
 }
 
 void TokenReader::Fail(const std::string& what) const {
+    const Section section("TokenReader:Fail");
     std::string text =
         "Error reading file " + fileName_ + ": " + what + "\nLine " + std::to_string(lineNumber_);
     Refuse(current_.empty() ? text : text + ": " + Shorten(current_));

@@ -10,14 +10,21 @@ namespace vortan {
 /// the records of a file.
 class TokenReader {
   public:
-    /// `text` must outlive the reader; `fileName` is for messages. Lines end with LF or CR LF.
-    TokenReader(std::string_view text, std::string fileName) : text_(text), fileName_(std::move(fileName)) {}
+    /// `text` must outlive the reader; `fileName` is for messages. Lines end with LF or CR LF. With
+    /// `lastLineHasEnd`, as in every packed file, a last line without its end is a fault: it was cut off, and
+    /// half a number is a number.
+    TokenReader(std::string_view text, std::string fileName, bool lastLineHasEnd = false)
+        : text_(text), fileName_(std::move(fileName)), lastLineHasEnd_(lastLineHasEnd) {}
 
     /// The next token; fetches the next line when the present one is used up. Empty at the end of the text
     /// and for a blank line. Valid until the next call. Fault for text behind a closing quote.
     std::string_view ReadToken();
     /// Whether the present line is used up.
     bool EndOfLine() const { return remaining_.empty(); }
+    /// Drops what is left of the present line.
+    void SkipLine() { remaining_ = {}; }
+    /// Whether the text is used up.
+    bool AtEnd() const { return remaining_.empty() && position_ >= text_.size(); }
     /// Fault "Error reading file ..." if the next token is not `expected`.
     void ExpectToken(std::string_view expected);
     /// Makes the whole of the last line come again.
@@ -42,6 +49,7 @@ class TokenReader {
 
     std::string_view text_;
     std::string fileName_;
+    bool lastLineHasEnd_;
     std::size_t position_ = 0;
     int lineNumber_ = 0;
     std::string_view current_, remaining_;

@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <optional>
 #include <system_error>
+#include <utility>
 
 #include "model/Characters.h"
 #include "model/ErrTrap.h"
@@ -30,8 +32,17 @@ using Failure = std::system_error;
     Fail(errno);
 }
 
+/// A failure that says more than the system does.
+class NotedFailure : public Failure {
+  public:
+    NotedFailure(const Failure& failure, std::string text) : Failure(failure), note(std::move(text)) {}
+
+    std::string note;
+};
+
 std::string Description(const Failure& failure) {
-    return failure.code().message();
+    const auto* noted = dynamic_cast<const NotedFailure*>(&failure);
+    return failure.code().message() + (noted ? noted->note : "");
 }
 
 class Descriptor {
@@ -133,7 +144,16 @@ fs::path FollowLinks(const std::string& name) {
     return path;
 }
 
-/// A new file beside the one that it is to replace; gone again unless it did.
+void WriteTo(int file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(file, bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) FailWithErrno();
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+}
+
+/// A new file beside the one that it is to replace; gone again unless it did or is kept.
 class TemporaryFile {
   public:
     /// `mode`: permissions, of which the umask takes its part.
@@ -146,15 +166,13 @@ class TemporaryFile {
 
     int Number() const { return file_.Number(); }
     void Write(std::string_view bytes) {
-        while (!bytes.empty()) {
-            const ssize_t count = ::write(file_.Number(), bytes.data(), bytes.size());
-            if (count < 0 && errno == EINTR) continue;
-            if (count < 0) FailWithErrno();
-            bytes.remove_prefix(static_cast<std::size_t>(count));
-        }
+        WriteTo(file_.Number(), bytes);
+        if (::fsync(file_.Number()) != 0) FailWithErrno();
     }
+    /// Leaves the file where it is, and tells where.
+    std::string Keep() { return std::exchange(path_, {}); }
     void Replace(const fs::path& target) {
-        if (::fsync(file_.Number()) != 0 || !file_.Close()) FailWithErrno();
+        if (!file_.Close()) FailWithErrno();
         if (::rename(path_.c_str(), target.c_str()) != 0) FailWithErrno();
         path_.clear();
     }
@@ -189,16 +207,45 @@ void SyncDirectory(const fs::path& directory) {
     if (::fsync(file.Number()) != 0 && errno != EINVAL && errno != ENOTSUP) FailWithErrno();
 }
 
-void ReplaceFile(const std::string& name, std::string_view bytes) {
-    const fs::path target = FollowLinks(name);
-    struct stat old {};
-    const bool exists = ::stat(target.c_str(), &old) == 0;
-    if (!exists && errno != ENOENT) FailWithErrno();
-    if (exists) {
-        CheckRegular(old);
-        // A new file could take the place of one that is protected against writing.
-        if (::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) FailWithErrno();
+void Overwrite(const Descriptor& file, std::string_view bytes) {
+    if (::lseek(file.Number(), 0, SEEK_SET) != 0) FailWithErrno();
+    WriteTo(file.Number(), bytes);
+    if (::ftruncate(file.Number(), static_cast<off_t>(bytes.size())) != 0) FailWithErrno();
+    if (::fsync(file.Number()) != 0) FailWithErrno();
+}
+
+/// Writes over a file in a folder that takes no new one. Until the new text is on the disk, a copy of the old
+/// one stands in `copies`; it stays there if the file could be neither written nor restored.
+void WriteInPlace(const fs::path& target, std::string_view bytes, const std::string& copies) {
+    const std::string old = ReadBytes(target.string());
+    std::error_code ignored;  // making the copy tells soon enough
+    fs::create_directories(copies, ignored);
+    std::optional<TemporaryFile> copy;
+    try {
+        copy.emplace(fs::path(copies) / target.filename(), 0600);
+        copy->Write(old);
+    } catch (const Failure& failure) {
+        throw NotedFailure(failure,
+                           "\nThe folder of the file does not let itself be written to, and no copy "
+                           "of the file, which is needed to write over it, can be made in " +
+                               copies + ".\nThe file is as it was.");
     }
+    const Descriptor file(::open(target.c_str(), O_WRONLY | O_CLOEXEC));
+    if (!file.IsOpen()) FailWithErrno();
+    try {
+        Overwrite(file, bytes);
+    } catch (const Failure& failure) {
+        try {
+            Overwrite(file, old);
+        } catch (const Failure&) {
+            throw NotedFailure(failure,
+                               "\nThe file is damaged. A copy of it as it was is " + copy->Keep() + ".");
+        }
+        throw;
+    }
+}
+
+void WriteBeside(const fs::path& target, const struct stat& old, bool exists, std::string_view bytes) {
     TemporaryFile file(target, exists ? old.st_mode & 0777 : 0666);
     if (exists) {
         // Not all may give a file away; the group alone is worth trying.
@@ -211,6 +258,25 @@ void ReplaceFile(const std::string& name, std::string_view bytes) {
     file.Write(bytes);
     file.Replace(target);
     SyncDirectory(target.parent_path());
+}
+
+void ReplaceFile(const std::string& name, std::string_view bytes, const std::string& copies) {
+    const fs::path target = FollowLinks(name);
+    struct stat old {};
+    const bool exists = ::stat(target.c_str(), &old) == 0;
+    if (!exists && errno != ENOENT) FailWithErrno();
+    if (exists) {
+        CheckRegular(old);
+        // A new file could take the place of one that is protected against writing.
+        if (::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) FailWithErrno();
+    }
+    try {
+        WriteBeside(target, old, exists, bytes);
+    } catch (const Failure& failure) {
+        const int error = failure.code().value();
+        if (!exists || (error != EACCES && error != EPERM)) throw;
+        WriteInPlace(target, bytes, copies);
+    }
 }
 
 }  // namespace
@@ -252,9 +318,9 @@ bool WriteFileText(Platform& platform, const std::string& name, std::string_view
         const Status status(platform, "Writing to " + name);
         CheckName(name);
         if (FileTypeOf(name) == FileType::Ascii) {
-            ReplaceFile(name, text);
+            ReplaceFile(name, text, platform.BackupDirectory());
         } else {
-            ReplaceFile(name, PackText(text));
+            ReplaceFile(name, PackText(text), platform.BackupDirectory());
         }
         return true;
     } catch (const Failure& failure) {

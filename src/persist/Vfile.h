@@ -33,8 +33,9 @@ bool ReadFileText(Platform& platform, const std::string& name, FileText& out);
 
 /// Writes `text`, which is UTF-8, to the file `name`, of a known type, in place of what it held. The new text
 /// is on the disk before it takes the place of the old, so whatever happens, the name has either the whole
-/// old file or the whole new one. A failure is told in a box and gives false. A symbolic link stays one: the
-/// file that it leads to is written. An unknown type is a fault.
+/// old file or the whole new one. Where the folder takes no new file, an old one is written over, with a copy
+/// of it in the platform's BackupDirectory for as long as that takes. A failure is told in a box and gives
+/// false. A symbolic link stays one: the file that it leads to is written. An unknown type is a fault.
 bool WriteFileText(Platform& platform, const std::string& name, std::string_view text);
 
 }  // namespace vortan

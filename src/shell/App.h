@@ -12,9 +12,7 @@ class App {
     App() : desktop(platform), mainForm(desktop) {
         platform.ShowStatusMessage = [this](const std::string& text) { mainForm.StatusMessage(text); };
         platform.ShowSolveStatus = [this](const std::string& text) { mainForm.SolveStatus(text); };
-        platform.SolveTick = [this] {
-            desktop.Run("MainForm:SolveTimer_Timer", [this] { desktop.solver.SolveTimerTick(); });
-        };
+        platform.SolveTick = [this] { desktop.SolveTimerTick(); };
         mainForm.SolveStatus(desktop.solver.SolveMessage());
     }
     ~App() {

@@ -6,7 +6,9 @@
 #include <QKeyEvent>
 #include <algorithm>
 
+#include "charts/TimeScale.h"
 #include "charts/ZoomTable.h"
+#include "paint/ScreenColor.h"
 #include "paint/Text.h"
 #include "shell/CommonDialogs.h"
 #include "shell/MainForm.h"
@@ -17,8 +19,6 @@ namespace {
 
 constexpr int kFirstYear = 100, kLastYear = 9999;
 constexpr int kColumns = 4;  // of months
-constexpr const char* kMonthNames[] = {"January", "February", "March",     "April",   "May",      "June",
-                                       "July",    "August",   "September", "October", "November", "December"};
 
 DateTime FirstOf(int year, int month) {
     return FromParts({year, month, 1});
@@ -34,11 +34,14 @@ int DaysIn(int year, int month) {
 
 void CalendarForm::Start(Desktop& desktop) {
     auto* form = new CalendarForm(desktop);
-    form->Restart();
-    desktop.mainForm->ShowForm(*form);
+    form->Show([form] {
+        form->Restart();
+        return true;
+    });
 }
 
-CalendarForm::CalendarForm(Desktop& desktop) : PageForm(desktop), scroll_(new QScrollArea) {
+CalendarForm::CalendarForm(Desktop& desktop)
+    : PageForm(desktop), scroll_(new QScrollArea), thisYear_(desktop.mainForm->CalendarYear()) {
     setObjectName("CalendarForm");
     setFocusPolicy(Qt::StrongFocus);
     auto* page = new QWidget;
@@ -97,6 +100,7 @@ QWidget* CalendarForm::NewKeyFrame() {
     for (int key = 1; key <= kDayKeys; ++key) {
         auto* picture = new QFrame;
         picture->setObjectName(QString("KeyPicture(%1)").arg(key));
+        picture->setAccessibleName(QString("Color of ") + LookOf(key).label);
         picture->setFrameStyle(QFrame::Box | QFrame::Plain);
         picture->setAutoFillBackground(true);
         QPalette colors = picture->palette();
@@ -116,7 +120,7 @@ QWidget* CalendarForm::NewMonths() {
     auto* table = new QGridLayout(panel);
     table->setHorizontalSpacing(fontMetrics().height());
     for (int i = 0; i < kMonths; ++i) {
-        auto* label = new QLabel(kMonthNames[i]);
+        auto* label = new QLabel(TimeScale::MonthName(i + 1));
         label->setObjectName(QString("MonthLabel(%1)").arg(i + 1));
         label->setAlignment(Qt::AlignCenter);
         auto* grid = new MonthGrid;
@@ -158,6 +162,7 @@ void CalendarForm::Restart() {
 
 void CalendarForm::SetYear(int year) {
     thisYear_ = std::clamp(year, kFirstYear, kLastYear);
+    desktop_.mainForm->SetCalendarYear(thisYear_);
     year_->setText(QString::number(thisYear_));
     previous_->setText(QString::number(thisYear_ - 1));
     next_->setText(QString::number(thisYear_ + 1));

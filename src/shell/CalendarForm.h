@@ -24,10 +24,10 @@ class CalendarForm : public PageForm {
     DateTime SelectedDate() const { return selectedDate_; }
     void SetYear(int year);
 
-    void NewThisProject() override { Restart(); }
-    void NewThisTemplate() override { Restart(); }
-    void NewJournal() override { Restart(); }
-    void NewSolution() override { Restart(); }
+    void NewThisProject() override { Refresh("CalendarForm:NewThisProject"); }
+    void NewThisTemplate() override { Refresh("CalendarForm:NewThisTemplate"); }
+    void NewJournal() override { Refresh("CalendarForm:NewJournal"); }
+    void NewSolution() override { Refresh("CalendarForm:NewSolution"); }
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -42,6 +42,9 @@ class CalendarForm : public PageForm {
     QWidget* NewMonths();
     /// From what is in memory; the year stays.
     void Restart();
+    void Refresh(const char* section) {
+        Hear(section, [this] { Restart(); });
+    }
     void BuildCalendar();
     void ClickOnMonthGrid(int month, int day);
     void Select(DateTime date);
@@ -51,7 +54,7 @@ class CalendarForm : public PageForm {
     QLabel* year_ = nullptr;
     QPushButton *previous_ = nullptr, *next_ = nullptr;
     std::array<MonthGrid*, kMonths> months_{};
-    int thisYear_ = 0;  // until the first start
+    int thisYear_;  // 0 until the first start of the program's run
     DateTime selectedDate_;
 };
 

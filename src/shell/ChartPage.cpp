@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "charts/Twips.h"
 #include "paint/Text.h"
 #include "shell/CommonDialogs.h"
 #include "shell/MainForm.h"
@@ -17,7 +18,6 @@ namespace {
 
 // Where the options stand when they must hide a part of the chart, in twips from its corner.
 constexpr int kOptionsLeft = 120, kOptionsTop = 2760;
-constexpr int kTwipsPerInch = 1440;
 
 /// A frame that the mouse moves about in front of what it hides.
 class OptionsBox : public QGroupBox {
@@ -35,8 +35,7 @@ class OptionsBox : public QGroupBox {
         } else if (chart.height() + gap <= room.height()) {
             PutAt({gap, chart.height() + gap});
         } else {
-            PutAt(
-                {kOptionsLeft * logicalDpiX() / kTwipsPerInch, kOptionsTop * logicalDpiY() / kTwipsPerInch});
+            PutAt((QPointF(kOptionsLeft, kOptionsTop) * logicalDpiX() / kTwipsPerInch).toPoint());
         }
         raise();
     }
@@ -62,11 +61,18 @@ class OptionsBox : public QGroupBox {
 
 }  // namespace
 
-ChartPage& ChartPage::Start(Desktop& desktop, const Maker& make) {
+void ChartPage::Start(Desktop& desktop, const char* name, const Maker& make) {
+    ChildForm* open = desktop.mainForm->FullPage();
+    if (open && open->FormName() == name) {
+        static_cast<ChartPage*>(open)->Restart();
+        desktop.mainForm->ShowForm(*open);
+        return;
+    }
     auto* page = new ChartPage(desktop, make);
-    page->Restart();
-    desktop.mainForm->ShowForm(*page);
-    return *page;
+    page->Show([page] {
+        page->Restart();
+        return page->chart_->TheVwindow().IsLaidOut();
+    });
 }
 
 ChartPage::ChartPage(Desktop& desktop, const Maker& make) : PageForm(desktop) {
@@ -74,7 +80,14 @@ ChartPage::ChartPage(Desktop& desktop, const Maker& make) : PageForm(desktop) {
     chart_ = make(*metrics_);
     setObjectName(Q(chart_->Name()));
     view_ = std::make_unique<SurfaceView>(chart_->TheVwindow(), *metrics_);
-    view_->TipAt = [this](int x, int y) { return chart_->TipAt(x, y); };
+    view_->TipAt = [this](int x, int y) {
+        std::string tip;
+        desktop_.Run("ChartForm:TipAt", [&] { tip = chart_->TipAt(x, y); });
+        return tip;
+    };
+    view_->PressAt = [this](int x, int y) {
+        desktop_.Run("ChartForm:Vwindow_MouseDown", [&] { chart_->TheVwindow().Press(x, y); });
+    };
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(view_.get());
@@ -126,7 +139,7 @@ void ChartPage::Restart() {
     chart_->TheVwindow().SetPage(desktop_.mainForm->ThePrinting().Page());
     view_->SetMetrics(*metrics);
     metrics_ = std::move(metrics);
-    chart_->Start();
+    desktop_.Run("ChartForm:Start", [this] { chart_->Start(); });
     setWindowTitle(Q(chart_->Caption()));
     view_->SurfaceChanged();
     PlaceOptions();
@@ -136,13 +149,13 @@ void ChartPage::PlaceOptions() {
     if (options_) static_cast<OptionsBox*>(options_)->Place(view_->ContentSize());
 }
 
-void ChartPage::Do(ChartForm::Answer answer) {
-    if (answer == ChartForm::Answer::Start) Restart();
-    if (answer == ChartForm::Answer::Unload) Unload();
+void ChartPage::Do(const char* section, ChartForm::Answer answer) {
+    if (answer == ChartForm::Answer::Start) Hear(section, [this] { Restart(); });
+    if (answer == ChartForm::Answer::Unload) Hear(section, [this] { Unload(); });
 }
 
 std::optional<ShownSurface> ChartPage::Surface() {
-    return ShownSurface{chart_->TheVwindow(), *metrics_, chart_->PrintTitle()};
+    return ShownSurface{chart_->TheVwindow(), *metrics_, chart_->Caption()};
 }
 
 bool ChartPage::ChangeFont() {

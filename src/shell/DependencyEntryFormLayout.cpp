@@ -60,6 +60,7 @@ void DependencyEntryForm::BuildSentence() {
     sentence_ = new QPlainTextEdit;
     sentence_->setObjectName("SentenceText");
     sentence_->setAccessibleName("The dependency as a sentence");
+    sentence_->setToolTip("Press [F1] for help");
     sentence_->setReadOnly(true);
     sentence_->setTabChangesFocus(true);
     sentence_->setFocusPolicy(Qt::ClickFocus);

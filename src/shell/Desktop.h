@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <utility>
 
 #include "model/ErrTrap.h"
 #include "model/Workspace.h"
@@ -26,13 +27,30 @@ class Desktop {
           iterative(workspace, solver),
           settings(thePlatform),
           files(workspace, settings),
-          trap(thePlatform) {}
+          trap(thePlatform) {
+        trap.BoxAnswered = [this] {
+            if (std::exchange(solveWaits_, false)) platform.ArmSolveTimer(true);
+        };
+    }
     Desktop(const Desktop&) = delete;
     Desktop& operator=(const Desktop&) = delete;
 
     /// Runs what one click, key or timer tick does. `section` names it for the log, as ErrTrap::RunCommand.
     bool Run(const char* section, const std::function<void()>& command) {
         return trap.RunCommand(section, command);
+    }
+
+    // The timers' events. While a box about a fault is open they do nothing: what failed may have left the
+    // model half done. The solve comes when the box has been answered, the backup with its next tick.
+    void SolveTimerTick() {
+        if (trap.BoxOpen()) {
+            solveWaits_ = true;
+        } else {
+            Run("Main:SolveTimer_Timer", [this] { solver.SolveTimerTick(); });
+        }
+    }
+    void AutoBackupTimerTick() {
+        if (!trap.BoxOpen()) Run("Main:AutoBackupTimer_Timer", [this] { files.AutoBackupTick(); });
     }
 
     Platform& platform;
@@ -44,6 +62,9 @@ class Desktop {
     ErrTrap trap;
     MainForm* mainForm = nullptr;  ///< set for as long as there is one
     Trees* trees = nullptr;        ///< the main window's
+
+  private:
+    bool solveWaits_ = false;
 };
 
 }  // namespace vortan

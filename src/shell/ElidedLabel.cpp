@@ -7,6 +7,7 @@ namespace vortan {
 void ElidedLabel::setText(const QString& text) {
     text_ = text;
     setToolTip(text);
+    setAccessibleDescription(text);
     // Long steps do not serve events: show the text before they begin.
     if (isVisible()) repaint();
 }

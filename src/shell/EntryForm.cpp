@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <cmath>
+#include <set>
 
 #include "model/Characters.h"
 #include "model/NumberText.h"
@@ -52,10 +53,23 @@ class BodyArea : public QScrollArea {
     int lineHeight_;
 };
 
+/// The name of a procedure of a form for the error log, as "Preferences:OkCommand_Click". The log wants names
+/// that live as long as the program.
+const char* SectionOf(const char* formName, const char* procedure) {
+    static std::set<std::string> names;
+    std::string module = formName;
+    if (module.ends_with("Form")) module.resize(module.size() - 4);
+    return names.insert(module + ":" + procedure).first->c_str();
+}
+
 }  // namespace
 
 EntryForm::EntryForm(Desktop& desktop, const char* name, const char* caption)
-    : QDialog(desktop.mainForm), desktop_(desktop), body_(new QVBoxLayout), buttons_(new QHBoxLayout) {
+    : QDialog(desktop.mainForm),
+      desktop_(desktop),
+      name_(name),
+      body_(new QVBoxLayout),
+      buttons_(new QHBoxLayout) {
     setObjectName(name);
     setWindowTitle(caption);
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
@@ -65,7 +79,7 @@ EntryForm::EntryForm(Desktop& desktop, const char* name, const char* caption)
     ok_->setDefault(true);
     cancel_ = new QPushButton("Cancel");
     cancel_->setObjectName("CancelCommand");
-    connect(ok_, &QPushButton::clicked, this, Command("EntryForm:OkCommand_Click", [this] {
+    connect(ok_, &QPushButton::clicked, this, Command(SectionOf(name, "OkCommand_Click"), [this] {
                 if (Finish()) Unload();
             }));
     connect(cancel_, &QPushButton::clicked, this, [this] { reject(); });
@@ -104,7 +118,7 @@ void EntryForm::Unload() {
 }
 
 void EntryForm::reject() {
-    desktop_.Run("EntryForm:CancelCommand_Click", [this] { CancelCommandClick(); });
+    desktop_.Run(SectionOf(name_, "CancelCommand_Click"), [this] { CancelCommandClick(); });
 }
 
 void EntryForm::ShowWith(QWidget& first) {
@@ -195,7 +209,7 @@ std::string EntryForm::Currency(Money value) const {
 
 void EntryForm::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_F1) {
-        desktop_.Run("EntryForm:Form_KeyDown", [this] { desktop_.mainForm->ContextHelp(); });
+        desktop_.Run(SectionOf(name_, "Form_KeyDown"), [this] { desktop_.mainForm->ContextHelp(); });
         return;
     }
     QDialog::keyPressEvent(event);

@@ -91,6 +91,7 @@ class EntryForm : public QDialog, public ChildForm, public Listener {
     Desktop& desktop_;
 
   private:
+    const char* name_;  // a literal
     QVBoxLayout* body_;
     QScrollArea* bodyArea_;
     QHBoxLayout* buttons_;

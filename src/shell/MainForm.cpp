@@ -22,6 +22,8 @@ namespace vortan {
 namespace {
 
 constexpr int kBackupPeriod = 10'000;  // milliseconds between looks at the clock
+constexpr int kNotePeriod = 8'000;     // milliseconds
+constexpr QRgb kHaltedOnLight = qRgb(0xB3, 0x26, 0x1E), kHaltedOnDark = qRgb(0xFF, 0x8A, 0x80);
 // Of the work area, the share of the project tree and that of the template tree.
 constexpr int kProjectShare = 60, kTemplateShare = 40;
 
@@ -38,14 +40,15 @@ MainForm::MainForm(Desktop& desktop) : desktop_(desktop), printing_(std::make_un
     BuildMenus();
     BuildToolbar();
     BuildStatusBar();
+    // Nothing reads a setting before this; a file of settings that is damaged takes nothing else with it.
+    desktop_.Run("Main:MDIForm_Load", [this] { desktop_.files.StartUp(); });
     BuildWorkArea();
     desktop_.workspace.AddListener(this);
-    desktop_.Run("MainForm:MDIForm_Load", [this] {
+    desktop_.Run("Main:MDIForm_Load", [this] {
         projectTree_->Start();
         templateTree_->Start();
         NewThisProject();
         NewThisTemplate();
-        desktop_.files.StartUp();
     });
     desktop_.solver.SuspendSolve();
     desktop_.solver.ResumeSolve();
@@ -55,10 +58,10 @@ MainForm::MainForm(Desktop& desktop) : desktop_(desktop), printing_(std::make_un
             if (form->Class() == FormClass::Pane && now && form->Window().isAncestorOf(now)) lastPane_ = form;
         }
     });
-    connect(&backupTimer_, &QTimer::timeout, this, [this] {
-        desktop_.Run("MainForm:AutoBackupTimer_Timer", [this] { desktop_.files.AutoBackupTick(); });
-    });
+    connect(&backupTimer_, &QTimer::timeout, this, [this] { desktop_.AutoBackupTimerTick(); });
     backupTimer_.start(kBackupPeriod);
+    noteTimer_.setSingleShot(true);
+    connect(&noteTimer_, &QTimer::timeout, this, [this] { messagePanel_->setText({}); });
 
     const QRect available = screen()->availableGeometry();
     const int left = available.width() / 24, top = available.height() / 24;
@@ -137,7 +140,8 @@ void MainForm::ShowForm(ChildForm& form) {
 /// Centred over the main window, and whole on the screen.
 void MainForm::PlaceEntryForm(QWidget& form) {
     if (form.isVisible()) return;
-    form.adjustSize();
+    form.adjustSize();  // to two thirds of the screen at most
+    form.resize(form.size().expandedTo(form.sizeHint()));
     const QRect available = screen()->availableGeometry();
     const QSize size = form.size().boundedTo(available.size());
     const QPoint middle = mapToGlobal(rect().center());
@@ -162,7 +166,8 @@ bool MainForm::IsPrintable(ChildForm& form) {
 void MainForm::LockEntryForms(ChildForm& form) {
     const bool printable = IsPrintable(form);
     for (const auto& [name, action] : actions_) {
-        if (name.starts_with("Help") || name == "FileMenu" || name == "FileExitMenu") continue;
+        const bool help = name.starts_with("Help") && name != "HelpAboutMenu";
+        if (help || name == "FileMenu" || name == "FileExitMenu") continue;
         const bool output = name.starts_with("Output") || name == "SetupMenu" || name == "SetupFontMenu" ||
                             name == "SetupPrinterMenu";
         action->setEnabled(output && printable);
@@ -212,6 +217,9 @@ void MainForm::UpdateMenu() {
     const Workspace& workspace = desktop_.workspace;
     Action("FileNewMenu").setEnabled(true);
     Action("FileSaveMenu").setEnabled(!workspace.ProjectList().empty() || !workspace.TemplateList().empty());
+    for (QAction* button : toolbar_->actions()) {
+        if (button->toolTip() == "Save") button->setEnabled(Action("FileSaveMenu").isEnabled());
+    }
     for (const char* name : {"ProjectSelectMenu", "ProjectModifyMenu", "ProjectDeleteMenu"}) {
         Action(name).setEnabled(workspace.ThisProject() != nullptr);
     }
@@ -223,19 +231,42 @@ void MainForm::UpdateMenu() {
 // ---- status
 
 void MainForm::StatusMessage(const std::string& text) {
-    const bool busy = !messagePanel_->text().isEmpty();
+    noteTimer_.stop();
     messagePanel_->setText(text.empty() ? QString() : Q(text + " ..."));
-    if (busy == !text.empty()) return;
-    if (text.empty()) {
-        QApplication::restoreOverrideCursor();
-    } else {
+    if (busy_ == !text.empty()) return;
+    busy_ = !text.empty();
+    if (busy_) {
         QApplication::setOverrideCursor(Qt::WaitCursor);
+    } else {
+        QApplication::restoreOverrideCursor();
     }
+}
+
+void MainForm::Note(const std::string& text) {
+    if (busy_ || text.empty()) return;
+    messagePanel_->setText(Q(text));
+    noteTimer_.start(kNotePeriod);
 }
 
 void MainForm::SolveStatus(const std::string& text) {
     solvePanel_->setText(Q(text));
-    solvePanel_->setToolTip(Q(text));
+    solvePanel_->setAccessibleDescription(Q(text));
+    const bool halted = desktop_.solver.Mode() == SolveMode::Halted;
+    solvePanel_->setToolTip(Q(halted ? text + "\nClick to see what is wrong and to repair it" : text));
+    solvePanel_->setIcon(halted ? GetResIcon("Halted.ico") : QIcon());
+    QPalette colors = palette();
+    const bool dark =
+        colors.color(QPalette::Window).lightness() < colors.color(QPalette::WindowText).lightness();
+    if (halted) {
+        for (const auto role : {QPalette::ButtonText, QPalette::WindowText})
+            colors.setColor(role, QColor(dark ? kHaltedOnDark : kHaltedOnLight));
+    }
+    solvePanel_->setPalette(colors);
+}
+
+void MainForm::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && solvePanel_) SolveStatus(S(solvePanel_->text()));
 }
 
 void MainForm::NewJournal() {
@@ -258,9 +289,10 @@ void MainForm::NewThisTemplate() {
 
 // ---- leaving
 
-/// The first close takes the page in front away, the next one ends the program.
+/// The first close takes the page in front away, the next one ends the program; so does the first while a
+/// dialog is in front.
 bool MainForm::QueryUnload() {
-    if (fullPage_) {
+    if (fullPage_ && ActiveForm() == fullPage_) {
         fullPage_->Unload();
         return false;
     }

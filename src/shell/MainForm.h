@@ -52,7 +52,9 @@ class MainForm : public QMainWindow, public Listener {
 
     /// The foreground operation in panel 5; empty clears it.
     void StatusMessage(const std::string& text);
-    /// The text about the solve, in panel 4.
+    /// A word in panel 5 about what has just been done, for some seconds.
+    void Note(const std::string& text);
+    /// The text about the solve, in panel 4. It stands out while the solve is halted.
     void SolveStatus(const std::string& text);
 
     /// The manual, page by page and for the control that has the focus.
@@ -63,6 +65,9 @@ class MainForm : public QMainWindow, public Listener {
     void SetupFont();
     void SetupPrinter();
     Printing& ThePrinting() { return *printing_; }
+    /// The year that the calendar showed last, 0 before it was open.
+    int CalendarYear() const { return calendarYear_; }
+    void SetCalendarYear(int year) { calendarYear_ = year; }
 
     QAction& Action(const char* name) const { return *actions_.at(name); }
     Trees& TheTrees() const { return *trees_; }
@@ -85,6 +90,7 @@ class MainForm : public QMainWindow, public Listener {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
   private:
     void BuildMenus();
@@ -109,8 +115,9 @@ class MainForm : public QMainWindow, public Listener {
     void JournalSetAsPlan();
     bool MayLose(const JournalOwner& owner, const std::string& what);
     void CantCreateDepartment();
-    /// Takes the page of that name away if it is in front, else lets `start` show it.
-    void TogglePage(const char* name, const std::function<void()>& start);
+    /// Takes the page of that name away if it is in front, else lets `start` show it; nothing of the kind
+    /// unless it is `allowed`.
+    void TogglePage(const char* name, bool allowed, const std::function<void()>& start);
     void GraphicsGantt();
     void GraphicsRiskAnalysis();
     void GraphicsCrashAnalysis();
@@ -129,7 +136,7 @@ class MainForm : public QMainWindow, public Listener {
     void OutputPrint();
     void OutputCopy();
     ChildForm* ActiveForm() const;
-    /// The form in front if it has a surface, else none after a message.
+    /// The form in front if it has a complete surface, else none after a message.
     ChildForm* SurfaceToOutput(const std::string& word);
     void NotSupported(ChildForm& form, const std::string& word);
 
@@ -150,8 +157,10 @@ class MainForm : public QMainWindow, public Listener {
     QToolBar* toolbar_ = nullptr;
     QToolButton* solvePanel_ = nullptr;
     ElidedLabel* messagePanel_ = nullptr;
-    QTimer backupTimer_;
+    QTimer backupTimer_, noteTimer_;
+    bool busy_ = false;  // with an operation in panel 5
     bool closing_ = false;
+    int calendarYear_ = 0;
     // What the prompts of iterative solves offer, and the top of the risk plot's cost axis.
     std::int32_t riskIterations_ = IterativeSolve::kUsualIterations;
     double teamIncrement_ = IterativeSolve::kUsualIncrement;

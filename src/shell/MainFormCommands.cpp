@@ -126,19 +126,19 @@ void MainForm::CantCreateDepartment() {
 
 // ---- charts
 
-void MainForm::TogglePage(const char* name, const std::function<void()>& start) {
+void MainForm::TogglePage(const char* name, bool allowed, const std::function<void()>& start) {
+    UpdateChecks();  // the click has turned the mark over
+    if (!allowed) return;
     if (fullPage_ && fullPage_->FormName() == name) {
         fullPage_->Unload();
     } else {
         start();
     }
-    UpdateChecks();
 }
 
 void MainForm::GraphicsGantt() {
-    TogglePage("GanttForm", [this] {
-        if (!desktop_.workspace.ThisProjectSolved()) return;
-        ChartPage::Start(desktop_, [this](const TextMetrics& metrics) {
+    TogglePage("GanttForm", desktop_.workspace.ThisProjectSolved(), [this] {
+        ChartPage::Start(desktop_, "GanttForm", [this](const TextMetrics& metrics) {
             auto chart = std::make_unique<GanttForm>(desktop_.workspace, desktop_.settings, metrics);
             chart->PreferencesCommandClick = [this] { PreferencesForm::Start(desktop_); };
             return chart;
@@ -147,13 +147,11 @@ void MainForm::GraphicsGantt() {
 }
 
 void MainForm::GraphicsRiskAnalysis() {
-    TogglePage("RiskForm", [this] {
-        if (desktop_.workspace.ThisProjectSet()) StartRiskForm();
-    });
+    TogglePage("RiskForm", desktop_.workspace.ThisProjectSet(), [this] { StartRiskForm(); });
 }
 
 void MainForm::GraphicsCrashAnalysis() {
-    TogglePage("CrashForm", [this] {
+    TogglePage("CrashForm", true, [this] {
         if (!desktop_.iterative.Results().crashList.empty()) {
             StartCrashForm();
             return;
@@ -206,11 +204,8 @@ void MainForm::SpreadsheetType(int index) {
 }
 
 void MainForm::Calendar() {
-    if (fullPage_ && fullPage_->FormName() == "CalendarForm") {
-        fullPage_->Unload();
-    } else if (desktop_.workspace.ThisTemplateSet()) {
-        CalendarForm::Start(desktop_);
-    }
+    TogglePage("CalendarForm", desktop_.workspace.ThisTemplateSet(),
+               [this] { CalendarForm::Start(desktop_); });
 }
 
 void MainForm::DisplayHelpPage(const std::string&) {
@@ -247,8 +242,9 @@ void MainForm::NotSupported(ChildForm& form, const std::string& word) {
 
 ChildForm* MainForm::SurfaceToOutput(const std::string& word) {
     ChildForm* form = ActiveForm();
-    if (form && form->Surface()) return form;
-    if (form) {
+    const auto shown = form ? form->Surface() : std::nullopt;
+    if (shown && shown->surface.IsComplete()) return form;
+    if (form && !shown) {
         NotSupported(*form, word);
     } else {
         desktop_.platform.MessageBox("There is nothing to " + word + ".", "Not Applicable",
@@ -262,8 +258,10 @@ void MainForm::OutputPrint() {
 }
 
 void MainForm::OutputCopy() {
-    if (ChildForm* form = SurfaceToOutput("copy"))
-        QApplication::clipboard()->setMimeData(ClipboardData(*form->Surface()).release());
+    ChildForm* form = SurfaceToOutput("copy");
+    if (!form) return;
+    QApplication::clipboard()->setMimeData(ClipboardData(*form->Surface()).release());
+    Note("Copied to the clipboard");
 }
 
 void MainForm::SetupFont() {

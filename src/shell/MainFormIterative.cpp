@@ -75,14 +75,15 @@ void MainForm::StartRiskForm() {
                                      BoxIcon::Warning, BoxButtons::Ok);
         return;
     }
-    ChartPage::Start(desktop_, [this](const TextMetrics& metrics) {
+    highestCost_ = std::max(highestCost_, RiskForm::HighestCost(desktop_.iterative.Results()));
+    ChartPage::Start(desktop_, "RiskForm", [this](const TextMetrics& metrics) {
         return std::make_unique<RiskForm>(desktop_.workspace, desktop_.iterative.Results(), highestCost_,
                                           metrics);
     });
 }
 
 void MainForm::StartCrashForm() {
-    ChartPage::Start(desktop_, [this](const TextMetrics& metrics) {
+    ChartPage::Start(desktop_, "CrashForm", [this](const TextMetrics& metrics) {
         auto chart =
             std::make_unique<CrashForm>(desktop_.workspace, desktop_.iterative.Results().crashList, metrics);
         chart->ShowCrashData = [this](DateTime finish, std::vector<Vcrash> multipliers) {

@@ -251,11 +251,14 @@ void MainForm::BuildStatusBar() {
     boxes_ = std::make_unique<SelectorBoxes>(desktop_);
     solvePanel_ = new QToolButton;
     solvePanel_->setObjectName("SolvePanel");
+    solvePanel_->setAccessibleName("Solve");
+    solvePanel_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     solvePanel_->setAutoRaise(true);
     solvePanel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     connect(solvePanel_, &QToolButton::clicked, this,
             [this] { desktop_.Run("MainForm:SolvePanelClick", [this] { SolvePanelClick(); }); });
     messagePanel_ = new ElidedLabel("MessagePanel");
+    messagePanel_->setAccessibleName("Operation");
     messagePanel_->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
 
     // The boxes and the solve take a sixth of the width each, the message what is left.

@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "paint/ScreenColor.h"
+
 namespace vortan {
 namespace {
 
@@ -14,11 +16,6 @@ constexpr double kRoomyLines = 1.8, kLargest = 2;
 constexpr Color kNoDay = 0x808080, kLine = 0xA0A0A0;
 
 }  // namespace
-
-QColor ScreenColor(Color color) {
-    return {static_cast<int>(color & 0xFF), static_cast<int>(color >> 8 & 0xFF),
-            static_cast<int>(color >> 16 & 0xFF)};
-}
 
 MonthGrid::MonthGrid() {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);

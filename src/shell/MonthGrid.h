@@ -44,7 +44,4 @@ class MonthGrid : public QWidget {
     std::vector<Color> colors_;
 };
 
-/// Of the colours of charts, those that stand for something, whatever the palette.
-QColor ScreenColor(Color color);
-
 }  // namespace vortan

@@ -200,7 +200,7 @@ void NodeCommands::DeleteObject(Node& node) {
             condemned->Delete();
         } else if constexpr (std::is_same_v<T, Vresource> || std::is_same_v<T, Vshift>) {
             owner = condemned->Template();
-            condemned->Delete();  // a shift stays that of the resources which work it
+            condemned->Delete();  // resources that work a shift keep it
         }
     };
     std::visit(

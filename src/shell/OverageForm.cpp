@@ -25,7 +25,8 @@ void OverageForm::Start(Desktop& desktop) {
     const QFontMetrics metrics = form->fontMetrics();
     form->table_->Restart(
         desktop, form->objectName(),
-        {kTableCharacters * metrics.averageCharWidth(), kTableLines * metrics.height() * 7 / 4});
+        {kTableCharacters * metrics.averageCharWidth(), kTableLines * metrics.height() * 7 / 4},
+        [form](Vwindow& table) { form->RedoLayout(table); });
     form->ShowWith(*form->modifyAssignment_);
     form->table_->LetShrink();
 }
@@ -62,7 +63,6 @@ OverageForm::OverageForm(Desktop& desktop, const SolveProblem& problem)
     modifyAssignment_->setChecked(true);
     Body().addWidget(frame);
     Body().addWidget(table_, 1);
-    table_->TheVwindow().RedoLayout = [this] { RedoLayout(); };
 }
 
 void OverageForm::AddText(const QString& label, const QString& name, const std::string& value) {
@@ -76,8 +76,7 @@ void OverageForm::AddText(const QString& label, const QString& name, const std::
 }
 
 /// The whole day, of the resource that is short.
-void OverageForm::RedoLayout() {
-    Vwindow& window = table_->TheVwindow();
+void OverageForm::RedoLayout(Vwindow& window) {
     StartZoomVwindow(window, false);
     if (const Vassignment* assignment = assignment_.Get(); assignment && assignment->ResourceRequired())
         FillInZoomVwindow(window, false, desktop_.solver, *assignment->ResourceRequired(), problemDate_);

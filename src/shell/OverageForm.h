@@ -21,7 +21,7 @@ class OverageForm : public EntryForm {
   private:
     OverageForm(Desktop& desktop, const SolveProblem& problem);
     void AddText(const QString& label, const QString& name, const std::string& value);
-    void RedoLayout();
+    void RedoLayout(Vwindow& window);
     bool Finish() override;
     void DoModify(Vassignment& assignment);
     void DoAuthorize(Vassignment& assignment);

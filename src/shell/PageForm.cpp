@@ -14,6 +14,16 @@ PageForm::~PageForm() {
     if (!unloaded_ && desktop_.mainForm) desktop_.mainForm->UnlockEntryForm(*this);
 }
 
+void PageForm::Show(const std::function<bool()>& fill) {
+    try {
+        if (fill()) return desktop_.mainForm->ShowForm(*this);
+    } catch (...) {
+        Unload();
+        throw;
+    }
+    Unload();
+}
+
 void PageForm::Unload() {
     if (unloaded_) return;
     unloaded_ = true;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QWidget>
+#include <functional>
 
 #include "model/Listener.h"
 #include "shell/ChildForm.h"
@@ -20,6 +21,12 @@ class PageForm : public QWidget, public ChildForm, public Listener {
 
   protected:
     explicit PageForm(Desktop& desktop);
+    /// Has `fill` fill the new page, and shows it. A page that could not be filled, which `fill` tells or
+    /// throws, is gone.
+    void Show(const std::function<bool()>& fill);
+    /// What the page does about a broadcast, as a command of its own: a fault ends neither the broadcast nor
+    /// the solve that sent it.
+    void Hear(const char* section, const std::function<void()>& handler) { desktop_.Run(section, handler); }
 
     Desktop& desktop_;
 

@@ -7,6 +7,7 @@
 #include <QScreen>
 #include <algorithm>
 
+#include "charts/Twips.h"
 #include "paint/ChartPainter.h"
 #include "paint/Text.h"
 #include "shell/MainForm.h"
@@ -16,7 +17,6 @@ namespace vortan {
 namespace {
 
 constexpr double kPreviewScale = 1.0 / 5;
-constexpr double kTwipsPerInch = 1440;
 constexpr double kShadow = 100;  // twips on the screen
 constexpr QRgb kSheet = qRgb(0xE0, 0xE0, 0xE0);
 // Buttons by their index, which is that of PageCuts::Choice.
@@ -89,7 +89,7 @@ PageSizeForm::PageSizeForm(Desktop& desktop, ChildForm& source)
     frames->addWidget(NewFrame(1, "Print a single page",
                                {{Choice::ExpandToFit, "&Expand to fit"},
                                 {Choice::ReduceToFit, "&Reduce to fit"},
-                                {Choice::CenterOnPage, "C&enter on page"}}));
+                                {Choice::CenterOnPage, "Center &on page"}}));
     frames->addWidget(NewFrame(2, "Print no pages",
                                {{Choice::ChangePage, "Change &page"},
                                 {Choice::ChangeFont, "Change &font"},
@@ -122,7 +122,12 @@ QWidget* PageSizeForm::NewFrame(int index, const QString& caption,
 
 void PageSizeForm::Refresh() {
     const auto shown = source_.Surface();
-    if (!shown) return;
+    const bool complete = shown && shown->surface.IsComplete();
+    for (const Choice choice : {Choice::MultipleHeadings, Choice::SingleHeading, Choice::ExpandToFit,
+                                Choice::ReduceToFit, Choice::CenterOnPage})
+        buttons_[static_cast<std::size_t>(choice)]->setEnabled(false);
+    preview_->update();
+    if (!complete) return;
     const PageCuts cuts(PageStatsOf(shown->surface, desktop_.mainForm->ThePrinting().Page()));
     for (std::size_t i = 0; i < buttons_.size(); ++i)
         buttons_[i]->setEnabled(cuts.IsEnabled(static_cast<Choice>(i)));
@@ -132,7 +137,14 @@ void PageSizeForm::Refresh() {
             std::count_if(pieces.begin(), pieces.end(), [](const Piece& piece) { return piece.newPage; });
         buttons_[static_cast<std::size_t>(choice)]->setToolTip(QString("%1 pages").arg(pages));
     }
-    preview_->update();
+}
+
+void PageSizeForm::NewSolution() {
+    desktop_.Run("PageSizeForm:NewSolution", [this] {
+        // A form that goes gives up its name and is deleted later.
+        if (source_.FormName().isEmpty()) return Unload();
+        Refresh();
+    });
 }
 
 /// The form goes first, and may be deleted while a dialog that follows is open: a change of font or page does
@@ -145,13 +157,13 @@ void PageSizeForm::ContinueCommandClick(Choice choice) {
     if (choice == Choice::ChangeFont) return mainForm.SetupFont();
     if (choice == Choice::ChangePage) return mainForm.SetupPrinter();
     const auto shown = source.Surface();
-    if (!shown) return;
+    if (!shown || !shown->surface.IsComplete()) return;
     const auto pieces = PageCuts(PageStatsOf(shown->surface, mainForm.ThePrinting().Page())).Pieces(choice);
-    if (!pieces.empty()) mainForm.ThePrinting().Print(&mainForm, platform, *shown, pieces);
+    if (!pieces.empty()) mainForm.Note(mainForm.ThePrinting().Print(&mainForm, platform, *shown, pieces));
 }
 
 QSize PageSizeForm::sizeHint() const {
-    return {screen()->availableGeometry().width() * 3 / 4, QDialog::sizeHint().height()};
+    return {screen()->geometry().width() * 3 / 4, QDialog::sizeHint().height()};
 }
 
 void PageSizeForm::keyPressEvent(QKeyEvent* event) {

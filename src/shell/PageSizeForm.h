@@ -18,7 +18,7 @@ class PageSizeForm : public EntryForm {
     void NewThisProject() override { Unload(); }
     void NewThisTemplate() override { Unload(); }
     void NewJournal() override { Unload(); }
-    void NewSolution() override { Refresh(); }
+    void NewSolution() override;
 
     QSize sizeHint() const override;
 

@@ -125,18 +125,20 @@ bool Printing::ShowPrinter(QWidget* parent) {
     return true;
 }
 
-void Printing::Print(QWidget* parent, Platform& platform, const ShownSurface& shown,
-                     const std::vector<Piece>& pieces) const {
+std::string Printing::Print(QWidget* parent, Platform& platform, const ShownSurface& shown,
+                            const std::vector<Piece>& pieces) const {
     if (!printer_.isEmpty()) {
         const auto printer = NewPrinter(printer_, layout_);
         printer->setDocName(Q(shown.title));
         PrintPieces(*printer, shown, pieces);
-        return;
+        return "Sent to the printer " + S(printer_);
     }
     const QString name = AskForPdfFile(parent, Q(shown.title));
-    if (name.isEmpty()) return;
+    if (name.isEmpty()) return {};
     const std::string problem = SaveFile(S(name), MakePdf(layout_, shown, pieces));
-    if (!problem.empty()) platform.MessageBox(problem, "File Not Written", BoxIcon::Warning, BoxButtons::Ok);
+    if (problem.empty()) return "Written to " + S(name);
+    platform.MessageBox(problem, "File Not Written", BoxIcon::Warning, BoxButtons::Ok);
+    return {};
 }
 
 }  // namespace vortan

@@ -2,6 +2,7 @@
 
 #include <QPageLayout>
 #include <QWidget>
+#include <string>
 #include <vector>
 
 #include "charts/PageCuts.h"
@@ -20,10 +21,11 @@ class Printing {
     Vwindow::Page Page() const;
     /// Lets the user choose the printer and its page. False on Cancel: all is as it was.
     bool ShowPrinter(QWidget* parent);
-    /// Prints, asking for the name of a PDF file first if that is the printer. A printer that fails is a
-    /// fault; a file that cannot be written is told in a box.
-    void Print(QWidget* parent, Platform& platform, const ShownSurface& shown,
-               const std::vector<Piece>& pieces) const;
+    /// Prints, asking for the name of a PDF file first if that is the printer, and returns what there is to
+    /// tell of it, nothing if the user gave up. A printer that fails is a fault; a file that cannot be
+    /// written is told in a box.
+    std::string Print(QWidget* parent, Platform& platform, const ShownSurface& shown,
+                      const std::vector<Piece>& pieces) const;
 
   private:
     QPageLayout layout_;

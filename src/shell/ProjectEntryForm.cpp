@@ -141,7 +141,7 @@ bool ProjectEntryForm::Finish() {
     SaveData(*priority);
     Workspace& workspace = desktop_.workspace;
     if (std::exchange(adding_, false)) {
-        object_->AddJournal(*journal);
+        object_->AddJournal(DateTime(journal->WholeDay()));
         workspace.SetThisProject(object_.Get());
     }
     workspace.BroadcastNewThisProject();

@@ -134,8 +134,10 @@ void ResourceEntryForm::LoadData() {
     department_->setCurrentText(Q(object_->Department()));
     title_->SetValue(object_->Title());
     // A shift that has been deleted has no name to be listed under.
-    if (const Vshift* shift = object_->Shift())
+    if (const Vshift* shift = object_->Shift()) {
+        shift_->setPlaceholderText(Q(shift->FormerName() + " (deleted)"));
         shift_->setCurrentIndex(shift_->findText(Q(shift->BuildNodeText())));
+    }
     for (std::size_t i = 0; i < rates_.size(); ++i) {
         rates_[i]->SetValue(Currency(std::invoke(kRates[i].get, *object_.Get())));
     }

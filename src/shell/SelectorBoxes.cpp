@@ -21,6 +21,7 @@ QComboBox* NewBox(const char* name, const char* toolTip) {
     auto* box = new SelectorBox;
     box->setObjectName(name);
     box->setToolTip(toolTip);
+    box->setAccessibleName(toolTip);
     // The panel decides the width, whatever the names are.
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     box->setMinimumContentsLength(8);
@@ -35,6 +36,9 @@ SelectorBoxes::SelectorBoxes(Desktop& desktop)
       project_(NewBox("ProjectCombo", "active project")),
       template_(NewBox("TemplateCombo", "active template")),
       journal_(NewBox("JournalCombo", "active journal")) {
+    // What a journal is stands at the end of its text, and must not be cut off.
+    journal_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    journal_->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
     QObject::connect(project_, &QComboBox::textActivated, project_, [this](const QString& text) {
         desktop_.Run("MainForm:ProjectCombo_Click", [&] { ProjectComboClick(S(text)); });
     });
@@ -82,6 +86,7 @@ void SelectorBoxes::UpdateJournalCombo() {
     } else {
         Apply(*journal_, {"<journal n/a>"}, "<journal n/a>", false);
     }
+    journal_->setToolTip("active journal\n" + journal_->currentText());
 }
 
 void SelectorBoxes::Lock(bool locked) {

@@ -18,17 +18,12 @@ namespace {
 // Of the window, how much the headings may take at most.
 constexpr double kMostFixed = 0.7;
 
-int ButtonOf(const QMouseEvent& event) {
-    return event.buttons().testFlag(Qt::RightButton) || event.button() == Qt::RightButton ? 2 : 1;
-}
-
 }  // namespace
 
-SurfaceView::SurfaceView(Vwindow& surface, const QtTextMetrics& metrics)
+SurfaceView::SurfaceView(const Vwindow& surface, const QtTextMetrics& metrics)
     : surface_(surface), metrics_(&metrics) {
     setObjectName("Vwindow");
     setFrameShape(QFrame::NoFrame);
-    viewport()->setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
 }
@@ -38,7 +33,7 @@ int SurfaceView::ToPixels(int twips) const {
 }
 
 QSize SurfaceView::Fixed() const {
-    if (!surface_.IsComplete()) return {0, 0};
+    if (!surface_.IsLaidOut()) return {0, 0};
     QSize fixed(ToPixels(surface_.ColPos(surface_.FixedCols())),
                 ToPixels(surface_.RowPos(surface_.FixedRows())));
     if (fixed.width() > viewport()->width() * kMostFixed) fixed.setWidth(0);
@@ -47,7 +42,7 @@ QSize SurfaceView::Fixed() const {
 }
 
 QSize SurfaceView::ContentSize() const {
-    if (!surface_.IsComplete()) return {0, 0};
+    if (!surface_.IsLaidOut()) return {0, 0};
     return {ToPixels(surface_.ContentWidth()) + 1, ToPixels(surface_.ContentHeight()) + 1};
 }
 
@@ -78,14 +73,13 @@ void SurfaceView::resizeEvent(QResizeEvent* event) {
 
 void SurfaceView::scrollContentsBy(int, int) {
     viewport()->update();
-    if (surface_.ScrollGrid) surface_.ScrollGrid();
 }
 
 void SurfaceView::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
     const QRect window = viewport()->rect();
     painter.fillRect(event->rect(), Qt::white);
-    if (!surface_.IsComplete()) return;
+    if (!surface_.IsLaidOut()) return;
     const double twips = TwipsPerPixel();
     const QSize fixed = Fixed();
     const QPoint scroll(horizontalScrollBar()->value(), verticalScrollBar()->value());
@@ -146,18 +140,7 @@ int SurfaceView::CellTop(int row) const {
 
 void SurfaceView::mousePressEvent(QMouseEvent* event) {
     const QPoint at = ToSurface(event->position().toPoint());
-    surface_.Press(ButtonOf(*event), at.x(), at.y());
-}
-
-void SurfaceView::mouseReleaseEvent(QMouseEvent* event) {
-    const QPoint at = ToSurface(event->position().toPoint());
-    if (surface_.MouseUp) surface_.MouseUp(ButtonOf(*event), at.x(), at.y());
-}
-
-void SurfaceView::mouseMoveEvent(QMouseEvent* event) {
-    const QPoint at = ToSurface(event->position().toPoint());
-    if (surface_.MouseMove)
-        surface_.MouseMove(event->buttons() == Qt::NoButton ? 0 : ButtonOf(*event), at.x(), at.y());
+    if (PressAt) PressAt(at.x(), at.y());
 }
 
 bool SurfaceView::viewportEvent(QEvent* event) {

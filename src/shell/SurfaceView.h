@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "charts/Twips.h"
 #include "charts/Vwindow.h"
 #include "paint/QtTextMetrics.h"
 
@@ -15,7 +16,7 @@ namespace vortan {
 class SurfaceView : public QAbstractScrollArea {
   public:
     /// The surface must outlive the view; it is measured in `metrics`, which SetMetrics replaces.
-    SurfaceView(Vwindow& surface, const QtTextMetrics& metrics);
+    SurfaceView(const Vwindow& surface, const QtTextMetrics& metrics);
 
     void SetMetrics(const QtTextMetrics& metrics) { metrics_ = &metrics; }
     /// The surface has another size or picture.
@@ -27,6 +28,8 @@ class SurfaceView : public QAbstractScrollArea {
     int CellTop(int row) const;
     /// What to tell about the place under the mouse; empty for nothing.
     std::function<std::string(int x, int y)> TipAt;
+    /// A mouse button goes down at a place of the surface.
+    std::function<void(int x, int y)> PressAt;
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -34,20 +37,18 @@ class SurfaceView : public QAbstractScrollArea {
     void scrollContentsBy(int dx, int dy) override;
     void wheelEvent(QWheelEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
-    void mouseMoveEvent(QMouseEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     QSize viewportSizeHint() const override { return ContentSize(); }
 
   private:
-    double TwipsPerPixel() const { return 1440.0 / logicalDpiX(); }
+    double TwipsPerPixel() const { return kTwipsPerInch / logicalDpiX(); }
     int ToPixels(int twips) const;
     /// The size in pixels of what stays in view; nothing does that would fill most of the window.
     QSize Fixed() const;
     QPoint ToSurface(const QPoint& pixel) const;
     void FitScrollBars();
 
-    Vwindow& surface_;
+    const Vwindow& surface_;
     const QtTextMetrics* metrics_;
 };
 

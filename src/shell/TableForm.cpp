@@ -9,14 +9,14 @@ namespace vortan {
 
 TableForm::TableForm(Desktop& desktop, const char* name)
     : EntryForm(desktop, name, ""), table_(new TableView) {
-    table_->TheVwindow().RedoLayout = [this] { RedoLayout(table_->TheVwindow()); };
     Body().addWidget(table_, 1);
     CancelCommand().hide();
 }
 
 bool TableForm::Refill() {
     const QSize room = screen()->availableGeometry().size();
-    table_->Restart(desktop_, objectName(), {room.width() * 9 / 10, room.height() * 3 / 4});
+    table_->Restart(desktop_, objectName(), {room.width() * 9 / 10, room.height() * 3 / 4},
+                    [this](Vwindow& table) { RedoLayout(table); });
     if (isVisible()) {
         resize(layout()->totalSizeHint());
         table_->LetShrink();

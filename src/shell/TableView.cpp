@@ -19,12 +19,13 @@ TableView::TableView()
     setFocusProxy(&view_);
 }
 
-void TableView::Restart(Desktop& desktop, const QString& formName, const QSize& most) {
+void TableView::Restart(Desktop& desktop, const QString& formName, const QSize& most,
+                        const std::function<void(Vwindow&)>& layOut) {
     auto metrics = std::make_unique<QtTextMetrics>(FontOfForm(desktop, formName));
     vwindow_.SetFont(*metrics);
     view_.SetMetrics(*metrics);
     metrics_ = std::move(metrics);
-    vwindow_.RedoLayout();
+    layOut(vwindow_);
     view_.SurfaceChanged();
 
     const int frame = 2 * view_.frameWidth();

@@ -15,9 +15,11 @@ class TableView : public QWidget {
   public:
     TableView();
 
-    Vwindow& TheVwindow() { return vwindow_; }
-    /// Has the table laid out in the font of a form, and takes room for it: all of it as far as `most` goes.
-    void Restart(Desktop& desktop, const QString& formName, const QSize& most);
+    const Vwindow& TheVwindow() const { return vwindow_; }
+    /// Has `layOut` build the grid, from ClearLayout to EndLayout, in the font of a form, and takes room for
+    /// it: all of it as far as `most` goes.
+    void Restart(Desktop& desktop, const QString& formName, const QSize& most,
+                 const std::function<void(Vwindow&)>& layOut);
     /// The table may be made smaller from now on.
     void LetShrink();
     QSize sizeHint() const override { return wanted_; }

@@ -10,7 +10,9 @@ class ZoomForm : public TableForm {
     /// Tells so in a box, and shows nothing, if nothing is booked.
     static void Start(Desktop& desktop, DateTime day);
 
-    void NewSolution() override { Refresh(); }
+    void NewSolution() override {
+        desktop_.Run("ZoomForm:NewSolution", [this] { Refresh(); });
+    }
 
   private:
     ZoomForm(Desktop& desktop, DateTime day);

@@ -123,17 +123,14 @@ TEST(AdjustColors, ColoursStayApart) {
         EXPECT_EQ((fill.fill ^ fill.fill >> 8) & 0xFFFF, 0U) << "a grey";
         fills.push_back(fill);
     }
-    EXPECT_EQ(fills[0], (BlackWhiteFill{kBlack, 0}));
-    EXPECT_EQ(fills[1], (BlackWhiteFill{kWhite, 0}));
-    EXPECT_EQ(AdjustedFill(0xA0A0F0, 5).hatch, 5);
-    EXPECT_EQ(AdjustedFill(kRed, 1), (BlackWhiteFill{kRed, 1})) << "transparent";
+    EXPECT_EQ(fills[0], (BlackWhiteFill{kBlack, Hatch::Solid}));
+    EXPECT_EQ(fills[1], (BlackWhiteFill{kWhite, Hatch::Solid}));
+    EXPECT_EQ(AdjustedFill(0xA0A0F0, Hatch::Downward).hatch, Hatch::Downward);
+    EXPECT_EQ(AdjustedFill(kRed, Hatch::Transparent), (BlackWhiteFill{kRed, Hatch::Transparent}));
     EXPECT_EQ(AdjustedLine(kBlue), kBlack);
     EXPECT_EQ(AdjustedLine(kWhite), kWhite);
-    DrawItem milestone;
-    milestone.kind = DrawItem::Kind::Milestone;
-    milestone.border = kRed;
-    milestone.fill = kGreen;
-    const DrawItem adjusted = Adjusted(milestone);
+    const DrawItem adjusted =
+        Adjusted({.kind = DrawItem::Kind::Milestone, .border = kRed, .fill = kGreen, .text = {}});
     EXPECT_EQ(adjusted.border, kBlack);
     EXPECT_EQ(adjusted.fill, AdjustedFill(kGreen).fill);
 }

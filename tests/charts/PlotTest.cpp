@@ -70,9 +70,8 @@ struct RiskBench : ModelBench {
     }
 
     IterativeResults results;
-    Money highest;
     FixedMetrics metrics;
-    RiskForm form{workspace, results, highest, metrics};
+    RiskForm form{workspace, results, Money(), metrics};
     const Vwindow& surface = form.TheVwindow();
 };
 
@@ -147,7 +146,7 @@ struct CrashBench : ModelBench {
     }
     std::string Click(double day) {
         shown.clear();
-        surface.Press(1, surface.DateToX(DateTime(kMonday + day)), surface.RowPos(2));
+        surface.Press(surface.DateToX(DateTime(kMonday + day)), surface.RowPos(2));
         return shown;
     }
 

@@ -24,15 +24,12 @@ DateTime Day(int year, int month, int day) {
 Vwindow TimeChart(DateTime start, DateTime finish, int pageWidth = 15120) {
     Vwindow w(Style::Time, metrics);
     w.SetPage({.width = pageWidth});
-    w.RedoLayout = [&w] {
-        w.ClearLayout();
-        w.AddColumn("Task", Alignment::Left);  // 500 wide
-        w.AddTimeColumns();
-        w.AddColumn("Time\r\nleft", Alignment::Right);  // 500 wide
-        w.EndLayout(1, 0);
-    };
     w.SetDateRange(start, finish);
-    w.RedoLayout = nullptr;
+    w.ClearLayout();
+    w.AddColumn("Task", Alignment::Left);  // 500 wide
+    w.AddTimeColumns();
+    w.AddColumn("Time\r\nleft", Alignment::Right);  // 500 wide
+    w.EndLayout(1, 0);
     return w;
 }
 
@@ -100,38 +97,36 @@ TEST(Vwindow, FixedPart) {
     EXPECT_EQ(ColPositions(w), (std::vector{0, 200, 700, 1200})) << "days do not follow their title";
 }
 
-TEST(Vwindow, AClickIsInACellOrADate) {
-    Vwindow w = TimeChart(Day(2027, 3, 1), Day(2027, 3, 5));
-    w.AddRow();
-    w.EndLayout(1, 2);
-    std::string events;
-    w.MouseDown = [&](int button, int, int) { events += "down " + std::to_string(button); };
-    w.CellClick = [&](int button, int row, int col) {
-        events += " cell " + std::to_string(button) + " " + std::to_string(row) + " " + std::to_string(col);
-    };
-    w.DateClick = [&](DateTime when) {
-        events += " date " + std::to_string(when.Days() - Day(2027, 3, 1).Days());
-    };
-    const int row1 = w.RowPos(1) + 10, lastCol = w.Cols() - 1;
-    const struct {
-        int x, y;
-        std::string events;
-    } cases[] = {
-        {10, row1, "down 2 cell 2 1 0"},
-        {w.ColPos(lastCol), 0, "down 2 cell 2 0 " + std::to_string(lastCol)},
-        {w.ColPos(2), row1, "down 2 date 1.000000"},
-        {(w.ColPos(1) + w.ColPos(2)) / 2, w.RowPos(2) + 5, "down 2 date 0.500000"},
-        {10, w.RowPos(2) + 5, "down 2"},
-        {w.ColPos(w.Cols()), row1, "down 2"},
-        {10, w.RowPos(w.Rows()), "down 2"},
-        {-1, row1, "down 2"},
-    };
-    for (const auto& c : cases) {
-        events.clear();
-        w.Press(2, c.x, c.y);
-        EXPECT_EQ(events, c.events) << c.x << " " << c.y;
+/// Two columns of one row, and a picture that is corrected while it is drawn.
+struct CorrectedChart : Vwindow::Owner {
+    void LayOut() override {
+        w.ClearLayout();
+        w.AddColumn("Hours", Alignment::RightBottom);
+        w.AddTimeColumns();
+        w.EndLayout(1, 0);
     }
-}
+    void Draw() override {
+        w.DrawLine(0, 0, 10, 10);
+        EXPECT_FALSE(w.IsComplete());
+        EXPECT_TRUE(w.IsLaidOut());
+        if (++calls == 1) {
+            w.AddRow();
+            EXPECT_FALSE(w.IsLaidOut());
+            w.SetCell(w.Rows() - 1, 0, "a long label, too wide for days");
+            w.EndLayout(1, 2);
+            return;
+        }
+        w.DrawDateLine(Day(2027, 1, 2), kBlue);
+        w.DrawDateLine(Day(2028, 1, 2), kBlue);
+        w.DrawText(keyLeft, w.RowPos(w.Rows() - 1) + 10, "Key\r\nof two", kRed);
+        w.EndGraphics();
+    }
+    void DateClick(DateTime when) override { clicked = when; }
+
+    Vwindow w{Style::Time, metrics, this};
+    int calls = 0, keyLeft = 15000;
+    DateTime clicked;
+};
 
 TEST(Vwindow, ATableIsTextForOtherPrograms) {
     Vwindow w(Style::Table, metrics);
@@ -164,10 +159,7 @@ TEST(Vwindow, LongTextsWrap) {
     w.AddColumn("Name", Alignment::Left);
     w.AddColumn("Hours", Alignment::Right);
     const std::string ten = "abcdefghi ", word(35, 'w');
-    const struct {
-        std::string text;
-        std::vector<std::string_view> lines;
-    } cases[] = {
+    const std::pair<std::string, std::vector<std::string_view>> cases[] = {
         {"", {""}},
         {ten + ten + "abcdefghij", {"abcdefghi abcdefghi abcdefghij"}},
         {ten + ten + "abcdefghijk", {"abcdefghi abcdefghi", "abcdefghijk"}},
@@ -176,7 +168,7 @@ TEST(Vwindow, LongTextsWrap) {
     };
     for (const auto& c : cases) {
         w.AddRow();
-        w.SetCell(w.Rows() - 1, 0, c.text);
+        w.SetCell(w.Rows() - 1, 0, c.first);
         w.SetCell(w.Rows() - 1, 1, std::string(40, '1'));
     }
     w.EndLayout(0, 0);
@@ -184,8 +176,8 @@ TEST(Vwindow, LongTextsWrap) {
     int row = 1;
     for (const auto& c : cases) {
         w.CellLines(row, 0, lines);
-        EXPECT_EQ(lines, c.lines) << row;
-        EXPECT_EQ(w.RowPos(row + 1) - w.RowPos(row), 150 + 200 * static_cast<int>(c.lines.size())) << row;
+        EXPECT_EQ(lines, c.second) << row;
+        EXPECT_EQ(w.RowPos(row + 1) - w.RowPos(row), 150 + 200 * static_cast<int>(c.second.size())) << row;
         ++row;
     }
     EXPECT_EQ(ColPositions(w), (std::vector{0, 3100, 7200})) << "numbers do not wrap";
@@ -233,7 +225,6 @@ TEST(Vwindow, CellsRightOfTheScaleStayThereWhenThePeriodChanges) {
     w.AddColumn("Task", Alignment::Left);
     w.AddTimeColumns();
     w.AddColumn("Left", Alignment::Right);
-    EXPECT_EQ(w.Cols(), 54);
     w.AddRow();
     w.SetCell(1, 0, "too wide a name for a scale of days");
     w.SetCell(1, w.Cols() - 1, "Done");
@@ -241,84 +232,58 @@ TEST(Vwindow, CellsRightOfTheScaleStayThereWhenThePeriodChanges) {
     w.EndLayout(1, 0);
     EXPECT_EQ(w.ThePeriod(), Period::Week);
     ASSERT_EQ(w.Cols(), 10);
-    EXPECT_EQ(w.Cell(1, 9), "Done");
-    EXPECT_EQ(w.Cell(1, 1), "");
+    EXPECT_EQ(w.Cell(1, 9) + w.Cell(1, 1), "Done");
 }
 
 TEST(Vwindow, UpperLabelsShrinkToTheirColumns) {
-    std::vector<std::string> texts;
-    const auto labels = [&](DateTime start, DateTime finish, int pageWidth) {
-        texts.clear();
-        int next = 1;
+    const auto labels = [](DateTime start, DateTime finish, int pageWidth) {
+        std::string texts;
         const Vwindow w = TimeChart(start, finish, pageWidth);
-        for (const auto& label : w.UpperLabels()) {
-            EXPECT_EQ(label.firstCol, next);
-            texts.push_back(label.text);
-            next = label.lastCol;
-        }
+        for (const auto& label : w.UpperLabels())
+            texts += std::to_string(label.firstCol) + " " + label.text + ", ";
         return texts;
     };
-    using Texts = std::vector<std::string>;
-    EXPECT_EQ(labels(Day(2027, 1, 26), Day(2027, 3, 2), 15120), (Texts{"January 2027", "February 2027", ""}));
-    EXPECT_EQ(labels(Day(2027, 1, 28), Day(2027, 3, 3), 15120), (Texts{"Jan 2027", "February 2027", "Mar"}));
-    EXPECT_EQ(labels(Day(2027, 12, 1), Day(2028, 2, 2), 2500), (Texts{"", "2028"}));
+    EXPECT_EQ(labels(Day(2027, 1, 26), Day(2027, 3, 2), 15120), "1 January 2027, 7 February 2027, 35 , ");
+    EXPECT_EQ(labels(Day(2027, 1, 28), Day(2027, 3, 3), 15120), "1 Jan 2027, 5 February 2027, 33 Mar, ");
+    EXPECT_EQ(labels(Day(2027, 12, 1), Day(2028, 2, 2), 2500), "1 , 2 2028, ");
 }
 
 TEST(Vwindow, DatesBecomePositionsAndBack) {
     const Vwindow w = TimeChart(Day(2027, 2, 10), Day(2027, 4, 20), 2100);  // Feb, Mar, Apr of 350
-    const struct {
-        DateTime when;
-        int x;
-    } cases[] = {
+    const std::pair<DateTime, int> cases[] = {
         {Day(2027, 2, 1), 500},      {Day(2027, 2, 15), 675},       {Day(2027, 3, 1), 850},
         {Day(2027, 4, 16), 1375},    {Day(2027, 5, 1), 1550},       {Day(2027, 5, 31), 1900},
         {Day(2027, 1, 4), 150},      {DateTime(1e300), 2147483647}, {DateTime(-1e300), -2147483647 - 1},
         {DateTime(std::nan("")), 0},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(w.DateToX(c.when), c.x) << c.when.Days();
-        if (c.x > 0 && c.x < 2000) {
-            EXPECT_EQ(w.XToDate(c.x), c.when);
-        }
+    for (const auto& [when, x] : cases) {
+        EXPECT_EQ(w.DateToX(when), x) << when.Days();
+        EXPECT_TRUE(x <= 0 || x >= 2000 || w.XToDate(x) == when) << x;
     }
 }
 
 TEST(Vwindow, ANestedLayoutReplacesThePicture) {
-    Vwindow w(Style::Time, metrics);
-    int calls = 0;
-    w.RedoLayout = [&] {
-        w.ClearLayout();
-        w.AddColumn("Hours", Alignment::RightBottom);
-        w.AddTimeColumns();
-        w.EndLayout(1, 0);
-    };
-    w.RedoGraphics = [&] {
-        w.DrawLine(0, 0, 10, 10);
-        if (++calls == 1) {
-            w.AddRow();
-            w.SetCell(w.Rows() - 1, 0, "a long label, too wide for days");
-            w.EndLayout(1, 2);
-            return;
-        }
-        EXPECT_FALSE(w.IsComplete());
-        w.DrawDateLine(Day(2027, 1, 2), kBlue);
-        w.DrawDateLine(Day(2028, 1, 2), kBlue);
-        w.DrawText(15000, w.RowPos(w.Rows() - 1) + 10, "Key\r\nof two", kRed);
-        w.EndGraphics();
-    };
+    CorrectedChart chart;
+    Vwindow& w = chart.w;
     w.SetDateRange(Day(2027, 1, 1), Day(2027, 2, 22));
-    EXPECT_EQ(calls, 2);
+    EXPECT_EQ(chart.calls, 2);
     EXPECT_TRUE(w.IsComplete());
     EXPECT_EQ(w.ThePeriod(), Period::Day) << "columns counted before stay good";
     ASSERT_EQ(w.Items().size(), 3U);
     EXPECT_EQ(w.Items()[1].x1, 3200 + 250);
-    EXPECT_EQ(w.Items()[1].y2, 900) << "down to the footer";
+    EXPECT_EQ(w.Items()[1].y2, 1400) << "through the footer";
     EXPECT_EQ(w.Items()[2].y2, 910 + 400);
     EXPECT_EQ(w.ContentWidth(), 3200 + 52 * 250);
     EXPECT_EQ(w.ContentHeight(), 1400);
-    w.RedoGraphics = [&] { w.DrawText(17000, 1000, "Key"), w.EndGraphics(); };
+    const std::pair<int, int> clicks[] = {{w.ColPos(2), 600}, {10, 600}, {w.ColPos(2), w.ContentHeight()}};
+    for (const auto& [x, y] : clicks) {
+        chart.clicked = {};
+        w.Press(x, y);
+        EXPECT_EQ(chart.clicked, x > 10 && y == 600 ? Day(2027, 1, 2) : DateTime());
+    }
+    chart.keyLeft = 17000;
     w.EndLayout(1, 2);
-    EXPECT_EQ(w.ContentWidth(), 17300) << "a key wider than the chart";
+    EXPECT_EQ(w.ContentWidth(), 17600) << "a key wider than the chart";
 }
 
 TEST(Vwindow, AFreeDrawingGrowsWithItsPicture) {

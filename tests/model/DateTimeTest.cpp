@@ -7,26 +7,6 @@
 namespace vortan {
 namespace {
 
-struct DayCase {
-    double days;
-    int year, month, day;
-};
-
-TEST(DateTime, KnownDaysBothWays) {
-    const DayCase cases[] = {
-        {0, 1899, 12, 30},   {1, 1899, 12, 31},   {2, 1900, 1, 1},      {60, 1900, 2, 28},
-        {61, 1900, 3, 1},    {36526, 2000, 1, 1}, {36585, 2000, 2, 29}, {37137, 2001, 9, 3},
-        {25569, 1970, 1, 1}, {-1, 1899, 12, 29},  {-657434, 100, 1, 1}, {kLastDay, 9999, 12, 31},
-    };
-    for (const DayCase& c : cases) {
-        const DateParts parts = ToParts(DateTime(c.days));
-        EXPECT_EQ(parts.year, c.year) << c.days;
-        EXPECT_EQ(parts.month, c.month) << c.days;
-        EXPECT_EQ(parts.day, c.day) << c.days;
-        EXPECT_EQ(FromParts({c.year, c.month, c.day}).Days(), c.days);
-    }
-}
-
 TEST(DateTime, EveryDayOfTheCalendarFollowsTheOneBefore) {
     int year = 100, month = 1, day = 1;
     for (double days = -657434; days <= kLastDay; ++days) {
@@ -40,6 +20,7 @@ TEST(DateTime, EveryDayOfTheCalendarFollowsTheOneBefore) {
         }
     }
     EXPECT_EQ(year, 10000);
+    EXPECT_EQ(FromParts({1899, 12, 30}).Days(), 0);
 }
 
 TEST(DateTime, TimeOfDayRoundsToTheSecond) {
@@ -76,16 +57,11 @@ TEST(DateTime, ImpossibleMomentsStopAtTheEnds) {
 }
 
 TEST(DateTime, ValidDateKnowsLeapYears) {
-    EXPECT_TRUE(ValidDate(2000, 2, 29));
-    EXPECT_TRUE(ValidDate(2004, 2, 29));
-    EXPECT_FALSE(ValidDate(1900, 2, 29));
-    EXPECT_FALSE(ValidDate(2001, 2, 29));
-    EXPECT_FALSE(ValidDate(2001, 4, 31));
-    EXPECT_FALSE(ValidDate(2001, 13, 1));
-    EXPECT_FALSE(ValidDate(2001, 0, 1));
-    EXPECT_FALSE(ValidDate(2001, 1, 0));
-    EXPECT_FALSE(ValidDate(99, 1, 1));
-    EXPECT_FALSE(ValidDate(10000, 1, 1));
+    for (int year : {2000, 2004}) EXPECT_TRUE(ValidDate(year, 2, 29)) << year;
+    for (int year : {1900, 2001, 2100}) EXPECT_FALSE(ValidDate(year, 2, 29)) << year;
+    for (int month : {0, 13}) EXPECT_FALSE(ValidDate(2001, month, 1)) << month;
+    EXPECT_FALSE(ValidDate(2001, 4, 31) || ValidDate(2001, 1, 0) || ValidDate(99, 1, 1) ||
+                 ValidDate(10000, 1, 1));
 }
 
 TEST(DateTime, WeekdayOfKnownDays) {

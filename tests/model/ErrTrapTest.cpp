@@ -72,31 +72,17 @@ TEST_F(ErrTrapTest, AbortLogsTheCallChainOutermostFirst) {
     EXPECT_EQ(platform.statusMessages, std::vector<std::string>{""});
 }
 
-TEST_F(ErrTrapTest, AFaultInTheCommandItselfHasAChainOfOne) {
-    Expect(BoxAnswer::Abort, "Internal error 5: no such element");
-    EXPECT_FALSE(
-        errTrap.RunCommand("Main:OpenMenu_Click", [] { throw std::out_of_range("no such element"); }));
-    EXPECT_EQ(Log(), Header("Internal error 5: no such element", "Main:OpenMenu_Click", "[Abort]") +
-                         "Call chain:\n  Main:OpenMenu_Click\n");
-}
-
-TEST_F(ErrTrapTest, IgnoreLogsNoChain) {
-    Expect(BoxAnswer::Ignore, "");
-    EXPECT_FALSE(errTrap.RunCommand("Main:OpenMenu_Click", Outer));
-    EXPECT_EQ(Log(), Header("Internal error 10000: Assertion failed", "Vfile:ExpectToken", "[Ignore]"));
-}
-
 TEST_F(ErrTrapTest, RetryRunsTheWholeCommandAgain) {
     Expect(BoxAnswer::Retry, "");
-    Expect(BoxAnswer::Retry, "");
+    Expect(BoxAnswer::Ignore, "");  // which logs no chain
     int runs = 0;
-    EXPECT_TRUE(errTrap.RunCommand("Main:OpenMenu_Click", [&] {
+    EXPECT_FALSE(errTrap.RunCommand("Main:OpenMenu_Click", [&] {
         if (++runs < 3) Outer();
     }));
-    EXPECT_EQ(runs, 3);
-    const std::string entry =
-        Header("Internal error 10000: Assertion failed", "Vfile:ExpectToken", "[Retry]");
-    EXPECT_EQ(Log(), entry + entry);
+    EXPECT_EQ(runs, 2);
+    const std::string message = "Internal error 10000: Assertion failed";
+    EXPECT_EQ(Log(), Header(message, "Vfile:ExpectToken", "[Retry]") +
+                         Header(message, "Vfile:ExpectToken", "[Ignore]"));
 }
 
 TEST_F(ErrTrapTest, AFaultAlreadyShownEndsTheCommandSilently) {
@@ -130,6 +116,42 @@ TEST_F(ErrTrapTest, ACommandWithinACommandEndsAlone) {
     EXPECT_NE(log.find("Call chain:\n  Main:AutoBackupTimer_Timer\n-"), std::string::npos) << log;
     EXPECT_NE(log.find("Call chain:\n  Main:SolveTimer_Timer\n  Solve:DoEverything\n"), std::string::npos)
         << log;
+}
+
+TEST_F(ErrTrapTest, WorkCanWaitUntilTheLastBoxIsAnswered) {
+    Expect(BoxAnswer::Retry, "outer");
+    Expect(BoxAnswer::Abort, "inner");
+    Expect(BoxAnswer::Abort, "outer");
+    std::string heard;
+    errTrap.BoxAnswered = [&] { heard += errTrap.BoxOpen() ? "open " : "answered "; };
+    platform.onBox = [&] {
+        heard += errTrap.BoxOpen() ? "box " : "none ";
+        if (heard == "box ") errTrap.RunCommand("Main:ResizeTimer_Timer", [] { Refuse("inner"); });
+    };
+    errTrap.RunCommand("Main:OpenMenu_Click", [] { Refuse("outer"); });
+    EXPECT_EQ(heard, "box box answered box answered ");
+    EXPECT_FALSE(errTrap.BoxOpen());
+}
+
+TEST_F(ErrTrapTest, StepsTellOfAllTheirFaults) {
+    Expect(BoxAnswer::Abort, "Internal error 10000: Assertion failed\n\nInternal error 5: second");
+    int done = 0;
+    errTrap.RunCommand("Main:OpenMenu_Click", [&] {
+        const Section here("Main:LoadFile");
+        Steps steps;
+        steps.Do(Outer);
+        steps.Do([] {
+            const Section also("Main:NewThisProject");
+            throw std::out_of_range("second");
+        });
+        steps.Do([&] { ++done; });
+        steps.End();
+    });
+    EXPECT_EQ(done, 1);
+    EXPECT_TRUE(
+        Log().ends_with("Call chain:\n  Main:OpenMenu_Click\n  Main:LoadFile\n  Main:OpenFile\n"
+                        "  Vproject:LoadData\n  Vfile:ExpectToken\n"))
+        << Log();
 }
 
 void Descend(int depth, const std::function<void()>& bottom) {

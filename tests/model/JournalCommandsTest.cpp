@@ -47,12 +47,8 @@ TEST_F(JournalCommandsTest, NewAddsToAllRelativesAndTemplates) {
 
 TEST_F(JournalCommandsTest, NewCanBeCancelled) {
     model.platform.ExpectInput({false, "1/2/1900"});
-    EXPECT_FALSE(NewJournal(model.workspace));
     Answer("");
-    EXPECT_FALSE(NewJournal(model.workspace));
-    Answer("?");
-    model.platform.ExpectInput({});
-    EXPECT_FALSE(NewJournal(model.workspace));
+    for (int i = 0; i < 2; ++i) EXPECT_FALSE(NewJournal(model.workspace));
     EXPECT_EQ(Journals(), "1/2 1/2 1/2 1/2 ");
     EXPECT_EQ(screen.broadcasts, 0);
 }
@@ -95,6 +91,36 @@ TEST_F(JournalCommandsTest, SelectMovesRelativesAndTemplates) {
     SelectJournal(model.workspace, "12/31/1899");
     EXPECT_EQ(pool->CurrentIndex(), 0);
     EXPECT_EQ(screen.broadcasts, 2);
+}
+
+/// What is linked in a later journal alone moves along into earlier ones, and out of them again.
+TEST_F(JournalCommandsTest, ProjectsThatAreTiedInALaterJournalStayTogether) {
+    for (JournalOwner* owner : std::initializer_list<JournalOwner*>{top, sub, other, pool}) {
+        owner->SetCurrentIndex(1);
+        owner->SetDirty(false);
+    }
+    other->SetParent(top);
+    Answer("12/29/1899 6:00 AM");
+    EXPECT_TRUE(NewJournal(model.workspace));
+    EXPECT_EQ(Journals(), "-1/3 -1/3 -1/3 -1/3 ");
+    EXPECT_TRUE(pool->Dirty());
+    EXPECT_EQ(other->Master(), other);
+    for (Vproject* active : {sub, other}) {
+        model.workspace.SetThisProject(active);
+        SelectJournal(model.workspace, "1/1/1900");
+        EXPECT_EQ(Journals(), "2/3 2/3 2/3 2/3 ");
+        SelectJournal(model.workspace, "12/29/1899 [Current]");
+        EXPECT_EQ(Journals(), "-1/3 -1/3 -1/3 -1/3 ");
+    }
+}
+
+TEST_F(JournalCommandsTest, AJournalOfAFileMayHaveATime) {
+    for (JournalOwner* owner : std::initializer_list<JournalOwner*>{top, sub})
+        owner->AddJournal(DateTime(2.25));
+    sub->SetCurrentIndex(0);
+    SelectJournal(model.workspace, sub->JournalNodeText(2));
+    EXPECT_EQ(sub->Journal(), DateTime(2.25));
+    EXPECT_TRUE(pool->JournalDefined(DateTime(2.25)));
 }
 
 TEST_F(JournalCommandsTest, PlanIsSetInAllRelativesOrInNone) {

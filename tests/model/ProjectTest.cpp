@@ -121,6 +121,7 @@ TEST(Dependency, NodeTexts) {
         {near, 0, 100, 30, 0, "2: Dig: PF"},
         {far, 0, 50, 0, 0, "(Q) 3: SP"},
         {nullptr, 37137, 100, 0, 0, "9/3/2001"},
+        {nullptr, 0, 100, 0, 0, "12/30/1899"},
         {nullptr, 37137.5, 100, 100, 0, "9/3/2001 12:00:00 PM: FD"},
     };
     Vdependency* dependency = model.Dependency(mine, nullptr);
@@ -133,10 +134,9 @@ TEST(Dependency, NodeTexts) {
         EXPECT_EQ(dependency->BuildNodeText(), each.text);
     }
     dependency->SetTaskRequired(far);
-    EXPECT_FALSE(dependency->TaskRequiredDeleted());
     far->Delete();
-    EXPECT_TRUE(dependency->TaskRequiredDeleted());
-    EXPECT_EQ(dependency->TaskRequired(), nullptr);
+    EXPECT_TRUE(dependency->TaskRequiredDeleted() && !dependency->TaskRequired());
+    EXPECT_EQ(dependency->BuildNodeText(), "<deleted>: FF");
 }
 
 TEST(Project, SubprojectsHaveParentsAndOneMaster) {

@@ -40,8 +40,8 @@ TEST(Template, ResourceStartsWithTheFirstShift) {
         EXPECT_EQ(resource->Department(), stored);
     }
     day->Delete();
-    model.workspace.FreeVobject(day);
-    EXPECT_TRUE(resource->ShiftDeleted() && !resource->Shift());
+    EXPECT_EQ(resource->Shift(), day) << "it stays with those who work it";
+    EXPECT_EQ(day->FormerName(), "Day");
 }
 
 TEST(Shift, NamesAreUniqueWithinATemplate) {

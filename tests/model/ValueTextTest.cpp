@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 #include "model/Fault.h"
@@ -33,15 +32,12 @@ TEST(ValueText, Durations) {
         {0.5 / 1440, "0", "0"},
         {1.5 / 1440, "2 minutes", "2mi"},
         {1.0 / 1440, "1 minute", "1mi"},
-        {59.0 / 1440, "59 minutes", "59mi"},
         {1.0 / 24, "1 hour", "1h"},
         {90.0 / 1440, "1.5 hours", "1.5h"},
         {100.0 / 1440, "1.67 hours", "1.67h"},
         {1439.0 / 1440, "23.98 hours", "23.98h"},
         {1, "1 day", "1d"},
-        {1.5, "1.5 days", "1.5d"},
         {-2, "-2 days", "-2d"},
-        {7, "1 week", "1w"},
         {7.001, "1 week", "1w"},
         {29.999, "4.29 weeks", "4.29w"},
         {45, "1.5 months", "1.5mo"},
@@ -58,19 +54,12 @@ TEST(ValueText, Durations) {
 
 TEST(ValueText, DurationsAreReadBack) {
     const std::pair<const char*, double> cases[] = {
-        {"5", 5.0 / 24},
-        {"5 min", 5.0 / 1440},
-        {"5mi", 5.0 / 1440},
-        {"2 mo", 60},
-        {"2m", 60},
-        {"1.5d", 1.5},
-        {"1.5 Days", 1.5},
-        {"-2w", -14},
-        {"3 HOURS", .125},
-        {"", 0},
+        {"5", 5.0 / 24},     {"5 min", 5.0 / 1440},
+        {"1d4h", 1.0 / 24},  // the number in front, and the unit at the end
+        {"2 mo", 60},        {"2m", 60},
+        {"1.5d", 1.5},       {"-2w", -14},
+        {"3 HOURS", .125},   {"", 0},
         {" .5 h ", .5 / 24},
-        {"hours", 0},
-        {"0", 0},
     };
     for (const auto& [text, days] : cases) EXPECT_DOUBLE_EQ(TextToDuration(text), days) << text;
     EXPECT_LE(TextToDuration("1e308 months"), std::numeric_limits<double>::max());
@@ -86,6 +75,8 @@ TEST(ValueText, Effort) {
     EXPECT_EQ(FormatEffort(-480, 480, 480, 480, true), "1 day");
     EXPECT_EQ(FormatEffort(1440, 480, 480, 480, true), "0.33 days");
     EXPECT_EQ(FormatEffort(43200, 0, 86400, 0, false), "2mo");
+    EXPECT_EQ(FormatEffort(10080, 0, 10080, 0, true), "1 week");
+    EXPECT_EQ(FormatEffort(-9600, 0, 19200, 0, true), "2 months");
     EXPECT_EQ(FormatEffort(-1, 7, 7, 7, false), "7mi");
     EXPECT_EQ(FormatEffort(-2400, 0, 0, 0, true), "0");
     EXPECT_EQ(FormatEffort(0, 1, 2, 3, true), "<dates>");
@@ -94,28 +85,11 @@ TEST(ValueText, Effort) {
     }
 }
 
-TEST(ValueText, EffortUnitNames) {
-    const std::pair<int, const char*> cases[] = {
-        {-1, "minutes"}, {-60, "hours"}, {-480, "days"}, {-2400, "weeks"}, {-9600, "months"},
-        {1, "minutes"},  {60, "hours"},  {1440, "days"}, {10080, "weeks"}, {43200, "months"},
-    };
-    for (const auto& [units, name] : cases) EXPECT_STREQ(EffortUnitName(units), name);
-    EXPECT_EQ(FaultOf([] { EffortUnitName(0); }), kAssertion);
-}
-
 TEST(ValueText, TwoDecimalsAreCutOff) {
     const std::pair<float, const char*> cases[] = {
-        {1.999f, "1.99"},
-        {1.995f, "1.99"},
-        {0.29f, "0.29"},
-        {208, "208"},
-        {1.5f, "1.5"},
-        {-1.999f, "-1.99"},
-        {-0.001f, "0"},
-        {0, "0"},
-        {12345.67f, "12345.67"},
-        {1.009f, "1"},
-        {2147483648.0f, "2147483648"},
+        {1.999f, "1.99"},        {1.995f, "1.99"}, {0.29f, "0.29"},
+        {-1.999f, "-1.99"},      {-0.001f, "0"},   {0, "0"},
+        {12345.67f, "12345.67"}, {1.009f, "1"},    {2147483648.0f, "2147483648"},
     };
     for (const auto& [value, text] : cases) EXPECT_EQ(FormatTwoDecimals(value), text);
     EXPECT_EQ(FormatTwoDecimals(std::numeric_limits<float>::quiet_NaN()), "0");
@@ -132,15 +106,11 @@ TEST(ValueText, HundredthsSurviveTwoDecimals) {
 TEST(ValueText, Currency) {
     const std::pair<std::int64_t, const char*> cases[] = {
         {0, "$0.00"},
-        {10000, "$1.00"},
-        {-15000, "$-1.50"},
         {12345000, "$1,234.50"},
         {50, "$0.01"},
-        {49, "$0.00"},
         {-50, "$-0.01"},
         {-49, "$0.00"},
         {9999950, "$1,000.00"},
-        {9990000, "$999.00"},
         {1234567890000, "$123,456,789.00"},
         {std::numeric_limits<std::int64_t>::max(), "$922,337,203,685,477.58"},
         {std::numeric_limits<std::int64_t>::min(), "$-922,337,203,685,477.58"},
@@ -179,24 +149,21 @@ TEST(ValueText, TypedAmounts) {
 
 TEST(ValueText, Hours) {
     const std::pair<float, const char*> cases[] = {
-        {0, "0.0"},       {8, "8.0"},      {7.5f, "7.5"},     {0.25f, "0.3"},
-        {0.35f, "0.4"},   {0.34f, "0.3"},  {9.95f, "10.0"},   {99.99f, "100.0"},
-        {-0.25f, "-0.3"}, {-0.04f, "0.0"}, {-9.95f, "-10.0"}, {123456, "123456.0"},
+        {0, "0.0"},        {8, "8.0"},      {0.25f, "0.3"},    {0.35f, "0.4"}, {0.34f, "0.3"},
+        {99.99f, "100.0"}, {-0.04f, "0.0"}, {-9.95f, "-10.0"}, {0.01f, "0.0"},
     };
     for (const auto& [hours, text] : cases) EXPECT_EQ(FormatHours(hours, false), text);
     EXPECT_EQ(FormatHours(0, true), "");
-    EXPECT_EQ(FormatHours(0.01f, true), "0.0");
 }
 
 TEST(ValueText, HourOfTheDay) {
-    const char* const plain[] = {"12am", "1am",  "2am",  "3am",  "4am",  "5am",  "6am", "7am", "8am",
-                                 "9am",  "10am", "11am", "12pm", "1pm",  "2pm",  "3pm", "4pm", "5pm",
-                                 "6pm",  "7pm",  "8pm",  "9pm",  "10pm", "11pm", "12am"};
-    for (int hour = 0; hour <= 24; ++hour) {
-        const std::string text = plain[hour];
-        EXPECT_EQ(FormatHour(hour, false), text);
-        EXPECT_EQ(FormatHour(hour, true), text.size() < 4 ? "0" + text : text);
+    std::string plain, padded;
+    for (int hour : {0, 1, 11, 12, 13, 23, 24}) {
+        plain += FormatHour(hour, false) + " ";
+        padded += FormatHour(hour, true) + " ";
     }
+    EXPECT_EQ(plain, "12am 1am 11am 12pm 1pm 11pm 12am ");
+    EXPECT_EQ(padded, "12am 01am 11am 12pm 01pm 11pm 12am ");
 }
 
 TEST(ValueText, DayNames) {
@@ -235,10 +202,19 @@ TEST(ValueText, TypedDates) {
         {"9/3/2001 8:05:00 AM", 37137 + 485.0 / 1440},
         {"9/3/2001 6:00pm", 37137.75},
         {"9/3/01", 37137},
-        {"1/1/29", 47119},
-        {"12/31/99", 36525},
     };
-    for (const auto& [text, days] : cases) EXPECT_EQ(ParseDate(text), DateTime(days)) << text;
+    for (const auto& [text, days] : cases)
+        EXPECT_EQ(ParseDate(text, DateTime(37137)), DateTime(days)) << text;
+    const struct {
+        int today;
+        const char* text;
+        int year;
+    } shortYears[] = {{2027, "1/1/77", 1977}, {2027, "1/1/76", 2076}, {2027, "1/1/27", 2027},
+                      {1999, "1/1/00", 2000}, {2000, "1/1/50", 1950}, {2000, "1/1/49", 2049}};
+    for (const auto& each : shortYears) {
+        EXPECT_EQ(ParseDate(each.text, FromParts({each.today, 12, 31})), FromParts({each.year, 1, 1}))
+            << each.today << " " << each.text;
+    }
     for (const char* text :
          {"", "9/3", "9/31/2001", "2/29/1900", "3/9-2001", "01-09-03", "9/3/2001x", "9/3/20011", "9/3/2001 x",
           "9/3/2001 8", "8:00", "tomorrow", "-9/3/2001", "9//3"}) {
@@ -254,24 +230,14 @@ TEST(ValueText, JDateTakesTheFirstWord) {
 }
 
 TEST(ValueText, Paths) {
-    EXPECT_EQ(RecoverPath("C:\\plans\\a.vtb"), "C:\\plans\\");
-    EXPECT_EQ(RecoverPath("/home/me/a.vtb"), "/home/me/");
-    EXPECT_EQ(RecoverPath("C:a.vtb"), "C:");
+    EXPECT_EQ(RecoverPath("/home/me/b:c\\d.vtb"), "/home/me/");
     EXPECT_EQ(RecoverPath("a.vtb"), "");
     EXPECT_EQ(JoinPath("/home/me", "a.vtb"), "/home/me/a.vtb");
     EXPECT_EQ(JoinPath("/home/me/", "a.vtb"), "/home/me/a.vtb");
-    EXPECT_EQ(JoinPath("C:", "a.vtb"), "C:a.vtb");
-    EXPECT_EQ(JoinPath("C:\\", "a.vtb"), "C:\\a.vtb");
+    EXPECT_EQ(JoinPath("/b:", "a.vtb"), "/b:/a.vtb");
     EXPECT_EQ(JoinPath("", "a.vtb"), "a.vtb");
     EXPECT_EQ(ChopAtNull(std::string("ab\0cd", 5)), "ab");
     EXPECT_EQ(ChopAtNull("ab"), "ab");
-}
-
-TEST(ValueText, VersionHasThreeNumbers) {
-    int major = -1, minor = -1, revision = -1, length = 0;
-    const std::string version = GetAppVersion();
-    EXPECT_EQ(std::sscanf(version.c_str(), "%d.%d.%d%n", &major, &minor, &revision, &length), 3);
-    EXPECT_EQ(static_cast<std::size_t>(length), version.size());
 }
 
 }  // namespace

@@ -107,14 +107,6 @@ TEST_F(FileCommandsTest, OpenWithSomethingInMemoryAsks) {
     EXPECT_EQ(workspace.ThisProject()->ProjectName(), "B");
 }
 
-TEST_F(FileCommandsTest, LoadingSeveralFilesMergesWithoutAQuestion) {
-    EXPECT_TRUE(files.LoadFile(Write("a.vta", SmallPlan("A"))));
-    EXPECT_TRUE(files.LoadFile(Write("b.vtb", SmallPlan("B"))));
-    EXPECT_EQ(Projects(), (Names{"A", "B"}));
-    EXPECT_EQ(workspace.ThisProject()->ProjectName(), "A");
-    EXPECT_FALSE(std::filesystem::exists(Path("Vortan.cfg")));
-}
-
 TEST_F(FileCommandsTest, WhatCannotBeOpenedLeavesMemoryAndSolvesOn) {
     Load("A");
     platform.ExpectBox("File Open Error", BoxAnswer::Ok, "Attempting the read");
@@ -161,12 +153,28 @@ TEST_F(FileCommandsTest, WhatIsOddInAFileIsTold) {
     std::string packed = PackText(SmallPlan("B"));
     packed.back() ^= 1;
     WriteBytes(Path("b.vtb"), packed);
+    platform.ExpectBox("File May Be Damaged", BoxAnswer::Ok, "check sum");
     EXPECT_TRUE(files.LoadFile(Path("b.vtb")));
-    EXPECT_NE(platform.statusMessages.back().find("check sum"), std::string::npos);
     WriteBytes(Path("b.vtb"), packed.substr(0, packed.size() - 4));
+    platform.ExpectBox("File May Be Damaged", BoxAnswer::Ok, "cut off");
     EXPECT_TRUE(files.LoadFile(Path("b.vtb")));
-    EXPECT_NE(platform.statusMessages.back().find("cut off"), std::string::npos);
     EXPECT_EQ(Projects(), Names{"B"});
+    // Also when the records are damaged, and a screen besides.
+    struct : Listener {
+        void NewThisProject() override { throw std::runtime_error("no screen"); }
+    } faulty;
+    workspace.AddListener(&faulty);
+    WriteBytes(Path("b.vtb"), packed.substr(0, packed.size() / 2));
+    platform.ExpectBox("File May Be Damaged", BoxAnswer::Ok, "cut off");
+    try {
+        files.LoadFile(Path("b.vtb"));
+        ADD_FAILURE() << "no fault";
+    } catch (const Fault& fault) {
+        EXPECT_NE(fault.Description().find("has no end"), std::string::npos) << fault.Description();
+        EXPECT_NE(fault.Description().find("no screen"), std::string::npos) << fault.Description();
+    }
+    EXPECT_EQ(platform.statusMessages.back(), "");
+    workspace.RemoveListener(&faulty);
 }
 
 TEST_F(FileCommandsTest, SavingMakesClean) {
@@ -250,14 +258,15 @@ TEST_F(FileCommandsTest, NewThrowsMemoryAwayOnlyWithConsent) {
 
 TEST_F(FileCommandsTest, TheQuestionNamesWhatIsDirty) {
     Load("A");
-    Vtemplate* const staff = workspace.FindOrCreateTemplate("T");
     EXPECT_TRUE(files.OkToDeleteAll());
-    staff->SetDirty(true);
-    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No, "one or more templates.\n");
-    EXPECT_TRUE(files.OkToDeleteAll());
+    const auto expect = [&](const char* what) {
+        platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No, what);
+        EXPECT_TRUE(files.OkToDeleteAll());
+    };
+    workspace.FindOrCreateTemplate("T")->SetDirty(true);
+    expect("one or more templates.\n");
     workspace.ThisProject()->SetDirty(true);
-    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No, "one or more projects and templates.\n");
-    EXPECT_TRUE(files.OkToDeleteAll());
+    expect("one or more projects and templates.\n");
 }
 
 TEST_F(FileCommandsTest, BackupsRunOnceInTheirMinute) {

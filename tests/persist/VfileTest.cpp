@@ -149,6 +149,42 @@ TEST_F(Vfile, ALongNameIsWritten) {
     EXPECT_EQ(Entries(), Names{name});
 }
 
+/// A file of one's own in a folder of somebody else's. Root writes in every folder, so this runs as another.
+class VfileInPlaceDeathTest : public Vfile {
+  protected:
+    VfileInPlaceDeathTest() {
+        for (const char* const folder : {"closed", "copies"}) fs::create_directory(Path(folder));
+        WriteBytes(Path("closed/a.vta"), "the old plan, which is longer");
+        fs::permissions(Path("closed/a.vta"), fs::perms{0666});
+        fs::permissions(Path("closed"), fs::perms{0555});
+        fs::permissions(platform.Directory(), fs::perms{0777});
+    }
+    ~VfileInPlaceDeathTest() override { fs::permissions(Path("closed"), fs::perms{0755}); }
+    /// Ends the process with 0 if the outcome was as expected; a `fault` is to be told in a box.
+    [[noreturn]] void Write(std::size_t size, rlim_t limit, const std::string& copies, const char* fault) {
+        if (::geteuid() == 0 && ::seteuid(65534) != 0) ::_exit(2);
+        std::signal(SIGXFSZ, SIG_IGN);
+        const struct rlimit most { limit, limit };
+        ::setrlimit(RLIMIT_FSIZE, &most);
+        platform.backupDirectory = copies;
+        if (fault) platform.ExpectBox("File Open Error", BoxAnswer::Ok, fault);
+        const bool written = WriteFileText(platform, Path("closed/a.vta"), std::string(size, 'n'));
+        ::_exit(written == !fault && platform.AllBoxesCame() && !testing::Test::HasFailure() ? 0 : 1);
+    }
+};
+
+TEST_F(VfileInPlaceDeathTest, AFolderThatTakesNoNewFileIsWrittenIn) {
+    const std::string name = Path("closed/a.vta"), before = FileBytes(name);
+    EXPECT_EXIT(Write(5, RLIM_INFINITY, "/dev/null", "no copy"), testing::ExitedWithCode(0), "");
+    EXPECT_EQ(FileBytes(name), before);
+    fs::permissions(Path("copies"), fs::perms{0777});
+    EXPECT_EXIT(Write(5000, 1000, Path("copies"), "File too large"), testing::ExitedWithCode(0), "");
+    EXPECT_EQ(FileBytes(name), before);
+    EXPECT_EXIT(Write(5, RLIM_INFINITY, Path("copies/new"), nullptr), testing::ExitedWithCode(0), "");
+    EXPECT_EQ(FileBytes(name), "nnnnn");
+    EXPECT_EQ(NamesIn(Path("closed")).size() + NamesIn(Path("copies")).size(), 2u) << "no copy is left";
+}
+
 /// What a full disk or a kill leaves behind is tried in a process of its own, in which files cannot grow
 /// beyond 1000 bytes: the system either refuses to write more, or kills the process in the middle of it.
 class VfileDeathTest : public Vfile {

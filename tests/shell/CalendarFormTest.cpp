@@ -2,6 +2,7 @@
 
 #include "charts/ZoomTable.h"
 #include "model/ValueText.h"
+#include "paint/ScreenColor.h"
 #include "shell/Shell.h"
 #include "shell/ZoomForm.h"
 #include "support/Paths.h"
@@ -76,6 +77,9 @@ TEST_F(CalendarFormTest, YearsAreChosen) {
     }
     shell.Choose("CalendarMenu");
     EXPECT_FALSE(shell.IsOpen("CalendarForm"));
+    shell.Choose("CalendarMenu");
+    EXPECT_EQ(Calendar().ThisYear(), 9999);
+    EXPECT_EQ(S(shell.Find<QFrame>("KeyPicture(6)").accessibleName()), "Color of Holiday");
 }
 
 TEST_F(CalendarFormTest, DaysAreClickedAndZoomedIn) {
@@ -111,15 +115,13 @@ TEST_F(CalendarFormTest, DaysAreClickedAndZoomedIn) {
 }
 
 TEST_F(CalendarFormTest, KeysWalkOverTheDays) {
-    const struct {
-        Qt::Key key;
-        const char* selected;
-    } keys[] = {{Qt::Key_Right, "9/3/2001"},  {Qt::Key_Up, "8/27/2001"}, {Qt::Key_Left, "8/26/2001"},
-                {Qt::Key_Down, "9/2/2001"},   {Qt::Key_PageDown, ""},    {Qt::Key_Right, "1/1/2002"},
-                {Qt::Key_Left, "12/31/2001"}, {Qt::Key_PageUp, ""},      {Qt::Key_Up, "1/1/2000"}};
-    for (const auto& one : keys) {
-        QTest::keyClick(&Calendar(), one.key);
-        EXPECT_EQ(Selected(), one.selected);
+    const std::pair<Qt::Key, const char*> keys[] = {
+        {Qt::Key_Right, "9/3/2001"},  {Qt::Key_Up, "8/27/2001"}, {Qt::Key_Left, "8/26/2001"},
+        {Qt::Key_Down, "9/2/2001"},   {Qt::Key_PageDown, ""},    {Qt::Key_Right, "1/1/2002"},
+        {Qt::Key_Left, "12/31/2001"}, {Qt::Key_PageUp, ""},      {Qt::Key_Up, "1/1/2000"}};
+    for (const auto& [key, selected] : keys) {
+        QTest::keyClick(&Calendar(), key);
+        EXPECT_EQ(Selected(), selected);
     }
     Calendar().SetYear(2027);
     QTest::mouseClick(&Month(1), Qt::LeftButton, {}, CellOf(1, 11));

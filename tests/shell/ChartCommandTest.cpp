@@ -33,14 +33,14 @@ TEST_F(ChartCommandTest, WritesPicturesAndPages) {
 
 TEST_F(ChartCommandTest, TheUsersPreferencesHold) {
     const std::string launch = ExampleFile("launch.vta");
-    EXPECT_FALSE(Drawn(launch, "chart.svg").contains("PM:"));
+    EXPECT_EQ(Drawn(launch, "chart.svg").count("Dependencies"), 2) << "a column, and the key of arrows";
     ScriptedPlatform user;
     Settings settings(user);
-    settings.WriteSettings("ShowProjectManagerCheck", "X");
+    settings.WriteSettings("DependencyArrowsCombo", "None");
     ASSERT_TRUE(settings.WriteConfigFile());
     std::filesystem::create_directory(PathOf("vortan"));
     std::filesystem::copy_file(user.Directory() + "/Vortan.cfg", PathOf("vortan/Vortan.cfg"));
-    EXPECT_TRUE(Drawn(launch, "chart.svg").contains("PM:"));
+    EXPECT_EQ(Drawn(launch, "chart.svg").count("Dependencies"), 1);
 
     WriteBytes(PathOf("vortan/Vortan.cfg"), "not packed at all");
     const CliOutcome damaged = Run({"chart", "gantt", launch, "-o", PathOf("chart.svg")});

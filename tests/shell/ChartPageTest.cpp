@@ -3,9 +3,11 @@
 #include <QScrollBar>
 #include <random>
 
+#include "model/Fault.h"
 #include "paint/ChartPainter.h"
 #include "paint/Pictures.h"
 #include "shell/ChartPage.h"
+#include "shell/ElidedLabel.h"
 #include "shell/Shell.h"
 #include "support/Paths.h"
 
@@ -35,6 +37,13 @@ TEST_F(ChartPageTest, TheCommandOpensAndCloses) {
     EXPECT_TRUE(
         shell.main.windowTitle().endsWith("Mechanized Gantt chart for House: Family house, 4 Orchard "
                                           "Lane PM:Maria Holt"));
+    EXPECT_EQ(Q(shell.main.FullPage()->Surface()->title), shell.main.FullPage()->Window().windowTitle());
+    // Not while the chart is of an old solution.
+    workspace.RestartSolve();
+    shell.platform.ExpectBox("Waiting For Solve To Complete", BoxAnswer::Ok);
+    shell.Choose("GraphicsGanttMenu");
+    EXPECT_TRUE(Open() && shell.main.Action("GraphicsGanttMenu").isChecked());
+    shell.Solve();
     shell.Click("Toolbar.Mechanized Gantt");
     EXPECT_FALSE(Open());
     EXPECT_FALSE(shell.main.Action("GraphicsGanttMenu").isChecked());
@@ -85,6 +94,66 @@ TEST_F(ChartPageTest, TheOptionsCanBeDraggedAside) {
     EXPECT_TRUE(shell.IsOpen("PreferencesForm"));
 }
 
+/// A chart with a fault in its "layout" or its "picture".
+struct BrokenForm : ChartForm {
+    BrokenForm(const TextMetrics& metrics, const std::string& what)
+        : ChartForm(Vwindow::Style::Time, metrics), broken(what) {}
+    std::string Name() const override { return "BrokenForm"; }
+    std::string Caption() const override { return "Broken"; }
+    void Start() override { vwindow_.SetDateRange(DateTime(37137), DateTime(37140)); }
+    Answers AnswersTo() const override { return {.newSolution = Answer::Start}; }
+    void LayOut() override {
+        vwindow_.ClearLayout();
+        if (broken == "layout") Refuse("No layout");
+        vwindow_.AddTimeColumns();
+        vwindow_.EndLayout(0, 0);
+    }
+    void Draw() override {
+        vwindow_.DrawLine(0, 0, 9, 9);
+        if (broken == "picture") Refuse("No picture");
+        vwindow_.EndGraphics();
+    }
+    const std::string& broken;
+};
+
+TEST_F(ChartPageTest, AFaultEndsNothingButTheDrawing) {
+    std::string broken;
+    const auto front = [this] { return S(shell.main.FullPage()->FormName()); };
+    const auto start = [&](const char* what) {
+        broken = what;
+        shell.platform.ExpectBox("Internal Error", BoxAnswer::Ignore, "No " + broken);
+        ChartPage::Start(shell.desktop, "BrokenForm", [&](const TextMetrics& metrics) {
+            return std::make_unique<BrokenForm>(metrics, broken);
+        });
+    };
+    const auto solve = [&] {
+        workspace.RestartSolve();
+        shell.Solve();
+        EXPECT_EQ(shell.desktop.solver.SolveMessage(), "Solve complete");
+    };
+    // What could not be shown is gone, and hears nothing more.
+    start("layout");
+    EXPECT_EQ(front(), "GanttForm");
+    solve();
+    // A picture that was begun is shown, and is not for other programs.
+    start("picture");
+    ASSERT_EQ(front(), "BrokenForm");
+    EXPECT_EQ(shell.main.FullPage()->Surface()->surface.Items().size(), 1u);
+    for (const char* action : {"OutputCopyMenu", "OutputPrintMenu"}) {
+        shell.platform.ExpectBox("Not Applicable", BoxAnswer::Ok, "There is nothing to ");
+        shell.Choose(action);
+    }
+    broken.clear();
+    solve();
+    shell.Choose("OutputPrintMenu");
+    broken = "layout";
+    shell.platform.ExpectBox("Internal Error", BoxAnswer::Ignore);
+    solve();
+    EXPECT_FALSE(shell.Find<QPushButton>("ContinueCommand(6)").isEnabled());
+    EXPECT_TRUE(shell.Find<QPushButton>("ContinueCommand(7)").isEnabled());
+    shell.main.grab();
+}
+
 /// How far the grey values of a pixel differ at most.
 int MostApart(const QImage& a, const QImage& b, const QRect& part) {
     int most = 0;
@@ -132,7 +201,7 @@ TEST(PicturesTest, HatchesAreKeptInFiles) {
         Vwindow surface(Vwindow::Style::Free, metrics);
         surface.ClearLayout();
         surface.EndLayout(0, 0);
-        surface.DrawRect(0, 0, 1000, 500, kBlack, kGreen, hatch);
+        surface.DrawRect(0, 0, 1000, 500, kBlack, kGreen, static_cast<Hatch>(hatch));
         surface.EndGraphics();
         const QByteArray svg = MakePicture({surface, metrics, ""}, PictureType::Svg);
         EXPECT_EQ(svg.toLower().contains("#00ff00"), hatch != 1) << hatch;
@@ -141,6 +210,7 @@ TEST(PicturesTest, HatchesAreKeptInFiles) {
 
 TEST_F(ChartPageTest, ACopyIsAPictureForOtherPrograms) {
     shell.Choose("OutputCopyMenu");
+    EXPECT_EQ(shell.Find<ElidedLabel>("MessagePanel").text(), "Copied to the clipboard");
     const QMimeData& data = *QApplication::clipboard()->mimeData();
     EXPECT_TRUE(data.data("image/svg+xml").contains("Slab cures"));
     const auto image = data.imageData().value<QImage>();

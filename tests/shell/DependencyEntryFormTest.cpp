@@ -25,7 +25,11 @@ class DependencyEntryFormTest : public TaskFormTest {
         Select(dependency);
         DependencyEntryForm::StartModify(shell.desktop);
     }
-    std::string Sentence() { return S(shell.Find<QPlainTextEdit>("SentenceText").toPlainText()); }
+    std::string Sentence() {
+        auto& box = shell.Find<QPlainTextEdit>("SentenceText");
+        EXPECT_EQ(box.toolTip(), "Press [F1] for help");
+        return S(box.toPlainText());
+    }
     QComboBox& Tasks() { return shell.Find<QComboBox>("TaskRequiredCombo"); }
     QComboBox& Projects() { return shell.Find<QComboBox>("ProjectRequiredCombo"); }
     int Scroll(const char* name) { return shell.Find<QSlider>(name).value(); }

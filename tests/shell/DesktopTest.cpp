@@ -1,11 +1,14 @@
 #include <QFontDialog>
 #include <QInputDialog>
 
+#include "model/Fault.h"
+#include "persist/PackedText.h"
 #include "shell/App.h"
 #include "shell/CommonDialogs.h"
 #include "shell/ProjectTreeForm.h"
 #include "shell/Shell.h"
 #include "support/Paths.h"
+#include "support/PlanFiles.h"
 
 namespace vortan {
 namespace {
@@ -20,36 +23,9 @@ class BusySolveTest : public ::testing::Test {
         shell.desktop.files.LoadFile(ExampleFile("house.vta"));
         shell.desktop.solver.SetServiceInterval(std::chrono::microseconds(0));
     }
-    /// Runs the solve and does `action` at the nth opportunity, for every n that there is.
-    void AtAnyMoment(const std::function<void()>& action) {
-        for (int moment = 1;; ++moment) {
-            int opportunity = 0;
-            bool done = false;
-            shell.platform.onServeEvents = [&] {
-                if (done || ++opportunity < moment) return;
-                done = true;
-                action();
-            };
-            shell.desktop.workspace.RestartSolve();
-            shell.Solve();
-            if (!done) break;
-            ++moments;
-            ASSERT_EQ(shell.desktop.solver.Mode(), SolveMode::Idle) << "moment " << moment;
-        }
-    }
 
     Shell shell;
-    int moments = 0;
 };
-
-TEST_F(BusySolveTest, MemoryIsClearedAndFilledAnew) {
-    AtAnyMoment([this] {
-        shell.desktop.files.DeleteAll();
-        shell.desktop.files.LoadFile(ExampleFile("house.vta"));
-    });
-    EXPECT_GT(moments, 5);
-    EXPECT_EQ(shell.desktop.solver.SolveMessage(), "Solve complete");
-}
 
 TEST_F(BusySolveTest, TasksAreDeletedInTheTree) {
     Workspace& workspace = shell.desktop.workspace;
@@ -60,10 +36,7 @@ TEST_F(BusySolveTest, TasksAreDeletedInTheTree) {
         Vtask* last = *(workspace.ThisProject()->TaskList().end() - 1);
         shell.desktop.trees->SetDragNode(&shell.desktop.trees->FindNodeFromObject(last));
         shell.platform.ExpectBox("Confirm Delete task", BoxAnswer::Yes);
-        QTest::keyClick(shell.desktop.trees->ProjectTree().focusWidget()
-                            ? shell.desktop.trees->ProjectTree().focusWidget()
-                            : shell.desktop.trees->ProjectTree().findChild<QWidget*>("Tree"),
-                        Qt::Key_Delete);
+        QTest::keyClick(shell.desktop.trees->ProjectTree().findChild<QWidget*>("Tree"), Qt::Key_Delete);
     };
     shell.Solve();
     EXPECT_EQ(workspace.ThisProject()->TaskList().size(), tasks - 3);
@@ -82,6 +55,62 @@ TEST_F(BusySolveTest, TheProgramIsLeft) {
     EXPECT_FALSE(shell.main.isVisible());
     EXPECT_FALSE(shell.platform.solveTimerArmed);
     EXPECT_TRUE(shell.desktop.workspace.ProjectList().empty());
+}
+
+// ---- damage
+
+TEST(StartUp, ADamagedFileOfSettingsTakesNothingElseWithIt) {
+    ScriptedPlatform platform;
+    WriteBytes(platform.Directory() + "/Vortan.cfg",
+               PackText("INITIALIZATION\r\nBarOption\r\nAutomaticBackupCombo,5\r\n"));
+    platform.ExpectBox("Internal Error", BoxAnswer::Abort, "there is no value for BarOption");
+    Desktop desktop(platform);
+    const MainForm main(desktop);
+    EXPECT_EQ(desktop.workspace.BackupMinutes, 5);
+    EXPECT_EQ(desktop.workspace.FileDialogPath, S(QDir::currentPath()));
+    EXPECT_TRUE(desktop.settings.SettingIsOn("BarOption"));
+    EXPECT_EQ(main.findChild<QComboBox*>("JournalCombo")->currentText(), "<journal n/a>");
+    EXPECT_TRUE(desktop.trees->ProjectTree().isVisibleTo(&main));
+    EXPECT_NE(FileBytes(platform.Directory() + "/ErrTrap.log").find("Call chain:\n  Main:MDIForm_Load\n"),
+              std::string::npos);
+}
+
+/// What a command left half done when it failed is neither saved nor solved before the user has answered.
+TEST(ErrorBox, StopsTheTimers) {
+    Shell shell;
+    Desktop& desktop = shell.desktop;
+    desktop.files.LoadFile(ExampleFile("house.vta"));
+    desktop.workspace.BackupMinutes = 1;
+    desktop.workspace.ThisProject()->SetDirty(true);
+    const std::string before = desktop.solver.SolveMessage();
+    shell.platform.onBox = [&] {
+        shell.platform.solveTimerArmed = false;
+        desktop.SolveTimerTick();
+        desktop.AutoBackupTimerTick();
+        EXPECT_EQ(desktop.solver.SolveMessage(), before);
+        EXPECT_TRUE(desktop.workspace.ThisProject()->Dirty());
+    };
+    shell.platform.ExpectBox("Internal Error", BoxAnswer::Ignore);
+    desktop.Run("Task:OkCommand_Click", [] { AssertionFailed(); });
+    EXPECT_TRUE(shell.platform.solveTimerArmed);
+    desktop.SolveTimerTick();
+    EXPECT_EQ(desktop.solver.SolveMessage(), "Solve complete");
+    desktop.AutoBackupTimerTick();
+    EXPECT_FALSE(desktop.workspace.ThisProject()->Dirty());
+}
+
+TEST(ErrorBox, TheLogNamesTheForm) {
+    struct : Listener {
+        void NewSolution() override { AssertionFailed(); }
+    } faulty;
+    Shell shell;
+    shell.desktop.workspace.AddListener(&faulty);
+    shell.Choose("SetupPreferencesMenu");
+    shell.platform.ExpectBox("Internal Error", BoxAnswer::Abort);
+    shell.Click("OkCommand");
+    EXPECT_TRUE(FileBytes(shell.platform.Directory() + "/ErrTrap.log")
+                    .ends_with("Call chain:\n  Preferences:OkCommand_Click\n"));
+    shell.desktop.workspace.RemoveListener(&faulty);
 }
 
 // ---- the real boxes

@@ -44,6 +44,9 @@ TEST_F(IterativeCommandsTest, ARiskSolveEndsInItsCurve) {
     EXPECT_EQ(surface.ColumnTitle(0), "Probability");
     shell.Find<QRadioButton>("TotalCostOption").click();
     EXPECT_EQ(surface.ColumnTitle(0), "Total cost");
+    Answer("IterativeQuickRiskSolveMenu", {"7"});
+    EXPECT_EQ(surface.ColumnTitle(0), "Total cost");
+    EXPECT_TRUE(shell.main.windowTitle().contains("7 iterations"));
     shell.Choose("GraphicsRiskAnalysisMenu");
     EXPECT_EQ(Page(), "");
     shell.Choose("GraphicsRiskAnalysisMenu");

@@ -2,7 +2,9 @@
 
 #include <QFileDialog>
 #include <QTimer>
+#include <set>
 
+#include "shell/ElidedLabel.h"
 #include "shell/Printing.h"
 #include "shell/Shell.h"
 #include "support/Paths.h"
@@ -51,6 +53,10 @@ TEST_F(PageSizeFormTest, PrintsWhatTheButtonsSay) {
         enabled +=
             shell.Find<QPushButton>("ContinueCommand(" + std::to_string(i) + ")").isEnabled() ? '1' : '0';
     EXPECT_EQ(enabled, "11101111");  // larger than a page
+    EXPECT_EQ(shell.Dialog().width(), shell.main.screen()->geometry().width() * 3 / 4);
+    std::set<QKeySequence> keys;
+    for (auto* button : shell.Dialog().findChildren<QPushButton*>())
+        EXPECT_TRUE(button->isHidden() || keys.insert(button->shortcut()).second) << S(button->text());
     EXPECT_EQ(shell.Find<QPushButton>("ContinueCommand(5)").toolTip(), "3 pages");
     QTest::keyClick(&shell.Dialog(), Qt::Key_Escape);
     EXPECT_FALSE(shell.IsOpen("PageSizeForm"));
@@ -59,6 +65,7 @@ TEST_F(PageSizeFormTest, PrintsWhatTheButtonsSay) {
     EXPECT_EQ(Pages(PathOf("many.pdf")), 3);
     Print("ContinueCommand(2)", PathOf("one"));
     EXPECT_EQ(Pages(PathOf("one.pdf")), 1);
+    EXPECT_EQ(S(shell.Find<ElidedLabel>("MessagePanel").text()), "Written to " + PathOf("one.pdf"));
     Print("ContinueCommand(6)", "");
     EXPECT_TRUE(shell.main.FullPage());
 }

@@ -44,9 +44,8 @@ inline std::vector<std::string> GoldenPlans() {
     return plans;
 }
 
-inline LoadReport LoadText(Workspace& workspace, std::string_view text,
-                           const std::string& fileName = "plan.vta") {
-    TokenReader reader(text, fileName);
+inline LoadReport LoadText(Workspace& workspace, std::string_view text, bool packed = false) {
+    TokenReader reader(text, "plan.vta", packed);
     LoadReport report;
     LoadRecords(workspace, reader, report);
     return report;

@@ -44,8 +44,10 @@ class ScriptedPlatform : public Platform {
     DateTime now{37137.5};  ///< 2001-09-03 12:00, a Monday
     std::string currencySymbol = "$";
     std::string logDirectory;             ///< empty: Directory()
+    std::string backupDirectory;          ///< empty: Directory()
     std::string programFile = "vortan";   ///< of no file that there is
     std::function<void()> onServeEvents;  ///< what the user does while a solve runs
+    std::function<void()> onBox;          ///< what goes on while a box is open
     std::vector<std::string> boxTexts;    ///< of all boxes that came
     std::vector<std::string> statusMessages;
     std::vector<std::string> solveStatuses;
@@ -62,6 +64,7 @@ class ScriptedPlatform : public Platform {
         }
         const BoxAnswer answer = boxes_.front().answer;
         boxes_.pop_front();
+        if (onBox) onBox();
         return answer;
     }
     InputAnswer InputBox(const std::string& prompt, const std::string& title, const std::string&) override {
@@ -81,7 +84,7 @@ class ScriptedPlatform : public Platform {
     std::string CurrencySymbol() override { return currencySymbol; }
     std::string SettingsDirectory() override { return directory_; }
     std::string LogDirectory() override { return logDirectory.empty() ? directory_ : logDirectory; }
-    std::string BackupDirectory() override { return directory_; }
+    std::string BackupDirectory() override { return backupDirectory.empty() ? directory_ : backupDirectory; }
     std::string ProgramFile() override { return programFile; }
 
   private:
