@@ -53,7 +53,7 @@ ChartForm::OptionsFrame CrashForm::Frame() {
 }
 
 void CrashForm::Start() {
-    const Section section("CrashForm:Start");
+    const Section section("Crash:Start");
     if (crashList_.empty()) return;
     baseCost_ = totalCost_ ? Money() : crashList_.front().totalCost;
     maxCost_ = crashList_.back().totalCost - baseCost_;
@@ -62,7 +62,7 @@ void CrashForm::Start() {
 }
 
 void CrashForm::LayOut() {
-    const Section section("CrashForm:Vwindow_RedoLayout");
+    const Section section("Crash:Vwindow_RedoLayout");
     workspace_.ThePlatform().StatusMessage("Building crash plot");
     vwindow_.ClearLayout();
     vwindow_.AddColumn("Total cost", Alignment::RightBottom);
@@ -74,7 +74,7 @@ void CrashForm::LayOut() {
 }
 
 void CrashForm::Draw() {
-    const Section section("CrashForm:Vwindow_RedoGraphics");
+    const Section section("Crash:Vwindow_RedoGraphics");
     PlotCost();
     vwindow_.EndGraphics();
     workspace_.ThePlatform().StatusMessage("");
@@ -93,7 +93,7 @@ void CrashForm::PlotCost() {
 }
 
 void CrashForm::DateClick(DateTime clicked) {
-    const Section section("CrashForm:Vwindow_DateClick");
+    const Section section("Crash:Vwindow_DateClick");
     if (crashList_.size() < 2 || !ShowCrashData) return;
     const std::size_t step = FindStep(crashList_, clicked);
     ShowCrashData(crashList_[step].endDate, MultipliersAt(crashList_, step));

@@ -13,7 +13,7 @@ GanttForm::GanttForm(Workspace& workspace, Settings& settings, const TextMetrics
     : ChartForm(Vwindow::Style::Time, metrics), workspace_(workspace), settings_(settings) {}
 
 void GanttForm::Start() {
-    const Section section("GanttForm:Start");
+    const Section section("Gantt:Start");
     GetDateRange(workspace_, startDate_, endDate_, true);
     vwindow_.SetDateRange(startDate_, endDate_);
 }
@@ -53,7 +53,7 @@ void GanttForm::ReadOptions() {
 }
 
 void GanttForm::LayOut() {
-    const Section section("GanttForm:Vwindow_RedoLayout");
+    const Section section("Gantt:Vwindow_RedoLayout");
     workspace_.ThePlatform().StatusMessage("Building GANTT chart");
     ReadOptions();
     vwindow_.WrapText = settings_.SettingIsOn("WrapTextCheck");

@@ -10,7 +10,7 @@
 namespace vortan {
 
 void GanttForm::Draw() {
-    const Section section("GanttForm:Vwindow_RedoGraphics");
+    const Section section("Gantt:Vwindow_RedoGraphics");
     if (const Vproject* project = workspace_.ThisProject()) {
         projectSlack_ = DaysBetween(project->EarlyFinish(), project->LateFinish());
         vwindow_.DrawDateLine(project->Journal(), kBlue);

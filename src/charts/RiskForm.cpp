@@ -47,7 +47,7 @@ Money RiskForm::HighestCost(const IterativeResults& results) {
 }
 
 void RiskForm::Start() {
-    const Section section("RiskForm:Start");
+    const Section section("Risk:Start");
     if (!HasData(results_)) return;
     maxCost_ = std::max(maxCost_, HighestCost(results_));
     increment_ = ComputeIncrement(maxCost_.ToDouble());
@@ -55,7 +55,7 @@ void RiskForm::Start() {
 }
 
 void RiskForm::LayOut() {
-    const Section section("RiskForm:Vwindow_RedoLayout");
+    const Section section("Risk:Vwindow_RedoLayout");
     workspace_.ThePlatform().StatusMessage("Building risk plot");
     vwindow_.ClearLayout();
     vwindow_.AddColumn(totalCost_ ? "Total cost" : "Probability", Alignment::RightBottom);
@@ -72,7 +72,7 @@ void RiskForm::LayOut() {
 }
 
 void RiskForm::Draw() {
-    const Section section("RiskForm:Vwindow_RedoGraphics");
+    const Section section("Risk:Vwindow_RedoGraphics");
     if (totalCost_) {
         PlotTotalCost();
     } else {

@@ -70,9 +70,9 @@ AssignmentEntryForm::AssignmentEntryForm(Desktop& desktop, Vassignment* object, 
     AddRow("&Work days", workDays_);
     LoadData();
     connect(template_, &QComboBox::activated, this,
-            Command("AssignmentEntryForm:TemplateCombo_Click", [this] { TemplateComboClick(); }));
+            Command("AssignmentEntry:TemplateCombo_Click", [this] { TemplateComboClick(); }));
     const auto choose =
-        Command("AssignmentEntryForm:ResourceIdCombo_Click", [this] { ResourceIdComboClick(); });
+        Command("AssignmentEntry:ResourceIdCombo_Click", [this] { ResourceIdComboClick(); });
     connect(resource_, &QComboBox::activated, this, choose);
     connect(resource_->lineEdit(), &QLineEdit::editingFinished, this, choose);
 }

@@ -87,7 +87,7 @@ QPushButton* CalendarForm::NewYearCommand(const char* name, int step) {
     button->setObjectName(name);
     button->setFocusPolicy(Qt::TabFocus);
     connect(button, &QPushButton::clicked, this, [this, step] {
-        desktop_.Run("CalendarForm:YearCommand_Click", [this, step] { SetYear(thisYear_ + step); });
+        desktop_.Run("Calendar:YearCommand_Click", [this, step] { SetYear(thisYear_ + step); });
     });
     return button;
 }
@@ -126,10 +126,10 @@ QWidget* CalendarForm::NewMonths() {
         auto* grid = new MonthGrid;
         grid->setObjectName(QString("MonthGrid(%1)").arg(i + 1));
         grid->Click = [this, i](int day) {
-            desktop_.Run("CalendarForm:MonthGrid_MouseDown", [&] { ClickOnMonthGrid(i + 1, day); });
+            desktop_.Run("Calendar:MonthGrid_MouseDown", [&] { ClickOnMonthGrid(i + 1, day); });
         };
         grid->DblClick = [this, i](int day) {
-            desktop_.Run("CalendarForm:MonthGrid_DblClick", [&] {
+            desktop_.Run("Calendar:MonthGrid_DblClick", [&] {
                 ClickOnMonthGrid(i + 1, day);
                 ZoomInOnDay();
             });
@@ -230,13 +230,13 @@ void CalendarForm::keyPressEvent(QKeyEvent* event) {
             return;
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            desktop_.Run("CalendarForm:Form_KeyDown", [this] { ZoomInOnDay(); });
+            desktop_.Run("Calendar:Form_KeyDown", [this] { ZoomInOnDay(); });
             return;
         default:
             QWidget::keyPressEvent(event);
             return;
     }
-    desktop_.Run("CalendarForm:Form_KeyDown", [this, step] {
+    desktop_.Run("Calendar:Form_KeyDown", [this, step] {
         const DateTime today(desktop_.platform.Now().WholeDay());
         const DateTime first = ToParts(today).year == thisYear_ ? today : FirstOf(thisYear_, 1);
         const DateTime chosen = selectedDate_.IsSet() ? AddDays(selectedDate_, step) : first;

@@ -24,10 +24,10 @@ class CalendarForm : public PageForm {
     DateTime SelectedDate() const { return selectedDate_; }
     void SetYear(int year);
 
-    void NewThisProject() override { Refresh("CalendarForm:NewThisProject"); }
-    void NewThisTemplate() override { Refresh("CalendarForm:NewThisTemplate"); }
-    void NewJournal() override { Refresh("CalendarForm:NewJournal"); }
-    void NewSolution() override { Refresh("CalendarForm:NewSolution"); }
+    void NewThisProject() override { Refresh("Calendar:NewThisProject"); }
+    void NewThisTemplate() override { Refresh("Calendar:NewThisTemplate"); }
+    void NewJournal() override { Refresh("Calendar:NewJournal"); }
+    void NewSolution() override { Refresh("Calendar:NewSolution"); }
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;

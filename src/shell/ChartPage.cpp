@@ -82,11 +82,11 @@ ChartPage::ChartPage(Desktop& desktop, const Maker& make) : PageForm(desktop) {
     view_ = std::make_unique<SurfaceView>(chart_->TheVwindow(), *metrics_);
     view_->TipAt = [this](int x, int y) {
         std::string tip;
-        desktop_.Run("ChartForm:TipAt", [&] { tip = chart_->TipAt(x, y); });
+        desktop_.Run("Chart:TipAt", [&] { tip = chart_->TipAt(x, y); });
         return tip;
     };
     view_->PressAt = [this](int x, int y) {
-        desktop_.Run("ChartForm:Vwindow_MouseDown", [&] { chart_->TheVwindow().Press(x, y); });
+        desktop_.Run("Chart:Vwindow_MouseDown", [&] { chart_->TheVwindow().Press(x, y); });
     };
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -139,7 +139,7 @@ void ChartPage::Restart() {
     chart_->TheVwindow().SetPage(desktop_.mainForm->ThePrinting().Page());
     view_->SetMetrics(*metrics);
     metrics_ = std::move(metrics);
-    desktop_.Run("ChartForm:Start", [this] { chart_->Start(); });
+    desktop_.Run("Chart:Start", [this] { chart_->Start(); });
     setWindowTitle(Q(chart_->Caption()));
     view_->SurfaceChanged();
     PlaceOptions();

@@ -22,7 +22,7 @@ DragDrop::DragDrop(Desktop& desktop, Trees& trees)
     scrollTimer_.setObjectName("ScrollTreeTimer");
     scrollTimer_.setInterval(kScrollPeriod);
     QObject::connect(&scrollTimer_, &QTimer::timeout, &scrollTimer_,
-                     [this] { desktop_.Run("MainForm:ScrollTreeTimer_Timer", [this] { ScrollTick(); }); });
+                     [this] { desktop_.Run("Main:ScrollTreeTimer_Timer", [this] { ScrollTick(); }); });
 }
 
 DragDrop::~DragDrop() {

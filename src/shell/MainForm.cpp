@@ -101,9 +101,9 @@ void MainForm::BuildWorkArea() {
 
 void MainForm::Activate(const std::string& commandLine) {
     if (!commandLine.empty()) {
-        desktop_.Run("MainForm:MDIForm_Activate", [&] { desktop_.files.OpenFile(commandLine); });
+        desktop_.Run("Main:MDIForm_Activate", [&] { desktop_.files.OpenFile(commandLine); });
     }
-    desktop_.Run("MainForm:MDIForm_Activate", [&] { WelcomeForm::Start(desktop_); });
+    desktop_.Run("Main:MDIForm_Activate", [&] { WelcomeForm::Start(desktop_); });
 }
 
 // ---- forms
@@ -301,7 +301,7 @@ bool MainForm::QueryUnload() {
 
 void MainForm::closeEvent(QCloseEvent* event) {
     bool leave = closing_;
-    if (!leave) desktop_.Run("MainForm:MDIForm_QueryUnload", [&] { leave = QueryUnload(); });
+    if (!leave) desktop_.Run("Main:MDIForm_QueryUnload", [&] { leave = QueryUnload(); });
     closing_ = leave;
     event->setAccepted(leave);
     if (leave) hide();

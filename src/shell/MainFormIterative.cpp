@@ -87,7 +87,7 @@ void MainForm::StartCrashForm() {
         auto chart =
             std::make_unique<CrashForm>(desktop_.workspace, desktop_.iterative.Results().crashList, metrics);
         chart->ShowCrashData = [this](DateTime finish, std::vector<Vcrash> multipliers) {
-            desktop_.Run("CrashForm:Vwindow_DateClick",
+            desktop_.Run("Crash:Vwindow_DateClick",
                          [&] { CrashDataForm::Start(desktop_, finish, std::move(multipliers)); });
         };
         return chart;

@@ -54,19 +54,19 @@ void MainForm::BuildMenus() {
     };
 
     QMenu& file = newMenu("FileMenu", "&File");
-    AddAction(file, "FileNewMenu", "&New", "MainForm:FileNewMenu_Click",
+    AddAction(file, "FileNewMenu", "&New", "Main:FileNewMenu_Click",
               [this] { desktop_.files.FileNew(); });
-    AddAction(file, "FileOpenMenu", "&Open", "MainForm:FileOpenMenu_Click", [this] { FileOpen(); });
-    AddAction(file, "FileSaveMenu", "&Save", "MainForm:FileSaveMenu_Click",
+    AddAction(file, "FileOpenMenu", "&Open", "Main:FileOpenMenu_Click", [this] { FileOpen(); });
+    AddAction(file, "FileSaveMenu", "&Save", "Main:FileSaveMenu_Click",
               [this] { desktop_.files.RequestSave(); });
-    AddAction(file, "FileExitMenu", "E&xit", "MainForm:FileExitMenu_Click", [this] { close(); });
+    AddAction(file, "FileExitMenu", "E&xit", "Main:FileExitMenu_Click", [this] { close(); });
     QAction* separator = file.addSeparator();
     separator->setObjectName("FileSeparatorMenu");
     recent_ = {separator};
     for (int i = 1; i <= Settings::kRecentFiles; ++i) {
         const std::string name = "FileRecentMenu(" + std::to_string(i) + ")";
         recent_.push_back(
-            AddAction(file, name.c_str(), QString::number(i), "MainForm:FileRecentMenu_Click", [this, i] {
+            AddAction(file, name.c_str(), QString::number(i), "Main:FileRecentMenu_Click", [this, i] {
                 const auto files = desktop_.settings.RecentFiles();
                 if (static_cast<std::size_t>(i) <= files.size()) {
                     desktop_.files.OpenFile(files[static_cast<std::size_t>(i - 1)]);
@@ -74,39 +74,39 @@ void MainForm::BuildMenus() {
             }));
     }
     connect(&file, &QMenu::aboutToShow, this,
-            [this] { desktop_.Run("MainForm:RedoRecentMenu", [this] { RedoRecentMenu(); }); });
+            [this] { desktop_.Run("Main:RedoRecentMenu", [this] { RedoRecentMenu(); }); });
 
     QMenu& project = newMenu("ProjectMenu", "&Project");
-    AddAction(project, "ProjectNewMenu", "&New", "MainForm:ProjectNewMenu_Click",
+    AddAction(project, "ProjectNewMenu", "&New", "Main:ProjectNewMenu_Click",
               [this] { ProjectEntryForm::StartAdd(desktop_); });
-    AddAction(project, "ProjectSelectMenu", "&Select", "MainForm:ProjectSelectMenu_Click",
+    AddAction(project, "ProjectSelectMenu", "&Select", "Main:ProjectSelectMenu_Click",
               [this] { DisplayHelpPage("Project Select"); });
-    AddAction(project, "ProjectModifyMenu", "&Modify", "MainForm:ProjectModifyMenu_Click", [this] {
+    AddAction(project, "ProjectModifyMenu", "&Modify", "Main:ProjectModifyMenu_Click", [this] {
         if (desktop_.workspace.ThisProjectSet()) ProjectEntryForm::StartModify(desktop_);
     });
-    AddAction(project, "ProjectDeleteMenu", "&Delete", "MainForm:ProjectDeleteMenu_Click",
+    AddAction(project, "ProjectDeleteMenu", "&Delete", "Main:ProjectDeleteMenu_Click",
               [this] { ProjectDelete(); });
 
     QMenu& templates = newMenu("TemplateMenu", "&Template");
-    AddAction(templates, "TemplateNewMenu", "&New", "MainForm:TemplateNewMenu_Click",
+    AddAction(templates, "TemplateNewMenu", "&New", "Main:TemplateNewMenu_Click",
               [this] { TemplateEntryForm::StartAdd(desktop_); });
-    AddAction(templates, "TemplateSelectMenu", "&Select", "MainForm:TemplateSelectMenu_Click",
+    AddAction(templates, "TemplateSelectMenu", "&Select", "Main:TemplateSelectMenu_Click",
               [this] { DisplayHelpPage("Template Select"); });
-    AddAction(templates, "TemplateModifyMenu", "&Modify", "MainForm:TemplateModifyMenu_Click",
+    AddAction(templates, "TemplateModifyMenu", "&Modify", "Main:TemplateModifyMenu_Click",
               [this] { TemplateModify(); });
-    AddAction(templates, "TemplateDeleteMenu", "&Delete", "MainForm:TemplateDeleteMenu_Click",
+    AddAction(templates, "TemplateDeleteMenu", "&Delete", "Main:TemplateDeleteMenu_Click",
               [this] { TemplateDelete(); });
 
     QMenu& journal = newMenu("JournalMenu", "&Journal");
-    AddAction(journal, "JournalNewMenu", "&New", "MainForm:JournalNewMenu_Click",
+    AddAction(journal, "JournalNewMenu", "&New", "Main:JournalNewMenu_Click",
               [&workspace] { vortan::NewJournal(workspace); });
-    AddAction(journal, "JournalSelectMenu", "&Select", "MainForm:JournalSelectMenu_Click",
+    AddAction(journal, "JournalSelectMenu", "&Select", "Main:JournalSelectMenu_Click",
               [this] { JournalSelect(); });
-    AddAction(journal, "JournalModifyMenu", "&Modify", "MainForm:JournalModifyMenu_Click",
+    AddAction(journal, "JournalModifyMenu", "&Modify", "Main:JournalModifyMenu_Click",
               [&workspace] { workspace.NotReadyYet(); });
-    AddAction(journal, "JournalDeleteMenu", "&Delete", "MainForm:JournalDeleteMenu_Click",
+    AddAction(journal, "JournalDeleteMenu", "&Delete", "Main:JournalDeleteMenu_Click",
               [&workspace] { workspace.NotReadyYet(); });
-    AddAction(journal, "JournalSetAsPlanMenu", "Set as &plan", "MainForm:JournalSetAsPlanMenu_Click",
+    AddAction(journal, "JournalSetAsPlanMenu", "Set as &plan", "Main:JournalSetAsPlanMenu_Click",
               [this] { JournalSetAsPlan(); });
 
     QMenu& spreadsheet = newMenu("SpreadsheetMenu", "&Spreadsheet");
@@ -124,7 +124,7 @@ void MainForm::BuildMenus() {
     for (const char* caption : kSpreadsheets) {
         ++kind;
         const std::string name = "SpreadsheetTypeMenu(" + std::to_string(kind) + ")";
-        AddAction(spreadsheet, name.c_str(), caption, "MainForm:SpreadsheetTypeMenu_Click",
+        AddAction(spreadsheet, name.c_str(), caption, "Main:SpreadsheetTypeMenu_Click",
                   [this, kind] { SpreadsheetType(kind); });
     }
 
@@ -132,21 +132,21 @@ void MainForm::BuildMenus() {
     calendar->setObjectName("CalendarMenu");
     actions_["CalendarMenu"] = calendar;
     connect(calendar, &QAction::triggered, this,
-            [this] { desktop_.Run("MainForm:CalendarMenu_Click", [this] { Calendar(); }); });
+            [this] { desktop_.Run("Main:CalendarMenu_Click", [this] { Calendar(); }); });
 
     QMenu& iterative = newMenu("IterativeMenu", "&Iterative");
     AddAction(iterative, "IterativeQuickRiskSolveMenu", "Quick risk solve",
-              "MainForm:IterativeQuickRiskSolveMenu_Click", [this] { RiskSolve(true); });
+              "Main:IterativeQuickRiskSolveMenu_Click", [this] { RiskSolve(true); });
     AddAction(iterative, "IterativeDetailedRiskSolveMenu", "Detailed risk solve",
-              "MainForm:IterativeDetailedRiskSolveMenu_Click", [this] { RiskSolve(false); });
+              "Main:IterativeDetailedRiskSolveMenu_Click", [this] { RiskSolve(false); });
     AddAction(iterative, "IterativeQuickCrashSolveMenu", "Quick crash solve",
-              "MainForm:IterativeQuickCrashSolveMenu_Click", [this] { CrashSolve(true); });
+              "Main:IterativeQuickCrashSolveMenu_Click", [this] { CrashSolve(true); });
     AddAction(iterative, "IterativeDetailedCrashSolveMenu", "Detailed crash solve",
-              "MainForm:IterativeDetailedCrashSolveMenu_Click", [this] { CrashSolve(false); });
+              "Main:IterativeDetailedCrashSolveMenu_Click", [this] { CrashSolve(false); });
 
     QMenu& graphics = newMenu("GraphicsMenu", "&Graphics");
     const auto addChart = [&](const char* name, const char* caption, void (MainForm::*click)()) {
-        AddAction(graphics, name, caption, "MainForm:GraphicsMenu_Click",
+        AddAction(graphics, name, caption, "Main:GraphicsMenu_Click",
                   [this, click] { (this->*click)(); });
     };
     addChart("GraphicsGanttMenu", "&Mechanized Gantt", &MainForm::GraphicsGantt);
@@ -159,15 +159,15 @@ void MainForm::BuildMenus() {
     addChart("GraphicsStatusReportMenu", "&Status report", &MainForm::Chart);
 
     QMenu& output = newMenu("OutputMenu", "&Output");
-    AddAction(output, "OutputPrintMenu", "&Print", "MainForm:OutputPrintMenu_Click",
+    AddAction(output, "OutputPrintMenu", "&Print", "Main:OutputPrintMenu_Click",
               [this] { OutputPrint(); });
-    AddAction(output, "OutputCopyMenu", "&Copy", "MainForm:OutputCopyMenu_Click", [this] { OutputCopy(); });
+    AddAction(output, "OutputCopyMenu", "&Copy", "Main:OutputCopyMenu_Click", [this] { OutputCopy(); });
 
     QMenu& setup = newMenu("SetupMenu", "Set&up");
-    AddAction(setup, "SetupFontMenu", "&Font", "MainForm:SetupFontMenu_Click", [this] { SetupFont(); });
-    AddAction(setup, "SetupPrinterMenu", "&Printer", "MainForm:SetupPrinterMenu_Click",
+    AddAction(setup, "SetupFontMenu", "&Font", "Main:SetupFontMenu_Click", [this] { SetupFont(); });
+    AddAction(setup, "SetupPrinterMenu", "&Printer", "Main:SetupPrinterMenu_Click",
               [this] { SetupPrinter(); });
-    AddAction(setup, "SetupPreferencesMenu", "P&references", "MainForm:SetupPreferencesMenu_Click",
+    AddAction(setup, "SetupPreferencesMenu", "P&references", "Main:SetupPreferencesMenu_Click",
               [this] { PreferencesForm::Start(desktop_); });
 
     QMenu& help = newMenu("HelpMenu", "&Help");
@@ -181,11 +181,11 @@ void MainForm::BuildMenus() {
                  {"HelpIndexMenu", "&Index", "Index"},
                  {"HelpTechnicalSupportMenu", "Te&chnical support", "Technical Support"}};
     for (const auto& item : kHelp) {
-        AddAction(help, item.name, item.caption, "MainForm:HelpMenu_Click",
+        AddAction(help, item.name, item.caption, "Main:HelpMenu_Click",
                   [this, page = item.page] { DisplayHelpPage(page); });
     }
     help.addSeparator()->setObjectName("HelpSeparatorMenu");
-    AddAction(help, "HelpAboutMenu", "&About", "MainForm:HelpAboutMenu_Click",
+    AddAction(help, "HelpAboutMenu", "&About", "Main:HelpAboutMenu_Click",
               [this] { WelcomeForm::Start(desktop_); });
 }
 
@@ -256,7 +256,7 @@ void MainForm::BuildStatusBar() {
     solvePanel_->setAutoRaise(true);
     solvePanel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     connect(solvePanel_, &QToolButton::clicked, this,
-            [this] { desktop_.Run("MainForm:SolvePanelClick", [this] { SolvePanelClick(); }); });
+            [this] { desktop_.Run("Main:SolvePanelClick", [this] { SolvePanelClick(); }); });
     messagePanel_ = new ElidedLabel("MessagePanel");
     messagePanel_->setAccessibleName("Operation");
     messagePanel_->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);

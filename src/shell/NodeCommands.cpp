@@ -36,12 +36,12 @@ std::string WordOf(char kind) {
 NodeCommands::NodeCommands(Desktop& desktop, Trees& trees)
     : desktop_(desktop), trees_(trees), menu_(new QMenu(desktop.mainForm)) {
     menu_->setObjectName("PopupMainMenu");
-    modify_ = Add("PopupModifyMenu", "Modify", "MainForm:PopupModifyMenu_Click", [this] { Modify(); });
-    delete_ = Add("PopupDeleteMenu", "Delete", "MainForm:PopupDeleteMenu_Click", [this] { Delete(); });
-    Add("PopupExpandMenu", "Expand all", "MainForm:PopupExpandMenu_Click", [this] { GlobalExpand(true); });
-    Add("PopupContractMenu", "Contract all", "MainForm:PopupContractMenu_Click",
+    modify_ = Add("PopupModifyMenu", "Modify", "Main:PopupModifyMenu_Click", [this] { Modify(); });
+    delete_ = Add("PopupDeleteMenu", "Delete", "Main:PopupDeleteMenu_Click", [this] { Delete(); });
+    Add("PopupExpandMenu", "Expand all", "Main:PopupExpandMenu_Click", [this] { GlobalExpand(true); });
+    Add("PopupContractMenu", "Contract all", "Main:PopupContractMenu_Click",
         [this] { GlobalExpand(false); });
-    setActive_ = Add("PopupSetActiveMenu", "Set as active project", "MainForm:PopupSetActiveMenu_Click",
+    setActive_ = Add("PopupSetActiveMenu", "Set as active project", "Main:PopupSetActiveMenu_Click",
                      [this] { SetActive(); });
 }
 

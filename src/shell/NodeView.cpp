@@ -198,9 +198,9 @@ void NodeView::keyPressEvent(QKeyEvent* event) {
     if (key == Qt::Key_F1) {
         desktop_.Run("Trees:Tree_KeyDown", [this] { desktop_.mainForm->ContextHelp(); });
     } else if ((key == Qt::Key_Return || key == Qt::Key_Enter) && MyDragNode()) {
-        desktop_.Run("MainForm:PopupModifyMenu_Click", [&] { trees.Commands().Modify(); });
+        desktop_.Run("Main:PopupModifyMenu_Click", [&] { trees.Commands().Modify(); });
     } else if (key == Qt::Key_Delete && MyDragNode()) {
-        desktop_.Run("MainForm:PopupDeleteMenu_Click", [&] { trees.Commands().Delete(); });
+        desktop_.Run("Main:PopupDeleteMenu_Click", [&] { trees.Commands().Delete(); });
     } else if (key == Qt::Key_Asterisk) {
         expand(currentIndex());
     } else {

@@ -112,7 +112,7 @@ QWidget* PageSizeForm::NewFrame(int index, const QString& caption,
         auto* button = new QPushButton(text);
         button->setObjectName(QString("ContinueCommand(%1)").arg(number));
         connect(button, &QPushButton::clicked, this,
-                Command("PageSizeForm:ContinueCommand_Click",
+                Command("PageSize:ContinueCommand_Click",
                         [this, chosen = choice] { ContinueCommandClick(chosen); }));
         buttons_[static_cast<std::size_t>(number)] = button;
         column->addWidget(button);
@@ -140,7 +140,7 @@ void PageSizeForm::Refresh() {
 }
 
 void PageSizeForm::NewSolution() {
-    desktop_.Run("PageSizeForm:NewSolution", [this] {
+    desktop_.Run("PageSize:NewSolution", [this] {
         // A form that goes gives up its name and is deleted later.
         if (source_.FormName().isEmpty()) return Unload();
         Refresh();
@@ -171,7 +171,7 @@ void PageSizeForm::keyPressEvent(QKeyEvent* event) {
         EntryForm::keyPressEvent(event);
         return;
     }
-    desktop_.Run("PageSizeForm:Form_KeyDown",
+    desktop_.Run("PageSize:Form_KeyDown",
                  [this] { desktop_.mainForm->DisplayHelpPage("Print preview"); });
 }
 

@@ -37,7 +37,7 @@ TextField* RateCalculatorForm::Input(const char* name) {
     auto* box = new TextField(name, 12);
     box->setAlignment(Qt::AlignRight);
     connect(box, &QLineEdit::textChanged, this,
-            Command("RateCalculatorForm:Recompute", [this] { Recompute(); }));
+            Command("RateCalculator:Recompute", [this] { Recompute(); }));
     return box;
 }
 

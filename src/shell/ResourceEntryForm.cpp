@@ -106,7 +106,7 @@ QWidget* ResourceEntryForm::BuildRates() {
     calculator->setObjectName("RateCalculatorCommand");
     connect(
         calculator, &QPushButton::clicked, this,
-        Command("ResourceEntryForm:RateCalculatorCommand_Click", [this] { RateCalculatorCommandClick(); }));
+        Command("ResourceEntry:RateCalculatorCommand_Click", [this] { RateCalculatorCommandClick(); }));
     grid->addWidget(calculator, 2, 0, 1, 5, Qt::AlignRight);
     return group;
 }

@@ -40,14 +40,14 @@ SelectorBoxes::SelectorBoxes(Desktop& desktop)
     journal_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     journal_->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
     QObject::connect(project_, &QComboBox::textActivated, project_, [this](const QString& text) {
-        desktop_.Run("MainForm:ProjectCombo_Click", [&] { ProjectComboClick(S(text)); });
+        desktop_.Run("Main:ProjectCombo_Click", [&] { ProjectComboClick(S(text)); });
     });
     QObject::connect(template_, &QComboBox::textActivated, template_, [this](const QString& text) {
-        desktop_.Run("MainForm:TemplateCombo_Click", [&] { TemplateComboClick(S(text)); });
+        desktop_.Run("Main:TemplateCombo_Click", [&] { TemplateComboClick(S(text)); });
     });
     QObject::connect(journal_, &QComboBox::textActivated, journal_, [this](const QString& text) {
         const bool done =
-            desktop_.Run("MainForm:JournalCombo_Click", [&] { SelectJournal(desktop_.workspace, S(text)); });
+            desktop_.Run("Main:JournalCombo_Click", [&] { SelectJournal(desktop_.workspace, S(text)); });
         if (!done) UpdateJournalCombo();
     });
 }

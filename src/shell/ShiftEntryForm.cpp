@@ -100,7 +100,7 @@ QWidget* ShiftEntryForm::BuildDay() {
         button->setFocusPolicy(Qt::TabFocus);
         button->setEnabled(false);
         SetColour(*button, ShiftGrid::LetterColour(letter));
-        connect(button, &QPushButton::clicked, this, Command("ShiftEntryForm:GroupCommand_Click", [this, i] {
+        connect(button, &QPushButton::clicked, this, Command("ShiftEntry:GroupCommand_Click", [this, i] {
                     grid_->setFocus(Qt::OtherFocusReason);
                     grid_->ReplaceSelectedCells(kGroups[i].first);
                 }));

@@ -56,7 +56,7 @@ WelcomeForm::WelcomeForm(Desktop& desktop)
     auto* guideMe = new QPushButton("I'm new -- please guide me");
     guideMe->setObjectName("GuideMeCommand");
     connect(guideMe, &QPushButton::clicked, this,
-            Command("WelcomeForm:GuideMeCommand_Click", [this] { ExitScreen(true); }));
+            Command("Welcome:GuideMeCommand_Click", [this] { ExitScreen(true); }));
     AddButton(guideMe);
     CancelCommand().hide();
 }

@@ -11,7 +11,7 @@ class ZoomForm : public TableForm {
     static void Start(Desktop& desktop, DateTime day);
 
     void NewSolution() override {
-        desktop_.Run("ZoomForm:NewSolution", [this] { Refresh(); });
+        desktop_.Run("Zoom:NewSolution", [this] { Refresh(); });
     }
 
   private:
