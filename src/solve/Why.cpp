@@ -3,6 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
+
 namespace vortan {
 
 namespace {

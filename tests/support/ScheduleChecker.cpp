@@ -6,6 +6,13 @@
 #include <tuple>
 
 #include "model/Rounding.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vshift.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "support/LoadedPlan.h"
 
 namespace vortan {

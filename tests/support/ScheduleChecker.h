@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "model/Vtask.h"
 #include "model/Workspace.h"
 #include "solve/Solver.h"
 
