@@ -12,14 +12,15 @@ std::size_t Index(std::int32_t i) {
 
 }  // namespace
 
-void ReverseRun::Run(const Network& network, const ForwardRun& forward,
-                     const std::vector<double>& planFinish) {
+bool ReverseRun::Run(const Network& network, const ForwardRun& forward, const std::vector<double>& planFinish,
+                     const Network::Stop& stop) {
     const auto slices = network.Slices();
     const auto tasks = network.Tasks();
     slices_.resize(slices.size());
     tasks_.assign(tasks.size(), Late());
     // Successors lie behind a slice in the order, so going backwards each of them is done.
     for (std::size_t i = slices.size(); i-- > 0;) {
+        if (Network::GivesUp(i, stop)) return false;
         const auto& slice = slices[i];
         const auto& task = tasks[Index(slice.task)];
         double finish = planFinish[Index(task.project)];
@@ -31,17 +32,21 @@ void ReverseRun::Run(const Network& network, const ForwardRun& forward,
         slices_[i] = {finish - elapsed, finish};
     }
     for (std::size_t i = 0; i < slices.size(); ++i) {
+        if (Network::GivesUp(i, stop)) return false;
         if (tasks[Index(slices[i].task)].subproject >= 0) continue;
         if (slices[i].from == 0) tasks_[Index(slices[i].task)].start = slices_[i].start;
         if (slices[i].to == 100) tasks_[Index(slices[i].task)].finish = slices_[i].finish;
     }
-    LinkDates(network, forward);
+    return LinkDates(network, forward, stop);
 }
 
 /// A link's late dates are those of its subproject. Links lie behind the links inside of their subproject.
-void ReverseRun::LinkDates(const Network& network, const ForwardRun& forward) {
+bool ReverseRun::LinkDates(const Network& network, const ForwardRun& forward, const Network::Stop& stop) {
+    const auto slices = network.Slices();
     const auto tasks = network.Tasks();
-    for (const auto& slice : network.Slices()) {
+    for (std::size_t i = 0; i < slices.size(); ++i) {
+        if (Network::GivesUp(i, stop)) return false;
+        const auto& slice = slices[i];
         const auto& task = tasks[Index(slice.task)];
         if (task.subproject < 0 || slice.to != 100) continue;
         const auto& project = network.Projects()[Index(task.subproject)];
@@ -61,6 +66,7 @@ void ReverseRun::LinkDates(const Network& network, const ForwardRun& forward) {
         }
         late = {start + slack, finish + slack};
     }
+    return true;
 }
 
 }  // namespace vortan

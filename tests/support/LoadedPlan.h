@@ -1,5 +1,6 @@
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,7 +39,13 @@ class LoadedPlan {
 
 /// Everything that a solve leaves, one line a fact, with all digits: two solves agree exactly if the texts
 /// are equal. Projects and templates are listed by name, whatever their order in memory.
-std::string ResultText(LoadedPlan& plan);
+std::string ResultText(const LoadedPlan& plan);
+/// One such line.
+std::string FactLine(const std::string& name, std::initializer_list<double> values);
+/// "Project/7"; "-" for none.
+std::string NameOf(const Vtask* task);
+/// The first line in which two such texts differ; empty: none.
+std::string FirstDifference(const std::string& is, const std::string& should);
 
 std::string ReadTextFile(const std::string& path);
 /// The files of a directory with that extension (".vta"), sorted; none if there is no such directory.

@@ -51,6 +51,7 @@ class ScriptedPlatform : public Platform {
     std::vector<std::string> solveStatuses;
     bool solveTimerArmed = false;
     int beeps = 0;
+    std::string offered;  ///< by the last input box
 
     BoxAnswer MessageBox(const std::string& text, const std::string& title, BoxIcon,
                          BoxButtons buttons) override {
@@ -64,7 +65,9 @@ class ScriptedPlatform : public Platform {
         boxes_.pop_front();
         return answer;
     }
-    InputAnswer InputBox(const std::string& prompt, const std::string& title, const std::string&) override {
+    InputAnswer InputBox(const std::string& prompt, const std::string& title,
+                         const std::string& initial) override {
+        offered = initial;
         return Take(inputs_, "input box \"" + title + "\": " + prompt);
     }
     InputAnswer SaveFileDialog(const std::string&, const std::string& suggestedName) override {
