@@ -133,8 +133,8 @@ class Network {
         }
         return std::nullopt;
     }
-    /// Asked now and then in a long walk whether to give up. If it says so, memory may have been cleared,
-    /// this network included: whoever asked returns without another look at anything.
+    /// Asked now and then in the longer walks whether to give up. If it says so, memory may have been
+    /// cleared, this network included: whoever asked returns without another look at anything.
     using Stop = std::function<bool()>;
     /// Whether to give up at step `i` of a walk.
     static bool GivesUp(std::size_t i, const Stop& stop) {

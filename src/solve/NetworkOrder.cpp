@@ -220,16 +220,14 @@ bool Network::Level(const Stop& stop) {
     const std::size_t n = raw_.size();
     rawFirstEdge_.assign(n + 1, 0);
     count_.assign(n, 0);
-    for (std::size_t e = 0; e < rawEdges_.size(); ++e) {
-        if (GivesUp(e, stop)) return false;
-        ++rawFirstEdge_[Index(rawEdges_[e].from) + 1];
-        ++count_[Index(rawEdges_[e].to)];
+    for (const RawEdge& edge : rawEdges_) {
+        ++rawFirstEdge_[Index(edge.from) + 1];
+        ++count_[Index(edge.to)];
     }
     std::partial_sum(rawFirstEdge_.begin(), rawFirstEdge_.end(), rawFirstEdge_.begin());
     rawSuccessor_.resize(rawEdges_.size());
     place_.assign(rawFirstEdge_.begin(), rawFirstEdge_.end() - 1);
     for (std::size_t e = 0; e < rawEdges_.size(); ++e) {
-        if (GivesUp(e, stop)) return false;
         rawSuccessor_[Index(place_[Index(rawEdges_[e].from)]++)] = static_cast<std::int32_t>(e);
     }
     level_.assign(n, 0);
@@ -265,10 +263,7 @@ void Network::RankProjects() {
 bool Network::NumberSlices(const Stop& stop) {
     RankProjects();
     levelStart_.assign(raw_.size() + 1, 0);
-    for (std::size_t i = 0; i < queue_.size(); ++i) {
-        if (GivesUp(i, stop)) return false;
-        ++levelStart_[Index(level_[Index(queue_[i])]) + 1];
-    }
+    for (const std::int32_t slice : queue_) ++levelStart_[Index(level_[Index(slice)]) + 1];
     std::partial_sum(levelStart_.begin(), levelStart_.end(), levelStart_.begin());
     place_.assign(raw_.size(), -1);
     for (const std::int32_t p : projectRank_) {
@@ -314,9 +309,8 @@ bool Network::FillSlices(const Stop& stop) {
         }
     }
     for (std::size_t t = 0; t < tasks_.size(); ++t) tasks_[t].firstSlice = place_[Index(rawFirst_[t])];
-    for (std::size_t i = 0; i < sources_.size(); ++i) {
-        if (GivesUp(i, stop)) return false;
-        if (sources_[i].slice >= 0) sources_[i].slice = place_[Index(sources_[i].slice)];
+    for (Source& source : sources_) {
+        if (source.slice >= 0) source.slice = place_[Index(source.slice)];
     }
     return true;
 }

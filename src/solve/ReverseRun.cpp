@@ -32,21 +32,18 @@ bool ReverseRun::Run(const Network& network, const ForwardRun& forward, const st
         slices_[i] = {finish - elapsed, finish};
     }
     for (std::size_t i = 0; i < slices.size(); ++i) {
-        if (Network::GivesUp(i, stop)) return false;
         if (tasks[Index(slices[i].task)].subproject >= 0) continue;
         if (slices[i].from == 0) tasks_[Index(slices[i].task)].start = slices_[i].start;
         if (slices[i].to == 100) tasks_[Index(slices[i].task)].finish = slices_[i].finish;
     }
-    return LinkDates(network, forward, stop);
+    LinkDates(network, forward);
+    return true;
 }
 
 /// A link's late dates are those of its subproject. Links lie behind the links inside of their subproject.
-bool ReverseRun::LinkDates(const Network& network, const ForwardRun& forward, const Network::Stop& stop) {
-    const auto slices = network.Slices();
+void ReverseRun::LinkDates(const Network& network, const ForwardRun& forward) {
     const auto tasks = network.Tasks();
-    for (std::size_t i = 0; i < slices.size(); ++i) {
-        if (Network::GivesUp(i, stop)) return false;
-        const auto& slice = slices[i];
+    for (const auto& slice : network.Slices()) {
         const auto& task = tasks[Index(slice.task)];
         if (task.subproject < 0 || slice.to != 100) continue;
         const auto& project = network.Projects()[Index(task.subproject)];
@@ -66,7 +63,6 @@ bool ReverseRun::LinkDates(const Network& network, const ForwardRun& forward, co
         }
         late = {start + slack, finish + slack};
     }
-    return true;
 }
 
 }  // namespace vortan

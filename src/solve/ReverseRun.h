@@ -24,7 +24,7 @@ class ReverseRun {
     const std::vector<Late>& Tasks() const { return tasks_; }
 
   private:
-    bool LinkDates(const Network& network, const ForwardRun& forward, const Network::Stop& stop);
+    void LinkDates(const Network& network, const ForwardRun& forward);
 
     std::vector<Late> slices_, tasks_;
 };

@@ -308,10 +308,13 @@ void Solver::WriteResults() {
 void Solver::WriteDependencyDates(const Network::Task& task) {
     if (task.subproject >= 0) return;
     const auto slices = network_.Slices();
+    const bool complete = Index(run_.SlicesBegun()) == slices.size();
     for (const auto& source : network_.SourcesOf(task)) {
         if (source.slice < 0) continue;
-        std::int32_t looked = -1;
-        for (std::int32_t i = task.firstSlice; i >= 0 && i < run_.SlicesBegun(); i = slices[Index(i)].next) {
+        // The last look of a complete pass is behind everything.
+        std::int32_t looked = complete ? run_.SlicesBegun() : -1;
+        for (std::int32_t i = task.firstSlice; !complete && i >= 0 && i < run_.SlicesBegun();
+             i = slices[Index(i)].next) {
             if (task.effortUnits == 0 || slices[Index(i)].from >= source.toPercent) looked = i;
         }
         if (looked < 0) continue;

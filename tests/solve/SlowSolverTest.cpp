@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <map>
-
 #include "support/LoadedPlan.h"
 #include "support/Paths.h"
 #include "support/PlanGenerator.h"
@@ -24,13 +22,36 @@ std::string RealText(const LoadedPlan& plan) {
            ResultText(plan);
 }
 
-/// RealText by the slow solver, from a plan that the real one has solved. What a solve leaves alone is as in
-/// `before`, the same plan unsolved.
+/// What the slow solver found of a task. What a solve leaves alone is as in `old`, the same task unsolved.
+std::string SlowTaskText(SlowSolver& slow, const Vtask* task, const Vtask* old) {
+    SlowSolver::TaskResult result{old->EarlyStart().Days(), old->EarlyFinish().Days(),
+                                  old->LateStart().Days(),  old->LateFinish().Days(),
+                                  old->LaborCost(),         old->MaterialCost()};
+    const bool ran = slow.TheProblem().message.empty() || slow.TheProblem().assignment;
+    if (ran && task->Include()) {
+        const auto before = result;
+        result = slow.ResultOf(task);
+        if (!slow.Reversed()) {
+            result.lateStart = before.lateStart;
+            result.lateFinish = before.lateFinish;
+        }
+    }
+    std::string text = FactLine("task " + NameOf(task),
+                                {result.earlyStart, result.earlyFinish, result.lateStart, result.lateFinish,
+                                 result.laborCost.ToDouble(), result.materialCost.ToDouble()});
+    for (std::size_t i = 0; i < task->DependencyList().size(); ++i) {
+        const double kept = old->DependencyList()[i]->DepDate().Days();
+        text += FactLine("dependency of " + NameOf(task),
+                         {slow.DepDateOf(task->DependencyList()[i]).value_or(kept)});
+    }
+    return text;
+}
+
+/// RealText by the slow solver, from a plan that the real one has solved and the same plan unsolved.
 std::string SlowText(const LoadedPlan& plan, const LoadedPlan& before) {
     SlowSolver slow(plan.workspace);
     slow.Solve();
     const auto& problem = slow.TheProblem();
-    const bool ran = problem.message.empty() || problem.assignment;
     std::string text = ProblemLine(problem.task, problem.dependency, problem.assignment,
                                    {problem.date, problem.requestedHours, problem.assignedHours});
     text += (problem.message.empty() ? "Solve complete" : problem.message) + "\n";
@@ -41,37 +62,13 @@ std::string SlowText(const LoadedPlan& plan, const LoadedPlan& before) {
             {double(slice->fromPercent), double(slice->toPercent), slice->earlyStart, slice->earlyFinish,
              late * slice->lateStart, late * slice->lateFinish, slice->laborCost.ToDouble()});
     }
-    std::map<std::string, const Vproject*> projects;
-    for (const Vproject* project : plan.workspace.ProjectList()) projects[project->ProjectName()] = project;
-    for (const auto& [name, project] : projects) {
-        for (const Vtask* task : project->TaskList()) {
-            const Vtask* old = before.Task(name, task->TaskID());
-            SlowSolver::TaskResult result{old->EarlyStart().Days(), old->EarlyFinish().Days(),
-                                          old->LateStart().Days(),  old->LateFinish().Days(),
-                                          old->LaborCost(),         old->MaterialCost()};
-            if (ran && task->Include()) {
-                const auto late = result;
-                result = slow.ResultOf(task);
-                if (!slow.Reversed()) {
-                    result.lateStart = late.lateStart;
-                    result.lateFinish = late.lateFinish;
-                }
-            }
-            text += FactLine("task " + NameOf(task),
-                             {result.earlyStart, result.earlyFinish, result.lateStart, result.lateFinish,
-                              result.laborCost.ToDouble(), result.materialCost.ToDouble()});
-            for (std::size_t i = 0; i < task->DependencyList().size(); ++i) {
-                const double kept = old->DependencyList()[i]->DepDate().Days();
-                text += FactLine("dependency of " + NameOf(task),
-                                 {slow.DepDateOf(task->DependencyList()[i]).value_or(kept)});
-            }
-        }
+    for (const Vproject* project : SortedByKey(plan.workspace.ProjectList())) {
+        for (const Vtask* task : project->TaskList())
+            text += SlowTaskText(slow, task, before.Task(project->ProjectName(), task->TaskID()));
     }
-    std::map<std::string, const Vtemplate*> pools;
-    for (const Vtemplate* pool : plan.workspace.TemplateList()) pools[pool->TemplateName()] = pool;
-    for (const auto& [name, pool] : pools) {
+    for (const Vtemplate* pool : SortedByKey(plan.workspace.TemplateList())) {
         for (const Vresource* resource : pool->ResourceList()) {
-            text += "resource " + name + "/" + resource->Key() + "\n";
+            text += "resource " + pool->TemplateName() + "/" + resource->Key() + "\n";
             for (const auto& slot : slow.HeldSlots(resource)) {
                 text += FactLine("slot of " + NameOf(slot.task),
                                  {double(slot.type), slot.start, slot.end, slot.laborCost.ToDouble()});

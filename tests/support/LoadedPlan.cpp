@@ -12,17 +12,6 @@
 
 namespace vortan {
 
-namespace {
-
-template <class List>
-auto SortedByKey(const List& list) {
-    std::vector<std::decay_t<decltype(*list.begin())>> items(list.begin(), list.end());
-    std::sort(items.begin(), items.end(), [](auto* a, auto* b) { return a->Key() < b->Key(); });
-    return items;
-}
-
-}  // namespace
-
 void LoadedPlan::Load(std::string_view text) {
     try {
         TokenReader reader(text, "plan.vta");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -40,7 +41,13 @@ class LoadedPlan {
 /// Everything that a solve leaves, one line a fact, with all digits: two solves agree exactly if the texts
 /// are equal. Projects and templates are listed by name, whatever their order in memory.
 std::string ResultText(const LoadedPlan& plan);
-/// One such line.
+template <class List>
+auto SortedByKey(const List& list) {
+    std::vector<std::decay_t<decltype(*list.begin())>> items(list.begin(), list.end());
+    std::sort(items.begin(), items.end(), [](auto* a, auto* b) { return a->Key() < b->Key(); });
+    return items;
+}
+/// One line of it.
 std::string FactLine(const std::string& name, std::initializer_list<double> values);
 /// "Project/7"; "-" for none.
 std::string NameOf(const Vtask* task);
