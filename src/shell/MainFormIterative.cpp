@@ -3,6 +3,8 @@
 #include "charts/CrashForm.h"
 #include "charts/RiskForm.h"
 #include "model/NumberText.h"
+#include "model/Rounding.h"
+#include "model/ValueText.h"
 #include "paint/Text.h"
 #include "shell/ChartPage.h"
 #include "shell/CrashDataForm.h"
@@ -17,7 +19,7 @@ namespace vortan {
 std::optional<double> MainForm::AskNumber(
     const char* prompt, const char* title, double offered,
     const std::function<std::optional<std::string>(double)>& check) const {
-    std::string text = FormatNumber(offered);
+    std::string text = PlainNumber(offered);
     for (;;) {
         const InputAnswer answer = desktop_.platform.InputBox(prompt, title, text);
         const auto number = answer.given ? ParseNumber(answer.text) : std::nullopt;
@@ -31,11 +33,16 @@ std::optional<double> MainForm::AskNumber(
 
 void MainForm::RiskSolve(bool quick) {
     if (!desktop_.workspace.ThisProjectSolved()) return;
-    const auto iterations =
-        AskNumber("Enter the number of iterations to perform:", "Enter Number of Iterations", riskIterations_,
-                  [this](double number) { return desktop_.iterative.CheckRisk(number); });
-    if (!iterations || !desktop_.workspace.ThisProjectSolved()) return;
-    riskIterations_ = static_cast<std::int32_t>(*iterations);
+    // What rounds to 0 gives up as 0 does.
+    const auto check = [this](double number) -> std::optional<std::string> {
+        const std::int32_t rounded = RoundToInt32(number);
+        return rounded == 0 ? std::nullopt : desktop_.iterative.CheckRisk(rounded);
+    };
+    const auto answer = AskNumber("Enter the number of iterations to perform:", "Enter Number of Iterations",
+                                  riskIterations_, check);
+    const std::int32_t iterations = RoundToInt32(answer.value_or(0));
+    if (iterations == 0 || !desktop_.workspace.ThisProjectSolved()) return;
+    riskIterations_ = iterations;
     ProgressForm progress(this, quick ? "Quick risk solve" : "Detailed risk solve");
     const auto outcome = desktop_.iterative.RiskSolve(quick, riskIterations_, &progress);
     progress.hide();
@@ -44,11 +51,11 @@ void MainForm::RiskSolve(bool quick) {
 
 void MainForm::CrashSolve(bool quick) {
     if (!desktop_.workspace.ThisProjectSolved()) return;
-    if (Vproject* halting = IterativeSolve::FindHaltingProject(desktop_.workspace)) {
+    if (const Vproject* halting = IterativeSolve::FindHaltingProject(desktop_.workspace)) {
         const BoxAnswer answer = desktop_.platform.MessageBox(
             IterativeSolve::HaltRuleText(*halting) + "\r\n\r\nDo you want to change the solve rule?",
             "Halt Rule Must Be Changed", BoxIcon::Question, BoxButtons::YesNo);
-        if (answer == BoxAnswer::Yes) ProjectEntryForm::StartModify(desktop_, halting);
+        if (answer == BoxAnswer::Yes) ProjectEntryForm::StartModify(desktop_);
         return;
     }
     const auto increment = AskNumber("Enter the team increment:", "Enter Team Increment", teamIncrement_,

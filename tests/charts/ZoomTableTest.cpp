@@ -122,20 +122,5 @@ TEST_F(ZoomTableTest, RowsAreTheSlotsThatTasksHold) {
     EXPECT_EQ(Table(true, *miller, 99999), "");
 }
 
-/// A check that fails leaves the last bookings standing, under numbers that are not those of the resources
-/// any more.
-TEST_F(ZoomTableTest, TheLastBookingsStandWhenACheckFails) {
-    Vresource* other = plant->FindOrCreateResource(9);
-    Task(2, 8, miller);
-    plan.Solve();
-    const std::string before = Table(true, *miller, 37137);
-    Task(1, 8, other);
-    Task(3, 8, nullptr)->SetEffortUnits(-60);
-    plan.Solve();
-    ASSERT_EQ(plan.solver.SolveMessage(), "Effort without resources");
-    EXPECT_EQ(Table(true, *miller, 37137), before);
-    EXPECT_EQ(Keys(2), "31");
-}
-
 }  // namespace
 }  // namespace vortan
