@@ -64,12 +64,6 @@ void MainForm::ProjectDelete() {
 
 void MainForm::RemoveProjects(const std::vector<Vproject*>& removed) {
     Workspace& workspace = desktop_.workspace;
-    const auto goes = [&](const Vproject* project) {
-        return std::find(removed.begin(), removed.end(), project) != removed.end();
-    };
-    for (Vproject* child : workspace.ProjectList()) {
-        if (goes(child->Parent())) child->SetDirty(true);
-    }
     for (Vproject* project : removed) {
         project->Delete();
         workspace.FreeVobject(project);
@@ -77,7 +71,6 @@ void MainForm::RemoveProjects(const std::vector<Vproject*>& removed) {
     if (!workspace.ThisProject())
         workspace.SetThisProject(workspace.ProjectList().empty() ? nullptr : workspace.ProjectList()[0]);
     workspace.BroadcastNewThisProject();
-    workspace.RestartSolve();
 }
 
 void MainForm::TemplateDelete() {

@@ -45,7 +45,6 @@ void GenerateDummy(Desktop& desktop, Vproject& project, const std::vector<Link<V
     for (const Link<Vtask>& task : dangling) {
         if (task) AddDependency(*dummy, *task.Get(), 100);
     }
-    project.SetDirty(true);
     desktop.trees->ProjectTree().Start();
 }
 
@@ -88,7 +87,6 @@ void HandleMissingDep(Desktop& desktop, const Link<Vtask>& task) {
     if (!Ask(desktop, text, "Confirm Add Start-To-Start") || !task || !candidate) return;
     AddDependency(*task.Get(), *candidate.Get(), 0);
     desktop.trees->ProjectTree().RebuildTaskSubTree(*task.Get(), true);
-    task->Project()->SetDirty(true);
 }
 
 // ---- journals

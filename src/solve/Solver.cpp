@@ -299,7 +299,7 @@ void Solver::WriteResults() {
         task.SetEarlyFinish(DateTime(clock.finish));
         task.SetLaborCost(clock.laborCost);
         if (tasks[i].subproject >= 0 && tasks[i].firstSlice < run_.SlicesBegun()) {
-            task.SetMaterialCost(clock.materialCost);
+            task.SetSubprojectCost(clock.materialCost);
         }
         if (reversed_) {
             task.SetLateStart(DateTime(reverse_.Tasks()[i].start));
@@ -325,7 +325,7 @@ void Solver::WriteDependencyDates(const Network::Task& task) {
         }
         if (looked < 0) continue;
         const double date = source.slice < looked ? run_.SliceFinish()[Index(source.slice)] : 0;
-        source.object->SetDepDate(DateTime(date));
+        source.object->SetFoundDate(DateTime(date));
     }
 }
 

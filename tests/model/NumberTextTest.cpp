@@ -10,6 +10,12 @@
 namespace vortan {
 namespace {
 
+std::string FileDateText(DateTime date) {
+    std::string text;
+    AppendFileDate(text, date);
+    return text;
+}
+
 constexpr double kMax = std::numeric_limits<double>::max();
 constexpr std::int64_t kMaxUnits = std::numeric_limits<std::int64_t>::max();
 constexpr std::int64_t kMinUnits = std::numeric_limits<std::int64_t>::min();
@@ -179,10 +185,10 @@ TEST(NumberText, FileDatesAreReadByColumns) {
         {"09/03/2001 1:05:30 pm ", 37137 + 47130 / 86400.0},
     };
     for (const auto& [text, days] : cases) EXPECT_EQ(ParseFileDate(text), DateTime(days)) << text;
-    for (int i : {0, 1}) EXPECT_EQ(FormatFileDate(DateTime(cases[i].second)), cases[i].first);
-    EXPECT_EQ(FormatFileDate(DateTime(37137 + 86370.0 / 86400)), "09/03/2001 11:59pm");
-    EXPECT_EQ(FormatFileDate(DateTime(37137 + 59.9 / 86400)), "09/03/2001 12:01am");
-    EXPECT_EQ(FormatFileDate(DateTime(1e300)), "12/31/9999 11:59pm");
+    for (int i : {0, 1}) EXPECT_EQ(FileDateText(DateTime(cases[i].second)), cases[i].first);
+    EXPECT_EQ(FileDateText(DateTime(37137 + 86370.0 / 86400)), "09/03/2001 11:59pm");
+    EXPECT_EQ(FileDateText(DateTime(37137 + 59.9 / 86400)), "09/03/2001 12:01am");
+    EXPECT_EQ(FileDateText(DateTime(1e300)), "12/31/9999 11:59pm");
     for (const char* text :
          {"", "9/3/2001", "09/03/200", "13/03/2001", "02/30/2001", "09/03/0099", "ab/cd/efgh", "09/0x/2001",
           "09/03/2001 25:00", "09/03/2001 13:00pm", "09/03/2001 10:60am", "09/03/2001 10",
@@ -199,7 +205,7 @@ TEST(NumberText, FileDatesReadBackOnWholeMinutes) {
     for (int i = 0; i < 200000; ++i) {
         const auto day = static_cast<double>(first + static_cast<std::int64_t>(random() % days));
         const DateTime date = AddMinutes(DateTime(day), static_cast<std::int64_t>(random() % kMinutesPerDay));
-        const std::string text = FormatFileDate(date);
+        const std::string text = FileDateText(date);
         ASSERT_EQ(text.size(), 18u);
         ASSERT_EQ(ParseFileDate(text), date) << text;
     }
