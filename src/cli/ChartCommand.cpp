@@ -1,6 +1,7 @@
 #include "cli/ChartFile.h"
 #include "cli/Command.h"
 #include "cli/Session.h"
+#include "model/Vproject.h"
 
 namespace vortan {
 

@@ -4,6 +4,10 @@
 #include "cli/Session.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "persist/PlanFile.h"
 #include "solve/ProblemText.h"
 

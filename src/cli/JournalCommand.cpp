@@ -4,6 +4,8 @@
 #include "cli/Session.h"
 #include "model/JournalCommands.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vtemplate.h"
 
 namespace vortan {
 

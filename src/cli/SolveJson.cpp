@@ -3,6 +3,19 @@
 #include <algorithm>
 
 #include "cli/JsonWriter.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
+
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 
 namespace vortan {
 

@@ -3,6 +3,11 @@
 #include <algorithm>
 
 #include "model/NumberText.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vshift.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 
 namespace vortan {
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "model/OptionalField.h"
+#include "model/Vproject.h"
 #include "model/Workspace.h"
 #include "persist/TokenReader.h"
 

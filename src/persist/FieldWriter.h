@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "model/Vproject.h"
 #include "model/Workspace.h"
 
 namespace vortan {

@@ -3,6 +3,13 @@
 #include <algorithm>
 
 #include "model/ErrTrap.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vshift.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "persist/FieldReader.h"
 #include "persist/Records.h"
 

@@ -2,6 +2,13 @@
 
 #include <unordered_set>
 
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vshift.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "persist/FieldWriter.h"
 #include "persist/Records.h"
 

@@ -8,6 +8,8 @@
 
 #include "model/Characters.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vtemplate.h"
 #include "paint/Text.h"
 #include "shell/ProjectTreeForm.h"
 #include "shell/Trees.h"
@@ -71,8 +73,7 @@ AssignmentEntryForm::AssignmentEntryForm(Desktop& desktop, Vassignment* object, 
     LoadData();
     connect(template_, &QComboBox::activated, this,
             Command("AssignmentEntry:TemplateCombo_Click", [this] { TemplateComboClick(); }));
-    const auto choose =
-        Command("AssignmentEntry:ResourceIdCombo_Click", [this] { ResourceIdComboClick(); });
+    const auto choose = Command("AssignmentEntry:ResourceIdCombo_Click", [this] { ResourceIdComboClick(); });
     connect(resource_, &QComboBox::activated, this, choose);
     connect(resource_->lineEdit(), &QLineEdit::editingFinished, this, choose);
 }

@@ -8,6 +8,8 @@
 #include "model/Characters.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "paint/Text.h"
 #include "shell/ProjectTreeForm.h"
 #include "shell/Trees.h"

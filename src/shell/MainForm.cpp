@@ -8,6 +8,8 @@
 #include <algorithm>
 
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vtemplate.h"
 #include "paint/Text.h"
 #include "shell/ElidedLabel.h"
 #include "shell/FocusFrames.h"

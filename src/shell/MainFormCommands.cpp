@@ -7,6 +7,8 @@
 #include "charts/GanttForm.h"
 #include "model/JournalCommands.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vtemplate.h"
 #include "paint/Pictures.h"
 #include "paint/Text.h"
 #include "shell/CalendarForm.h"

@@ -4,6 +4,10 @@
 
 #include "model/Characters.h"
 #include "model/Fault.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "paint/Text.h"
 #include "shell/AssignmentEntryForm.h"
 #include "shell/DependencyEntryForm.h"
@@ -39,8 +43,7 @@ NodeCommands::NodeCommands(Desktop& desktop, Trees& trees)
     modify_ = Add("PopupModifyMenu", "Modify", "Main:PopupModifyMenu_Click", [this] { Modify(); });
     delete_ = Add("PopupDeleteMenu", "Delete", "Main:PopupDeleteMenu_Click", [this] { Delete(); });
     Add("PopupExpandMenu", "Expand all", "Main:PopupExpandMenu_Click", [this] { GlobalExpand(true); });
-    Add("PopupContractMenu", "Contract all", "Main:PopupContractMenu_Click",
-        [this] { GlobalExpand(false); });
+    Add("PopupContractMenu", "Contract all", "Main:PopupContractMenu_Click", [this] { GlobalExpand(false); });
     setActive_ = Add("PopupSetActiveMenu", "Set as active project", "Main:PopupSetActiveMenu_Click",
                      [this] { SetActive(); });
 }

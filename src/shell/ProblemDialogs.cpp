@@ -3,6 +3,10 @@
 #include <algorithm>
 
 #include "model/ValueText.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "shell/MainForm.h"
 #include "shell/NodeView.h"
 #include "shell/OverageForm.h"

@@ -6,6 +6,8 @@
 #include <utility>
 
 #include "model/KeyedList.h"
+#include "model/Vshift.h"
+#include "model/Vtemplate.h"
 #include "paint/Text.h"
 #include "shell/TemplateTreeForm.h"
 #include "shell/Trees.h"
@@ -104,9 +106,8 @@ QWidget* ResourceEntryForm::BuildRates() {
     grid->setColumnMinimumWidth(2, fontMetrics().averageCharWidth() * 2);
     auto* calculator = new QPushButton("Burdened rate &calculator");
     calculator->setObjectName("RateCalculatorCommand");
-    connect(
-        calculator, &QPushButton::clicked, this,
-        Command("ResourceEntry:RateCalculatorCommand_Click", [this] { RateCalculatorCommandClick(); }));
+    connect(calculator, &QPushButton::clicked, this,
+            Command("ResourceEntry:RateCalculatorCommand_Click", [this] { RateCalculatorCommandClick(); }));
     grid->addWidget(calculator, 2, 0, 1, 5, Qt::AlignRight);
     return group;
 }

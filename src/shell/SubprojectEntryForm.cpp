@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "model/Vproject.h"
 #include "paint/Text.h"
 #include "shell/Trees.h"
 

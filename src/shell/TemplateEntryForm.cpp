@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "model/Characters.h"
+#include "model/Vshift.h"
 #include "shell/TemplateTreeForm.h"
 #include "shell/Trees.h"
 

@@ -5,6 +5,8 @@
 #include <limits>
 
 #include "model/Rounding.h"
+#include "model/Vassignment.h"
+#include "model/Vtask.h"
 
 namespace vortan {
 

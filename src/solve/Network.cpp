@@ -5,6 +5,12 @@
 #include <limits>
 
 #include "model/Rounding.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vshift.h"
+#include "model/Vtask.h"
 
 namespace vortan {
 

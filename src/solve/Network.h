@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "model/Link.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "model/Workspace.h"
 #include "solve/Problem.h"
 

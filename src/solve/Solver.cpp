@@ -7,6 +7,12 @@
 #include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 
 namespace vortan {
 

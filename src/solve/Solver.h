@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "model/SolveService.h"
+#include "model/Vtask.h"
 #include "model/Workspace.h"
 #include "solve/Bookings.h"
 #include "solve/ForwardRun.h"

@@ -5,6 +5,11 @@
 #include <map>
 #include <span>
 
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
+
 namespace vortan {
 
 namespace {

@@ -1,6 +1,12 @@
 #include "charts/ZoomTable.h"
 
 #include "charts/FixedMetrics.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "support/LoadedPlan.h"
 
 namespace vortan {

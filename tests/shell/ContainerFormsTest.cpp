@@ -1,4 +1,8 @@
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vshift.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "shell/ProjectEntryForm.h"
 #include "shell/Shell.h"
 #include "shell/SubprojectEntryForm.h"

@@ -1,6 +1,7 @@
 #include <QProgressBar>
 #include <QRadioButton>
 
+#include "model/Vproject.h"
 #include "shell/ChartPage.h"
 #include "shell/ProgressForm.h"
 #include "shell/Shell.h"

@@ -1,3 +1,5 @@
+#include "model/Vresource.h"
+#include "model/Vtemplate.h"
 #include "shell/FormBench.h"
 #include "shell/ResourceEntryForm.h"
 

@@ -1,3 +1,6 @@
+#include "model/Vresource.h"
+#include "model/Vshift.h"
+#include "model/Vtemplate.h"
 #include "shell/ResourceEntryForm.h"
 
 #include "shell/FormBench.h"

@@ -1,3 +1,5 @@
+#include "model/Vshift.h"
+#include "model/Vtemplate.h"
 #include "shell/ShiftEntryForm.h"
 
 #include "shell/FormBench.h"

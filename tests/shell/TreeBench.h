@@ -5,6 +5,12 @@
 #include <QTest>
 #include <string>
 
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "paint/Text.h"
 #include "shell/DragDrop.h"
 #include "shell/MainForm.h"

@@ -1,3 +1,6 @@
+#include "model/Vassignment.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "solve/CrashSolve.h"
 
 #include <gtest/gtest.h>

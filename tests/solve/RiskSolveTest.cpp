@@ -1,3 +1,6 @@
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "solve/RiskSolve.h"
 
 #include <gtest/gtest.h>

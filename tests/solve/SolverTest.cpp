@@ -1,3 +1,7 @@
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "solve/Solver.h"
 
 #include <gtest/gtest.h>

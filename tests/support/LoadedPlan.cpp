@@ -8,6 +8,11 @@
 #include <sstream>
 
 #include "model/Fault.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "persist/Records.h"
 
 namespace vortan {

@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "model/Money.h"
 #include "model/Workspace.h"
 
 namespace vortan {
