@@ -20,33 +20,66 @@ struct FitField {
     }
 };
 
-/// For a class T that lists its stored fields once, in the order of the file: a static `Fields(self, visit)`
-/// that calls `visit(name, field, value when reset)` for each.
+/// Gives one value to a field, in all journals if it is one per journal.
+template <class Field, class T>
+void SetField(Field& field, const T& value) {
+    if constexpr (requires { field.SetSingle(value); }) {
+        field.SetSingle(value);
+    } else {
+        field = value;
+    }
+}
+
+/// For a class T that lists its stored fields once, in the order of the file, in a static
+/// `Fields(self, visit)`. It calls `visit(name, field, usual)` for each, `usual` being what Reset gives it.
+///
+/// A field that joined its class when plans without it had been written stands behind all others, in the
+/// order in which they joined, as `visit.Optional(name, field, usual)`: a file holds it only where it has
+/// another value.
 template <class T>
 class FieldList {
   public:
-    /// Calls `visit(name, field)` for every stored field.
+    /// Calls `visit(name, field)` for every stored field, and `visit.Optional(name, field, usual)` instead
+    /// where there is such a function and the field is one of those.
     template <class Visitor>
     void ForEachField(Visitor&& visit) {
-        T::Fields(static_cast<T&>(*this),
-                  [&](const char* name, auto& field, const auto&) { visit(name, field); });
+        T::Fields(static_cast<T&>(*this), Visit<Visitor>{visit});
     }
     template <class Visitor>
     void ForEachField(Visitor&& visit) const {
-        T::Fields(static_cast<const T&>(*this),
-                  [&](const char* name, const auto& field, const auto&) { visit(name, field); });
+        T::Fields(static_cast<const T&>(*this), Visit<Visitor>{visit});
     }
 
   protected:
-    void ResetFields() {
-        T::Fields(static_cast<T&>(*this), [](const char*, auto& field, const auto& value) {
-            if constexpr (IsJournaled<std::remove_reference_t<decltype(field)>>::value) {
-                field.SetSingle(value);
+    void ResetFields() { T::Fields(static_cast<T&>(*this), ResetVisit()); }
+
+  private:
+    template <class Visitor>
+    struct Visit {
+        Visitor& visit;
+        template <class Field, class Usual>
+        void operator()(const char* name, Field& field, const Usual&) const {
+            visit(name, field);
+        }
+        template <class Field, class Usual>
+        void Optional(const char* name, Field& field, const Usual& usual) const {
+            if constexpr (requires { visit.Optional(name, field, usual); }) {
+                visit.Optional(name, field, usual);
             } else {
-                field = value;
+                visit(name, field);
             }
-        });
-    }
+        }
+    };
+    struct ResetVisit {
+        template <class Field, class Usual>
+        void operator()(const char*, Field& field, const Usual& usual) const {
+            SetField(field, usual);
+        }
+        template <class Field, class Usual>
+        void Optional(const char*, Field& field, const Usual& usual) const {
+            SetField(field, usual);
+        }
+    };
 };
 
 }  // namespace vortan

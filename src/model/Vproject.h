@@ -152,7 +152,7 @@ class Vproject : public JournalOwner, public FieldList<Vproject> {
     std::string projectName_, description_, viewPassword_, modifyPassword_;
     std::int32_t planIndex_ = 0;
     Journaled<std::string> priority_;
-    Journaled<std::int32_t> solveRules_;
+    Journaled<SolveRule> solveRules_;
     Journaled<Link<Vproject>> parent_;
     Journaled<Link<Vresource>> manager_;
     NumberedList<Vtask> taskList_;
