@@ -78,11 +78,12 @@ class FieldReader {
         Many(name, field, [&] { return ReadBool(reader_); });
     }
     void operator()(const char* name, Journaled<std::int32_t>& field) {
-        if (std::string_view(name) == "SolveRules") {
-            Many(name, field, [&] { return ReadNumber(reader_, 0, 6, "a solve rule from 0 to 6"); });
-        } else {
-            Many(name, field, [&] { return ScanInt32(reader_.ReadToken()); });
-        }
+        Many(name, field, [&] { return ScanInt32(reader_.ReadToken()); });
+    }
+    void operator()(const char* name, Journaled<SolveRule>& field) {
+        Many(name, field, [&] {
+            return SolveRule{ReadNumber(reader_, 0, kSolveRules - 1, "a solve rule from 0 to 6")};
+        });
     }
     void operator()(const char* name, Journaled<std::uint8_t>& field) {
         Many(name, field, [&] { return ReadPercent(reader_); });

@@ -38,6 +38,9 @@ void AppendValue(std::string& out, std::uint8_t value) {
 void AppendValue(std::string& out, std::int32_t value) {
     AppendNumber(out, value);
 }
+void AppendValue(std::string& out, SolveRule value) {
+    AppendNumber(out, static_cast<std::int32_t>(value));
+}
 void AppendValue(std::string& out, float value) {
     AppendNumber(out, value);
 }
