@@ -34,6 +34,10 @@ void Solver::SetSolveMessage(std::string_view text) {
     workspace_.ThePlatform().SolveStatus(message_);
 }
 
+void Solver::Watch(const Vtask* task) {
+    watched_ = task;
+}
+
 void Solver::RestartSolve() {
     if (mode_ == SolveMode::Idle || mode_ == SolveMode::Halted) {
         SetMode(SolveMode::Restart);

@@ -83,7 +83,7 @@ class Solver : public SolveService {
     std::vector<Vslot> HeldSlots(const Vresource& resource, DaySpan days = {}) const;
 
     /// Records what this task finds in the next solves; none records nothing.
-    void Watch(const Vtask* task) { watched_ = task; }
+    void Watch(const Vtask* task);
     /// The slots of the watched task's resources on the days of its slices, slice by slice, resource by
     /// resource, day by day.
     std::vector<SlotSighting> Sightings() const;
