@@ -31,10 +31,10 @@ DateParts ToParts(DateTime date) {
         day = static_cast<std::int64_t>(kLastDay);
         second = kSecondsPerDay - 1;
     }
-    const std::chrono::year_month_day date(kDayZero + std::chrono::days(day));
-    return {static_cast<int>(date.year()),
-            static_cast<int>(static_cast<unsigned>(date.month())),
-            static_cast<int>(static_cast<unsigned>(date.day())),
+    const std::chrono::year_month_day onCalendar(kDayZero + std::chrono::days(day));
+    return {static_cast<int>(onCalendar.year()),
+            static_cast<int>(static_cast<unsigned>(onCalendar.month())),
+            static_cast<int>(static_cast<unsigned>(onCalendar.day())),
             second / 3600,
             second / 60 % 60,
             second % 60};

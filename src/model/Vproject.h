@@ -15,7 +15,8 @@ namespace vortan {
 class Vresource;
 class Vtask;
 
-/// What a project's tasks may use beyond normal time, and what happens on a day that is short of it.
+/// What a project's tasks may use beyond normal time, and what happens on a day that is short of it. The
+/// numbers are those of the files.
 enum class SolveRule : std::int32_t {
     NormalHalt = 0,
     NormalExtend = 1,
@@ -25,27 +26,22 @@ enum class SolveRule : std::int32_t {
     DayExtend = 5,
     Unlimited = 6,  ///< what does not fit counts as worked
 };
+constexpr int kSolveRules = 7;
 
-/// Whether the solve stops at a day that is short of time.
+/// What of a day may be drawn on, each including the one before.
+enum class Reach : std::uint8_t { NormalTime = 0, Overtime = 1, WholeDay = 2 };
+constexpr Reach ReachOf(SolveRule rule) {
+    return rule <= SolveRule::NormalExtend     ? Reach::NormalTime
+           : rule <= SolveRule::OvertimeExtend ? Reach::Overtime
+                                               : Reach::WholeDay;
+}
+/// Whether the solve halts on a day that is short because of another task.
 constexpr bool Halts(SolveRule rule) {
-    return rule != SolveRule::Unlimited && static_cast<int>(rule) % 2 == 0;
-}
-/// What of a day may be used: 0 normal time, 1 overtime too, 2 all of it, 3 without limit.
-constexpr int Reach(SolveRule rule) {
-    return static_cast<int>(rule) / 2;
+    return rule == SolveRule::NormalHalt || rule == SolveRule::OvertimeHalt || rule == SolveRule::DayHalt;
 }
 
-// As they are stored.
-constexpr auto kNormalHalt = static_cast<std::int32_t>(SolveRule::NormalHalt);
-constexpr auto kNormalExtend = static_cast<std::int32_t>(SolveRule::NormalExtend);
-constexpr auto kOvertimeHalt = static_cast<std::int32_t>(SolveRule::OvertimeHalt);
-constexpr auto kOvertimeExtend = static_cast<std::int32_t>(SolveRule::OvertimeExtend);
-constexpr auto kDayHalt = static_cast<std::int32_t>(SolveRule::DayHalt);
-constexpr auto kDayExtend = static_cast<std::int32_t>(SolveRule::DayExtend);
-constexpr auto kUnlimited = static_cast<std::int32_t>(SolveRule::Unlimited);
-
-/// The text of a solve rule, 0 to 6, as the entry screens list it. Out of range: Fault.
-const char* SolveRuleText(std::int32_t rule);
+/// The text of a solve rule as the entry screens list it. Out of range: Fault.
+const char* SolveRuleText(SolveRule rule);
 
 /// A set of tasks with a name, a solve rule and a priority, in a row of dated journals.
 class Vproject : public JournalOwner, public FieldList<Vproject> {
@@ -79,8 +75,8 @@ class Vproject : public JournalOwner, public FieldList<Vproject> {
     /// Solve order among projects: a text, compared as text.
     std::string Priority() const { return priority_.At(CurrentIndex()); }
     void SetPriority(const std::string& value) { LetField(*this, this, priority_, value); }
-    std::int32_t SolveRules() const { return solveRules_.At(CurrentIndex()); }
-    void SetSolveRules(std::int32_t value) { LetField(*this, this, solveRules_, value); }
+    SolveRule SolveRules() const { return solveRules_.At(CurrentIndex()); }
+    void SetSolveRules(SolveRule value) { LetField(*this, this, solveRules_, value); }
     /// The project that holds this one as a subproject.
     Vproject* Parent() const { return parent_.At(CurrentIndex()).Get(); }
     Vproject* ParentAt(std::int32_t journalIndex) const { return parent_.At(journalIndex).Get(); }
@@ -126,9 +122,6 @@ class Vproject : public JournalOwner, public FieldList<Vproject> {
     /// count as changed.
     void Delete();
 
-    /// Index of this project in the network being built; means nothing outside of that.
-    std::int32_t solveIndex = -1;
-
   protected:
     void JournalsChanging() override { Changing(*this, ChangeKind::Journals); }
     void ChangeNumJournals() override;
@@ -136,19 +129,21 @@ class Vproject : public JournalOwner, public FieldList<Vproject> {
 
   private:
     friend class FieldList<Vproject>;
+    friend class Network;
     friend class Vtask;
 
     /// Behind the journal dates.
     template <class Self, class Visitor>
     static void Fields(Self& self, Visitor&& visit) {
         visit("Priority", self.priority_, std::string("1"));
-        visit("SolveRules", self.solveRules_, kNormalHalt);
+        visit("SolveRules", self.solveRules_, SolveRule::NormalHalt);
         visit("Parent", self.parent_, Link<Vproject>());
         visit("Manager", self.manager_, Link<Vresource>());
     }
     struct Span;
     Span SpanAt(std::int32_t journalIndex) const;
 
+    std::int32_t solveIndex_ = -1;  ///< in the network made last; means nothing outside of it
     std::string projectName_, description_, viewPassword_, modifyPassword_;
     std::int32_t planIndex_ = 0;
     Journaled<std::string> priority_;

@@ -12,7 +12,7 @@ void Vresource::Reset() {
     SetResourceID(0);
     template_ = nullptr;
     ResetFields();
-    solveIndex = -1;
+    solveIndex_ = -1;
 }
 
 void Vresource::SetTemplate(Vtemplate* value) {

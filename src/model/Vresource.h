@@ -68,11 +68,9 @@ class Vresource : public JournaledObject<Vresource> {
     /// the ResourceList.
     void Delete();
 
-    /// Index of this resource in the network being built; means nothing outside of that.
-    std::int32_t solveIndex = -1;
-
   private:
     friend class FieldList<Vresource>;
+    friend class Network;
 
     /// Behind the ResourceID.
     template <class Self, class Visitor>
@@ -89,6 +87,7 @@ class Vresource : public JournaledObject<Vresource> {
         WorkDays::Fields(self.workDays_, visit);
     }
 
+    std::int32_t solveIndex_ = -1;  ///< in the network made last; means nothing outside of it
     std::int32_t resourceID_ = 0;
     Vtemplate* template_ = nullptr;
     std::string description_;

@@ -18,7 +18,7 @@ void Vtask::Reset() {
     SetTaskID(0);
     project_ = nullptr;
     ResetFields();
-    solveIndex = -1;
+    solveIndex_ = -1;
 }
 
 void Vtask::SetProject(Vproject* project) {

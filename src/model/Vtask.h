@@ -97,6 +97,7 @@ class alignas(64) Vtask : public JournaledObject<Vtask> {
 
   private:
     friend class FieldList<Vtask>;
+    friend class Network;
     friend class Vdependency;
     friend class Vassignment;
 
@@ -121,12 +122,7 @@ class alignas(64) Vtask : public JournaledObject<Vtask> {
 
     // What a dependency of another task asks of this one shares a cache line.
     std::int32_t taskID_ = 0;
-
-  public:
-    /// Index of this task in the network being built; means nothing outside of that.
-    std::int32_t solveIndex = -1;
-
-  private:
+    std::int32_t solveIndex_ = -1;  ///< in the network made last; means nothing outside of it
     Vproject* project_ = nullptr;
     Link<Vproject> subproject_;
     std::vector<Vdependency*> dependencyList_;

@@ -2,6 +2,13 @@
 
 #include <functional>
 
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vshift.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "support/ModelBench.h"
 
 namespace vortan {
@@ -26,6 +33,7 @@ class ChangeTest : public testing::Test, public Listener {
     std::vector<Change> ChangesOf(const std::function<void()>& command,
                                   const std::vector<JournalOwner*>& dirty) {
         for (JournalOwner* owner : Owners()) owner->SetDirty(false);
+        model.workspace.DeliverChanges();
         model.solver.restarts = 0;
         heard.clear();
         command();
@@ -67,7 +75,7 @@ TEST_F(ChangeTest, EverySetterTellsOnceOfWhatDiffers) {
     project_("ModifyPassword", [&] { project->SetModifyPassword("x"); });
     project_("PlanIndex", [&] { project->SetPlanIndex(2); });
     project_("Priority", [&] { project->SetPriority("9"); });
-    project_("SolveRules", [&] { project->SetSolveRules(kUnlimited); });
+    project_("SolveRules", [&] { project->SetSolveRules(SolveRule::Unlimited); });
     project_("Parent", [&] { project->SetParent(other); });
     project_("Manager", [&] { project->SetManager(resource); });
     row(
@@ -134,8 +142,9 @@ TEST_F(ChangeTest, EverySetterTellsOnceOfWhatDiffers) {
     const std::string results = "LaborCost EarlyStart EarlyFinish LateStart LateFinish";
     const auto complete = [&](const auto& object) {
         object.ForEachField([&](const char* name, const auto& field) {
-            if constexpr (IsJournaled<std::decay_t<decltype(field)>>::value)
+            if constexpr (IsJournaled<std::decay_t<decltype(field)>>::value) {
                 EXPECT_NE(field.IsArray(), results.find(name) != std::string::npos) << name;
+            }
         });
     };
     complete(*project);
@@ -163,7 +172,8 @@ TEST_F(ChangeTest, JoiningAndLeavingIsTold) {
     EXPECT_EQ(ChangesOf([&] { made->SetTaskID(2); }, {project}), std::vector{Of(made, Joined)});
     Vdependency* second = nullptr;
     const auto join = [&] { second = model.Dependency(made, task); };
-    EXPECT_EQ(ChangesOf(join, {project}), (std::vector{Of(second, Joined), Of(second)}));
+    const auto joined = ChangesOf(join, {project});
+    EXPECT_EQ(joined, (std::vector{Of(second, Joined), Of(second)}));
     // Made in the second journal, they end in all that have them.
     const auto gone = std::vector{Of(made), Of(first, Left), Of(second, Left), Of(made, Left)};
     EXPECT_EQ(ChangesOf([&] { made->Delete(); }, {project}), gone);
@@ -186,6 +196,7 @@ TEST_F(ChangeTest, ASubprojectChangesWithTheTaskThatHoldsIt) {
     EXPECT_EQ(ChangesOf([&] { task->SetSubproject(other); }, {project, other}), both);
     const auto left = std::vector{Of(other), Of(project, ChangeKind::Left)};
     EXPECT_EQ(ChangesOf([&] { project->Delete(); }, {project, other}), left);
+    model.workspace.FreeVobject(project);
 }
 
 TEST_F(ChangeTest, ResultsJournalsAndFilesAskForNoSolve) {

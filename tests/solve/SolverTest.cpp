@@ -288,7 +288,7 @@ TEST_F(SolverTest, AClockThatPassesTheLastYearHalts) {
 /// Task 9 cannot have what task 2 holds. A dependency has the date of the last look at it, if there was one:
 /// the slice of task 3 that waits, and task 7, have not begun; task 5 looked before task 8 was placed.
 TEST_F(SolverTest, AHaltLeavesDatesOfDependenciesAsTheyWereAtTheLastLook) {
-    Vproject* project = plan.Project(kNormalHalt);
+    Vproject* project = plan.Project(SolveRule::NormalHalt);
     plan.AddTask(1, 60, {60});
     for (const int id : {3, 4, 5}) plan.AddTask(id, id == 3 ? 1440 : 0, {600});
     plan.AddTask(8, 60, {60});

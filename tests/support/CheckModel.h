@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
+#include <utility>
 
 #include "model/Vassignment.h"
 #include "model/Vdependency.h"
