@@ -81,9 +81,8 @@ class FieldReader {
         Many(name, field, [&] { return ScanInt32(reader_.ReadToken()); });
     }
     void operator()(const char* name, Journaled<SolveRule>& field) {
-        Many(name, field, [&] {
-            return SolveRule{ReadNumber(reader_, 0, kSolveRules - 1, "a solve rule from 0 to 6")};
-        });
+        Many(name, field,
+             [&] { return SolveRule{ReadNumber(reader_, 0, kSolveRules - 1, "a solve rule from 0 to 6")}; });
     }
     void operator()(const char* name, Journaled<std::uint8_t>& field) {
         Many(name, field, [&] { return ReadPercent(reader_); });
