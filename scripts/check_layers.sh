@@ -21,6 +21,9 @@ done
 for folder in "${core[@]}"; do
     forbid "$folder" '#include [<"]Q[A-Z]' "use the toolkit"
 done
+for folder in persist charts paint shell cli; do
+    forbid "$folder" '#include "solve/(Solution|Network|Bookings|ForwardRun|ReverseRun)\.h"' "see behind solve/Solver.h"
+done
 forbid cli '#include ["<]shell/' "include shell"
 forbid cli '#include [<"]Q(Application|Widget|Dialog|MessageBox|MainWindow)' "open windows"
 forbid shell '#include ["<]cli/' "include cli"

@@ -8,6 +8,7 @@
 #include "model/Vresource.h"
 #include "model/Vtask.h"
 #include "model/Vtemplate.h"
+#include "solve/Solver.h"
 
 namespace vortan {
 namespace {
@@ -35,18 +36,6 @@ const char* RateText(int slotType) {
     }
 }
 
-/// The task that holds a slot; none for a free one, and for a task that was deleted since the solve.
-const Vtask* HolderOf(const Network& network, const SlotView& slot) {
-    return slot.task < 0 ? nullptr : network.Tasks()[static_cast<std::size_t>(slot.task)].object.Get();
-}
-
-void UpdateKeyType(int& key, const Solver& solver, std::int32_t resource, std::int32_t day) {
-    solver.TheBookings().ForEachSlot(resource, day, [&](const SlotView& slot) {
-        if (key < kOverloadKey && HolderOf(solver.TheNetwork(), slot))
-            key = std::max(key, SlotTypeOf(slot.kind));
-    });
-}
-
 }  // namespace
 
 const DayKeyLook& LookOf(int key) {
@@ -59,18 +48,15 @@ std::vector<int> DayKeysOfYear(const Solver& solver, int year) {
     const auto last = static_cast<std::int32_t>(FromParts({year, 12, 31}).Days());
     std::vector<int> keys;
     for (std::int32_t day = first; day <= last; ++day) {
-        const int weekday = WeekdayIndex(day);
-        keys.push_back(weekday == 0 || weekday == 6 ? kWeekendKey : kWeekdayKey);
+        const int weekday = Weekday(DateTime(day));
+        keys.push_back(weekday == 1 || weekday == 7 ? kWeekendKey : kWeekdayKey);
     }
-    const auto resources = solver.TheNetwork().Resources();
-    for (std::size_t i = 0; i < resources.size(); ++i) {
-        const Vresource* resource = resources[i].object.Get();
-        if (!resource || !resource->Template() || !resource->Include()) continue;
-        const auto index = static_cast<std::int32_t>(i);
-        std::int32_t from, to;
-        solver.TheBookings().DayRange(index, from, to);
-        for (std::int32_t day = std::max(from, first); day < std::min(to, last + 1); ++day)
-            UpdateKeyType(keys[static_cast<std::size_t>(day - first)], solver, index, day);
+    for (const Vresource* resource : solver.WantedResources()) {
+        if (!resource->Template() || !resource->Include()) continue;
+        for (const Vslot& slot : solver.HeldSlots(*resource, {first, last + 1})) {
+            int& key = keys[static_cast<std::size_t>(slot.startTime.WholeDay() - first)];
+            key = std::max(key, slot.slotType);
+        }
     }
     return keys;
 }
@@ -91,13 +77,10 @@ void StartZoomVwindow(Vwindow& window, bool showResource) {
 
 void FillInZoomVwindow(Vwindow& window, bool showResource, const Solver& solver, const Vresource& resource,
                        DateTime day) {
-    const Network& network = solver.TheNetwork();
-    const std::int32_t index = network.IndexOf(&resource);
-    if (index < 0) return;
     const auto timeOf = [](DateTime when) { return FormatDate(DateTime(when.Days() - when.WholeDay())); };
-    const auto add = [&](const SlotView& slot) {
-        const Vtask* task = HolderOf(network, slot);
-        if (!task) return;
+    const auto number = static_cast<std::int32_t>(day.WholeDay());
+    for (const Vslot& slot : solver.HeldSlots(resource, {number, number + 1})) {
+        const Vtask* task = slot.taskRequired;
         window.AddRow();
         const int row = window.Rows() - 1;
         int col = 0;
@@ -105,15 +88,13 @@ void FillInZoomVwindow(Vwindow& window, bool showResource, const Solver& solver,
             window.SetCell(row, col++, resource.Template() ? resource.Template()->TemplateName() : "");
             window.SetCell(row, col++, resource.BuildNodeText());
         }
-        const int type = SlotTypeOf(slot.kind);
         for (const std::string& text : {timeOf(slot.startTime), timeOf(slot.endTime),
                                         task->Project() ? task->Project()->BuildNodeText() : "",
-                                        task->BuildNodeText(), std::string(RateText(type))}) {
+                                        task->BuildNodeText(), std::string(RateText(slot.slotType))}) {
             window.SetCell(row, col, text);
-            window.SetCellColor(row, col++, LookOf(type).color);
+            window.SetCellColor(row, col++, LookOf(slot.slotType).color);
         }
-    };
-    solver.TheBookings().ForEachSlot(index, static_cast<std::int32_t>(day.WholeDay()), add);
+    }
 }
 
 }  // namespace vortan

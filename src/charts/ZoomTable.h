@@ -4,10 +4,13 @@
 #include <vector>
 
 #include "charts/Vwindow.h"
-#include "solve/Solver.h"
+#include "model/DateTime.h"
 
 /// What is booked on a day: the kind of a whole day for the calendar, and the table of one day.
 namespace vortan {
+
+class Solver;
+class Vresource;
 
 /// The kinds of days, from 1 on. Of all that a day holds the highest one counts; those from kNormalKey on are
 /// the slot types.

@@ -16,6 +16,7 @@
 #include "model/Vresource.h"
 #include "model/Vtask.h"
 #include "model/Vtemplate.h"
+#include "model/Workspace.h"
 
 namespace vortan {
 

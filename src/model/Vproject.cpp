@@ -12,16 +12,17 @@
 
 namespace vortan {
 
-const char* SolveRuleText(std::int32_t rule) {
-    static constexpr const char* kTexts[] = {"Normal only, halt if more needed",
+const char* SolveRuleText(SolveRule rule) {
+    static constexpr const char* kTexts[kSolveRules] = {"Normal only, halt if more needed",
                                              "Normal only, extend if more needed",
                                              "Normal and overtime, halt if more needed",
                                              "Normal and overtime, extend if more needed",
                                              "Up to 24 hours, halt if more needed",
                                              "Up to 24 hours, extend if more needed",
                                              "Unlimited hours per day"};
-    if (rule < kNormalHalt || rule > kUnlimited) RefuseIn("Vproject:SolveRuleText", "Assertion failed");
-    return kTexts[rule];
+    if (rule < SolveRule::NormalHalt || rule > SolveRule::Unlimited)
+        RefuseIn("Vproject:SolveRuleText", "Assertion failed");
+    return kTexts[static_cast<int>(rule)];
 }
 
 Vproject::Vproject(Workspace& workspace) : JournalOwner(workspace) {
@@ -37,7 +38,7 @@ void Vproject::Reset() {
     planIndex_ = 0;
     ResetJournals();
     priority_.SetSingle("1");
-    solveRules_.SetSingle(kNormalHalt);
+    solveRules_.SetSingle(SolveRule::NormalHalt);
     parent_.SetSingle({});
     manager_.SetSingle({});
 }

@@ -14,19 +14,33 @@ namespace vortan {
 class Vresource;
 class Vtask;
 
-/// What a project's tasks may use beyond normal time, and what happens on a day that is short of it.
-enum SolveRule : std::int32_t {
-    kNormalHalt = 0,
-    kNormalExtend = 1,
-    kOvertimeHalt = 2,
-    kOvertimeExtend = 3,
-    kDayHalt = 4,  ///< up to 24 hours a day
-    kDayExtend = 5,
-    kUnlimited = 6,  ///< what does not fit counts as worked
+/// What a project's tasks may use beyond normal time, and what happens on a day that is short of it. The
+/// numbers are those of the files.
+enum class SolveRule : std::int32_t {
+    NormalHalt = 0,
+    NormalExtend = 1,
+    OvertimeHalt = 2,
+    OvertimeExtend = 3,
+    DayHalt = 4,  ///< up to 24 hours a day
+    DayExtend = 5,
+    Unlimited = 6,  ///< what does not fit counts as worked
 };
+constexpr int kSolveRules = 7;
 
-/// The text of a solve rule, 0 to 6, as the entry screens list it. Out of range: Fault.
-const char* SolveRuleText(std::int32_t rule);
+/// What of a day may be drawn on, each including the one before.
+enum class Reach : std::uint8_t { NormalTime = 0, Overtime = 1, WholeDay = 2 };
+constexpr Reach ReachOf(SolveRule rule) {
+    return rule <= SolveRule::NormalExtend     ? Reach::NormalTime
+           : rule <= SolveRule::OvertimeExtend ? Reach::Overtime
+                                               : Reach::WholeDay;
+}
+/// Whether the solve halts on a day that is short because of another task.
+constexpr bool Halts(SolveRule rule) {
+    return rule == SolveRule::NormalHalt || rule == SolveRule::OvertimeHalt || rule == SolveRule::DayHalt;
+}
+
+/// The text of a solve rule as the entry screens list it. Out of range: Fault.
+const char* SolveRuleText(SolveRule rule);
 
 /// A set of tasks with a name, a solve rule and a priority, in a row of dated journals.
 class Vproject : public JournalOwner {
@@ -57,8 +71,8 @@ class Vproject : public JournalOwner {
     /// Solve order among projects: a text, compared as text.
     std::string Priority() const { return priority_.At(CurrentIndex()); }
     void SetPriority(const std::string& value) { LetField(priority_, value); }
-    std::int32_t SolveRules() const { return solveRules_.At(CurrentIndex()); }
-    void SetSolveRules(std::int32_t value) { LetField(solveRules_, static_cast<SolveRule>(value)); }
+    SolveRule SolveRules() const { return solveRules_.At(CurrentIndex()); }
+    void SetSolveRules(SolveRule value) { LetField(solveRules_, value); }
     /// The project that holds this one as a subproject.
     Vproject* Parent() const { return parent_.At(CurrentIndex()).Get(); }
     Vproject* ParentAt(std::int32_t journalIndex) const { return parent_.At(journalIndex).Get(); }
@@ -112,14 +126,13 @@ class Vproject : public JournalOwner {
     /// Used by a task that joins, leaves or changes its number.
     NumberedList<Vtask>& TaskListOfOwner() { return taskList_; }
 
-    /// Index of this project in the network being built; means nothing outside of that.
-    std::int32_t solveIndex = -1;
-
   protected:
     void ChangeNumJournals() override;
     void FitJournals() override;
 
   private:
+    friend class Network;
+    std::int32_t solveIndex_ = -1;  ///< in the network made last; means nothing outside of it
     std::string projectName_, description_, viewPassword_, modifyPassword_;
     std::int32_t planIndex_ = 0;
     Journaled<std::string> priority_;

@@ -21,7 +21,7 @@ void Vresource::Reset() {
     holidayRate_.SetSingle({});
     shift_.SetSingle({});
     workDays_.Reset();
-    solveIndex = -1;
+    solveIndex_ = -1;
 }
 
 void Vresource::SetTemplate(Vtemplate* value) {

@@ -82,10 +82,9 @@ class Vresource : public VObject {
         workDays_.ForEachField(visit);
     }
 
-    /// Index of this resource in the network being built; means nothing outside of that.
-    std::int32_t solveIndex = -1;
-
   private:
+    friend class Network;
+
     std::int32_t Index() const { return template_ ? template_->CurrentIndex() : 0; }
     template <class Field, class T>
     void Let(Field& field, T value) {
@@ -96,6 +95,7 @@ class Vresource : public VObject {
         }
     }
 
+    std::int32_t solveIndex_ = -1;  ///< in the network made last; means nothing outside of it
     std::int32_t resourceID_ = 0;
     Vtemplate* template_ = nullptr;
     std::string description_;

@@ -31,7 +31,7 @@ void Vtask::Reset() {
     earlyFinish_.SetSingle({});
     lateStart_.SetSingle({});
     lateFinish_.SetSingle({});
-    solveIndex = -1;
+    solveIndex_ = -1;
 }
 
 void Vtask::SetProject(Vproject* project) {

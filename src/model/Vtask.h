@@ -113,6 +113,8 @@ class alignas(64) Vtask : public VObject {
     }
 
   private:
+    friend class Network;
+
     std::int32_t Index() const { return project_ ? project_->CurrentIndex() : 0; }
     template <class Field, class T>
     void Let(Field& field, T value) {
@@ -125,12 +127,7 @@ class alignas(64) Vtask : public VObject {
 
     // What a dependency of another task asks of this one shares a cache line.
     std::int32_t taskID_ = 0;
-
-  public:
-    /// Index of this task in the network being built; means nothing outside of that.
-    std::int32_t solveIndex = -1;
-
-  private:
+    std::int32_t solveIndex_ = -1;  ///< in the network made last; means nothing outside of it
     Vproject* project_ = nullptr;
     Link<Vproject> subproject_;
     JournaledInclude include_;

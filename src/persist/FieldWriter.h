@@ -69,7 +69,7 @@ class FieldWriter {
     void Value(double value);
     void Value(Money value);
     void Value(DateTime value);
-    void Value(SolveRule value) { Value(std::int32_t{value}); }
+    void Value(SolveRule value) { Value(static_cast<std::int32_t>(value)); }
     void Value(const Link<Vproject>& link);
     void Value(const Link<Vtask>& link);
     void Value(const Link<Vresource>& link);

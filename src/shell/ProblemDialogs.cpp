@@ -152,14 +152,15 @@ bool StandsStill(const SolveProblem& problem) {
 
 void SolvePanelClick(Desktop& desktop) {
     if (desktop.solver.Mode() != SolveMode::Halted) return;
-    const SolveProblem problem = desktop.solver.Problem().value_or(SolveProblem());
-    const std::string word = problem.message.substr(0, problem.message.find(' '));
-    if (word == "Dangling") return HandleDanglingTask(desktop);
-    if (word == "Journal") return ExplainJournalSync(desktop);
+    using Kind = SolveProblem::Kind;
+    if (!desktop.solver.Problem()) return desktop.workspace.RestartSolve();
+    const SolveProblem problem = *desktop.solver.Problem();
+    if (problem.kind == Kind::Dangling) return HandleDanglingTask(desktop);
+    if (problem.kind == Kind::JournalSync) return ExplainJournalSync(desktop);
     if (!StandsStill(problem)) return desktop.workspace.RestartSolve();
-    if (word == "Overload" || word == "Overtime") {
+    if (problem.IsShortage()) {
         OverageForm::Start(desktop);
-    } else if (word == "Missing" && problem.task) {
+    } else if (problem.kind == Kind::MissingToStart) {
         HandleMissingDep(desktop, problem.task);
     } else {
         HandleOther(desktop, problem);

@@ -40,8 +40,7 @@ ProjectEntryForm::ProjectEntryForm(Desktop& desktop, Vproject* object, bool addi
       solveRules_(new QComboBox),
       applyFrame_(new QWidget) {
     solveRules_->setObjectName("SolveRulesCombo");
-    for (std::int32_t rule = kNormalHalt; rule <= kUnlimited; ++rule)
-        solveRules_->addItem(SolveRuleText(rule));
+    for (int rule = 0; rule < kSolveRules; ++rule) solveRules_->addItem(SolveRuleText(SolveRule{rule}));
     applyFrame_->setObjectName("ApplyFrame");
     manager_->setReadOnly(true);
     manager_->setFocusPolicy(Qt::ClickFocus);
@@ -100,7 +99,7 @@ void ProjectEntryForm::LoadData() {
     name_->SetValue(object_->ProjectName());
     description_->SetValue(object_->Description());
     if (const Vresource* manager = object_->Manager()) manager_->SetValue(manager->BuildNodeText());
-    solveRules_->setCurrentIndex(object_->SolveRules());
+    solveRules_->setCurrentIndex(static_cast<int>(object_->SolveRules()));
     priority_->SetValue(object_->Priority());
     viewPassword_->SetValue(object_->ViewPassword());
     modifyPassword_->SetValue(object_->ModifyPassword());
@@ -125,7 +124,7 @@ void ProjectEntryForm::SaveData(int priority) {
         project->SetPriority(std::to_string(priority));
         project->SetViewPassword(viewPassword_->Value());
         project->SetModifyPassword(modifyPassword_->Value());
-        project->SetSolveRules(solveRules_->currentIndex());
+        project->SetSolveRules(SolveRule{solveRules_->currentIndex()});
         project->SetDirty(true);
     }
 }

@@ -29,15 +29,15 @@ void Bookings::Unsolve() {
     for (auto note = dayNotes_.rbegin(); note != dayNotes_.rend(); ++note) {
         Page& page = PageFor(note->resource, note->day);
         if (note->what == DayNote::kCode) {
-            page.days[static_cast<std::size_t>(note->day & (kPageDays - 1))].code = note->value;
+            page.days[Index(note->day & (kPageDays - 1))].code = note->value;
         } else {
-            SkipAt(page, note->day, note->what) = note->value;
+            SkipAt(page, note->day, static_cast<Reach>(note->what)) = note->value;
         }
     }
     for (auto note = slotNotes_.rbegin(); note != slotNotes_.rend(); ++note) {
-        slots_[static_cast<std::size_t>(note->index)] = note->slot;
+        slots_[Index(note->index)] = note->slot;
     }
-    slotsUsed_ = static_cast<std::size_t>(trialSlots_);
+    slotsUsed_ = Index(trialSlots_);
     trial_ = false;
     trialSlots_ = 0;
     dayNotes_.clear();
@@ -65,7 +65,7 @@ Money Bookings::WholeDayCost(std::int32_t resource, const Network::ResourceDay& 
 }
 
 Bookings::Page& Bookings::AddPage(std::int32_t resource, std::int32_t day) {
-    Calendar& calendar = calendars_[static_cast<std::size_t>(resource)];
+    Calendar& calendar = calendars_[Index(resource)];
     const std::int32_t wanted = day >> kPageShift;
     if (calendar.count == 0) calendar.firstPage = wanted;
     const std::int32_t first = std::min(calendar.firstPage, wanted);
@@ -95,16 +95,16 @@ Bookings::Page& Bookings::AddPage(std::int32_t resource, std::int32_t day) {
     return pages_[pagesUsed_++];
 }
 
-std::int32_t& Bookings::SkipAt(Page& page, std::int32_t day, int reach) {
-    const auto at = static_cast<std::size_t>(day & (kPageDays - 1));
-    if (reach == kNormalTime) return page.days[at].skip;
-    std::int32_t& skips = page.skips[static_cast<std::size_t>(reach - 1)];
+std::int32_t& Bookings::SkipAt(Page& page, std::int32_t day, Reach reach) {
+    const auto at = Index(day & (kPageDays - 1));
+    if (reach == Reach::NormalTime) return page.days[at].skip;
+    std::int32_t& skips = page.skips[static_cast<std::size_t>(reach) - 1];
     if (skips < 0) {
         skips = static_cast<std::int32_t>(skipPagesUsed_);
         if (skipPagesUsed_ == skipPages_.size()) skipPages_.emplace_back();
         skipPages_[skipPagesUsed_++].fill(0);
     }
-    return skipPages_[static_cast<std::size_t>(skips)][at];
+    return skipPages_[Index(skips)][at];
 }
 
 /// Room for `count` slots in a row. Returns the index of the first.
@@ -117,8 +117,8 @@ std::int32_t Bookings::AddSlots(std::size_t count) {
 
 void Bookings::MakeChain(Day& entry, const Network::ResourceDay& kind, std::int32_t day) {
     const std::int32_t holder = entry.code < 0 ? HolderOf(entry.code) : -1;
-    const std::int32_t first = AddSlots(static_cast<std::size_t>(kind.periodCount));
-    Slot* slot = &slots_[static_cast<std::size_t>(first)];
+    const std::int32_t first = AddSlots(Index(kind.periodCount));
+    Slot* slot = &slots_[Index(first)];
     std::int32_t next = first;
     for (const Network::Period& period : network_->PeriodsOf(kind)) {
         *slot++ = Slot{day + period.end, period.kind <= SlotClass::OffDay ? holder : -1,
@@ -132,14 +132,14 @@ void Bookings::MakeChain(Day& entry, const Network::ResourceDay& kind, std::int3
 std::int32_t Bookings::Split(std::int32_t slot, double when) {
     const std::int32_t right = AddSlots(1);
     NoteSlot(slot);
-    Slot& left = slots_[static_cast<std::size_t>(slot)];
-    slots_[static_cast<std::size_t>(right)] = Slot{left.end, -1, left.nextAndKind};
+    Slot& left = slots_[Index(slot)];
+    slots_[Index(right)] = Slot{left.end, -1, left.nextAndKind};
     left.end = when;
     left.SetNext(right);
     return right;
 }
 
-std::int32_t Bookings::Allocate(std::int32_t resource, double start, std::int32_t minutes, int pass,
+std::int32_t Bookings::Allocate(std::int32_t resource, double start, std::int32_t minutes, Pass pass,
                                 const Account& account, bool& interference) {
     const auto day = static_cast<std::int32_t>(start);
     std::int32_t index = Chain(resource, day);
@@ -162,9 +162,9 @@ std::int32_t Bookings::Allocate(std::int32_t resource, double start, std::int32_
                     slotStart = start;
                 }
                 const double end = EndOf(day, slotStart, minutes);
-                if (slots_[static_cast<std::size_t>(index)].end > end) Split(index, end);
+                if (slots_[Index(index)].end > end) Split(index, end);
                 slots = slots_.data();
-                Slot& slot = slots_[static_cast<std::size_t>(index)];
+                Slot& slot = slots_[Index(index)];
                 NoteSlot(index);
                 const std::int32_t used = Minutes(slotStart, slot.end);
                 booked += used;
@@ -197,7 +197,7 @@ std::int32_t Bookings::BookWholeDays(const Network::Want& want,
                                      const std::array<std::int32_t, kWeekdays>& today, std::int32_t day,
                                      std::int32_t& remaining, const Account& account) {
     const Network::ResourceDay* const week = network_->WeekOf(want.resource);
-    auto weekday = static_cast<std::size_t>(WeekdayIndex(day));
+    auto weekday = Index(WeekdayIndex(day));
     Day* days = nullptr;  // of the present page
     std::int32_t left = remaining;
     Money sliceCost = *account.sliceCost, taskCost = *account.taskCost;
@@ -245,38 +245,40 @@ SlotView Bookings::SlotAt(std::int32_t resource, double when) {
     const auto day = static_cast<std::int32_t>(when);
     std::int32_t index = Chain(resource, day);
     double start = day;
-    while (slots_[static_cast<std::size_t>(index)].end <= when) {
-        const std::int32_t next = slots_[static_cast<std::size_t>(index)].Next();
+    while (slots_[Index(index)].end <= when) {
+        const std::int32_t next = slots_[Index(index)].Next();
         if (next < 0) break;
-        start = slots_[static_cast<std::size_t>(index)].end;
+        start = slots_[Index(index)].end;
         index = next;
     }
-    const Slot& slot = slots_[static_cast<std::size_t>(index)];
+    const Slot& slot = slots_[Index(index)];
     return {DateTime(start), DateTime(slot.end), slot.Kind(), slot.task, Money()};
 }
 
-void Bookings::MarkEmpty(std::int32_t resource, std::int32_t day, int reach) {
+void Bookings::MarkEmpty(std::int32_t resource, std::int32_t day, Reach reach) {
     std::int32_t& skip = SkipAt(PageFor(resource, day), day, reach);
-    NoteDay(resource, day, reach, skip);
+    NoteDay(resource, day, static_cast<std::int32_t>(reach), skip);
     skip = day + kWeekdays;
 }
 
-std::int32_t Bookings::NextDay(std::int32_t resource, std::int32_t day, int reach) {
+std::int32_t Bookings::NextDay(std::int32_t resource, std::int32_t day, Reach reach) {
     // Chains of skips are halved on the way, so that they stay short.
+    const auto skipOf = [&](std::int32_t page, std::int32_t at) {
+        return page < 0 ? 0 : SkipOf(pages_[Index(page)], at, reach);
+    };
     for (;;) {
-        Page* page = const_cast<Page*>(FindPage(resource, day));
-        const std::int32_t next = page ? SkipOf(*page, day, reach) : 0;
+        const std::int32_t page = FindPage(resource, day);
+        const std::int32_t next = skipOf(page, day);
         if (next == 0) return day;
-        const Page* nextPage = FindPage(resource, next);
-        const std::int32_t further = nextPage ? SkipOf(*nextPage, next, reach) : 0;
+        const std::int32_t further = skipOf(FindPage(resource, next), next);
         if (further == 0) return next;
-        NoteDay(resource, day, reach, next);
-        day = SkipAt(*page, day, reach) = further;
+        NoteDay(resource, day, static_cast<std::int32_t>(reach), next);
+        day = SkipAt(pages_[Index(page)], day, reach) = further;
     }
 }
 
 void Bookings::DayRange(std::int32_t resource, std::int32_t& first, std::int32_t& last) const {
-    const Calendar& calendar = calendars_[static_cast<std::size_t>(resource)];
+    const Calendar& calendar = calendars_[Index(resource)];
     first = calendar.firstPage << kPageShift;
     last = first + (calendar.count << kPageShift);
 }

@@ -18,6 +18,13 @@ struct SlotView {
     Money laborCost;         ///< for a team of 1
 };
 
+/// The rounds in which a step books from a day, each of other time than those before it. A solve rule goes
+/// as far as the round that has the number of its reach.
+enum class Pass : std::uint8_t { NormalTime = 0, Overtime = 1, AnyTime = 2 };
+constexpr bool Allows(SolveRule rule, Pass pass) {
+    return static_cast<int>(pass) <= static_cast<int>(ReachOf(rule));
+}
+
 /// The schedules of all resources of a network: for every day that a run has touched, the chain of slots from
 /// midnight to midnight, without gap or overlap. Preparing a day copies the pattern of its shift. Most days
 /// of a plan are booked whole by one task, and such a day is one number until somebody needs its slots.
@@ -28,9 +35,7 @@ struct SlotView {
 /// All memory is kept from run to run.
 class Bookings {
   public:
-    /// What a run may draw on, each including the one before: normal time, overtime, the whole day.
-    enum Reach : int { kNormalTime = 0, kWithOvertime = 1, kWholeDay = 2 };
-    static constexpr int kReaches = 3;
+    static constexpr Reach kReaches[] = {Reach::NormalTime, Reach::Overtime, Reach::WholeDay};
 
     /// Cost and finish that bookings add to; owned by the run.
     struct Account {
@@ -44,10 +49,10 @@ class Bookings {
     /// Forgets all bookings and takes on the resources of `network`, which must outlive the use of this.
     void Reset(const Network& network);
 
-    /// Books up to `minutes` of the free time that `pass` (0 normal time, 2 overtime, 4 any) allows, from
-    /// `start` (days, not negative) to the end of its day, in time order. Returns the minutes booked.
-    /// `interference` becomes true when allowed time was found held.
-    std::int32_t Allocate(std::int32_t resource, double start, std::int32_t minutes, int pass,
+    /// Books up to `minutes` of the free time that `pass` allows, from `start` (days, not negative) to the
+    /// end of its day, in time order. Returns the minutes booked. `interference` becomes true when allowed
+    /// time was found held.
+    std::int32_t Allocate(std::int32_t resource, double start, std::int32_t minutes, Pass pass,
                           const Account& account, bool& interference);
 
     /// Books all normal time of the wanted days from `day` on, as long as each of them is untouched, the
@@ -71,13 +76,9 @@ class Bookings {
     SlotView SlotAt(std::int32_t resource, double when);
 
     /// Remembers that the resource has nothing of that reach left on the day.
-    void MarkEmpty(std::int32_t resource, std::int32_t day, int reach);
-    bool IsEmpty(std::int32_t resource, std::int32_t day, int reach) const {
-        const Page* page = FindPage(resource, day);
-        return page && SkipOf(*page, day, reach) != 0;
-    }
+    void MarkEmpty(std::int32_t resource, std::int32_t day, Reach reach);
     /// The first day from `day` on, in steps of a week, that is not known to be empty.
-    std::int32_t NextDay(std::int32_t resource, std::int32_t day, int reach);
+    std::int32_t NextDay(std::int32_t resource, std::int32_t day, Reach reach);
 
     /// Calls `visit(const SlotView&)` on the slots of one day in time order; none for an untouched day.
     template <class Visit>
@@ -96,7 +97,7 @@ class Bookings {
             return;
         }
         for (std::int32_t i = code - 1; i >= 0;) {
-            const Slot& slot = slots_[static_cast<std::size_t>(i)];
+            const Slot& slot = slots_[Index(i)];
             const Money cost = slot.task < 0 ? Money() : CostOf(resource, slot.Kind(), start, slot.end, 1);
             visit(SlotView{DateTime(start), DateTime(slot.end), slot.Kind(), slot.task, cost});
             start = slot.end;
@@ -108,8 +109,9 @@ class Bookings {
     /// The touched days of a resource lie in [first, last); empty when equal.
     void DayRange(std::int32_t resource, std::int32_t& first, std::int32_t& last) const;
     /// Whether a booking of this pass may use that kind of time.
-    static bool Allowed(SlotClass kind, int pass) {
-        return pass >= 4 || (pass >= 2 ? kind == SlotClass::Overtime : kind <= SlotClass::OffDay);
+    static bool Allowed(SlotClass kind, Pass pass) {
+        return pass == Pass::AnyTime ||
+               (pass == Pass::Overtime ? kind == SlotClass::Overtime : kind <= SlotClass::OffDay);
     }
     /// Whole minutes between two moments, each slot rounded on its own.
     static std::int32_t Minutes(double start, double end) {
@@ -143,7 +145,7 @@ class Bookings {
     struct Page {
         std::array<Day, kPageDays> days{};
         /// Skips for the longer reaches; index of a SkipPage for each, -1 for none yet.
-        std::array<std::int32_t, kReaches - 1> skips{-1, -1};
+        std::array<std::int32_t, std::size(kReaches) - 1> skips{-1, -1};
 
         void Clear() {
             days.fill(Day());
@@ -167,7 +169,7 @@ class Bookings {
         static constexpr std::int32_t kCode = -1;
 
         std::int32_t resource, day;
-        std::int32_t what;  ///< kCode, or the reach of a skip
+        std::int32_t what;  ///< kCode, or the Reach of a skip
         std::int32_t value;
     };
     struct SlotNote {
@@ -180,30 +182,28 @@ class Bookings {
         return network_->WeekOf(resource)[WeekdayIndex(day)];
     }
     Money CostOf(std::int32_t resource, SlotClass kind, double start, double end, double multiplier) const {
-        const double rate =
-            network_->Resources()[static_cast<std::size_t>(resource)].rate[static_cast<std::size_t>(kind)];
+        const double rate = network_->Resources()[Index(resource)].rate[static_cast<std::size_t>(kind)];
         return Money::FromDouble(rate * (end - start) * 24 * multiplier);
     }
     /// Cost of all normal time of a day, on the days of kSteadyDays.
     Money WholeDayCost(std::int32_t resource, const Network::ResourceDay& kind, double multiplier) const;
-    const Page* FindPage(std::int32_t resource, std::int32_t day) const {
-        const Calendar& calendar = calendars_[static_cast<std::size_t>(resource)];
+    /// Index of the page that holds the day, -1 for none.
+    std::int32_t FindPage(std::int32_t resource, std::int32_t day) const {
+        const Calendar& calendar = calendars_[Index(resource)];
         const std::int32_t at = (day >> kPageShift) - calendar.firstPage;
-        if (at < 0 || at >= calendar.count) return nullptr;
-        const std::int32_t page = calendar.Pages()[at];
-        return page < 0 ? nullptr : &pages_[static_cast<std::size_t>(page)];
+        return at < 0 || at >= calendar.count ? -1 : calendar.Pages()[at];
     }
     Page& PageFor(std::int32_t resource, std::int32_t day) {
-        if (const Page* page = FindPage(resource, day)) return const_cast<Page&>(*page);
-        return AddPage(resource, day);
+        const std::int32_t page = FindPage(resource, day);
+        return page < 0 ? AddPage(resource, day) : pages_[Index(page)];
     }
     Page& AddPage(std::int32_t resource, std::int32_t day);
     std::int32_t CodeAt(std::int32_t resource, std::int32_t day) const {
-        const Page* page = FindPage(resource, day);
-        return page ? page->days[static_cast<std::size_t>(day & (kPageDays - 1))].code : kUntouched;
+        const std::int32_t page = FindPage(resource, day);
+        return page < 0 ? kUntouched : pages_[Index(page)].days[Index(day & (kPageDays - 1))].code;
     }
     Day& DayFor(std::int32_t resource, std::int32_t day) {
-        return PageFor(resource, day).days[static_cast<std::size_t>(day & (kPageDays - 1))];
+        return PageFor(resource, day).days[Index(day & (kPageDays - 1))];
     }
     /// First slot of the day's chain, which is made if need be.
     std::int32_t Chain(std::int32_t resource, std::int32_t day) {
@@ -228,7 +228,7 @@ class Bookings {
     std::int32_t BookWholeDays(const Network::Want& want, const std::array<std::int32_t, kWeekdays>& today,
                                std::int32_t day, std::int32_t& remaining, const Account& account);
     void NoteWhole(std::int32_t resource, std::int32_t day, const Day& entry) {
-        NoteDay(resource, day, kNormalTime, entry.skip);
+        NoteDay(resource, day, static_cast<std::int32_t>(Reach::NormalTime), entry.skip);
         NoteDay(resource, day, DayNote::kCode, entry.code);
     }
     void NoteDay(std::int32_t resource, std::int32_t day, std::int32_t what, std::int32_t value) {
@@ -238,17 +238,17 @@ class Bookings {
     /// Slots that a trial has added need no note.
     void NoteSlot(std::int32_t slot) {
         if (slot < trialSlots_) [[unlikely]]
-            slotNotes_.push_back({slot, slots_[static_cast<std::size_t>(slot)]});
+            slotNotes_.push_back({slot, slots_[Index(slot)]});
     }
     std::int32_t AddSlots(std::size_t count);
     std::int32_t Split(std::int32_t slot, double when);
     /// Where the page keeps the next day to look at.
-    std::int32_t& SkipAt(Page& page, std::int32_t day, int reach);
-    std::int32_t SkipOf(const Page& page, std::int32_t day, int reach) const {
-        const auto at = static_cast<std::size_t>(day & (kPageDays - 1));
-        if (reach == kNormalTime) return page.days[at].skip;
-        const std::int32_t skips = page.skips[static_cast<std::size_t>(reach - 1)];
-        return skips < 0 ? 0 : skipPages_[static_cast<std::size_t>(skips)][at];
+    std::int32_t& SkipAt(Page& page, std::int32_t day, Reach reach);
+    std::int32_t SkipOf(const Page& page, std::int32_t day, Reach reach) const {
+        const auto at = Index(day & (kPageDays - 1));
+        if (reach == Reach::NormalTime) return page.days[at].skip;
+        const std::int32_t skips = page.skips[static_cast<std::size_t>(reach) - 1];
+        return skips < 0 ? 0 : skipPages_[Index(skips)][at];
     }
 
     const Network* network_ = nullptr;

@@ -16,10 +16,6 @@ constexpr double kNever = std::numeric_limits<double>::infinity();
 // Above this a slice would not end before the calendar does, whatever its team.
 constexpr double kMostMinutes = std::numeric_limits<std::int32_t>::max();
 
-std::size_t Index(std::int32_t i) {
-    return static_cast<std::size_t>(i);
-}
-
 /// What is left of a team's output when its size is `multiplier`: the effort of a task grows by the reverse.
 double OutputFactor(double efficiency, float multiplier) {
     return multiplier == 1 ? 1 : std::pow(efficiency, static_cast<double>(multiplier) - 1);
@@ -28,13 +24,16 @@ double OutputFactor(double efficiency, float multiplier) {
 }  // namespace
 
 CrashSolve::CrashSolve(const Solver& solver, std::int32_t project, float teamIncrement)
-    : solver_(solver), network_(solver.TheNetwork()), project_(project), teamIncrement_(teamIncrement) {
+    : standing_(solver.Standing()),
+      network_(standing_.network),
+      project_(project),
+      teamIncrement_(teamIncrement) {
     PrepareSlices();
 }
 
 void CrashSolve::PrepareSlices() {
     const auto slices = network_.Slices();
-    const ForwardRun& stands = solver_.Run();
+    const ForwardRun& stands = standing_.run;
     slices_.resize(slices.size());
     for (std::size_t i = 0; i < slices.size(); ++i) {
         const auto& piece = slices[i];
@@ -72,15 +71,15 @@ bool CrashSolve::SetCrashableFlags(const ForwardRun& forward, const ReverseRun& 
 
 void CrashSolve::Run(bool quick, IterationWatch& watch) {
     watch_ = &watch;
-    Record(solver_.Run(), -1);
-    const ForwardRun* forward = &solver_.Run();
-    const ReverseRun* reverse = &solver_.Late();
+    Record(standing_.run, -1);
+    const ForwardRun* forward = &standing_.run;
+    const ReverseRun* reverse = &standing_.reverse;
     while (SetCrashableFlags(*forward, *reverse)) {
         const std::int32_t best = TrialWalk(quick);
         if (best < 0 || Stop(0)) return;
         slices_[Index(best)].multiplier += teamIncrement_;
         if (!FinalWalk(quick)) return;
-        solver_.PlanFinishes(run_.Clocks(), planFinish_);
+        standing_.PlanFinishes(run_.Clocks(), planFinish_);
         reverse_.Run(network_, run_, planFinish_, [] { return false; });
         forward = &run_;
         reverse = &reverse_;

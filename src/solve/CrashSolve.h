@@ -4,14 +4,13 @@
 #include <optional>
 #include <vector>
 
-#include "solve/Bookings.h"
-#include "solve/ForwardRun.h"
 #include "solve/IterationWatch.h"
 #include "solve/IterativeResults.h"
-#include "solve/ReverseRun.h"
-#include "solve/Solver.h"
+#include "solve/Solution.h"
 
 namespace vortan {
+
+class Solver;
 
 /// One crash solve: step by step raises the team of the critical slice that gains time for the least money,
 /// until none gains anything. Works on the network of a complete solution, with bookings of its own, so
@@ -60,7 +59,7 @@ class CrashSolve : private ForwardRun::Poll {
     void Record(const ForwardRun& forward, std::int32_t slice);
     bool Stop(std::int32_t slice) override;
 
-    const Solver& solver_;
+    const Solution& standing_;
     const Network& network_;
     std::int32_t project_;
     float teamIncrement_;

@@ -6,17 +6,11 @@ namespace vortan {
 
 namespace {
 
-std::size_t Index(std::int32_t i) {
-    return static_cast<std::size_t>(i);
-}
-
 bool IsMidnight(double days) {
     return days == DateTime(days).WholeDay();
 }
 
-bool RuleHalts(std::int32_t rule) {
-    return rule == kNormalHalt || rule == kOvertimeHalt || rule == kDayHalt;
-}
+constexpr Pass kPasses[] = {Pass::NormalTime, Pass::Overtime, Pass::AnyTime};
 
 }  // namespace
 
@@ -131,10 +125,11 @@ void ForwardRun::PlaceScaled(std::int32_t slice, double days, Money cost) {
     clock.finish = sliceFinish_[at];
 }
 
-const char* ForwardRun::ShortageText(std::int32_t rule) {
-    return rule == kNormalHalt     ? "Overtime needed"
-           : rule == kOvertimeHalt ? "Overload detected"
-                                   : "Overload > 24 hours";
+SolveProblem::Kind ForwardRun::ShortageUnder(SolveRule rule) {
+    using Kind = SolveProblem::Kind;
+    return rule == SolveRule::NormalHalt     ? Kind::OvertimeNeeded
+           : rule == SolveRule::OvertimeHalt ? Kind::Overload
+                                             : Kind::OverloadOfDay;
 }
 
 ForwardRun::Clock ForwardRun::Totals(const Network::Project& project, const std::vector<Clock>& clocks) {
@@ -226,8 +221,8 @@ bool ForwardRun::SolveSomeMore(const Network::Task& task, std::int32_t& remainin
     }
     if (remaining > 0) *account_.finish = day + 1;
     if (today <= 0) return true;
-    const std::int32_t rule = network_->Projects()[Index(task.project)].rule;
-    if (rule == kUnlimited) {
+    const SolveRule rule = RuleOf(task);
+    if (rule == SolveRule::Unlimited) {
         // What others hold counts as worked, though no slot holds it. The clock stands at midnight even if
         // that ends the slice.
         std::int64_t left = remaining;
@@ -237,7 +232,7 @@ bool ForwardRun::SolveSomeMore(const Network::Task& task, std::int32_t& remainin
         remaining = static_cast<std::int32_t>(std::max<std::int64_t>(left, INT32_MIN));
         return true;
     }
-    if (!RuleHalts(rule)) return true;
+    if (!Halts(rule)) return true;
     for (const Member& member : members_) {
         if (member.interference && member.minutesLeft > 0) {
             problemResource_ = member.resource;
@@ -262,24 +257,19 @@ bool ForwardRun::SolveAlone(const Network::Task& task, std::int32_t& remaining, 
     if (remaining <= today) {
         // Held time is not asked for, so it is no shortage.
         const std::int32_t got =
-            bookings_->Allocate(resource, stepStart, remaining, 0, account_, interference);
+            bookings_->Allocate(resource, stepStart, remaining, Pass::NormalTime, account_, interference);
         remaining -= got;
         if (remaining <= 0) return true;
-        if (wholeDay && got == 0 && wanted > 0) bookings_->MarkEmpty(resource, day, Bookings::kNormalTime);
+        if (wholeDay && got == 0 && wanted > 0) bookings_->MarkEmpty(resource, day, Reach::NormalTime);
         *account_.finish = day + 1;
         return true;
     }
 
-    const std::int32_t rule = network_->Projects()[Index(task.project)].rule;
+    const SolveRule rule = RuleOf(task);
     std::int32_t left = wanted;
-    for (int pass = 0; pass <= 4 && pass <= rule; pass += 2) {
-        if (left <= 0 || (pass > 0 && !interference)) break;
-        std::int32_t got = 0;
-        if (pass == 0 && wholeDay) got = bookings_->AllocateWholeDay(resource, day, left, account_);
-        if (got == 0) {
-            got = bookings_->Allocate(resource, stepStart, left, pass, account_, interference);
-            if (got == 0 && pass == 0 && wholeDay) bookings_->MarkEmpty(resource, day, Bookings::kNormalTime);
-        }
+    for (const Pass pass : kPasses) {
+        if (!Allows(rule, pass) || left <= 0 || (pass != Pass::NormalTime && !interference)) break;
+        const std::int32_t got = BookDay(resource, stepStart, left, pass, interference);
         left -= got;
         remaining -= got;
         today -= got;
@@ -287,56 +277,61 @@ bool ForwardRun::SolveAlone(const Network::Task& task, std::int32_t& remaining, 
     }
     if (remaining > 0) *account_.finish = day + 1;
     if (today <= 0) return true;
-    if (rule == kUnlimited) {
+    if (rule == SolveRule::Unlimited) {
         if (interference) remaining -= left;
         return true;
     }
     // Every pass of the rule has been tried, from midnight on: what gave nothing has nothing left.
-    if (wholeDay && rule >= kOvertimeHalt && left > 0 && left == wanted) {
-        bookings_->MarkEmpty(resource, day, rule / 2);
-    }
-    if (!RuleHalts(rule) || !interference || left <= 0) return true;
+    if (wholeDay && ReachOf(rule) != Reach::NormalTime && left > 0 && left == wanted)
+        bookings_->MarkEmpty(resource, day, ReachOf(rule));
+    if (!Halts(rule) || !interference || left <= 0) return true;
     problemResource_ = resource;
     problemMinutesLeft_ = left;
     return false;
+}
+
+/// One round of booking for one resource, from `start` on. Returns the minutes booked.
+std::int32_t ForwardRun::BookDay(std::int32_t resource, double start, std::int32_t minutes, Pass pass,
+                                 bool& interference) {
+    const auto day = static_cast<std::int32_t>(start);
+    const bool wholeDay = start == day && pass == Pass::NormalTime;
+    if (wholeDay) {
+        const std::int32_t got = bookings_->AllocateWholeDay(resource, day, minutes, account_);
+        if (got != 0) return got;
+    }
+    const std::int32_t got = bookings_->Allocate(resource, start, minutes, pass, account_, interference);
+    if (got == 0 && wholeDay) bookings_->MarkEmpty(resource, day, Reach::NormalTime);
+    return got;
 }
 
 /// A day that holds less than the slice needs: each resource books as much of its own day as it can. Only one
 /// that another task hinders goes on to overtime and beyond.
 void ForwardRun::TeamSolve(const Network::Task& task, std::int32_t& remaining, std::int64_t& today,
                            double start) {
-    const std::int32_t rule = network_->Projects()[Index(task.project)].rule;
+    const SolveRule rule = RuleOf(task);
     const auto day = static_cast<std::int32_t>(start);
     const bool wholeDay = start == day;
     bool stopped = false;
-    for (int pass = 0; pass <= 4 && pass <= rule && !stopped; pass += 2) {
+    for (const Pass pass : kPasses) {
+        if (!Allows(rule, pass) || stopped) break;
         for (Member& member : members_) {
-            if (member.minutesLeft <= 0 || (pass > 0 && !member.interference)) continue;
-            std::int32_t got = 0;
-            if (pass == 0 && wholeDay) {
-                got = bookings_->AllocateWholeDay(member.resource, day, member.minutesLeft, account_);
-            }
-            if (got == 0) {
-                got = bookings_->Allocate(member.resource, start, member.minutesLeft, pass, account_,
-                                          member.interference);
-                if (got == 0 && pass == 0 && wholeDay) {
-                    bookings_->MarkEmpty(member.resource, day, Bookings::kNormalTime);
-                }
-            }
+            if (member.minutesLeft <= 0 || (pass != Pass::NormalTime && !member.interference)) continue;
+            const std::int32_t got =
+                BookDay(member.resource, start, member.minutesLeft, pass, member.interference);
             member.minutesLeft -= got;
             remaining -= got;
             today -= got;
         }
         stopped = today <= 0;
     }
-    if (!wholeDay || stopped || rule < kOvertimeHalt || rule == kUnlimited) return;
+    if (!wholeDay || stopped || ReachOf(rule) == Reach::NormalTime || rule == SolveRule::Unlimited) return;
     // Every pass of the rule has been tried from midnight on: who gave nothing has nothing left.
     const auto weekday = Index(WeekdayIndex(day));
     const auto wants = network_->WantsOf(task);
     for (std::size_t i = 0; i < members_.size(); ++i) {
         const Member& member = members_[i];
         if (member.minutesLeft > 0 && member.minutesLeft == wants[i].minutes[weekday]) {
-            bookings_->MarkEmpty(member.resource, day, rule / 2);
+            bookings_->MarkEmpty(member.resource, day, ReachOf(rule));
         }
     }
 }
@@ -347,9 +342,10 @@ void ForwardRun::TeamSolve(const Network::Task& task, std::int32_t& remaining, s
 /// of a stretch ran into a held slot.
 void ForwardRun::PiecemealSolve(const Network::Task& task, std::int32_t& remaining, std::int64_t& today,
                                 double start) {
-    const std::int32_t rule = network_->Projects()[Index(task.project)].rule;
+    const SolveRule rule = RuleOf(task);
     const double midnight = DateTime(start).WholeDay() + 1;
-    for (int pass = 0; pass <= 2 && pass <= rule && remaining > 0; pass += 2) {
+    for (const Pass pass : {Pass::NormalTime, Pass::Overtime}) {
+        if (!Allows(rule, pass)) break;
         for (double cursor = start; remaining > 0 && cursor < midnight;) {
             cursor = WorkStretch(pass, cursor, midnight, remaining, today);
         }
@@ -357,18 +353,18 @@ void ForwardRun::PiecemealSolve(const Network::Task& task, std::int32_t& remaini
     if (remaining <= 0 || !IsMidnight(start)) return;
     for (const Member& member : members_) {
         if (member.minutesLeft > 0 && !member.gave) {
-            bookings_->MarkEmpty(member.resource, static_cast<std::int32_t>(start), Bookings::kNormalTime);
+            bookings_->MarkEmpty(member.resource, static_cast<std::int32_t>(start), Reach::NormalTime);
         }
     }
 }
 
 /// One stretch of PiecemealSolve from `cursor` on. Returns its end.
-double ForwardRun::WorkStretch(int pass, double cursor, double limit, std::int32_t& remaining,
+double ForwardRun::WorkStretch(Pass pass, double cursor, double limit, std::int32_t& remaining,
                                std::int64_t& today) {
     std::int32_t free = 0;
     for (Member& member : members_) {
         member.free = false;
-        if (member.minutesLeft <= 0 || (pass > 0 && !member.interference)) continue;
+        if (member.minutesLeft <= 0 || (pass != Pass::NormalTime && !member.interference)) continue;
         const SlotView slot = bookings_->SlotAt(member.resource, cursor);
         limit = std::min(limit, slot.endTime.Days());
         if (!Bookings::Allowed(slot.kind, pass) || slot.task >= 0) continue;
@@ -390,13 +386,14 @@ double ForwardRun::WorkStretch(int pass, double cursor, double limit, std::int32
     return limit;
 }
 
-/// Which time a day of this weekday could be given from: Bookings::Reach, or -1 if the day must be walked
-/// whatever is held, because a shortage halts or counts as worked.
-int ForwardRun::ReachOn(const Network::Task& task, std::int32_t remaining, int weekday) const {
-    if (remaining <= task.today[Index(weekday)]) return Bookings::kNormalTime;
-    const std::int32_t rule = network_->Projects()[Index(task.project)].rule;
-    if (RuleHalts(rule) || rule == kUnlimited) return -1;
-    return rule / 2;
+/// Which time a day of this weekday could be given from; none if the day must be walked whatever is held,
+/// because a shortage halts or counts as worked.
+std::optional<Reach> ForwardRun::ReachOn(const Network::Task& task, std::int32_t remaining,
+                                         int weekday) const {
+    if (remaining <= task.today[Index(weekday)]) return Reach::NormalTime;
+    const SolveRule rule = RuleOf(task);
+    if (Halts(rule) || rule == SolveRule::Unlimited) return std::nullopt;
+    return ReachOf(rule);
 }
 
 /// The first day from `day` on at which the step might do more than let the day pass.
@@ -409,11 +406,11 @@ std::int32_t ForwardRun::NextUsefulDay(const Network::Task& task, std::int32_t r
     // A day behind the best one found so far cannot give an earlier one.
     for (std::int32_t d = day; d < std::min(day + kWeekdays, best); ++d) {
         if ((task.wantedDays >> weekday & 1) != 0) {
-            const int reach = ReachOn(task, remaining, weekday);
-            if (reach < 0) return d;
+            const std::optional<Reach> reach = ReachOn(task, remaining, weekday);
+            if (!reach) return d;
             for (const auto& want : wants) {
                 if (want.minutes[Index(weekday)] <= 0) continue;
-                best = std::min(best, bookings_->NextDay(want.resource, d, reach));
+                best = std::min(best, bookings_->NextDay(want.resource, d, *reach));
             }
         }
         weekday = weekday + 1 == kWeekdays ? 0 : weekday + 1;

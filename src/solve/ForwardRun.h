@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "model/Money.h"
@@ -48,13 +49,9 @@ class ForwardRun {
         poll_ = poll;
         pollIn_ = kStepsPerPoll;
     }
-    void SetUseMinutes(std::int32_t slice, std::int32_t minutes) {
-        useMinutes_[static_cast<std::size_t>(slice)] = minutes;
-    }
+    void SetUseMinutes(std::int32_t slice, std::int32_t minutes) { useMinutes_[Index(slice)] = minutes; }
     /// The size of the slice's team.
-    void SetMultiplier(std::int32_t slice, float multiplier) {
-        multiplier_[static_cast<std::size_t>(slice)] = multiplier;
-    }
+    void SetMultiplier(std::int32_t slice, float multiplier) { multiplier_[Index(slice)] = multiplier; }
     Outcome SolveOneSlice(std::int32_t slice);
     /// SolveOneSlice for a look: everything is taken back, unless it is stopped. Tells when the slice would
     /// finish and what its task would have cost up to there.
@@ -77,8 +74,8 @@ class ForwardRun {
     /// How many slices the pass has begun, the one that it halted on included.
     std::int32_t SlicesBegun() const { return begun_; }
 
-    /// The message of a halt under that rule.
-    static const char* ShortageText(std::int32_t rule);
+    /// What a halt under that rule is.
+    static SolveProblem::Kind ShortageUnder(SolveRule rule);
     // Of a halt.
     std::int32_t ProblemTask() const { return problemTask_; }
     std::int32_t ProblemResource() const { return problemResource_; }
@@ -105,9 +102,14 @@ class ForwardRun {
     void TeamSolve(const Network::Task& task, std::int32_t& remaining, std::int64_t& today, double start);
     void PiecemealSolve(const Network::Task& task, std::int32_t& remaining, std::int64_t& today,
                         double start);
-    double WorkStretch(int pass, double cursor, double limit, std::int32_t& remaining, std::int64_t& today);
+    std::int32_t BookDay(std::int32_t resource, double start, std::int32_t minutes, Pass pass,
+                         bool& interference);
+    double WorkStretch(Pass pass, double cursor, double limit, std::int32_t& remaining, std::int64_t& today);
     std::int32_t NextUsefulDay(const Network::Task& task, std::int32_t remaining, std::int32_t day);
-    int ReachOn(const Network::Task& task, std::int32_t remaining, int weekday) const;
+    std::optional<Reach> ReachOn(const Network::Task& task, std::int32_t remaining, int weekday) const;
+    SolveRule RuleOf(const Network::Task& task) const {
+        return network_->Projects()[Index(task.project)].rule;
+    }
     Outcome Halt(Outcome outcome, std::int32_t task) {
         problemTask_ = task;
         return outcome;

@@ -12,6 +12,7 @@
 #include "solve/CrashSolve.h"
 #include "solve/ProblemText.h"
 #include "solve/RiskSolve.h"
+#include "solve/Solution.h"
 
 namespace vortan {
 
@@ -27,9 +28,17 @@ std::string Gigabytes(double bytes) {
     return text;
 }
 
-bool Halts(const Vproject& project) {
-    const std::int32_t rule = project.SolveRules();
-    return rule == kNormalHalt || rule == kOvertimeHalt || rule == kDayHalt;
+std::string FailureText(const Network& network, ForwardRun::Outcome outcome, std::int32_t task) {
+    const auto& at = network.Tasks()[Index(task)];
+    const std::string name = NameTask(*at.object.Get());
+    if (outcome == ForwardRun::Outcome::NoTime) {
+        return "\"" + std::string(TextOf(SolveProblem::Kind::NoWorkingTime)) + "\", " + name +
+               " would not end before the calendar does. Check its estimates.";
+    }
+    const auto& project = network.Projects()[Index(at.project)];
+    return std::string("\"") + TextOf(ForwardRun::ShortageUnder(project.rule)) + "\", at " + name +
+           ". Give project " + project.object->ProjectName() +
+           " a solve rule that extends, so that no run halts.";
 }
 
 }  // namespace
@@ -64,7 +73,7 @@ std::optional<std::string> IterativeSolve::CheckIncrement(double increment) {
 
 Vproject* IterativeSolve::FindHaltingProject(const Workspace& workspace) {
     for (Vproject* project : workspace.ProjectList()) {
-        if (Halts(*project)) return project;
+        if (Halts(project->SolveRules())) return project;
     }
     return nullptr;
 }
@@ -91,7 +100,7 @@ IterativeSolve::Outcome IterativeSolve::RiskSolve(bool quick, std::int32_t itera
         if (watch.WasCancelled()) return "";
         if (const auto& failure = solve.FirstFailure()) {
             return "The risk solve was broken off in iteration " + GroupDigits(failure->iteration) + ": " +
-                   FailureText(failure->outcome, failure->task);
+                   FailureText(solver_.Standing().network, failure->outcome, failure->task);
         }
         solve.MoveResults(results_);
         rnd_ = rnd;
@@ -113,7 +122,8 @@ IterativeSolve::Outcome IterativeSolve::CrashSolve(bool quick, double increment,
         }
         if (watch.WasCancelled()) return "";
         if (const auto& failure = solve.Failure()) {
-            return "The crash solve was broken off: " + FailureText(*failure, solve.FailedTask());
+            return "The crash solve was broken off: " +
+                   FailureText(solver_.Standing().network, *failure, solve.FailedTask());
         }
         results_.crashList = std::move(solve.CrashList());
         results_.teamIncrement = static_cast<float>(increment);
@@ -149,28 +159,13 @@ IterativeSolve::Outcome IterativeSolve::Frame(const char* status, const char* ve
 }
 
 std::int32_t IterativeSolve::ActiveProject() const {
-    const auto projects = solver_.TheNetwork().Projects();
-    for (std::size_t i = 0; i < projects.size(); ++i) {
-        if (projects[i].object.Get() == workspace_.ThisProject()) return static_cast<std::int32_t>(i);
-    }
-    AssertionFailed();
+    const std::int32_t index = solver_.Standing().network.IndexOf(workspace_.ThisProject());
+    if (index < 0) AssertionFailed();
+    return index;
 }
 
 int IterativeSolve::Workers() const {
     return workers_ > 0 ? workers_ : std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
-}
-
-std::string IterativeSolve::FailureText(ForwardRun::Outcome outcome, std::int32_t task) const {
-    const Network& network = solver_.TheNetwork();
-    const auto& at = network.Tasks()[static_cast<std::size_t>(task)];
-    const std::string name = NameTask(*at.object.Get());
-    if (outcome == ForwardRun::Outcome::NoTime) {
-        return "\"No working time\", " + name +
-               " would not end before the calendar does. Check its estimates.";
-    }
-    const auto& project = network.Projects()[static_cast<std::size_t>(at.project)];
-    return std::string("\"") + ForwardRun::ShortageText(project.rule) + "\", at " + name + ". Give project " +
-           project.object->ProjectName() + " a solve rule that extends, so that no run halts.";
 }
 
 }  // namespace vortan

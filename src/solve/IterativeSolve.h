@@ -58,7 +58,6 @@ class IterativeSolve {
                   const std::function<std::string(IterationWatch&)>& solve);
     std::int32_t ActiveProject() const;
     int Workers() const;
-    std::string FailureText(ForwardRun::Outcome outcome, std::int32_t task) const;
 
     Workspace& workspace_;
     Solver& solver_;

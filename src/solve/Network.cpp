@@ -16,10 +16,6 @@ namespace vortan {
 
 namespace {
 
-std::size_t Index(std::int32_t i) {
-    return static_cast<std::size_t>(i);
-}
-
 SlotClass ClassOf(char letter, bool workDay) {
     switch (letter) {
         case 'N':
@@ -53,19 +49,7 @@ bool IsOnMinuteGrid(double days) {
     return std::abs(minutes - static_cast<double>(std::llrint(minutes))) < 1e-3;
 }
 
-SolveProblem TaskProblem(const std::string& message, Vtask* task) {
-    SolveProblem problem;
-    problem.message = message;
-    problem.task = task;
-    return problem;
-}
-
-SolveProblem DependencyProblem(const std::string& message, Vdependency* dependency) {
-    SolveProblem problem;
-    problem.message = message;
-    problem.dependency = dependency;
-    return problem;
-}
+using Kind = SolveProblem::Kind;
 
 }  // namespace
 
@@ -113,11 +97,8 @@ std::optional<SolveProblem> Network::AddTask(Vtask* object) {
     task.firstSource = static_cast<std::int32_t>(sources_.size());
     task.firstWant = static_cast<std::int32_t>(wants_.size());
     const Vproject* subproject = object->Subproject();
-    if (subproject && subproject->Parent() != object->Project()) {
-        const Vproject* parent = subproject->Parent();
-        return TaskProblem("Subproject is claimed by project " + (parent ? parent->ProjectName() : ""),
-                           object);
-    }
+    if (subproject && subproject->Parent() != object->Project())
+        return SolveProblem{.kind = Kind::ClaimedSubproject, .task = object};
     if (auto problem = CheckDependencies(object, task)) return problem;
     if (subproject) return std::nullopt;
 
@@ -126,9 +107,9 @@ std::optional<SolveProblem> Network::AddTask(Vtask* object) {
         const auto& assignments = object->AssignmentList();
         if (std::none_of(assignments.begin(), assignments.end(),
                          [](const Vassignment* a) { return a->Include() && a->Hours() > 0; })) {
-            return TaskProblem("Effort without resources", object);
+            return SolveProblem{.kind = Kind::EffortWithoutResources, .task = object};
         }
-        if (!canWork) return TaskProblem("No working time", object);
+        if (!canWork) return SolveProblem{.kind = Kind::NoWorkingTime, .task = object};
     }
     return std::nullopt;
 }
@@ -152,15 +133,15 @@ std::optional<SolveProblem> Network::CheckDependencies(Vtask* object, Task& task
         if (source.toPercent == 0) toStart = true;
         if (isLink) continue;
         if (required && required->Subproject() && source.fromPercent != 0 && source.fromPercent != 100) {
-            return DependencyProblem("must be either 0% or 100%", dependency);
+            return SolveProblem{.kind = Kind::PartOfSubproject, .dependency = dependency};
         }
         const bool gone =
             required ? !required->Project() || !required->Include() : terms.taskRequired.IsDeleted();
         if (gone && !missing) missing = dependency;
     }
     task.sourceCount = static_cast<std::int32_t>(sources_.size()) - task.firstSource;
-    if (missing) return DependencyProblem("Missing prerequisite", missing);
-    if (!toStart && !isLink) return TaskProblem("Missing to-start dependency", object);
+    if (missing) return SolveProblem{.kind = Kind::MissingPrerequisite, .dependency = missing};
+    if (!toStart && !isLink) return SolveProblem{.kind = Kind::MissingToStart, .task = object};
     return std::nullopt;
 }
 
@@ -219,16 +200,6 @@ bool Network::AddAssignments(Vtask* object, Task& task) {
     }
     task.wantCount = static_cast<std::int32_t>(wants_.size()) - task.firstWant;
     return canWork;
-}
-
-std::int32_t Network::IndexOf(const Vtask* task) const {
-    if (!task || task->solveIndex < 0 || Index(task->solveIndex) >= tasks_.size()) return -1;
-    return tasks_[Index(task->solveIndex)].object.Get() == task ? task->solveIndex : -1;
-}
-
-std::int32_t Network::IndexOf(const Vresource* resource) const {
-    if (!resource || resource->solveIndex < 0 || Index(resource->solveIndex) >= resources_.size()) return -1;
-    return resources_[Index(resource->solveIndex)].object.Get() == resource ? resource->solveIndex : -1;
 }
 
 std::int32_t Network::FindOrAddPattern(const Vshift* shift, bool workDay) {

@@ -10,11 +10,17 @@
 
 #include "model/Link.h"
 #include "model/Vproject.h"
+#include "model/Vresource.h"
 #include "model/Vtask.h"
 #include "model/Workspace.h"
 #include "solve/Problem.h"
 
 namespace vortan {
+
+/// Of tasks, slices, resources and projects, which networks number from 0.
+constexpr std::size_t Index(std::int32_t i) {
+    return static_cast<std::size_t>(i);
+}
 
 constexpr int kWeekdays = 7;  ///< index 0 Sunday to 6 Saturday, throughout the solver
 
@@ -44,7 +50,7 @@ class Network {
   public:
     struct Project {
         Link<Vproject> object;
-        std::int32_t rule = 0;  ///< SolveRule
+        SolveRule rule = SolveRule::NormalHalt;
         std::int32_t firstTask = 0, taskCount = 0;
         std::int32_t master = -1;  ///< index of the outermost project
     };
@@ -180,10 +186,9 @@ class Network {
     bool OnMinuteGrid() const { return onMinuteGrid_; }
 
     /// Index of a model object in this network, -1 if it is not part of it.
-    std::int32_t IndexOf(const Vtask* task) const;
-    std::int32_t IndexOf(const Vresource* resource) const;
-
-    void Clear() { *this = Network(); }
+    std::int32_t IndexOf(const Vproject* project) const { return IndexIn(projects_, project); }
+    std::int32_t IndexOf(const Vtask* task) const { return IndexIn(tasks_, task); }
+    std::int32_t IndexOf(const Vresource* resource) const { return IndexIn(resources_, resource); }
 
   private:
     struct PendingSource {
@@ -191,6 +196,12 @@ class Network {
         std::int32_t index = -1;  ///< of `required` in this network
     };
     using CutSet = std::array<std::uint64_t, 2>;  ///< bit p: the task is cut at p percent
+
+    template <class Entry, class Object>
+    static std::int32_t IndexIn(const std::vector<Entry>& entries, const Object* object) {
+        if (!object || object->solveIndex_ < 0 || Index(object->solveIndex_) >= entries.size()) return -1;
+        return entries[Index(object->solveIndex_)].object.Get() == object ? object->solveIndex_ : -1;
+    }
 
     void BeginCheck();
     void AddProject(Vproject* project);

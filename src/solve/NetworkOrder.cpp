@@ -12,51 +12,28 @@
 
 namespace vortan {
 
-namespace {
-
-std::size_t Index(std::int32_t i) {
-    return static_cast<std::size_t>(i);
-}
-
-SolveProblem ProblemOf(const char* message) {
-    SolveProblem problem;
-    problem.message = message;
-    return problem;
-}
-
-}  // namespace
-
 /// Gives every task, project and resource its index, and turns references into indexes.
 bool Network::IndexObjects(const Stop& stop) {
     for (std::size_t i = 0; i < projects_.size(); ++i) {
-        projects_[i].object->solveIndex = static_cast<std::int32_t>(i);
+        projects_[i].object->solveIndex_ = static_cast<std::int32_t>(i);
     }
     for (std::size_t i = 0; i < tasks_.size(); ++i) {
         if (GivesUp(i, stop)) return false;
-        tasks_[i].object->solveIndex = static_cast<std::int32_t>(i);
+        tasks_[i].object->solveIndex_ = static_cast<std::int32_t>(i);
     }
-    for (Project& project : projects_) {
-        const Vproject* master = project.object->Master();
-        const bool known = Index(master->solveIndex) < projects_.size() &&
-                           projects_[Index(master->solveIndex)].object.Get() == master;
-        project.master = known ? master->solveIndex : project.object->solveIndex;
+    for (std::size_t i = 0; i < projects_.size(); ++i) {
+        const std::int32_t master = IndexOf(projects_[i].object->Master());
+        projects_[i].master = master >= 0 ? master : static_cast<std::int32_t>(i);
     }
-    for (Task& task : tasks_) {
-        const Vproject* subproject = task.object->Subproject();
-        if (!subproject) continue;
-        const std::int32_t index = subproject->solveIndex;
-        const bool known = index >= 0 && Index(index) < projects_.size() &&
-                           projects_[Index(index)].object.Get() == subproject;
-        task.subproject = known ? index : -1;
-    }
+    for (Task& task : tasks_) task.subproject = IndexOf(task.object->Subproject());
     for (std::size_t i = 0; i < wants_.size(); ++i) {
         if (GivesUp(i, stop)) return false;
         Vresource* object = wantResources_[i];
         if (IndexOf(object) < 0) {
-            object->solveIndex = static_cast<std::int32_t>(resources_.size());
+            object->solveIndex_ = static_cast<std::int32_t>(resources_.size());
             AddResource(object);
         }
-        wants_[i].resource = object->solveIndex;
+        wants_[i].resource = object->solveIndex_;
     }
     return true;
 }
@@ -64,7 +41,7 @@ bool Network::IndexObjects(const Stop& stop) {
 void Network::TakeIndexes() {
     const auto take = [](auto& objects) {
         for (std::size_t i = 0; i < objects.size(); ++i) {
-            if (auto* object = objects[i].object.Get()) object->solveIndex = static_cast<std::int32_t>(i);
+            if (auto* object = objects[i].object.Get()) object->solveIndex_ = static_cast<std::int32_t>(i);
         }
     };
     take(projects_);
@@ -92,15 +69,12 @@ bool Network::CutTask(std::int32_t index, std::optional<SolveProblem>& problem) 
         if (source.toPercent > 0) cut(index, source.toPercent);
         const Vtask* required = pending_[Index(i)].required;
         if (!required) continue;
-        const Vproject* home = required->Project();
-        const bool known = home && home->solveIndex >= 0 && Index(home->solveIndex) < projects_.size() &&
-                           projects_[Index(home->solveIndex)].object.Get() == home && required->Include();
-        const std::int32_t at = known ? required->solveIndex : -1;
+        const std::int32_t at = IndexOf(required);
         pending_[Index(i)].index = at;
         // A prerequisite whose project is not in memory's list has no place in the network.
         if (at < 0 && task.subproject < 0) {
-            problem = ProblemOf("Missing prerequisite");
-            problem->dependency = source.object;
+            problem =
+                SolveProblem{.kind = SolveProblem::Kind::MissingPrerequisite, .dependency = source.object};
             return false;
         }
         if (at >= 0 && source.fromPercent < 100) cut(at, source.fromPercent);
@@ -346,9 +320,7 @@ std::optional<SolveProblem> Network::ComputeOrder(const Stop& stop) {
     if (!MakeRawSlices(stop) || !MakeRawEdges(stop) || !Level(stop) || !NumberSlices(stop)) return problem;
     if (slices_.size() == raw_.size()) return problem;
     FindCircle();
-    problem = ProblemOf("Circular dependency");
-    problem->task = circle_.front();
-    return problem;
+    return SolveProblem{.kind = SolveProblem::Kind::Circle, .task = circle_.front()};
 }
 
 void Network::FindDangling(std::vector<std::int32_t>& dangling) {

@@ -7,10 +7,14 @@
 #include "model/Vdependency.h"
 #include "model/Vproject.h"
 #include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Workspace.h"
 
 namespace vortan {
 
 namespace {
+
+using Kind = SolveProblem::Kind;
 
 constexpr std::size_t kMostNames = 8;  // that a message lists
 
@@ -48,8 +52,8 @@ std::string ExplainShortage(const Solver& solver, const SolveProblem& problem) {
     if (!holders.empty()) text += ", because of " + Names(holders);
     text += ". Assign another resource or fewer hours, let the task wait for a dependency, or give project " +
             (task.Project() ? task.Project()->ProjectName() : "") + " a solve rule that ";
-    if (problem.message == "Overtime needed") return text + "uses overtime or extends.";
-    if (problem.message == "Overload detected") return text + "uses up to 24 hours or extends.";
+    if (problem.kind == Kind::OvertimeNeeded) return text + "uses overtime or extends.";
+    if (problem.kind == Kind::Overload) return text + "uses up to 24 hours or extends.";
     return text + "extends or has no limit.";
 }
 
@@ -90,7 +94,7 @@ std::string ExplainDependency(const SolveProblem& problem) {
     const std::string task = NameTask(*dependency.Task());
     const std::string required =
         dependency.TaskRequired() ? NameTask(*dependency.TaskRequired()) : "a deleted task";
-    if (problem.message == "Missing prerequisite") {
+    if (problem.kind == Kind::MissingPrerequisite) {
         return task + " depends on " + required +
                ", which this journal does not have. Delete the dependency, or bring the task back.";
     }
@@ -101,17 +105,17 @@ std::string ExplainDependency(const SolveProblem& problem) {
 
 std::string ExplainTask(const SolveProblem& problem) {
     const std::string name = NameTask(*problem.task.Get());
-    if (problem.message == "Missing to-start dependency") {
+    if (problem.kind == Kind::MissingToStart) {
         return name +
                " has nothing that says when it starts. Give it a start date or a dependency to its start "
                "(0%).";
     }
-    if (problem.message == "Effort without resources") {
+    if (problem.kind == Kind::EffortWithoutResources) {
         return name +
                " needs work, but nobody is assigned to it with hours. Assign a resource, or make it a "
                "calendar task.";
     }
-    if (problem.message == "No working time") {
+    if (problem.kind == Kind::NoWorkingTime) {
         return name +
                " can never be worked: its assigned resources have no normal time on the days and hours "
                "assigned, or its dates lie past the year 9999. Check hours, work days, shifts and "
@@ -121,6 +125,42 @@ std::string ExplainTask(const SolveProblem& problem) {
 }
 
 }  // namespace
+
+const char* TextOf(SolveProblem::Kind kind) {
+    switch (kind) {
+        case Kind::JournalSync:
+            return "Journal sync error";
+        case Kind::ClaimedSubproject:
+            return "Subproject is claimed by project ";
+        case Kind::PartOfSubproject:
+            return "must be either 0% or 100%";
+        case Kind::MissingPrerequisite:
+            return "Missing prerequisite";
+        case Kind::MissingToStart:
+            return "Missing to-start dependency";
+        case Kind::EffortWithoutResources:
+            return "Effort without resources";
+        case Kind::NoWorkingTime:
+            return "No working time";
+        case Kind::Circle:
+            return "Circular dependency";
+        case Kind::Dangling:
+            return "Dangling tasks";
+        case Kind::OvertimeNeeded:
+            return "Overtime needed";
+        case Kind::Overload:
+            return "Overload detected";
+        case Kind::OverloadOfDay:
+            return "Overload > 24 hours";
+    }
+    return "";
+}
+
+std::string SolveProblem::Message() const {
+    const Vproject* claimed = kind == Kind::ClaimedSubproject && task ? task->Subproject() : nullptr;
+    const Vproject* claimant = claimed ? claimed->Parent() : nullptr;
+    return TextOf(kind) + (claimant ? claimant->ProjectName() : std::string());
+}
 
 std::string NameTask(const Vtask& task) {
     return "task " + task.BuildNodeText() +
@@ -133,8 +173,8 @@ std::string NameResource(const Vresource& resource) {
 
 std::vector<Vtask*> HoldersOf(const Solver& solver, const Vresource& resource, DateTime day) {
     std::vector<Vtask*> holders;
-    for (const Vslot& slot : solver.Slots(resource, static_cast<std::int32_t>(day.WholeDay()))) {
-        if (!slot.taskRequired) continue;
+    const auto number = static_cast<std::int32_t>(day.WholeDay());
+    for (const Vslot& slot : solver.HeldSlots(resource, {number, number + 1})) {
         if (std::find(holders.begin(), holders.end(), slot.taskRequired) == holders.end()) {
             holders.push_back(slot.taskRequired);
         }
@@ -146,11 +186,11 @@ std::string ExplainProblem(const Workspace& workspace, const Solver& solver) {
     if (!solver.Problem()) return "";
     const SolveProblem& problem = *solver.Problem();
     std::string text;
-    if (problem.message == "Journal sync error") {
+    if (problem.kind == Kind::JournalSync) {
         text = ExplainJournals(workspace);
-    } else if (problem.message == "Circular dependency") {
+    } else if (problem.kind == Kind::Circle) {
         text = ExplainCircle(solver);
-    } else if (problem.message == "Dangling tasks") {
+    } else if (problem.kind == Kind::Dangling) {
         text = ExplainDangling(solver);
     } else if (problem.assignment) {
         text = ExplainShortage(solver, problem);

@@ -4,14 +4,6 @@
 
 namespace vortan {
 
-namespace {
-
-std::size_t Index(std::int32_t i) {
-    return static_cast<std::size_t>(i);
-}
-
-}  // namespace
-
 bool ReverseRun::Run(const Network& network, const ForwardRun& forward, const std::vector<double>& planFinish,
                      const Network::Stop& stop) {
     const auto slices = network.Slices();

@@ -20,10 +20,6 @@ constexpr int kBlocksPerWorker = 4;
 // How long the calling thread sleeps between two looks at the progress, when it has no trial left to run.
 constexpr std::chrono::milliseconds kLook{20};
 
-std::size_t Index(std::int32_t i) {
-    return static_cast<std::size_t>(i);
-}
-
 }  // namespace
 
 float PtoZ(float p) {
@@ -140,20 +136,20 @@ class RiskSolve::Worker : private ForwardRun::Poll {
 };
 
 RiskSolve::RiskSolve(const Solver& solver, std::int32_t project, std::int32_t iterations, int workers)
-    : solver_(solver), network_(solver.TheNetwork()), project_(project), iterations_(iterations) {
+    : standing_(solver.Standing()), network_(standing_.network), project_(project), iterations_(iterations) {
     workers_ = std::clamp(workers, 1, iterations);
     block_ = std::clamp(iterations / (workers_ * kBlocksPerWorker), 1, kMostPerBlock);
 }
 
 double RiskSolve::MemoryNeeded(const Solver& solver, std::int32_t iterations, int workers) {
     const double slices = solver.SliceCount(), n = iterations;
-    const auto tasks = static_cast<double>(solver.TheNetwork().Tasks().size());
+    const auto tasks = static_cast<double>(solver.Standing().network.Tasks().size());
     const double table = slices * n * sizeof(float);
     const double results = n * (2 * sizeof(Trial) + sizeof(std::int32_t));
     const double run =
         slices * (kMostPerBlock * sizeof(float) + 4 * sizeof(double)) + tasks * sizeof(ForwardRun::Clock);
     // A trial books more in parts of days than the solution that stands.
-    const double bookings = 2.0 * static_cast<double>(solver.TheBookings().MemoryBytes());
+    const double bookings = 2.0 * static_cast<double>(solver.Standing().bookings.MemoryBytes());
     return table + results + std::min(workers, iterations) * (run + bookings);
 }
 
@@ -161,7 +157,7 @@ void RiskSolve::PrepareRiskSolve(Rnd& rnd) {
     const auto slices = network_.Slices();
     permuteTable_ = BuildPermuteTable(slices.size(), iterations_, rnd);
     trials_.assign(Index(iterations_) + 1, {});
-    const ForwardRun& stands = solver_.Run();
+    const ForwardRun& stands = standing_.run;
     const auto totals = ForwardRun::Totals(network_.Projects()[Index(project_)], stands.Clocks());
     trials_[0] = {totals.finish, totals.laborCost + totals.materialCost};
     baseline_.clear();

@@ -8,14 +8,14 @@
 #include <string>
 #include <vector>
 
-#include "solve/Bookings.h"
-#include "solve/ForwardRun.h"
 #include "solve/IterationWatch.h"
 #include "solve/IterativeResults.h"
 #include "solve/Rnd.h"
-#include "solve/Solver.h"
+#include "solve/Solution.h"
 
 namespace vortan {
+
+class Solver;
 
 /// The normal score of a probability above 0 and below 1, good to 4.5e-4 (Abramowitz and Stegun, 26.2.23).
 float PtoZ(float p);
@@ -71,7 +71,7 @@ class RiskSolve {
     int PercentDone() const;
     void Fail(const Failure& failure);
 
-    const Solver& solver_;
+    const Solution& standing_;
     const Network& network_;
     std::int32_t project_;
     std::int32_t iterations_;

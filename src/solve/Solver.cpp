@@ -1,9 +1,5 @@
 #include "solve/Solver.h"
 
-#include <algorithm>
-#include <cmath>
-#include <unordered_map>
-
 #include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
@@ -13,6 +9,8 @@
 #include "model/Vresource.h"
 #include "model/Vtask.h"
 #include "model/Vtemplate.h"
+#include "model/Workspace.h"
+#include "solve/Solution.h"
 
 namespace vortan {
 
@@ -20,31 +18,10 @@ namespace {
 
 constexpr int kCallsPerLook = 256;
 
-std::size_t Index(std::int32_t i) {
-    return static_cast<std::size_t>(i);
-}
-
-std::string NameOf(const Vtask& task) {
-    return "(" + (task.Project() ? task.Project()->BuildNodeText() : "") + ") " + task.BuildNodeText();
-}
-
 }  // namespace
 
-std::string Vslice::BuildNodeText() const {
-    if (!task) return "<deleted>";
-    const std::string text = NameOf(*task);
-    if (fromPercent == 0 && toPercent == 100) return text;
-    return std::to_string(fromPercent) + "% to " + std::to_string(toPercent) + "% of " + text;
-}
-
-std::string Vslot::BuildNodeText() const {
-    std::string text = FormatDate(startTime) + " to " + FormatDate(endTime);
-    if (!taskRequired) return text + " <available> ";
-    const Vproject* project = taskRequired->Project();
-    return text + " (" + (project ? project->ProjectName() : "") + ") " + taskRequired->BuildNodeText();
-}
-
-Solver::Solver(Workspace& workspace) : workspace_(workspace) {
+Solver::Solver(Workspace& workspace)
+    : workspace_(workspace), standing_(std::make_unique<Solution>()), next_(std::make_unique<Network>()) {
     workspace_.SetSolver(this);
 }
 
@@ -55,6 +32,10 @@ Solver::~Solver() {
 void Solver::SetSolveMessage(std::string_view text) {
     message_ = text;
     workspace_.ThePlatform().SolveStatus(message_);
+}
+
+void Solver::Watch(const Vtask* task) {
+    watched_ = task;
 }
 
 void Solver::RestartSolve() {
@@ -87,11 +68,10 @@ void Solver::Clear() {
     if (mode_ == SolveMode::Running) SetMode(SolveMode::Restart);
     problem_.reset();
     dangling_.clear();
-    network_.Clear();
-    nextNetwork_.Clear();
-    bookings_ = Bookings();
-    run_ = ForwardRun();
-    reversed_ = orderIsNext_ = false;
+    // In place: a solve that is on the stack comes back to them.
+    *standing_ = Solution();
+    *next_ = Network();
+    orderIsNext_ = false;
 }
 
 void Solver::SolveTimerTick() {
@@ -114,7 +94,7 @@ void Solver::SolveTimerTick() {
         }
         if (mode_ == SolveMode::SuspendedRunning) SetMode(SolveMode::Suspended);
     } catch (...) {
-        network_.TakeIndexes();
+        standing_->network.TakeIndexes();
         SetMode(SolveMode::Halted);
         SetSolveMessage("Internal error");
         throw;
@@ -122,7 +102,7 @@ void Solver::SolveTimerTick() {
 }
 
 void Solver::BeginIterating() {
-    if (mode_ != SolveMode::Idle || !reversed_) AssertionFailed();
+    if (mode_ != SolveMode::Idle || !standing_->reversed) AssertionFailed();
     SetMode(SolveMode::Iterating);
 }
 
@@ -158,18 +138,19 @@ bool Solver::Pause() {
     return AbortSolve();
 }
 
-bool Solver::Stop(std::int32_t slice) {
+bool Solver::StopAt(std::int32_t slice) {
     if (std::chrono::steady_clock::now() - lastService_ < serviceInterval_) return false;
-    const auto& task = network_.Tasks()[Index(network_.Slices()[Index(slice)].task)];
+    const Network& network = standing_->network;
+    const auto& task = network.Tasks()[Index(network.Slices()[Index(slice)].task)];
     if (mode_ == SolveMode::Running) SetSolveMessage("Solving " + task.object->BuildNodeText() + " ...");
     return AbortSolve();
 }
 
 void Solver::SolveError(const SolveProblem& problem) {
-    network_.TakeIndexes();  // a network that did not come to its pass may have them
+    standing_->network.TakeIndexes();  // a network that did not come to its pass may have them
     SetMode(SolveMode::Halted);
     problem_ = problem;
-    SetSolveMessage(problem.message);
+    SetSolveMessage(problem.Message());
 }
 
 void Solver::TrySolve() {
@@ -205,10 +186,7 @@ void Solver::VerifyJournalSync() {
     const DateTime date = active->Journal();
     for (const Vproject* project : workspace_.ProjectList()) {
         if (project->Journal() != date) {
-            SolveProblem problem;
-            problem.message = "Journal sync error";
-            SolveError(problem);
-            return;
+            return SolveError({.kind = SolveProblem::Kind::JournalSync});
         }
     }
     for (Vtemplate* each : workspace_.TemplateList()) each->AddJournal(date);
@@ -219,7 +197,7 @@ bool Solver::CheckAllTasks() {
     bool stopped = false;
     orderIsNext_ = false;
     dangling_.clear();
-    const auto problem = nextNetwork_.Check(workspace_, [&] { return stopped = MayStop(); });
+    const auto problem = next_->Check(workspace_, [&] { return stopped = MayStop(); });
     if (problem) SolveError(*problem);
     return !problem && !stopped;
 }
@@ -227,7 +205,7 @@ bool Solver::CheckAllTasks() {
 bool Solver::ComputeOrder() {
     const Section section("Solve:ComputeOrder");
     bool stopped = false;
-    const auto problem = nextNetwork_.ComputeOrder([&] { return stopped = Pause(); });
+    const auto problem = next_->ComputeOrder([&] { return stopped = Pause(); });
     if (stopped) return false;
     orderIsNext_ = true;
     if (problem) SolveError(*problem);
@@ -236,35 +214,36 @@ bool Solver::ComputeOrder() {
 
 /// A master project must have one end only.
 bool Solver::CheckOpenEnds() {
-    nextNetwork_.FindDangling(dangling_);
+    next_->FindDangling(dangling_);
     if (dangling_.empty()) return true;
-    SolveProblem open;
-    open.message = "Dangling tasks";
-    open.task = Slice(dangling_.front()).task;
-    SolveError(open);
+    SolveError({.kind = SolveProblem::Kind::Dangling, .task = Slice(dangling_.front()).task});
     return false;
 }
 
 bool Solver::ResetPriorToSolve() {
-    std::swap(network_, nextNetwork_);
-    orderIsNext_ = reversed_ = false;
-    bookings_.Reset(network_);
-    run_.Prepare(network_, bookings_);
+    std::swap(standing_->network, *next_);
+    orderIsNext_ = standing_->reversed = false;
+    standing_->bookings.Reset(standing_->network);
+    standing_->run.Prepare(standing_->network, standing_->bookings);
     return !Pause();
 }
 
 bool Solver::ForwardPass() {
     const Section section("Solve:SolveAllSlices");
-    run_.Watch(network_.IndexOf(watched_.Get()));
-    const auto outcome = run_.SolveAllSlices(this);
+    struct Poll : ForwardRun::Poll {
+        explicit Poll(Solver& theSolver) : solver(theSolver) {}
+        bool Stop(std::int32_t slice) override { return solver.StopAt(slice); }
+        Solver& solver;
+    } poll(*this);
+    ForwardRun& run = standing_->run;
+    run.Watch(standing_->network.IndexOf(watched_.Get()));
+    const auto outcome = run.SolveAllSlices(&poll);
     if (outcome == ForwardRun::Outcome::Done) return true;
     if (outcome == ForwardRun::Outcome::Stopped) return false;
-    WriteResults();
+    standing_->WriteResults();
     if (outcome == ForwardRun::Outcome::NoTime) {
-        SolveProblem problem;
-        problem.message = "No working time";
-        problem.task = network_.Tasks()[Index(run_.ProblemTask())].object;
-        SolveError(problem);
+        SolveError({.kind = SolveProblem::Kind::NoWorkingTime,
+                    .task = standing_->network.Tasks()[Index(run.ProblemTask())].object});
     } else {
         ReportShortage();
     }
@@ -272,12 +251,12 @@ bool Solver::ForwardPass() {
 }
 
 void Solver::ReportShortage() {
-    const auto& task = network_.Tasks()[Index(run_.ProblemTask())];
-    const std::int32_t rule = network_.Projects()[Index(task.project)].rule;
-    const Vresource* resource = network_.Resources()[Index(run_.ProblemResource())].object.Get();
-    SolveProblem problem;
-    problem.message = ForwardRun::ShortageText(rule);
-    problem.problemDate = DateTime(run_.ProblemDate());
+    const Network& network = standing_->network;
+    const ForwardRun& run = standing_->run;
+    const auto& task = network.Tasks()[Index(run.ProblemTask())];
+    const Vresource* resource = network.Resources()[Index(run.ProblemResource())].object.Get();
+    SolveProblem problem{ForwardRun::ShortageUnder(network.Projects()[Index(task.project)].rule)};
+    problem.problemDate = DateTime(run.ProblemDate());
     const int weekday = Weekday(problem.problemDate);
     for (Vassignment* assignment : task.object->AssignmentList()) {
         if (!assignment->Include() || !assignment->WorkDay(weekday)) continue;
@@ -285,154 +264,18 @@ void Solver::ReportShortage() {
         problem.assignment = assignment;
         problem.requestedHours += assignment->Hours();
     }
-    problem.assignedHours = problem.requestedHours - run_.ProblemMinutesLeft() / 60.0;
+    problem.assignedHours = problem.requestedHours - run.ProblemMinutesLeft() / 60.0;
     SolveError(problem);
-}
-
-/// Writes what the passes found into the model: the late dates only when the reverse pass has run.
-void Solver::WriteResults() {
-    const auto tasks = network_.Tasks();
-    for (std::size_t i = 0; i < tasks.size(); ++i) {
-        Vtask& task = *tasks[i].object.Get();
-        const auto& clock = run_.Clocks()[i];
-        task.SetEarlyStart(DateTime(clock.start));
-        task.SetEarlyFinish(DateTime(clock.finish));
-        task.SetLaborCost(clock.laborCost);
-        if (tasks[i].subproject >= 0 && tasks[i].firstSlice < run_.SlicesBegun()) {
-            task.SetMaterialCost(clock.materialCost);
-        }
-        if (reversed_) {
-            task.SetLateStart(DateTime(reverse_.Tasks()[i].start));
-            task.SetLateFinish(DateTime(reverse_.Tasks()[i].finish));
-        }
-        WriteDependencyDates(tasks[i]);
-    }
-}
-
-/// The date of every dependency that the pass has looked at, as it was at the last look: a slice looks at
-/// those up to where it begins, and at all of them if its task has no estimate.
-void Solver::WriteDependencyDates(const Network::Task& task) {
-    if (task.subproject >= 0) return;
-    const auto slices = network_.Slices();
-    const bool complete = Index(run_.SlicesBegun()) == slices.size();
-    for (const auto& source : network_.SourcesOf(task)) {
-        if (source.slice < 0) continue;
-        // The last look of a complete pass is behind everything.
-        std::int32_t looked = complete ? run_.SlicesBegun() : -1;
-        for (std::int32_t i = task.firstSlice; !complete && i >= 0 && i < run_.SlicesBegun();
-             i = slices[Index(i)].next) {
-            if (task.effortUnits == 0 || slices[Index(i)].from >= source.toPercent) looked = i;
-        }
-        if (looked < 0) continue;
-        const double date = source.slice < looked ? run_.SliceFinish()[Index(source.slice)] : 0;
-        source.object->SetDepDate(DateTime(date));
-    }
-}
-
-/// The finish of a project in its plan journal, in days.
-double Solver::PlanFinish(const Network::Project& project,
-                          const std::vector<ForwardRun::Clock>& clocks) const {
-    const Vproject& object = *project.object.Get();
-    const std::int32_t plan = object.PlanIndex();
-    if (plan != object.CurrentIndex()) {
-        // What this solve finds runs forward into later journals.
-        bool any = false;
-        double finish = 0;
-        for (const Vtask* task : object.TaskList()) {
-            if (!task->IncludeAt(plan)) continue;
-            const std::int32_t index = plan > object.CurrentIndex() ? network_.IndexOf(task) : -1;
-            const double at = index >= 0 ? clocks[Index(index)].finish : task->EarlyFinishAt(plan).Days();
-            finish = any ? std::max(finish, at) : at;
-            any = true;
-        }
-        return finish;
-    }
-    return ForwardRun::Totals(project, clocks).finish;
-}
-
-void Solver::PlanFinishes(const std::vector<ForwardRun::Clock>& clocks, std::vector<double>& finishes) const {
-    const auto projects = network_.Projects();
-    finishes.resize(projects.size());
-    for (std::size_t i = 0; i < projects.size(); ++i) {
-        const auto master = Index(projects[i].master);
-        // A master ahead in the list is known already: a plan of many subprojects looks it up once.
-        finishes[i] = master < i && Index(projects[master].master) == master
-                          ? finishes[master]
-                          : PlanFinish(projects[master], clocks);
-    }
 }
 
 bool Solver::ReversePass() {
     const Section section("Solve:ReverseSolve");
-    PlanFinishes(run_.Clocks(), planFinish_);
-    if (!reverse_.Run(network_, run_, planFinish_, [this] { return Pause(); })) return false;
-    reversed_ = true;
-    WriteResults();
+    Solution& found = *standing_;
+    found.PlanFinishes(found.run.Clocks(), planFinish_);
+    if (!found.reverse.Run(found.network, found.run, planFinish_, [this] { return Pause(); })) return false;
+    found.reversed = true;
+    found.WriteResults();
     return true;
-}
-
-Vslice Solver::Slice(std::int32_t index) const {
-    const auto at = Index(index);
-    const auto& slice = Order().Slices()[at];
-    Vslice view;
-    view.task = Order().Tasks()[Index(slice.task)].object.Get();
-    view.fromPercent = slice.from;
-    view.toPercent = slice.to;
-    if (orderIsNext_) return view;
-    view.earlyStart = DateTime(run_.SliceStart()[at]);
-    view.earlyFinish = DateTime(run_.SliceFinish()[at]);
-    view.laborCost = run_.SliceCost()[at];
-    if (reversed_) {
-        view.lateStart = DateTime(reverse_.Slices()[at].start);
-        view.lateFinish = DateTime(reverse_.Slices()[at].finish);
-    }
-    return view;
-}
-
-Vslot Solver::ViewOf(const SlotView& slot) const {
-    Vtask* task = slot.task >= 0 ? network_.Tasks()[Index(slot.task)].object.Get() : nullptr;
-    return {slot.startTime, slot.endTime, SlotTypeOf(slot.kind), task, slot.laborCost};
-}
-
-std::vector<Vslot> Solver::Slots(const Vresource& resource, std::int32_t day) const {
-    std::vector<Vslot> slots;
-    const std::int32_t index = network_.IndexOf(&resource);
-    if (index < 0) return slots;
-    bookings_.ForEachSlot(index, day, [&](const SlotView& slot) { slots.push_back(ViewOf(slot)); });
-    return slots;
-}
-
-std::vector<Vslot> Solver::HeldSlots(const Vresource& resource) const {
-    std::vector<Vslot> slots;
-    const std::int32_t index = network_.IndexOf(&resource);
-    if (index < 0) return slots;
-    std::int32_t first, last;
-    bookings_.DayRange(index, first, last);
-    for (std::int32_t day = first; day < last; ++day) {
-        bookings_.ForEachSlot(index, day, [&](const SlotView& slot) {
-            if (slot.task >= 0) slots.push_back(ViewOf(slot));
-        });
-    }
-    return slots;
-}
-
-std::int32_t Solver::CountMinutes(const Vresource& resource, const Vtask& task, DateTime from,
-                                  DateTime to) const {
-    const std::int32_t index = network_.IndexOf(&resource);
-    const std::int32_t taskIndex = network_.IndexOf(&task);
-    if (index < 0 || taskIndex < 0) return 0;
-    std::int32_t first, last;
-    bookings_.DayRange(index, first, last);
-    const double begin = std::max<double>(first, from.WholeDay());
-    const double end = std::min<double>(last - 1, to.WholeDay());
-    std::int32_t minutes = 0;
-    for (double day = begin; day <= end; ++day) {
-        bookings_.ForEachSlot(index, static_cast<std::int32_t>(day), [&](const SlotView& slot) {
-            if (slot.task == taskIndex)
-                minutes += Bookings::Minutes(slot.startTime.Days(), slot.endTime.Days());
-        });
-    }
-    return minutes;
 }
 
 }  // namespace vortan

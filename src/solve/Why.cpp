@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <ranges>
 #include <span>
 
 #include "model/Vassignment.h"
@@ -14,6 +15,7 @@ namespace vortan {
 
 namespace {
 
+constexpr int kOffDaySlot = 4;                         // the last type of normal time
 constexpr double kMoment = 1.0 / kMinutesPerDay / 60;  // shorter stretches are noise
 
 using Cause = WhyReport::Cause;
@@ -26,11 +28,12 @@ struct Booking {
 class Explainer {
   public:
     Explainer(const Solver& solver, const Vtask& task)
-        : solver_(solver), task_(task), index_(solver.TheNetwork().IndexOf(&task)) {}
+        : solver_(solver), task_(task), sightings_(solver.Sightings()) {}
 
     WhyReport Explain() {
-        if (index_ < 0 || !solver_.Placed()) return report_;
+        if (!solver_.Placed()) return report_;
         CollectSlices();
+        if (!partOfSolve_) return report_;
         CollectBookings();
         CollectSightings();
         for (std::size_t i = 0; i < slices_.size(); ++i) ExplainStart(i);
@@ -46,8 +49,10 @@ class Explainer {
   private:
     void CollectSlices() {
         for (std::int32_t i = 0; i < solver_.SliceCount(); ++i) {
-            Vslice slice = solver_.Slice(i);
-            if (slice.task == &task_ && slice.earlyStart.IsSet()) slices_.push_back(slice);
+            const Vslice slice = solver_.Slice(i);
+            if (slice.task != &task_) continue;
+            partOfSolve_ = true;
+            if (slice.earlyStart.IsSet()) slices_.push_back(slice);
         }
     }
 
@@ -138,7 +143,7 @@ class Explainer {
 
     /// What the team could not do on one day from `from` to `to`.
     void ExplainDay(std::int32_t day, double from, double to) {
-        const int weekday = WeekdayIndex(day) + 1;
+        const int weekday = Weekday(DateTime(day));
         bool wanted = false;
         std::vector<double> cuts = {from, to};
         for (Vresource* resource : team_) {
@@ -169,18 +174,17 @@ class Explainer {
             const auto sightings = Seen(*resource, day);
             std::int32_t given = 0;
             for (const auto& [slice, who, slot] : sightings) {
-                if (slot.task == index_)
-                    given += Bookings::Minutes(slot.startTime.Days(), slot.endTime.Days());
+                if (slot.taskRequired == &task_)
+                    given += RoundToInt32(DaysBetween(slot.startTime, slot.endTime) * kMinutesPerDay);
             }
             for (const auto& [slice, who, slot] : sightings) {
                 if (slot.startTime.Days() > middle || slot.endTime.Days() < middle) continue;
-                if (slot.kind > SlotClass::OffDay) continue;
-                if (given < asked && slot.task >= 0 && slot.task != index_) {
-                    const bool counts = task_.Project()->SolveRules() == kUnlimited;
+                if (slot.slotType > kOffDaySlot) continue;
+                if (given < asked && slot.taskRequired && slot.taskRequired != &task_) {
+                    const bool counts = task_.Project()->SolveRules() == SolveRule::Unlimited;
                     stretch.cause = counts ? Cause::Unbooked : Cause::Held;
                     stretch.resource = resource;
-                    stretch.holder =
-                        solver_.TheNetwork().Tasks()[static_cast<std::size_t>(slot.task)].object.Get();
+                    stretch.holder = slot.taskRequired;
                 } else if (stretch.cause == Cause::OutsideShift) {
                     stretch.cause = Cause::HoursUsed;
                 }
@@ -192,23 +196,20 @@ class Explainer {
     /// The slots of a day as the task found them: what later tasks booked is not in the way of this one. Of a
     /// day that several slices saw, the last sight counts.
     void CollectSightings() {
-        const auto& sightings = solver_.Run().Sightings();
-        for (std::size_t first = 0, end; first < sightings.size(); first = end) {
-            const auto& one = sightings[first];
+        for (std::size_t first = 0, end; first < sightings_.size(); first = end) {
+            const auto& one = sightings_[first];
             const std::int32_t day = DayOf(one.slot);
-            for (end = first + 1; end < sightings.size(); ++end) {
-                const auto& next = sightings[end];
+            for (end = first + 1; end < sightings_.size(); ++end) {
+                const auto& next = sightings_[end];
                 if (next.slice != one.slice || next.resource != one.resource || DayOf(next.slot) != day)
                     break;
             }
-            seen_[{one.resource, day}] = {sightings.data() + first, end - first};
+            seen_[{one.resource, day}] = {sightings_.data() + first, end - first};
         }
     }
-    static std::int32_t DayOf(const SlotView& slot) {
-        return static_cast<std::int32_t>(slot.startTime.Days());
-    }
-    std::span<const ForwardRun::Sighting> Seen(const Vresource& resource, std::int32_t day) const {
-        const auto found = seen_.find({solver_.TheNetwork().IndexOf(&resource), day});
+    static std::int32_t DayOf(const Vslot& slot) { return static_cast<std::int32_t>(slot.startTime.Days()); }
+    std::span<const SlotSighting> Seen(const Vresource& resource, std::int32_t day) const {
+        const auto found = seen_.find({&resource, day});
         if (found == seen_.end()) return {};
         return found->second;
     }
@@ -238,15 +239,14 @@ class Explainer {
     }
 
     void ExplainFollowers() {
-        const Network& network = solver_.TheNetwork();
-        const auto slices = network.Slices();
+        const SliceArrows arrows = solver_.Arrows();
         for (std::int32_t i = 0; i < solver_.SliceCount(); ++i) {
-            const auto& slice = slices[static_cast<std::size_t>(i)];
-            if (slice.task != index_) continue;
-            for (const auto& edge : network.EdgesOf(slice)) {
-                const Vslice follower = solver_.Slice(edge.slice);
+            const Vslice slice = solver_.Slice(i);
+            if (slice.task != &task_) continue;
+            for (const SliceArrow& arrow : arrows.ForwardList(i) | std::views::reverse) {
+                const Vslice follower = solver_.Slice(arrow.slice);
                 if (follower.task == &task_ || !follower.task) continue;
-                const double allowed = solver_.Slice(i).earlyFinish.Days() + edge.offset;
+                const double allowed = slice.earlyFinish.Days() + arrow.offset;
                 // What stands for a subproject begins with its first task; it is the end that waits.
                 const DateTime waits =
                     follower.task->Subproject() ? follower.task->EarlyFinish() : follower.earlyStart;
@@ -260,12 +260,12 @@ class Explainer {
 
     const Solver& solver_;
     const Vtask& task_;
-    const std::int32_t index_;
+    const std::vector<SlotSighting> sightings_;
+    bool partOfSolve_ = false;
     std::vector<Vslice> slices_;
     std::vector<Vresource*> team_;
     std::vector<Booking> bookings_;
-    /// By resource, as the network numbers it, and day.
-    std::map<std::pair<std::int32_t, std::int32_t>, std::span<const ForwardRun::Sighting>> seen_;
+    std::map<std::pair<const Vresource*, std::int32_t>, std::span<const SlotSighting>> seen_;  ///< by day
     WhyReport report_;
 };
 

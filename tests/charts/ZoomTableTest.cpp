@@ -19,7 +19,7 @@ class ZoomTableTest : public ::testing::Test {
   protected:
     ZoomTableTest() {
         project->AddJournal(DateTime(37137));
-        project->SetSolveRules(kUnlimited);
+        project->SetSolveRules(SolveRule::Unlimited);
         plan.workspace.SetThisProject(project);
         end = Task(99, 0, nullptr);
     }

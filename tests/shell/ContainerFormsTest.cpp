@@ -50,7 +50,7 @@ TEST_F(ContainerFormsTest, AProjectIsMadeWithItsJournal) {
     }
     EXPECT_TRUE(workspace.ProjectList().empty());
     shell.Type("PriorityText", "7");
-    shell.Find<QComboBox>("SolveRulesCombo").setCurrentIndex(kDayHalt);
+    shell.Find<QComboBox>("SolveRulesCombo").setCurrentIndex(static_cast<int>(SolveRule::DayHalt));
     shell.Press(Qt::Key_Return);
 
     const Vproject* project = workspace.ThisProject();
@@ -58,7 +58,7 @@ TEST_F(ContainerFormsTest, AProjectIsMadeWithItsJournal) {
     EXPECT_EQ(project->ProjectName(), " Bridge");
     EXPECT_EQ(FormatDate(project->Journal()), "1/4/2027");
     EXPECT_EQ(project->Priority(), "7");
-    EXPECT_EQ(project->SolveRules(), kDayHalt);
+    EXPECT_EQ(project->SolveRules(), SolveRule::DayHalt);
     EXPECT_TRUE(project->Dirty());
     EXPECT_FALSE(shell.IsOpen("ProjectEntryForm"));
 
@@ -85,7 +85,7 @@ TEST_F(ContainerFormsTest, ChangesReachAsFarAsTheOptionSays) {
                  {"ApplyOption(1)", {middle, leaf}},
                  {"ApplyOption(2)", {master, middle, leaf, side}}};
     workspace.SetThisProject(middle);
-    int rule = kNormalExtend;
+    int rule = static_cast<int>(SolveRule::NormalExtend);
     for (const auto& one : cases) {
         SCOPED_TRACE(one.option);
         ++rule;
@@ -98,7 +98,7 @@ TEST_F(ContainerFormsTest, ChangesReachAsFarAsTheOptionSays) {
         for (const Vproject* project : {master, middle, leaf, side, other}) {
             const bool reached =
                 std::find(one.reached.begin(), one.reached.end(), project) != one.reached.end();
-            EXPECT_EQ(project->SolveRules() == rule, reached) << project->ProjectName();
+            EXPECT_EQ(project->SolveRules() == SolveRule{rule}, reached) << project->ProjectName();
             EXPECT_EQ(project->Dirty(), reached) << project->ProjectName();
         }
         EXPECT_EQ(middle->ProjectName(), "Middle");

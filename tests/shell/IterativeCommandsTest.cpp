@@ -92,14 +92,14 @@ TEST_F(IterativeCommandsTest, AClickOnTheCrashCurveTellsTheMultipliers) {
 
 TEST_F(IterativeCommandsTest, AHaltingRuleIsToBeChangedFirst) {
     Workspace& workspace = shell.desktop.workspace;
-    workspace.ThisProject()->SetSolveRules(kOvertimeHalt);
+    workspace.ThisProject()->SetSolveRules(SolveRule::OvertimeHalt);
     const char* question = "The project House: Family house, 4 Orchard Lane has a solve rule that halts";
     shell.platform.ExpectBox("Halt Rule Must Be Changed", BoxAnswer::No, question);
     shell.Choose("IterativeDetailedCrashSolveMenu");
     EXPECT_FALSE(shell.IsOpen("ProjectEntryForm"));
     // The form is that of the active project, whatever project was named.
-    workspace.ThisProject()->SetSolveRules(kNormalExtend);
-    workspace.FindOrCreateProject("Other")->SetSolveRules(kDayHalt);
+    workspace.ThisProject()->SetSolveRules(SolveRule::NormalExtend);
+    workspace.FindOrCreateProject("Other")->SetSolveRules(SolveRule::DayHalt);
     shell.platform.ExpectBox("Halt Rule Must Be Changed", BoxAnswer::Yes, "The project Other");
     shell.Choose("IterativeDetailedCrashSolveMenu");
     ASSERT_TRUE(shell.IsOpen("ProjectEntryForm"));

@@ -61,7 +61,7 @@ TEST_F(OverageFormTest, LeadsToTheSolveRule) {
     shell.Click("OkCommand");
     ASSERT_EQ(OpenForm(), "ProjectEntryForm");
     EXPECT_EQ(shell.Focus(), "SolveRulesCombo");
-    shell.Find<QComboBox>("SolveRulesCombo").setCurrentIndex(kNormalExtend);
+    shell.Find<QComboBox>("SolveRulesCombo").setCurrentIndex(static_cast<int>(SolveRule::NormalExtend));
     shell.Click("OkCommand");
     shell.Solve();
     EXPECT_EQ(shell.desktop.solver.SolveMessage(), "Solve complete");

@@ -96,8 +96,8 @@ TEST(CrashSolveTest, ARuleThatHaltsIsRefusedInAnyProject) {
     plan.AddTask(1, 60, {60});
     Vproject* other = plan.workspace.FindOrCreateProject("Other");
     other->AddJournal(DateTime(IterativePlan::kStart));
-    for (int rule = kNormalHalt; rule <= kUnlimited; ++rule) {
-        other->SetSolveRules(rule);
+    for (int rule = 0; rule < kSolveRules; ++rule) {
+        other->SetSolveRules(SolveRule{rule});
         plan.Solve();
         const auto outcome = plan.iterative.CrashSolve(true, 0.25, nullptr);
         const bool halts = rule == 0 || rule == 2 || rule == 4;

@@ -24,7 +24,7 @@ struct IterativePlan : LoadedPlan {
     IterativePlan() = default;
     explicit IterativePlan(std::string_view text) : LoadedPlan(text) {}
 
-    Vproject* Project(std::int32_t rule = kNormalExtend) {
+    Vproject* Project(SolveRule rule = SolveRule::NormalExtend) {
         Vproject* project = workspace.FindOrCreateProject("P");
         project->AddJournal(DateTime(kStart));
         project->SetSolveRules(rule);

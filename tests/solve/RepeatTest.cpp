@@ -46,7 +46,7 @@ TEST(CheckerTest, DamageIsReported) {
     knobs.tasks = 10;
     knobs.spread = 3;
     knobs.partials = 0;
-    knobs.rule = kDayExtend;
+    knobs.rule = static_cast<int>(SolveRule::DayExtend);
     const std::string text = GeneratePlan(1, knobs);
     const std::pair<const char*, std::function<void(Vtask&)>> cases[] = {
         {"Labor cost of the task", [](Vtask& t) { t.SetLaborCost(t.LaborCost() + Money::FromUnits(1)); }},
@@ -61,7 +61,7 @@ TEST(CheckerTest, DamageIsReported) {
              for (Vresource* each : t.AssignmentList()[0]->ResourceRequired()->Template()->ResourceList())
                  each->SetBurdenedRate(Money::FromUnits(77777777));
          }},
-        {"Kind of time", [](Vtask& t) { t.Project()->SetSolveRules(kNormalExtend); }},
+        {"Kind of time", [](Vtask& t) { t.Project()->SetSolveRules(SolveRule::NormalExtend); }},
     };
     for (const auto& [sentence, damage] : cases) {
         const LoadedPlan plan(text);

@@ -284,7 +284,7 @@ TEST_F(IterativeSolveTest, AFaultInTheProgressEndsTheSolve) {
 TEST(RiskSolveTest, ATrialThatHaltsBreaksTheSolveOff) {
     for (const int workers : {1, 2, 5}) {
         IterativePlan plan;
-        plan.Project(kNormalHalt);
+        plan.Project(SolveRule::NormalHalt);
         plan.Assign(plan.AddTask(1, -60, {480, 960, 1920}), 1);
         Vtask* second = plan.AddTask(2, -60, {960});
         plan.Assign(second, 1);

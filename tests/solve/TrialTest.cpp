@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "solve/ForwardRun.h"
+#include "solve/Solution.h"
 #include "support/LoadedPlan.h"
 #include "support/PlanGenerator.h"
 
@@ -17,11 +17,11 @@ std::string TextOf(Bookings& bookings, std::int32_t resource, std::int32_t first
                           slot.task);
             text += line;
         });
-        for (int reach = 0; reach < Bookings::kReaches; ++reach) {
+        for (const Reach reach : Bookings::kReaches) {
             const std::int32_t next = bookings.NextDay(resource, day, reach);
             if (next != day)
-                text += std::to_string(day) + " to " + std::to_string(next) + " of " + std::to_string(reach) +
-                        "\n";
+                text += std::to_string(day) + " to " + std::to_string(next) + " of " +
+                        std::to_string(static_cast<int>(reach)) + "\n";
         }
     }
     return text;
@@ -29,7 +29,7 @@ std::string TextOf(Bookings& bookings, std::int32_t resource, std::int32_t first
 
 /// Places all slices, after trials of each with other minutes and teams; must end as a pass without them.
 void ExpectTrialsLeaveNoTrace(const LoadedPlan& plan, std::uint64_t seed) {
-    const Network& network = plan.solver.TheNetwork();
+    const Network& network = plan.solver.Standing().network;
     FixedRandom random(seed);
     Bookings plainDays, days;
     ForwardRun plain, run;
@@ -69,7 +69,7 @@ TEST(TrialTest, WhatATrialBookedIsTakenBackToTheLastBit) {
     for (std::uint64_t seed = 0; seed < 12; ++seed) {
         SCOPED_TRACE(seed);
         ExpectTrialsLeaveNoTrace(LoadedPlan(GeneratePlan(seed, MixedKnobs(seed))), seed);
-        for (int rule = kNormalHalt; rule <= kUnlimited; ++rule) {
+        for (int rule = 0; rule < kSolveRules; ++rule) {
             SCOPED_TRACE(rule);
             ExpectTrialsLeaveNoTrace(LoadedPlan(GeneratePlan(seed, CrowdedKnobs(seed, rule))), seed);
         }

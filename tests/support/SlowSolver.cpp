@@ -436,8 +436,8 @@ void SlowSolver::SolveSomeMore(Slice* slice, const Resources& resources, std::in
         if (targetFinish != 0 && result.earlyFinish > targetFinish) result.earlyFinish = targetFinish;
     }
     if (todayMinutes <= 0) return;
-    const std::int32_t rule = task->Project()->SolveRules();
-    if (rule == kUnlimited) {
+    const auto rule = static_cast<int>(task->Project()->SolveRules());
+    if (rule == 6) {
         for (const Vresource* resource : resources) {
             if (resources_[resource].interference) remaining -= resources_[resource].minutesLeft;
         }
@@ -461,7 +461,7 @@ void SlowSolver::ReportShortage(const Vtask* task, const Resources& resources, i
     }
     problem_.assignedHours = problem_.requestedHours - resources_[*hindered].minutesLeft / 60.0;
     problem_.date = stepStart;
-    const std::int32_t rule = task->Project()->SolveRules();
+    const auto rule = static_cast<int>(task->Project()->SolveRules());
     SolveError(rule == 0   ? "Overtime needed"
                : rule == 2 ? "Overload detected"
                            : "Overload > 24 hours",
@@ -472,7 +472,7 @@ void SlowSolver::TeamSolve(Slice* slice, std::int32_t& remaining, const Resource
                            std::int32_t& todayMinutes) {
     const double start = Result(slice->task).earlyFinish;
     for (const int pass : {0, 2, 4}) {
-        if (pass > slice->task->Project()->SolveRules()) return;
+        if (pass > static_cast<int>(slice->task->Project()->SolveRules())) return;
         for (const Vresource* resource : resources) {
             ResourceState& state = resources_[resource];
             if (state.minutesLeft <= 0 || (pass > 0 && !state.interference)) continue;
@@ -490,7 +490,7 @@ void SlowSolver::PiecemealSolve(Slice* slice, std::int32_t& remaining, const Res
     const double start = Result(slice->task).earlyFinish;
     const double midnight = std::floor(start) + 1;
     for (const int pass : {0, 2}) {
-        if (pass > slice->task->Project()->SolveRules()) return;
+        if (pass > static_cast<int>(slice->task->Project()->SolveRules())) return;
         double cursor = start;
         do {
             double limit = midnight;
