@@ -7,9 +7,9 @@
 #include <string>
 
 #include "paint/Text.h"
-#include "shell/Desktop.h"
-#include "shell/MainForm.h"
-#include "shell/Trees.h"
+#include "shell/desk/Desktop.h"
+#include "shell/main/MainForm.h"
+#include "shell/trees/Trees.h"
 #include "support/ScriptedPlatform.h"
 
 namespace vortan {

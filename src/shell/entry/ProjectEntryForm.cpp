@@ -1,0 +1,155 @@
+#include "shell/entry/ProjectEntryForm.h"
+
+#include <QGroupBox>
+#include <QLabel>
+#include <utility>
+
+#include "model/Characters.h"
+#include "model/ValueText.h"
+#include "model/Vresource.h"
+
+namespace vortan {
+namespace {
+
+enum Reach { kThisOnly, kSubprojects, kMaster };
+
+}  // namespace
+
+void ProjectEntryForm::StartAdd(Desktop& desktop) {
+    auto* form = new ProjectEntryForm(desktop, desktop.workspace.NewVObject<Vproject>(), true);
+    form->ShowWith(*form->name_);
+}
+
+void ProjectEntryForm::StartModify(Desktop& desktop, Vproject* project) {
+    if (!project) project = desktop.workspace.ThisProject();
+    auto* form = new ProjectEntryForm(desktop, project, false);
+    form->ShowWith(*form->solveRules_);
+}
+
+ProjectEntryForm::ProjectEntryForm(Desktop& desktop, Vproject* object, bool adding)
+    : EntryForm(desktop, "ProjectEntryForm", "Project Data Entry"),
+      object_(object),
+      adding_(adding),
+      name_(new TextField("ProjectNameText", 30)),
+      description_(new TextField("DescriptionText", 40)),
+      manager_(new TextField("ManagerText", 40)),
+      priority_(new TextField("PriorityText", 5)),
+      viewPassword_(new TextField("ViewPasswordText")),
+      modifyPassword_(new TextField("ModifyPasswordText")),
+      initialJournal_(new DateField("InitialJournalText", "Initial journal")),
+      solveRules_(new QComboBox),
+      applyFrame_(new QWidget) {
+    solveRules_->setObjectName("SolveRulesCombo");
+    for (std::int32_t rule = kNormalHalt; rule <= kUnlimited; ++rule)
+        solveRules_->addItem(SolveRuleText(rule));
+    applyFrame_->setObjectName("ApplyFrame");
+    manager_->setReadOnly(true);
+    manager_->setFocusPolicy(Qt::ClickFocus);
+    manager_->setPlaceholderText("Drop a resource on the project to make it the manager");
+    viewPassword_->setEchoMode(QLineEdit::Password);
+    modifyPassword_->setEchoMode(QLineEdit::Password);
+    LayOut();
+    LoadData();
+}
+
+void ProjectEntryForm::LayOut() {
+    AddRow("Project &name", name_);
+    AddRow("&Description", description_);
+    AddRow("Manager", manager_);
+    if (adding_) {
+        AddRow("&Initial journal", initialJournal_);
+    } else {
+        initialJournal_->setParent(this);
+        initialJournal_->hide();
+    }
+
+    auto* section = new QGroupBox;
+    auto* inner = new QVBoxLayout(section);
+    auto* rows = new QFormLayout;
+    rows->addRow("&Solve rules", solveRules_);
+    auto* priority = new QHBoxLayout;
+    priority->addWidget(priority_);
+    priority->addWidget(new QLabel("Use 1 for the highest priority\nUse larger numbers for lower priority"),
+                        1);
+    rows->addRow("&Priority", priority);
+    static_cast<QLabel*>(rows->labelForField(priority))->setBuddy(priority_);
+    rows->addRow("&View password", viewPassword_);
+    rows->addRow("&Modify password", modifyPassword_);
+    rows->addRow("", NewRemark("Passwords are stored with the project and protect nothing."));
+    inner->addLayout(rows);
+
+    auto* apply = new QVBoxLayout(applyFrame_);
+    apply->setContentsMargins(0, fontMetrics().height() / 2, 0, 0);
+    apply->addWidget(new QLabel("Apply changes in this section to:"));
+    const auto add = [&](Reach reach, const char* caption) {
+        auto* option = new QRadioButton(caption);
+        option->setObjectName(QString("ApplyOption(%1)").arg(static_cast<int>(reach)));
+        apply->addWidget(option);
+        apply_[reach] = option;
+    };
+    add(kThisOnly, "&this project only");
+    add(kSubprojects, "include su&bprojects");
+    add(kMaster, "&all projects in this master");
+    apply_[kThisOnly]->setChecked(true);
+    inner->addWidget(applyFrame_);
+    applyFrame_->setVisible(!adding_);
+    Body().addWidget(section);
+}
+
+void ProjectEntryForm::LoadData() {
+    name_->SetValue(object_->ProjectName());
+    description_->SetValue(object_->Description());
+    if (const Vresource* manager = object_->Manager()) manager_->SetValue(manager->BuildNodeText());
+    solveRules_->setCurrentIndex(object_->SolveRules());
+    priority_->SetValue(object_->Priority());
+    viewPassword_->SetValue(object_->ViewPassword());
+    modifyPassword_->SetValue(object_->ModifyPassword());
+    const Vproject* active = desktop_.workspace.ThisProject();
+    initialJournal_->Text().SetValue(
+        FormatDate(active ? active->Journal() : DateTime(desktop_.platform.Now().WholeDay())));
+}
+
+/// Whether the settings of the section reach a project.
+bool ProjectEntryForm::Chosen(const Vproject& project) const {
+    if (&project == object_.Get()) return true;
+    if (apply_[kThisOnly]->isChecked()) return false;
+    if (apply_[kMaster]->isChecked()) return project.DescendsFrom(object_->Master());
+    return project.DescendsFrom(object_.Get());
+}
+
+void ProjectEntryForm::SaveData(int priority) {
+    if (name_->Value() != object_->ProjectName()) object_->SetProjectName(name_->Value());
+    object_->SetDescription(description_->Value());
+    for (Vproject* project : desktop_.workspace.ProjectList()) {
+        if (!Chosen(*project)) continue;
+        project->SetPriority(std::to_string(priority));
+        project->SetViewPassword(viewPassword_->Value());
+        project->SetModifyPassword(modifyPassword_->Value());
+        project->SetSolveRules(solveRules_->currentIndex());
+        project->SetDirty(true);
+    }
+}
+
+bool ProjectEntryForm::Finish() {
+    if (Trim(name_->Value()).empty()) {
+        return Complain(*name_, "The Project name must be filled in.", "Project Name Is Blank");
+    }
+    std::optional<DateTime> journal;
+    if (adding_ && !(journal = ReadDate(initialJournal_->Text()))) return false;
+    const auto priority = ReadWhole(*priority_, "priority", 0, 255);
+    if (!priority) return false;
+    SaveData(*priority);
+    Workspace& workspace = desktop_.workspace;
+    if (std::exchange(adding_, false)) {
+        object_->AddJournal(DateTime(journal->WholeDay()));
+        workspace.SetThisProject(object_.Get());
+    }
+    workspace.BroadcastNewThisProject();
+    return true;
+}
+
+void ProjectEntryForm::FormUnload() {
+    if (adding_) desktop_.workspace.FreeVobject(object_.Get());
+}
+
+}  // namespace vortan
