@@ -32,6 +32,8 @@ class ChildForm {
     // What the Output and Setup menus ask of the form in front. None and false: it has no such function.
     virtual std::optional<ShownSurface> Surface() { return std::nullopt; }
     virtual bool ChangeFont() { return false; }
+    /// Whether the commands that print and copy stay open while an entry form like this is.
+    virtual bool IsPrintable() const { return Class() == FormClass::FullPage; }
 
     QString FormName() { return Window().objectName(); }
 };

@@ -7,16 +7,16 @@
 #include "model/Workspace.h"
 #include "persist/FileCommands.h"
 #include "persist/Settings.h"
+#include "shell/desk/PlanObject.h"
 #include "solve/IterativeSolve.h"
 #include "solve/Solver.h"
 
 namespace vortan {
 
-class MainForm;
-class Trees;
+class FormHost;
 
 /// What every screen of the desktop program works on: one memory with its solver, the settings, the file
-/// commands and the error trap. Knows nothing of windows but where the main one is.
+/// commands and the error trap. Knows nothing of windows but who shows them.
 class Desktop {
   public:
     /// `thePlatform` must outlive the object.
@@ -60,8 +60,13 @@ class Desktop {
     Settings settings;
     FileCommands files;
     ErrTrap trap;
-    MainForm* mainForm = nullptr;  ///< set for as long as there is one
-    Trees* trees = nullptr;        ///< the main window's
+    FormHost* host = nullptr;  ///< the main window, for as long as there is one
+    int calendarYear = 0;      ///< that the calendar showed last, 0 before it was open
+
+    enum class Saving { Added, Changed, Moved };
+    /// Called by entry forms for what they have saved; `Moved` when its place among its siblings may be
+    /// another one. The trees set it.
+    std::function<void(const PlanObject&, Saving)> ObjectSaved = [](const PlanObject&, Saving) {};
 
   private:
     bool solveWaits_ = false;

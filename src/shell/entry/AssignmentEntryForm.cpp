@@ -4,41 +4,26 @@
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <cmath>
-#include <utility>
 
 #include "model/Characters.h"
 #include "model/ValueText.h"
 #include "paint/Text.h"
-#include "shell/trees/ProjectTreeForm.h"
-#include "shell/trees/Trees.h"
 
 namespace vortan {
 
-void AssignmentEntryForm::StartAdd(Desktop& desktop) {
-    Workspace& workspace = desktop.workspace;
-    if (!workspace.ThisProjectSet() || !workspace.ThisTemplateSet()) return;
-    const Node* node = desktop.trees->DragNode();
-    if (!node || node->Image() != 't') {
-        desktop.platform.MessageBox("You must click on a task before trying to add a new assignment.",
-                                    "Task Not Selected", BoxIcon::Warning, BoxButtons::Ok);
-        return;
-    }
-    auto* task = desktop.trees->ObjectOf<Vtask>(*node);
-    auto* form = new AssignmentEntryForm(desktop, workspace.NewVObject<Vassignment>(), task, true);
+void AssignmentEntryForm::StartAdd(Desktop& desktop, Vtask& task) {
+    auto* form = new AssignmentEntryForm(desktop, *desktop.workspace.NewVObject<Vassignment>(), task, true);
     form->ShowWith(*form->resource_);
 }
 
-void AssignmentEntryForm::StartModify(Desktop& desktop) {
-    auto* object = desktop.trees->ObjectOf<Vassignment>(*desktop.trees->DragNode());
-    auto* form = new AssignmentEntryForm(desktop, object, object->Task(), false);
+void AssignmentEntryForm::StartModify(Desktop& desktop, Vassignment& object) {
+    auto* form = new AssignmentEntryForm(desktop, object, *object.Task(), false);
     form->ShowWith(*form->hours_);
 }
 
-AssignmentEntryForm::AssignmentEntryForm(Desktop& desktop, Vassignment* object, Vtask* task, bool adding)
-    : EntryForm(desktop, "AssignmentEntryForm", "Assignment Data Entry"),
-      object_(object),
-      task_(task),
-      adding_(adding),
+AssignmentEntryForm::AssignmentEntryForm(Desktop& desktop, Vassignment& object, Vtask& task, bool adding)
+    : ObjectForm(desktop, "AssignmentEntryForm", "Assignment Data Entry", object, adding),
+      task_(&task),
       template_(new QComboBox),
       resource_(new QComboBox),
       hours_(new TextField("HoursText", 8)),
@@ -59,7 +44,7 @@ AssignmentEntryForm::AssignmentEntryForm(Desktop& desktop, Vassignment* object, 
     }
     hours_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     auto* taskText = new TextField("TaskText", 36);
-    taskText->SetValue(task->BuildNodeText());
+    taskText->SetValue(task.BuildNodeText());
     taskText->setReadOnly(true);
     taskText->setFocusPolicy(Qt::ClickFocus);
     AddRow("Task", taskText);
@@ -145,36 +130,24 @@ void AssignmentEntryForm::ResourceIdComboClick() {
     for (int day = 0; day < kDayKinds; ++day) workDays_->SetValue(day, resource->WorkDay(day));
 }
 
-void AssignmentEntryForm::SaveData(Vresource& resource, double hours) {
-    object_->SetResourceRequired(&resource);
-    // Behind the resource, which brings hours and days of its own.
-    object_->SetHours(hours);
-    for (int day = 0; day < kDayKinds; ++day) object_->SetWorkDay(day, workDays_->Value(day));
-    object_->Project()->SetDirty(true);
-}
-
-bool AssignmentEntryForm::Finish() {
+bool AssignmentEntryForm::VerifyData() {
     // Where a click on Ok does not take the focus away, what was typed is not settled yet.
     if (resource_->hasFocus()) ResourceIdComboClick();
-    Vresource* resource = FindResource();
-    if (!resource) {
+    resourceRead_ = FindResource();
+    if (!resourceRead_) {
         return Complain(*resource_, "Please choose a resource from the list.", "Missing Resource");
     }
     const auto hours = ReadNumber(*hours_, "hours a day");
-    if (!hours) return false;
-    const bool added = std::exchange(adding_, false);
-    if (added) object_->SetTask(task_.Get());
-    SaveData(*resource, *hours);
-    if (added) {
-        desktop_.trees->ProjectTree().RebuildTaskSubTree(*task_.Get(), true);
-    } else {
-        desktop_.trees->RefreshNode(desktop_.trees->FindNodeFromObject(object_.Get()));
-    }
-    return true;
+    hoursRead_ = hours.value_or(0);
+    return hours.has_value();
 }
 
-void AssignmentEntryForm::FormUnload() {
-    if (adding_) desktop_.workspace.FreeVobject(object_.Get());
+bool AssignmentEntryForm::SaveData() {
+    object_->SetResourceRequired(resourceRead_);
+    // Behind the resource, which brings hours and days of its own.
+    object_->SetHours(hoursRead_);
+    for (int day = 0; day < kDayKinds; ++day) object_->SetWorkDay(day, workDays_->Value(day));
+    return false;
 }
 
 }  // namespace vortan

@@ -3,14 +3,11 @@
 #include <QLineEdit>
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 #include "model/Characters.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
 #include "paint/Text.h"
-#include "shell/trees/ProjectTreeForm.h"
-#include "shell/trees/Trees.h"
 
 namespace vortan {
 namespace {
@@ -50,35 +47,22 @@ void SetLiveList(QComboBox& list, bool live) {
 
 }  // namespace
 
-void DependencyEntryForm::StartAdd(Desktop& desktop) {
-    const Node* node = desktop.trees->DragNode();
-    if (!node || node->Image() != 't') {
-        desktop.platform.MessageBox("Please click on a task first.", "No Task Selected", BoxIcon::Warning,
-                                    BoxButtons::Ok);
-        return;
-    }
-    Vtask* task = desktop.trees->TaskOfNode(*node);
+void DependencyEntryForm::StartAdd(Desktop& desktop, Vtask& task) {
     auto* dependency = desktop.workspace.NewVObject<Vdependency>();
     dependency->SetDepDate(desktop.workspace.ThisProject()->Journal());
-    auto* form = new DependencyEntryForm(desktop, dependency, task, node->Text, true);
+    auto* form = new DependencyEntryForm(desktop, *dependency, task, true);
     form->ShowWith(form->date_->Text());
 }
 
-void DependencyEntryForm::StartModify(Desktop& desktop) {
-    const Node& node = *desktop.trees->DragNode();
-    auto* dependency = desktop.trees->ObjectOf<Vdependency>(node);
-    auto* form = new DependencyEntryForm(desktop, dependency, dependency->Task(), node.Parent->Text, false);
-    form->ShowWith(dependency->TaskRequired() ? static_cast<QWidget&>(*form->requiredTask_)
-                                              : form->date_->Text());
+void DependencyEntryForm::StartModify(Desktop& desktop, Vdependency& object) {
+    auto* form = new DependencyEntryForm(desktop, object, *object.Task(), false);
+    form->ShowWith(object.TaskRequired() ? static_cast<QWidget&>(*form->requiredTask_) : form->date_->Text());
 }
 
-DependencyEntryForm::DependencyEntryForm(Desktop& desktop, Vdependency* object, Vtask* task,
-                                         const std::string& subject, bool adding)
-    : EntryForm(desktop, "DependencyEntryForm", "Dependency Entry"),
-      object_(object),
-      task_(task),
-      subject_(subject),
-      adding_(adding) {
+DependencyEntryForm::DependencyEntryForm(Desktop& desktop, Vdependency& object, Vtask& task, bool adding)
+    : ObjectForm(desktop, "DependencyEntryForm", "Dependency Entry", object, adding),
+      task_(&task),
+      subject_(task.BuildNodeText()) {
     BuildSentence();
     Body().addWidget(BuildToFrame());
     Body().addWidget(BuildOffsetFrame());
@@ -262,46 +246,24 @@ std::optional<double> DependencyEntryForm::ReadOffset() {
     return option == 1 ? 0 - *days : *days;
 }
 
-std::optional<DependencyEntryForm::Entries> DependencyEntryForm::VerifyData() {
-    Entries entries;
+bool DependencyEntryForm::VerifyData() {
+    entries_ = {};
     const auto offset = ReadOffset();
-    if (!offset) return std::nullopt;
-    entries.offset = *offset;
-    if (dateOption_->isChecked()) {
-        const auto date = ReadDate(date_->Text());
-        if (!date) return std::nullopt;
-        entries.date = *date;
-    } else if (!(entries.required = ReadTask())) {
-        return std::nullopt;
-    }
-    return entries;
+    if (!offset) return false;
+    entries_.offset = *offset;
+    if (!dateOption_->isChecked()) return (entries_.required = ReadTask()) != nullptr;
+    const auto date = ReadDate(date_->Text());
+    if (date) entries_.date = *date;
+    return date.has_value();
 }
 
-void DependencyEntryForm::SaveData(const Entries& entries) {
-    if (!entries.required) object_->SetDepDate(entries.date);
-    object_->SetTaskRequired(entries.required);
+bool DependencyEntryForm::SaveData() {
+    if (!entries_.required) object_->SetDepDate(entries_.date);
+    object_->SetTaskRequired(entries_.required);
     object_->SetToPercent(static_cast<std::uint8_t>(to_.scroll->value()));
     object_->SetFromPercent(static_cast<std::uint8_t>(from_.scroll->value()));
-    object_->SetOffset(entries.offset);
-    object_->Project()->SetDirty(true);
-}
-
-bool DependencyEntryForm::Finish() {
-    const auto entries = VerifyData();
-    if (!entries) return false;
-    const bool added = std::exchange(adding_, false);
-    if (added) object_->SetTask(task_.Get());
-    SaveData(*entries);
-    if (added) {
-        desktop_.trees->ProjectTree().RebuildTaskSubTree(*task_.Get(), true);
-    } else {
-        desktop_.trees->RefreshNode(*desktop_.trees->DragNode());
-    }
-    return true;
-}
-
-void DependencyEntryForm::FormUnload() {
-    if (adding_) desktop_.workspace.FreeVobject(object_.Get());
+    object_->SetOffset(entries_.offset);
+    return false;
 }
 
 }  // namespace vortan

@@ -10,16 +10,15 @@
 #include <vector>
 
 #include "model/Vdependency.h"
-#include "shell/forms/EntryForm.h"
+#include "shell/forms/ObjectForm.h"
 
 namespace vortan {
 
 /// Creates and changes a dependency, which it shows as a sentence that follows every change.
-class DependencyEntryForm : public EntryForm {
+class DependencyEntryForm : public ObjectForm<Vdependency> {
   public:
-    static void StartAdd(Desktop& desktop);
-    /// The object is that of the selected node.
-    static void StartModify(Desktop& desktop);
+    static void StartAdd(Desktop& desktop, Vtask& task);
+    static void StartModify(Desktop& desktop, Vdependency& object);
 
     void NewDragNode() override { Unload(); }
     void NewJournal() override { Unload(); }
@@ -40,8 +39,7 @@ class DependencyEntryForm : public EntryForm {
         QWidget* whole;
     };
 
-    DependencyEntryForm(Desktop& desktop, Vdependency* object, Vtask* task, const std::string& subject,
-                        bool adding);
+    DependencyEntryForm(Desktop& desktop, Vdependency& object, Vtask& task, bool adding);
 
     void BuildSentence();
     QWidget* BuildToFrame();
@@ -51,12 +49,11 @@ class DependencyEntryForm : public EntryForm {
     Point BuildPoint(const char* optionName, const char* scrollName, const char* const (&captions)[3]);
 
     void LoadData();
-    std::optional<Entries> VerifyData();
+    bool VerifyData() override;
+    void Join() override { object_->SetTask(task_.Get()); }
+    bool SaveData() override;
     Vtask* ReadTask();
     std::optional<double> ReadOffset();
-    void SaveData(const Entries& entries);
-    bool Finish() override;
-    void FormUnload() override;
 
     void ProjectRequiredComboClick();
     void PointOptionClick(const Point& point, int index);
@@ -66,10 +63,9 @@ class DependencyEntryForm : public EntryForm {
     void UpdatePoint(const Point& point, const std::string& before, const std::string& behind);
     void UpdateSentence();
 
-    Link<Vdependency> object_;
     Link<Vtask> task_;
     std::string subject_;  // of the sentence
-    bool adding_;          // until the object is part of the plan
+    Entries entries_;
     bool updating_ = false;
     QPlainTextEdit* sentence_;
     Point to_, from_;

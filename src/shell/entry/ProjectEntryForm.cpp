@@ -2,7 +2,6 @@
 
 #include <QGroupBox>
 #include <QLabel>
-#include <utility>
 
 #include "model/Characters.h"
 #include "model/ValueText.h"
@@ -16,20 +15,17 @@ enum Reach { kThisOnly, kSubprojects, kMaster };
 }  // namespace
 
 void ProjectEntryForm::StartAdd(Desktop& desktop) {
-    auto* form = new ProjectEntryForm(desktop, desktop.workspace.NewVObject<Vproject>(), true);
+    auto* form = new ProjectEntryForm(desktop, *desktop.workspace.NewVObject<Vproject>(), true);
     form->ShowWith(*form->name_);
 }
 
-void ProjectEntryForm::StartModify(Desktop& desktop, Vproject* project) {
-    if (!project) project = desktop.workspace.ThisProject();
-    auto* form = new ProjectEntryForm(desktop, project, false);
+void ProjectEntryForm::StartModify(Desktop& desktop, Vproject& object) {
+    auto* form = new ProjectEntryForm(desktop, object, false);
     form->ShowWith(*form->solveRules_);
 }
 
-ProjectEntryForm::ProjectEntryForm(Desktop& desktop, Vproject* object, bool adding)
-    : EntryForm(desktop, "ProjectEntryForm", "Project Data Entry"),
-      object_(object),
-      adding_(adding),
+ProjectEntryForm::ProjectEntryForm(Desktop& desktop, Vproject& object, bool adding)
+    : ObjectForm(desktop, "ProjectEntryForm", "Project Data Entry", object, adding),
       name_(new TextField("ProjectNameText", 30)),
       description_(new TextField("DescriptionText", 40)),
       manager_(new TextField("ManagerText", 40)),
@@ -117,39 +113,41 @@ bool ProjectEntryForm::Chosen(const Vproject& project) const {
     return project.DescendsFrom(object_.Get());
 }
 
-void ProjectEntryForm::SaveData(int priority) {
+bool ProjectEntryForm::VerifyData() {
+    if (Trim(name_->Value()).empty()) {
+        return Complain(*name_, "The Project name must be filled in.", "Project Name Is Blank");
+    }
+    if (adding_) {
+        const auto journal = ReadDate(initialJournal_->Text());
+        if (!journal) return false;
+        journalRead_ = DateTime(journal->WholeDay());
+    }
+    const auto priority = ReadWhole(*priority_, "priority", 0, 255);
+    priorityRead_ = priority.value_or(0);
+    return priority.has_value();
+}
+
+bool ProjectEntryForm::SaveData() {
     if (name_->Value() != object_->ProjectName()) object_->SetProjectName(name_->Value());
     object_->SetDescription(description_->Value());
     for (Vproject* project : desktop_.workspace.ProjectList()) {
         if (!Chosen(*project)) continue;
-        project->SetPriority(std::to_string(priority));
+        project->SetPriority(std::to_string(priorityRead_));
         project->SetViewPassword(viewPassword_->Value());
         project->SetModifyPassword(modifyPassword_->Value());
         project->SetSolveRules(solveRules_->currentIndex());
         project->SetDirty(true);
     }
+    return false;
 }
 
-bool ProjectEntryForm::Finish() {
-    if (Trim(name_->Value()).empty()) {
-        return Complain(*name_, "The Project name must be filled in.", "Project Name Is Blank");
-    }
-    std::optional<DateTime> journal;
-    if (adding_ && !(journal = ReadDate(initialJournal_->Text()))) return false;
-    const auto priority = ReadWhole(*priority_, "priority", 0, 255);
-    if (!priority) return false;
-    SaveData(*priority);
+void ProjectEntryForm::Announce(Desktop::Saving what) {
     Workspace& workspace = desktop_.workspace;
-    if (std::exchange(adding_, false)) {
-        object_->AddJournal(DateTime(journal->WholeDay()));
+    if (what == Desktop::Saving::Added) {
+        object_->AddJournal(journalRead_);
         workspace.SetThisProject(object_.Get());
     }
     workspace.BroadcastNewThisProject();
-    return true;
-}
-
-void ProjectEntryForm::FormUnload() {
-    if (adding_) desktop_.workspace.FreeVobject(object_.Get());
 }
 
 }  // namespace vortan

@@ -5,34 +5,34 @@
 #include <array>
 
 #include "model/Vproject.h"
-#include "shell/forms/EntryForm.h"
+#include "shell/forms/ObjectForm.h"
 
 namespace vortan {
 
 /// Creates and changes a project. Rule, priority and passwords can be given to its subprojects and to the
 /// whole tree of its master at once.
-class ProjectEntryForm : public EntryForm {
+class ProjectEntryForm : public ObjectForm<Vproject> {
   public:
     static void StartAdd(Desktop& desktop);
-    /// Without a project: the active one.
-    static void StartModify(Desktop& desktop, Vproject* project = nullptr);
+    static void StartModify(Desktop& desktop, Vproject& object);
 
     void NewDragNode() override { Unload(); }
     void NewJournal() override { Unload(); }
     void NewThisProject() override { Unload(); }
 
   private:
-    ProjectEntryForm(Desktop& desktop, Vproject* object, bool adding);
+    ProjectEntryForm(Desktop& desktop, Vproject& object, bool adding);
 
     void LayOut();
     void LoadData();
-    void SaveData(int priority);
+    bool VerifyData() override;
+    bool SaveData() override;
+    void Announce(Desktop::Saving what) override;
     bool Chosen(const Vproject& project) const;
-    bool Finish() override;
-    void FormUnload() override;
 
-    Link<Vproject> object_;
-    bool adding_;  // until the object is part of the plan
+    // What was read.
+    int priorityRead_ = 0;
+    DateTime journalRead_;
     TextField *name_, *description_, *manager_, *priority_, *viewPassword_, *modifyPassword_;
     DateField* initialJournal_;
     QComboBox* solveRules_;

@@ -3,12 +3,9 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <functional>
-#include <utility>
 
 #include "model/KeyedList.h"
 #include "paint/Text.h"
-#include "shell/trees/TemplateTreeForm.h"
-#include "shell/trees/Trees.h"
 
 namespace vortan {
 namespace {
@@ -30,28 +27,22 @@ constexpr Rate kRates[] = {
 
 }  // namespace
 
-void ResourceEntryForm::StartAdd(Desktop& desktop) {
-    if (!desktop.workspace.ThisTemplateSet()) return;
-    auto* form = new ResourceEntryForm(desktop, desktop.workspace.NewVObject<Vresource>(), true);
+void ResourceEntryForm::StartAdd(Desktop& desktop, Vtemplate& owner) {
+    auto* form = new ResourceEntryForm(desktop, *desktop.workspace.NewVObject<Vresource>(), owner, true);
     // A resource that ends in an earlier journal keeps its number.
-    const Vtemplate& owner = *desktop.workspace.ThisTemplate();
     std::int32_t id = owner.HighestResourceID() + 1;
     while (owner.FindResource(id)) ++id;
     form->id_->SetValue(std::to_string(id));
     form->ShowWith(*form->description_);
 }
 
-void ResourceEntryForm::StartModify(Desktop& desktop) {
-    auto* object = desktop.trees->ObjectOf<Vresource>(*desktop.trees->DragNode());
-    auto* form = new ResourceEntryForm(desktop, object, false);
+void ResourceEntryForm::StartModify(Desktop& desktop, Vresource& object) {
+    auto* form = new ResourceEntryForm(desktop, object, *object.Template(), false);
     form->ShowWith(*form->description_);
 }
 
-ResourceEntryForm::ResourceEntryForm(Desktop& desktop, Vresource* object, bool adding)
-    : EntryForm(desktop, "ResourceEntryForm", "Resource Data Entry"),
-      object_(object),
-      owner_(adding ? desktop.workspace.ThisTemplate() : object->Template()),
-      adding_(adding) {
+ResourceEntryForm::ResourceEntryForm(Desktop& desktop, Vresource& object, Vtemplate& owner, bool adding)
+    : ObjectForm(desktop, "ResourceEntryForm", "Resource Data Entry", object, adding), owner_(&owner) {
     BuildFields();
     LoadData();
 }
@@ -143,41 +134,41 @@ void ResourceEntryForm::LoadData() {
     for (int day = 0; day < kDayKinds; ++day) workDays_->SetValue(day, object_->WorkDay(day));
 }
 
-std::optional<ResourceEntryForm::Values> ResourceEntryForm::VerifyData() {
-    Values values{};
+bool ResourceEntryForm::VerifyData() {
     if (department_->currentText().isEmpty()) {
-        Complain(*department_, "The department must be filled in.", "Missing Department");
-        return std::nullopt;
+        return Complain(*department_, "The department must be filled in.", "Missing Department");
     }
     const auto id = ReadWhole(*id_, "Resource ID", 1, kHighestId);
-    if (!id) return std::nullopt;
-    values.id = *id;
-    const Vresource* other = owner_->FindResource(values.id);
+    if (!id) return false;
+    values_.id = *id;
+    const Vresource* other = owner_->FindResource(*id);
     if (other && other != object_.Get()) {
-        Complain(*id_, "The Resource ID " + std::to_string(values.id) + " is already in use.",
-                 "Resource ID In Use");
-        return std::nullopt;
+        return Complain(*id_, "The Resource ID " + std::to_string(*id) + " is already in use.",
+                        "Resource ID In Use");
     }
     Vshift* const chosen = owner_->ShiftList().Find(S(shift_->currentText()));
-    values.shift = chosen ? chosen : object_->Shift();
+    values_.shift = chosen ? chosen : object_->Shift();
     for (std::size_t i = 0; i < rates_.size(); ++i) {
         const auto rate = ReadMoney(*rates_[i], kRates[i].what, std::invoke(kRates[i].get, *object_.Get()));
-        if (!rate) return std::nullopt;
-        values.rates[i] = *rate;
+        if (!rate) return false;
+        values_.rates[i] = *rate;
     }
-    return values;
+    return true;
 }
 
-void ResourceEntryForm::SaveData(const Values& values) {
-    object_->SetResourceID(values.id);
+/// The place of a resource in the tree follows from its department and its number.
+bool ResourceEntryForm::SaveData() {
+    const std::string department = object_->Department();
+    const std::int32_t id = object_->ResourceID();
+    object_->SetResourceID(values_.id);
     object_->SetDescription(description_->Value());
     object_->SetDepartment(S(department_->currentText()));
     object_->SetTitle(title_->Value());
     for (std::size_t i = 0; i < rates_.size(); ++i)
-        std::invoke(kRates[i].set, *object_.Get(), values.rates[i]);
-    object_->SetShift(values.shift);
+        std::invoke(kRates[i].set, *object_.Get(), values_.rates[i]);
+    object_->SetShift(values_.shift);
     for (int day = 0; day < kDayKinds; ++day) object_->SetWorkDay(day, workDays_->Value(day));
-    owner_->SetDirty(true);
+    return object_->Department() != department || object_->ResourceID() != id;
 }
 
 void ResourceEntryForm::RateCalculatorCommandClick() {
@@ -188,26 +179,9 @@ void ResourceEntryForm::RateCalculatorCommandClick() {
     });
 }
 
-bool ResourceEntryForm::Finish() {
-    const auto values = VerifyData();
-    if (!values) return false;
-    const std::string department = object_->Department();
-    const std::int32_t id = object_->ResourceID();
-    const bool added = std::exchange(adding_, false);
-    if (added) object_->SetTemplate(owner_.Get());
-    SaveData(*values);
-    // The place of a resource in the tree follows from its department and its number.
-    if (added || object_->Department() != department || object_->ResourceID() != id) {
-        desktop_.trees->TemplateTree().Start();
-    } else {
-        desktop_.trees->RefreshNode(*desktop_.trees->DragNode());
-    }
-    return true;
-}
-
 void ResourceEntryForm::FormUnload() {
     if (calculator_) calculator_->Unload();
-    if (adding_) desktop_.workspace.FreeVobject(object_.Get());
+    ObjectForm::FormUnload();
 }
 
 }  // namespace vortan

@@ -5,16 +5,15 @@
 
 #include "model/Vresource.h"
 #include "shell/entry/RateCalculatorForm.h"
-#include "shell/forms/EntryForm.h"
+#include "shell/forms/ObjectForm.h"
 
 namespace vortan {
 
 /// Creates and changes a resource.
-class ResourceEntryForm : public EntryForm {
+class ResourceEntryForm : public ObjectForm<Vresource> {
   public:
-    static void StartAdd(Desktop& desktop);
-    /// The object is that of the selected node.
-    static void StartModify(Desktop& desktop);
+    static void StartAdd(Desktop& desktop, Vtemplate& owner);
+    static void StartModify(Desktop& desktop, Vresource& object);
 
     void NewDragNode() override { Unload(); }
     void NewJournal() override { Unload(); }
@@ -28,22 +27,21 @@ class ResourceEntryForm : public EntryForm {
         std::array<Money, 4> rates;
     };
 
-    ResourceEntryForm(Desktop& desktop, Vresource* object, bool adding);
+    ResourceEntryForm(Desktop& desktop, Vresource& object, Vtemplate& owner, bool adding);
 
     void BuildFields();
     QWidget* BuildRates();
     void BuildShiftList();
     void BuildDepartmentList();
     void LoadData();
-    std::optional<Values> VerifyData();
-    void SaveData(const Values& values);
+    bool VerifyData() override;
+    void Join() override { object_->SetTemplate(owner_.Get()); }
+    bool SaveData() override;
     void RateCalculatorCommandClick();
-    bool Finish() override;
     void FormUnload() override;
 
-    Link<Vresource> object_;
     Link<Vtemplate> owner_;
-    bool adding_;  // until the object is part of the plan
+    Values values_{};  // what was read
     TextField *templateName_, *id_, *description_, *title_;
     QComboBox *department_, *shift_;
     std::array<CurrencyField*, 4> rates_{};

@@ -7,8 +7,6 @@
 #include "model/NumberText.h"
 #include "model/ValueText.h"
 #include "paint/Text.h"
-#include "shell/trees/TemplateTreeForm.h"
-#include "shell/trees/Trees.h"
 
 namespace vortan {
 namespace {
@@ -34,23 +32,18 @@ void SetColour(QPushButton& button, const QColor& colour) {
 
 }  // namespace
 
-void ShiftEntryForm::StartAdd(Desktop& desktop) {
-    if (!desktop.workspace.ThisTemplateSet()) return;
-    auto* form = new ShiftEntryForm(desktop, desktop.workspace.NewVObject<Vshift>(), true);
+void ShiftEntryForm::StartAdd(Desktop& desktop, Vtemplate& owner) {
+    auto* form = new ShiftEntryForm(desktop, *desktop.workspace.NewVObject<Vshift>(), owner, true);
     form->ShowWith(*form->name_);
 }
 
-void ShiftEntryForm::StartModify(Desktop& desktop) {
-    auto* object = desktop.trees->ObjectOf<Vshift>(*desktop.trees->DragNode());
-    auto* form = new ShiftEntryForm(desktop, object, false);
+void ShiftEntryForm::StartModify(Desktop& desktop, Vshift& object) {
+    auto* form = new ShiftEntryForm(desktop, object, *object.Template(), false);
     form->ShowWith(*form->name_);
 }
 
-ShiftEntryForm::ShiftEntryForm(Desktop& desktop, Vshift* object, bool adding)
-    : EntryForm(desktop, "ShiftEntryForm", "Shift Entry"),
-      object_(object),
-      owner_(adding ? desktop.workspace.ThisTemplate() : object->Template()),
-      adding_(adding) {
+ShiftEntryForm::ShiftEntryForm(Desktop& desktop, Vshift& object, Vtemplate& owner, bool adding)
+    : ObjectForm(desktop, "ShiftEntryForm", "Shift Entry", object, adding), owner_(&owner) {
     // Beside each other: the grid alone is as high as a small screen.
     auto* halves = new QHBoxLayout;
     halves->addWidget(BuildFields());
@@ -120,39 +113,32 @@ void ShiftEntryForm::LoadData() {
     for (int cell = 0; cell < ShiftGrid::kCells; ++cell) grid_->SetLetter(cell, object_->Period(cell));
 }
 
-std::optional<ShiftEntryForm::Values> ShiftEntryForm::ValidateData() {
-    Values values{};
-    values.name = Trim(name_->Value());
-    if (values.name.empty()) {
-        Complain(*name_, "Name cannot be blank", "Missing Name");
-        return std::nullopt;
-    }
-    const Vshift* other = owner_->ShiftList().Find(values.name);
+bool ShiftEntryForm::VerifyData() {
+    values_.name = Trim(name_->Value());
+    if (values_.name.empty()) return Complain(*name_, "Name cannot be blank", "Missing Name");
+    const Vshift* other = owner_->ShiftList().Find(values_.name);
     if (other && other != object_.Get()) {
-        Complain(*name_, "The Shift name \"" + values.name + "\" is already in use.", "Shift Name In Use");
-        return std::nullopt;
+        return Complain(*name_, "The Shift name \"" + values_.name + "\" is already in use.",
+                        "Shift Name In Use");
     }
     const auto read = [&](TextField& field, const char* what, float& value) {
         const auto number = ReadNumber(field, what);
         if (number) value = ScanFloat(field.Value());
         return number.has_value();
     };
-    if (!read(*burdened_, "burdened multiplier", values.burdened) ||
-        !read(*overtime_, "overtime multiplier", values.overtime) ||
-        !read(*offDay_, "off day multiplier", values.offDay)) {
-        return std::nullopt;
-    }
-    return values;
+    return read(*burdened_, "burdened multiplier", values_.burdened) &&
+           read(*overtime_, "overtime multiplier", values_.overtime) &&
+           read(*offDay_, "off day multiplier", values_.offDay);
 }
 
-void ShiftEntryForm::SaveData(const Values& values) {
-    object_->SetShiftName(values.name);
-    object_->SetBurdenedMultiplier(values.burdened);
-    object_->SetOvertimeMultiplier(values.overtime);
-    object_->SetOffDayMultiplier(values.offDay);
+bool ShiftEntryForm::SaveData() {
+    object_->SetShiftName(values_.name);
+    object_->SetBurdenedMultiplier(values_.burdened);
+    object_->SetOvertimeMultiplier(values_.overtime);
+    object_->SetOffDayMultiplier(values_.offDay);
     object_->SetHolidayMultiplier(holiday_->Value());
     for (int hour = 0; hour < Vshift::kHours; ++hour) object_->SetMatrix(hour, grid_->Row(hour));
-    owner_->SetDirty(true);
+    return true;
 }
 
 /// The buttons and the look of Cancel follow the selection.
@@ -172,22 +158,9 @@ void ShiftEntryForm::ShowSelection() {
     CancelCommand().setToolTip(open ? "Drop the selection" : "");
 }
 
-bool ShiftEntryForm::Finish() {
-    const auto values = ValidateData();
-    if (!values) return false;
-    if (std::exchange(adding_, false)) object_->SetTemplate(owner_.Get());
-    SaveData(*values);
-    desktop_.trees->TemplateTree().Start();
-    return true;
-}
-
 void ShiftEntryForm::CancelCommandClick() {
     if (!grid_->Selecting()) return Unload();
     grid_->ReplaceSelectedCells('\0');
-}
-
-void ShiftEntryForm::FormUnload() {
-    if (adding_) desktop_.workspace.FreeVobject(object_.Get());
 }
 
 }  // namespace vortan

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/Vshift.h"
-#include "shell/forms/EntryForm.h"
+#include "shell/forms/ObjectForm.h"
 #include "shell/widgets/ShiftGrid.h"
 
 class QLabel;
@@ -10,11 +10,10 @@ namespace vortan {
 
 /// Creates and changes a shift. While cells are selected, Ok is shut off, and Cancel only drops the
 /// selection.
-class ShiftEntryForm : public EntryForm {
+class ShiftEntryForm : public ObjectForm<Vshift> {
   public:
-    static void StartAdd(Desktop& desktop);
-    /// The object is that of the selected node.
-    static void StartModify(Desktop& desktop);
+    static void StartAdd(Desktop& desktop, Vtemplate& owner);
+    static void StartModify(Desktop& desktop, Vshift& object);
 
     void NewDragNode() override { Unload(); }
     void NewJournal() override { Unload(); }
@@ -27,21 +26,19 @@ class ShiftEntryForm : public EntryForm {
         float burdened, overtime, offDay;
     };
 
-    ShiftEntryForm(Desktop& desktop, Vshift* object, bool adding);
+    ShiftEntryForm(Desktop& desktop, Vshift& object, Vtemplate& owner, bool adding);
 
     QWidget* BuildFields();
     QWidget* BuildDay();
     void LoadData();
-    std::optional<Values> ValidateData();
-    void SaveData(const Values& values);
+    bool VerifyData() override;
+    void Join() override { object_->SetTemplate(owner_.Get()); }
+    bool SaveData() override;
     void ShowSelection();
-    bool Finish() override;
     void CancelCommandClick() override;
-    void FormUnload() override;
 
-    Link<Vshift> object_;
     Link<Vtemplate> owner_;
-    bool adding_;  // until the object is part of the plan
+    Values values_{};  // what was read
     TextField *name_, *burdened_, *overtime_, *offDay_, *holiday_;
     ShiftGrid* grid_;
     QLabel* selection_;

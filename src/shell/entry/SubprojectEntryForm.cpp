@@ -1,9 +1,6 @@
 #include "shell/entry/SubprojectEntryForm.h"
 
-#include <utility>
-
 #include "paint/Text.h"
-#include "shell/trees/Trees.h"
 
 namespace vortan {
 namespace {
@@ -12,23 +9,19 @@ constexpr const char* kChoose = "<choose one of the following projects>";
 
 }  // namespace
 
-void SubprojectEntryForm::StartAdd(Desktop& desktop) {
-    if (!desktop.workspace.ThisProjectSet()) return;
-    auto* form = new SubprojectEntryForm(desktop, desktop.workspace.NewVObject<Vtask>(), true);
+void SubprojectEntryForm::StartAdd(Desktop& desktop, Vproject& owner) {
+    auto* form = new SubprojectEntryForm(desktop, *desktop.workspace.NewVObject<Vtask>(), owner, true);
     form->ShowWith(*form->taskId_);
 }
 
-void SubprojectEntryForm::StartModify(Desktop& desktop) {
-    auto* object = desktop.trees->ObjectOf<Vtask>(*desktop.trees->DragNode());
-    auto* form = new SubprojectEntryForm(desktop, object, false);
+void SubprojectEntryForm::StartModify(Desktop& desktop, Vtask& object) {
+    auto* form = new SubprojectEntryForm(desktop, object, *object.Project(), false);
     form->ShowWith(*form->taskId_);
 }
 
-SubprojectEntryForm::SubprojectEntryForm(Desktop& desktop, Vtask* object, bool adding)
-    : EntryForm(desktop, "SubprojectEntryForm", "Subproject Entry (link to project)"),
-      object_(object),
-      owner_(adding ? desktop.workspace.ThisProject() : object->Project()),
-      adding_(adding),
+SubprojectEntryForm::SubprojectEntryForm(Desktop& desktop, Vtask& object, Vproject& owner, bool adding)
+    : ObjectForm(desktop, "SubprojectEntryForm", "Subproject Entry (link to project)", object, adding),
+      owner_(owner),
       taskId_(new TextField("TaskIdText", 10)),
       project_(new QComboBox) {
     project_->setObjectName("ProjectCombo");
@@ -44,9 +37,9 @@ void SubprojectEntryForm::LoadData() {
         project_->addItem(Q(object_->Subproject()->ProjectName()));
         return;
     }
-    taskId_->SetValue(std::to_string(owner_->HighestTaskID() + 1));
+    taskId_->SetValue(std::to_string(owner_.HighestTaskID() + 1));
     for (const Vproject* project : workspace.ProjectList()) {
-        if (!project->Parent() && project != owner_) {
+        if (!project->Parent() && project != &owner_) {
             project_->addItem(Q(project->ProjectName()));
         }
     }
@@ -54,32 +47,26 @@ void SubprojectEntryForm::LoadData() {
     project_->setCurrentIndex(project_->count() - 1);
 }
 
-bool SubprojectEntryForm::Finish() {
-    Workspace& workspace = desktop_.workspace;
-    Vproject& owner = *owner_;
-    Vproject* subproject = workspace.ProjectList().Find(S(project_->currentText()));
-    if (!subproject) {
+bool SubprojectEntryForm::VerifyData() {
+    subprojectRead_ = desktop_.workspace.ProjectList().Find(S(project_->currentText()));
+    if (!subprojectRead_) {
         return Complain(*project_, "Please select a parent project, or click [Cancel].",
                         "No Project Selected");
     }
-    const auto id = ReadTaskId(*taskId_, owner, object_.Get());
+    const auto id = ReadTaskId(*taskId_, owner_, object_.Get());
     if (!id) return false;
-    if (owner.DescendsFrom(subproject)) {
-        return Complain(
-            *project_,
-            "The project " + owner.ProjectName() + " is itself a part of " + subproject->ProjectName() + ".",
-            "Project Contains Itself");
-    }
-    if (std::exchange(adding_, false)) object_->SetProject(&owner);
-    object_->SetTaskID(*id);
-    object_->SetSubproject(subproject);
-    owner.SetDirty(true);
-    workspace.BroadcastNewThisProject();
-    return true;
+    idRead_ = *id;
+    if (!owner_.DescendsFrom(subprojectRead_)) return true;
+    return Complain(*project_,
+                    "The project " + owner_.ProjectName() + " is itself a part of " +
+                        subprojectRead_->ProjectName() + ".",
+                    "Project Contains Itself");
 }
 
-void SubprojectEntryForm::FormUnload() {
-    if (adding_) desktop_.workspace.FreeVobject(object_.Get());
+bool SubprojectEntryForm::SaveData() {
+    object_->SetTaskID(idRead_);
+    object_->SetSubproject(subprojectRead_);
+    return true;
 }
 
 }  // namespace vortan

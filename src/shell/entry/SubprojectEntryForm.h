@@ -3,31 +3,33 @@
 #include <QComboBox>
 
 #include "model/Vtask.h"
-#include "shell/forms/EntryForm.h"
+#include "shell/forms/ObjectForm.h"
 
 namespace vortan {
 
-/// Links another project into the active one, by a task that stands for it.
-class SubprojectEntryForm : public EntryForm {
+/// Links another project into a project, by a task that stands for it.
+class SubprojectEntryForm : public ObjectForm<Vtask> {
   public:
-    static void StartAdd(Desktop& desktop);
-    /// The object is that of the selected node.
-    static void StartModify(Desktop& desktop);
+    static void StartAdd(Desktop& desktop, Vproject& owner);
+    static void StartModify(Desktop& desktop, Vtask& object);
 
     void NewDragNode() override { Unload(); }
     void NewJournal() override { Unload(); }
     void NewThisProject() override { Unload(); }
 
   private:
-    SubprojectEntryForm(Desktop& desktop, Vtask* object, bool adding);
+    SubprojectEntryForm(Desktop& desktop, Vtask& object, Vproject& owner, bool adding);
 
     void LoadData();
-    bool Finish() override;
-    void FormUnload() override;
+    bool VerifyData() override;
+    void Join() override { object_->SetProject(&owner_); }
+    bool SaveData() override;
+    void Announce(Desktop::Saving) override { desktop_.workspace.BroadcastNewThisProject(); }
 
-    Link<Vtask> object_;
-    Vproject* owner_;  // the form does not outlive the project's being active
-    bool adding_;      // until the object is part of the plan
+    Vproject& owner_;  // the form does not outlive the project's being active
+    // What was read.
+    std::int32_t idRead_ = 0;
+    Vproject* subprojectRead_ = nullptr;
     TextField* taskId_;
     QComboBox* project_;
 };

@@ -11,8 +11,6 @@
 #include "model/NumberText.h"
 #include "model/ValueText.h"
 #include "paint/Text.h"
-#include "shell/trees/ProjectTreeForm.h"
-#include "shell/trees/Trees.h"
 
 namespace vortan {
 namespace {
@@ -36,24 +34,21 @@ void TaskEntryForm::SetDefaultEfficiency(Desktop& desktop, Vtask& task) {
     if (efficiency && ValidEfficiency(*efficiency)) task.SetEfficiency(*efficiency);
 }
 
-void TaskEntryForm::StartAdd(Desktop& desktop) {
-    if (!desktop.workspace.ThisProjectSet()) return;
+void TaskEntryForm::StartAdd(Desktop& desktop, Vproject& owner) {
     auto* task = desktop.workspace.NewVObject<Vtask>();
     SetDefaultEfficiency(desktop, *task);
-    auto* form = new TaskEntryForm(desktop, task, true);
-    const std::int64_t next = std::int64_t{desktop.workspace.ThisProject()->HighestTaskID()} + 1;
-    form->taskId_->SetValue(std::to_string(next));
+    auto* form = new TaskEntryForm(desktop, *task, owner, true);
+    form->taskId_->SetValue(std::to_string(std::int64_t{owner.HighestTaskID()} + 1));
     form->ShowWith(*form->description_);
 }
 
-void TaskEntryForm::StartModify(Desktop& desktop) {
-    auto* task = desktop.trees->ObjectOf<Vtask>(*desktop.trees->DragNode());
-    auto* form = new TaskEntryForm(desktop, task, false);
+void TaskEntryForm::StartModify(Desktop& desktop, Vtask& object) {
+    auto* form = new TaskEntryForm(desktop, object, *object.Project(), false);
     form->ShowWith(*form->description_);
 }
 
-TaskEntryForm::TaskEntryForm(Desktop& desktop, Vtask* object, bool adding)
-    : EntryForm(desktop, "TaskEntryForm", "Task Data Entry"), object_(object), adding_(adding) {
+TaskEntryForm::TaskEntryForm(Desktop& desktop, Vtask& object, Vproject& owner, bool adding)
+    : ObjectForm(desktop, "TaskEntryForm", "Task Data Entry", object, adding), owner_(&owner) {
     taskId_ = new TextField("TaskIdText", 10);
     description_ = new TextField("DescriptionText", 50);
     materialCost_ = new CurrencyField("MaterialCostText", CurrencySymbol());
@@ -69,7 +64,7 @@ TaskEntryForm::TaskEntryForm(Desktop& desktop, Vtask* object, bool adding)
     EndRows();
     Body().addWidget(BuildDurationFrame());
 
-    const Vproject* project = object->Project();
+    const Vproject* project = object.Project();
     const bool manyRows = project && project->CurrentIndex() != project->PlanIndex();
     estimates_ = new EstimateGrid(FormatShortDate(desktop.workspace.ThisProject()->Journal()), manyRows);
     pages_ = new QStackedWidget;
@@ -186,57 +181,54 @@ void TaskEntryForm::UpdateEnabled() {
     }
 }
 
-std::optional<TaskEntryForm::Entries> TaskEntryForm::VerifyData() {
-    const Vtask* task = object_.Get();
-    const Vproject* project = task && !adding_ ? task->Project() : desktop_.workspace.ThisProject();
-    if (!task || !project) AssertionFailed();
-    const auto id = ReadTaskId(*taskId_, *project, task);
-    if (!id) return std::nullopt;
+bool TaskEntryForm::VerifyData() {
+    if (!object_ || !owner_) AssertionFailed();
+    const auto id = ReadTaskId(*taskId_, *owner_.Get(), object_.Get());
+    if (!id) return false;
     const auto cost = ReadMoney(*materialCost_, "fixed cost", object_->MaterialCost());
-    if (!cost) return std::nullopt;
+    if (!cost) return false;
     const auto efficiency = ReadNumber(*efficiency_, "efficiency");
-    if (!efficiency) return std::nullopt;
+    if (!efficiency) return false;
     if (!ValidEfficiency(*efficiency)) {
-        Complain(*efficiency_, "The efficiency must be above 0 and not above 1.", "Invalid Number");
-        return std::nullopt;
+        return Complain(*efficiency_, "The efficiency must be above 0 and not above 1.", "Invalid Number");
     }
     if (HasEstimates()) {
         if (const auto refusal = estimates_->VerifyData()) {
-            Complain(*refusal->field, refusal->text, refusal->title);
-            return std::nullopt;
+            return Complain(*refusal->field, refusal->text, refusal->title);
         }
     }
-    Entries entries{*id, *cost, *efficiency, ParseDate(startDate_->Text().Value()),
-                    ParseDate(finishDate_->Text().Value())};
-    if (specificDates_->isChecked() && !VerifyDates(entries)) return std::nullopt;
-    return entries;
+    entries_ = {*id, *cost, *efficiency, ParseDate(startDate_->Text().Value()),
+                ParseDate(finishDate_->Text().Value())};
+    return !specificDates_->isChecked() || VerifyDates();
 }
 
 /// One of the two dates can be left blank.
-bool TaskEntryForm::VerifyDates(Entries& entries) {
+bool TaskEntryForm::VerifyDates() {
     const auto blank = [](DateField* field) { return Trim(field->Text().Value()).empty(); };
     const bool mustStart = !blank(startDate_) || blank(finishDate_);
-    if (mustStart && !(entries.startDate = ReadDate(startDate_->Text()))) return false;
-    return blank(finishDate_) || (entries.finishDate = ReadDate(finishDate_->Text()));
+    if (mustStart && !(entries_.startDate = ReadDate(startDate_->Text()))) return false;
+    return blank(finishDate_) || (entries_.finishDate = ReadDate(finishDate_->Text()));
 }
 
-void TaskEntryForm::SaveData(const Entries& entries) {
+bool TaskEntryForm::SaveData() {
+    const bool moved = object_->TaskID() != entries_.taskID;
     const EstimateGrid::Minutes totals = HasEstimates() ? estimates_->Totals() : EstimateGrid::Minutes();
-    object_->SetTaskID(entries.taskID);
+    object_->SetTaskID(entries_.taskID);
     object_->SetDescription(description_->Value());
     object_->SetOptimistic(totals.optimistic);
     object_->SetMostLikely(totals.mostLikely);
     object_->SetPessimistic(totals.pessimistic);
-    object_->SetMaterialCost(entries.materialCost);
-    object_->SetEfficiency(entries.efficiency);
+    object_->SetMaterialCost(entries_.materialCost);
+    object_->SetEfficiency(entries_.efficiency);
     const std::int32_t unit = estimates_->GetUnits();
     object_->SetEffortUnits(effortDriven_->isChecked() ? -unit : calendarTime_->isChecked() ? unit : 0);
-    object_->Project()->SetDirty(true);
+    SaveDates();
+    return moved;
 }
 
 /// The first dependency on a start or finish takes the new date, others that say the same go.
-void TaskEntryForm::SaveDates(const Entries& entries) {
-    auto start = entries.startDate, finish = entries.finishDate;
+void TaskEntryForm::SaveDates() {
+    auto start = entries_.startDate, finish = entries_.finishDate;
     const auto all = object_->DependencyList();  // a copy: some may leave the list
     for (Vdependency* dependency : all) {
         const int percent = dependency->ToPercent();
@@ -256,45 +248,6 @@ void TaskEntryForm::SaveDates(const Entries& entries) {
     };
     add(start, kStart);
     add(finish, kFinish);
-}
-
-void TaskEntryForm::FinishAdd(const Entries& entries) {
-    Vproject& project = *desktop_.workspace.ThisProject();
-    Vtask* const task = object_.Get();
-    task->SetProject(&project);
-    SaveData(entries);
-    SaveDates(entries);
-    Trees& trees = *desktop_.trees;
-    trees.ProjectTree().RebuildProjectSubTree(project, trees.FindNodeFromObject(&project), true);
-    trees.SetDragNode(&trees.FindNodeFromObject(task));
-}
-
-void TaskEntryForm::FinishModify(const Entries& entries) {
-    const bool moved = object_->TaskID() != entries.taskID;
-    SaveData(entries);
-    SaveDates(entries);
-    Node& node = *desktop_.trees->DragNode();
-    desktop_.trees->RefreshNode(node);
-    ProjectTreeForm& tree = desktop_.trees->ProjectTree();
-    // Tasks stand in the order of their numbers.
-    if (moved && node.Parent) tree.RebuildProjectSubTree(*object_->Project(), *node.Parent, true);
-    tree.RebuildTaskSubTree(*object_.Get(), true);
-    tree.RefreshReferences();
-}
-
-bool TaskEntryForm::Finish() {
-    const auto entries = VerifyData();
-    if (!entries) return false;
-    if (std::exchange(adding_, false)) {
-        FinishAdd(*entries);
-    } else {
-        FinishModify(*entries);
-    }
-    return true;
-}
-
-void TaskEntryForm::FormUnload() {
-    if (adding_) desktop_.workspace.FreeVobject(object_.Get());
 }
 
 }  // namespace vortan

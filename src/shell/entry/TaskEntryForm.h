@@ -5,17 +5,16 @@
 #include <QStackedWidget>
 
 #include "model/Vtask.h"
-#include "shell/forms/EntryForm.h"
+#include "shell/forms/ObjectForm.h"
 #include "shell/widgets/EstimateGrid.h"
 
 namespace vortan {
 
 /// Creates and changes a task. Its duration is shown under the active journal.
-class TaskEntryForm : public EntryForm {
+class TaskEntryForm : public ObjectForm<Vtask> {
   public:
-    static void StartAdd(Desktop& desktop);
-    /// The object is that of the selected node.
-    static void StartModify(Desktop& desktop);
+    static void StartAdd(Desktop& desktop, Vproject& owner);
+    static void StartModify(Desktop& desktop, Vtask& object);
     /// What a task that the program makes is to start with.
     static void SetDefaultEfficiency(Desktop& desktop, Vtask& task);
 
@@ -35,25 +34,22 @@ class TaskEntryForm : public EntryForm {
         std::optional<DateTime> startDate, finishDate;
     };
 
-    TaskEntryForm(Desktop& desktop, Vtask* object, bool adding);
+    TaskEntryForm(Desktop& desktop, Vtask& object, Vproject& owner, bool adding);
 
     QWidget* BuildDurationFrame();
     QWidget* BuildDates();
     void LoadData();
     void LoadDates();
-    std::optional<Entries> VerifyData();
-    bool VerifyDates(Entries& entries);
-    void SaveData(const Entries& entries);
-    void SaveDates(const Entries& entries);
-    void FinishAdd(const Entries& entries);
-    void FinishModify(const Entries& entries);
-    bool Finish() override;
-    void FormUnload() override;
+    bool VerifyData() override;
+    bool VerifyDates();
+    void Join() override { object_->SetProject(owner_.Get()); }
+    bool SaveData() override;
+    void SaveDates();
     void UpdateEnabled();
     bool HasEstimates() const { return effortDriven_->isChecked() || calendarTime_->isChecked(); }
 
-    Link<Vtask> object_;
-    bool adding_;  // until the object is part of the plan
+    Link<Vproject> owner_;
+    Entries entries_{};
     TextField *taskId_, *description_, *efficiency_;
     CurrencyField* materialCost_;
     QRadioButton *effortDriven_, *calendarTime_, *specificDates_, *toFinish_;

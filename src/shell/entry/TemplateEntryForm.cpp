@@ -1,26 +1,21 @@
 #include "shell/entry/TemplateEntryForm.h"
 
-#include <utility>
-
 #include "model/Characters.h"
-#include "shell/trees/TemplateTreeForm.h"
-#include "shell/trees/Trees.h"
 
 namespace vortan {
 
 void TemplateEntryForm::StartAdd(Desktop& desktop) {
-    auto* form = new TemplateEntryForm(desktop, desktop.workspace.NewVObject<Vtemplate>(), true);
+    auto* form = new TemplateEntryForm(desktop, *desktop.workspace.NewVObject<Vtemplate>(), true);
     form->ShowWith(*form->name_);
 }
 
-void TemplateEntryForm::StartModify(Desktop& desktop) {
-    auto* object = desktop.trees->ObjectOf<Vtemplate>(*desktop.trees->DragNode());
+void TemplateEntryForm::StartModify(Desktop& desktop, Vtemplate& object) {
     auto* form = new TemplateEntryForm(desktop, object, false);
     form->ShowWith(*form->name_);
 }
 
-TemplateEntryForm::TemplateEntryForm(Desktop& desktop, Vtemplate* object, bool adding)
-    : EntryForm(desktop, "TemplateEntryForm", "Template Data Entry"), object_(object), adding_(adding) {
+TemplateEntryForm::TemplateEntryForm(Desktop& desktop, Vtemplate& object, bool adding)
+    : ObjectForm(desktop, "TemplateEntryForm", "Template Data Entry", object, adding) {
     name_ = new TextField("TemplateNameText", 30);
     description_ = new TextField("DescriptionText", 40);
     viewPassword_ = new TextField("ViewPasswordText");
@@ -42,7 +37,7 @@ void TemplateEntryForm::LoadData() {
     modifyPassword_->SetValue(object_->ModifyPassword());
 }
 
-bool TemplateEntryForm::SaveData() {
+bool TemplateEntryForm::VerifyData() {
     if (Trim(name_->Value()).empty()) {
         return Complain(*name_, "The Template name must be filled in.", "Template Name Is Blank");
     }
@@ -51,37 +46,27 @@ bool TemplateEntryForm::SaveData() {
         return Complain(*name_, "There is already a template with the name \"" + name_->Value() + "\"",
                         "Template Name In Use");
     }
+    return true;
+}
+
+bool TemplateEntryForm::SaveData() {
     object_->SetTemplateName(name_->Value());
     object_->SetDescription(description_->Value());
     object_->SetViewPassword(viewPassword_->Value());
     object_->SetModifyPassword(modifyPassword_->Value());
-    object_->SetDirty(true);
-    return true;
+    return false;
 }
 
-void TemplateEntryForm::FinishAdd() {
+void TemplateEntryForm::Announce(Desktop::Saving what) {
     Workspace& workspace = desktop_.workspace;
+    if (what != Desktop::Saving::Added) return workspace.BroadcastNewThisTemplate();
     object_->AddJournal(DateTime(desktop_.platform.Now().WholeDay()));
     workspace.SetThisTemplate(object_.Get());
     workspace.BroadcastNewThisTemplate();
     auto* shift = workspace.NewVObject<Vshift>();
     shift->SetTemplate(object_.Get());
     shift->SetShiftName("Standard");
-    desktop_.trees->TemplateTree().Start();
-}
-
-bool TemplateEntryForm::Finish() {
-    if (!SaveData()) return false;
-    if (std::exchange(adding_, false)) {
-        FinishAdd();
-    } else {
-        desktop_.workspace.BroadcastNewThisTemplate();
-    }
-    return true;
-}
-
-void TemplateEntryForm::FormUnload() {
-    if (adding_) desktop_.workspace.FreeVobject(object_.Get());
+    ObjectForm::Announce(what);
 }
 
 }  // namespace vortan

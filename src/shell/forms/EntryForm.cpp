@@ -11,7 +11,7 @@
 #include "model/NumberText.h"
 #include "model/ValueText.h"
 #include "paint/Text.h"
-#include "shell/main/MainForm.h"
+#include "shell/desk/FormHost.h"
 
 namespace vortan {
 namespace {
@@ -65,7 +65,7 @@ const char* SectionOf(const char* formName, const char* procedure) {
 }  // namespace
 
 EntryForm::EntryForm(Desktop& desktop, const char* name, const char* caption)
-    : QDialog(desktop.mainForm),
+    : QDialog(&desktop.host->MainWindow()),
       desktop_(desktop),
       name_(name),
       body_(new QVBoxLayout),
@@ -102,7 +102,7 @@ EntryForm::EntryForm(Desktop& desktop, const char* name, const char* caption)
 EntryForm::~EntryForm() {
     desktop_.workspace.RemoveListener(this);
     // Closed with the program: the main window is not there to be told.
-    if (!unloaded_ && desktop_.mainForm) desktop_.mainForm->UnlockEntryForm(*this);
+    if (!unloaded_ && desktop_.host) desktop_.host->FormClosed(*this);
 }
 
 void EntryForm::Unload() {
@@ -111,7 +111,7 @@ void EntryForm::Unload() {
     desktop_.workspace.RemoveListener(this);
     FormUnload();
     hide();
-    if (desktop_.mainForm) desktop_.mainForm->UnlockEntryForm(*this);
+    if (desktop_.host) desktop_.host->FormClosed(*this);
     if (returnFocus_) returnFocus_->setFocus(Qt::OtherFocusReason);
     setObjectName({});
     deleteLater();
@@ -123,7 +123,7 @@ void EntryForm::reject() {
 
 void EntryForm::ShowWith(QWidget& first) {
     returnFocus_ = QApplication::focusWidget();
-    desktop_.mainForm->ShowForm(*this);
+    desktop_.host->ShowForm(*this);
     first.setFocus(Qt::TabFocusReason);
     // The box hears of its focus when the window gets to the front, as if it had always had it.
     SelectText(first);
@@ -209,7 +209,7 @@ std::string EntryForm::Currency(Money value) const {
 
 void EntryForm::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_F1) {
-        desktop_.Run(SectionOf(name_, "Form_KeyDown"), [this] { desktop_.mainForm->ContextHelp(); });
+        desktop_.Run(SectionOf(name_, "Form_KeyDown"), [this] { desktop_.host->ContextHelp(); });
         return;
     }
     QDialog::keyPressEvent(event);

@@ -1,6 +1,6 @@
 #include "shell/forms/PageForm.h"
 
-#include "shell/main/MainForm.h"
+#include "shell/desk/FormHost.h"
 
 namespace vortan {
 
@@ -11,12 +11,12 @@ PageForm::PageForm(Desktop& desktop) : desktop_(desktop) {
 PageForm::~PageForm() {
     desktop_.workspace.RemoveListener(this);
     // Closed with the program: the main window is not there to be told.
-    if (!unloaded_ && desktop_.mainForm) desktop_.mainForm->UnlockEntryForm(*this);
+    if (!unloaded_ && desktop_.host) desktop_.host->FormClosed(*this);
 }
 
 void PageForm::Show(const std::function<bool()>& fill) {
     try {
-        if (fill()) return desktop_.mainForm->ShowForm(*this);
+        if (fill()) return desktop_.host->ShowForm(*this);
     } catch (...) {
         Unload();
         throw;
@@ -29,7 +29,7 @@ void PageForm::Unload() {
     unloaded_ = true;
     desktop_.workspace.RemoveListener(this);
     hide();
-    if (desktop_.mainForm) desktop_.mainForm->UnlockEntryForm(*this);
+    if (desktop_.host) desktop_.host->FormClosed(*this);
     setObjectName({});
     deleteLater();
 }

@@ -13,6 +13,7 @@ class TableForm : public EntryForm {
   public:
     std::optional<ShownSurface> Surface() override;
     bool ChangeFont() override;
+    bool IsPrintable() const override { return true; }
 
   protected:
     TableForm(Desktop& desktop, const char* name);

@@ -10,10 +10,12 @@ namespace vortan {
 class App {
   public:
     App() : desktop(platform), mainForm(desktop) {
-        platform.ShowStatusMessage = [this](const std::string& text) { mainForm.StatusMessage(text); };
-        platform.ShowSolveStatus = [this](const std::string& text) { mainForm.SolveStatus(text); };
+        platform.ShowStatusMessage = [this](const std::string& text) {
+            mainForm.Status().StatusMessage(text);
+        };
+        platform.ShowSolveStatus = [this](const std::string& text) { mainForm.Status().SolveStatus(text); };
         platform.SolveTick = [this] { desktop.SolveTimerTick(); };
-        mainForm.SolveStatus(desktop.solver.SolveMessage());
+        mainForm.Status().SolveStatus(desktop.solver.SolveMessage());
     }
     ~App() {
         platform.ShowStatusMessage = nullptr;

@@ -5,8 +5,6 @@
 
 #include "model/JournalCommands.h"
 #include "paint/Text.h"
-#include "shell/trees/TemplateTreeForm.h"
-#include "shell/trees/Trees.h"
 
 namespace vortan {
 namespace {
@@ -118,7 +116,7 @@ void SelectorBoxes::TemplateComboClick(const std::string& name) {
     Vtemplate* chosen = workspace.TemplateList().Find(name);
     if (!chosen || chosen == workspace.ThisTemplate()) return;
     workspace.SetThisTemplate(chosen);
-    desktop_.trees->TemplateTree().Start();
+    ShowTemplate();
 }
 
 }  // namespace vortan

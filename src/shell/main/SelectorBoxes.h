@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QComboBox>
+#include <functional>
 
 #include "shell/desk/Desktop.h"
 
@@ -21,6 +22,9 @@ class SelectorBoxes {
     void UpdateJournalCombo();
     /// While an entry form is open nothing can be chosen.
     void Lock(bool locked);
+
+    /// Shows the template that has been chosen. Set by the main window.
+    std::function<void()> ShowTemplate;
 
   private:
     void ProjectComboClick(const std::string& name);

@@ -7,8 +7,8 @@
 
 #include "model/ValueText.h"
 #include "paint/Text.h"
+#include "shell/desk/FormHost.h"
 #include "shell/desk/Icons.h"
-#include "shell/main/MainForm.h"
 
 namespace vortan {
 namespace {
@@ -64,7 +64,7 @@ WelcomeForm::WelcomeForm(Desktop& desktop)
 void WelcomeForm::ExitScreen(bool guideMe) {
     hide();
     desktop_.platform.StatusMessage("");
-    if (guideMe) desktop_.mainForm->DisplayHelpPage("Guide Me");
+    if (guideMe) desktop_.host->DisplayHelpPage("Guide Me");
     Unload();
 }
 

@@ -11,7 +11,6 @@
 #include "paint/ScreenColor.h"
 #include "paint/Text.h"
 #include "shell/desk/CommonDialogs.h"
-#include "shell/main/MainForm.h"
 #include "shell/pages/ZoomForm.h"
 
 namespace vortan {
@@ -41,7 +40,7 @@ void CalendarForm::Start(Desktop& desktop) {
 }
 
 CalendarForm::CalendarForm(Desktop& desktop)
-    : PageForm(desktop), scroll_(new QScrollArea), thisYear_(desktop.mainForm->CalendarYear()) {
+    : PageForm(desktop), scroll_(new QScrollArea), thisYear_(desktop.calendarYear) {
     setObjectName("CalendarForm");
     setFocusPolicy(Qt::StrongFocus);
     auto* page = new QWidget;
@@ -162,7 +161,7 @@ void CalendarForm::Restart() {
 
 void CalendarForm::SetYear(int year) {
     thisYear_ = std::clamp(year, kFirstYear, kLastYear);
-    desktop_.mainForm->SetCalendarYear(thisYear_);
+    desktop_.calendarYear = thisYear_;
     year_->setText(QString::number(thisYear_));
     previous_->setText(QString::number(thisYear_ - 1));
     next_->setText(QString::number(thisYear_ + 1));

@@ -10,8 +10,8 @@
 #include "charts/Twips.h"
 #include "paint/Text.h"
 #include "shell/desk/CommonDialogs.h"
+#include "shell/desk/FormHost.h"
 #include "shell/desk/Printing.h"
-#include "shell/main/MainForm.h"
 
 namespace vortan {
 namespace {
@@ -62,10 +62,10 @@ class OptionsBox : public QGroupBox {
 }  // namespace
 
 void ChartPage::Start(Desktop& desktop, const char* name, const Maker& make) {
-    ChildForm* open = desktop.mainForm->FullPage();
+    ChildForm* open = desktop.host->FullPage();
     if (open && open->FormName() == name) {
         static_cast<ChartPage*>(open)->Restart();
-        desktop.mainForm->ShowForm(*open);
+        desktop.host->ShowForm(*open);
         return;
     }
     auto* page = new ChartPage(desktop, make);
@@ -136,7 +136,7 @@ QWidget* ChartPage::NewOption(const ChartForm::Option& option) {
 void ChartPage::Restart() {
     auto metrics = std::make_unique<QtTextMetrics>(FontOfForm(desktop_, objectName()));
     chart_->TheVwindow().SetFont(*metrics);
-    chart_->TheVwindow().SetPage(desktop_.mainForm->ThePrinting().Page());
+    chart_->TheVwindow().SetPage(desktop_.host->ThePrinting().Page());
     view_->SetMetrics(*metrics);
     metrics_ = std::move(metrics);
     desktop_.Run("Chart:Start", [this] { chart_->Start(); });

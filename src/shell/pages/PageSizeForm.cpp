@@ -10,8 +10,8 @@
 #include "charts/Twips.h"
 #include "paint/ChartPainter.h"
 #include "paint/Text.h"
+#include "shell/desk/FormHost.h"
 #include "shell/desk/Printing.h"
-#include "shell/main/MainForm.h"
 
 namespace vortan {
 namespace {
@@ -79,7 +79,7 @@ void PageSizeForm::Wakeup(Desktop& desktop, ChildForm& source) {
 PageSizeForm::PageSizeForm(Desktop& desktop, ChildForm& source)
     : EntryForm(desktop, "PageSizeForm", "Print Preview"),
       source_(source),
-      preview_(new Preview(source, desktop.mainForm->ThePrinting())) {
+      preview_(new Preview(source, desktop.host->ThePrinting())) {
     OkCommand().hide();
     CancelCommand().hide();
     auto* frames = new QVBoxLayout;
@@ -128,7 +128,7 @@ void PageSizeForm::Refresh() {
         buttons_[static_cast<std::size_t>(choice)]->setEnabled(false);
     preview_->update();
     if (!complete) return;
-    const PageCuts cuts(PageStatsOf(shown->surface, desktop_.mainForm->ThePrinting().Page()));
+    const PageCuts cuts(PageStatsOf(shown->surface, desktop_.host->ThePrinting().Page()));
     for (std::size_t i = 0; i < buttons_.size(); ++i)
         buttons_[i]->setEnabled(cuts.IsEnabled(static_cast<Choice>(i)));
     for (const Choice choice : {Choice::MultipleHeadings, Choice::SingleHeading}) {
@@ -150,16 +150,16 @@ void PageSizeForm::NewSolution() {
 /// The form goes first, and may be deleted while a dialog that follows is open: a change of font or page does
 /// not come back to it.
 void PageSizeForm::ContinueCommandClick(Choice choice) {
-    MainForm& mainForm = *desktop_.mainForm;
+    FormHost& host = *desktop_.host;
     Platform& platform = desktop_.platform;
     ChildForm& source = source_;
     Unload();
-    if (choice == Choice::ChangeFont) return mainForm.SetupFont();
-    if (choice == Choice::ChangePage) return mainForm.SetupPrinter();
+    if (choice == Choice::ChangeFont) return host.SetupFont();
+    if (choice == Choice::ChangePage) return host.SetupPrinter();
     const auto shown = source.Surface();
     if (!shown || !shown->surface.IsComplete()) return;
-    const auto pieces = PageCuts(PageStatsOf(shown->surface, mainForm.ThePrinting().Page())).Pieces(choice);
-    if (!pieces.empty()) mainForm.Note(mainForm.ThePrinting().Print(&mainForm, platform, *shown, pieces));
+    const auto pieces = PageCuts(PageStatsOf(shown->surface, host.ThePrinting().Page())).Pieces(choice);
+    if (!pieces.empty()) host.Note(host.ThePrinting().Print(&host.MainWindow(), platform, *shown, pieces));
 }
 
 QSize PageSizeForm::sizeHint() const {
@@ -171,7 +171,7 @@ void PageSizeForm::keyPressEvent(QKeyEvent* event) {
         EntryForm::keyPressEvent(event);
         return;
     }
-    desktop_.Run("PageSize:Form_KeyDown", [this] { desktop_.mainForm->DisplayHelpPage("Print preview"); });
+    desktop_.Run("PageSize:Form_KeyDown", [this] { desktop_.host->DisplayHelpPage("Print preview"); });
 }
 
 }  // namespace vortan

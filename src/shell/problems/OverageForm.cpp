@@ -5,10 +5,8 @@
 #include "charts/ZoomTable.h"
 #include "model/ValueText.h"
 #include "paint/Text.h"
+#include "shell/entry/AssignmentEntryForm.h"
 #include "shell/entry/ProjectEntryForm.h"
-#include "shell/main/MainForm.h"
-#include "shell/problems/ProblemDialogs.h"
-#include "shell/trees/NodeCommands.h"
 #include "shell/trees/Trees.h"
 
 namespace vortan {
@@ -19,9 +17,9 @@ constexpr int kTableLines = 12, kTableCharacters = 130;  // of the table without
 
 }  // namespace
 
-void OverageForm::Start(Desktop& desktop) {
+void OverageForm::Start(Desktop& desktop, Trees& trees) {
     const SolveProblem problem = *desktop.solver.Problem();
-    auto* form = new OverageForm(desktop, problem);
+    auto* form = new OverageForm(desktop, trees, problem);
     const QFontMetrics metrics = form->fontMetrics();
     form->table_->Restart(
         desktop, form->objectName(),
@@ -31,8 +29,9 @@ void OverageForm::Start(Desktop& desktop) {
     form->table_->LetShrink();
 }
 
-OverageForm::OverageForm(Desktop& desktop, const SolveProblem& problem)
+OverageForm::OverageForm(Desktop& desktop, Trees& trees, const SolveProblem& problem)
     : EntryForm(desktop, "OverageForm", "Over???? detected"),
+      trees_(trees),
       assignment_(problem.assignment),
       problemDate_(problem.problemDate),
       modifyAssignment_(new QRadioButton("&Modify the assignment")),
@@ -98,13 +97,13 @@ bool OverageForm::Finish() {
 }
 
 void OverageForm::DoModify(Vassignment& assignment) {
-    ShowInProjectTree(desktop_, &assignment, *assignment.Project());
-    desktop_.trees->Commands().Modify();
+    trees_.ShowInProjectTree(&assignment, *assignment.Project());
+    AssignmentEntryForm::StartModify(desktop_, assignment);
 }
 
 void OverageForm::DoAuthorize(Vassignment& assignment) {
-    desktop_.trees->SetDragNode(nullptr);
-    ProjectEntryForm::StartModify(desktop_, assignment.Project());
+    trees_.SetDragNode(nullptr);
+    ProjectEntryForm::StartModify(desktop_, *assignment.Project());
 }
 
 }  // namespace vortan

@@ -4,9 +4,7 @@
 
 #include "model/ValueText.h"
 #include "shell/entry/TaskEntryForm.h"
-#include "shell/main/MainForm.h"
 #include "shell/problems/OverageForm.h"
-#include "shell/trees/NodeView.h"
 #include "shell/trees/ProjectTreeForm.h"
 #include "shell/trees/Trees.h"
 
@@ -32,7 +30,8 @@ void AddDependency(Vtask& task, Vtask& required, int fromPercent) {
 
 // ---- dangling tasks
 
-void GenerateDummy(Desktop& desktop, Vproject& project, const std::vector<Link<Vtask>>& dangling) {
+void GenerateDummy(Desktop& desktop, Trees& trees, Vproject& project,
+                   const std::vector<Link<Vtask>>& dangling) {
     auto* dummy = desktop.workspace.NewVObject<Vtask>();
     dummy->SetProject(&project);
     dummy->SetTaskID(project.HighestTaskID() + 1);
@@ -42,10 +41,10 @@ void GenerateDummy(Desktop& desktop, Vproject& project, const std::vector<Link<V
         if (task) AddDependency(*dummy, *task.Get(), 100);
     }
     project.SetDirty(true);
-    desktop.trees->ProjectTree().Start();
+    trees.ProjectTree().Start();
 }
 
-void HandleDanglingTask(Desktop& desktop) {
+void HandleDanglingTask(Desktop& desktop, Trees& trees) {
     // By identity: a solve may run while the box is open, and number the slices anew.
     std::vector<Link<Vtask>> dangling;
     std::string lines;
@@ -64,13 +63,13 @@ void HandleDanglingTask(Desktop& desktop) {
         (dangling.size() > kMostListed ? " (only the first 10 are listed)" : "") + ":" + lines + kBlankLine +
         "Do you want to create a dummy task to tie all of the all of the dangling tasks together?";
     if (Ask(desktop, text, "Okay to Create Dummy Task?") && master)
-        GenerateDummy(desktop, *master.Get(), dangling);
+        GenerateDummy(desktop, trees, *master.Get(), dangling);
 }
 
 // ---- missing dependencies
 
-void HandleMissingDep(Desktop& desktop, const Link<Vtask>& task) {
-    ShowInProjectTree(desktop, task.Get(), *task->Project());
+void HandleMissingDep(Desktop& desktop, Trees& trees, const Link<Vtask>& task) {
+    trees.ShowInProjectTree(task.Get(), *task->Project());
     const auto& all = task->DependencyList();
     const auto first =
         std::find_if(all.begin(), all.end(), [](const Vdependency* one) { return one->Include(); });
@@ -83,7 +82,7 @@ void HandleMissingDep(Desktop& desktop, const Link<Vtask>& task) {
             "?";
     if (!Ask(desktop, text, "Confirm Add Start-To-Start") || !task || !candidate) return;
     AddDependency(*task.Get(), *candidate.Get(), 0);
-    desktop.trees->ProjectTree().RebuildTaskSubTree(*task.Get(), true);
+    trees.ProjectTree().RebuildTaskSubTree(*task.Get(), true);
     task->Project()->SetDirty(true);
 }
 
@@ -129,12 +128,12 @@ void ExplainJournalSync(Desktop& desktop) {
 }
 
 /// Those that leave no choice: shows the object at fault.
-void HandleOther(Desktop& desktop, const SolveProblem& problem) {
+void HandleOther(Trees& trees, const SolveProblem& problem) {
     if (problem.dependency)
-        return ShowInProjectTree(desktop, problem.dependency.Get(), *problem.dependency->Project());
+        return trees.ShowInProjectTree(problem.dependency.Get(), *problem.dependency->Project());
     if (problem.assignment)
-        return ShowInProjectTree(desktop, problem.assignment.Get(), *problem.assignment->Project());
-    ShowInProjectTree(desktop, problem.task.Get(), *problem.task->Project());
+        return trees.ShowInProjectTree(problem.assignment.Get(), *problem.assignment->Project());
+    trees.ShowInProjectTree(problem.task.Get(), *problem.task->Project());
 }
 
 /// Whether the object at fault is still part of a project.
@@ -146,34 +145,20 @@ bool StandsStill(const SolveProblem& problem) {
 
 }  // namespace
 
-void SolvePanelClick(Desktop& desktop) {
+void SolvePanelClick(Desktop& desktop, Trees& trees) {
     if (desktop.solver.Mode() != SolveMode::Halted) return;
     const SolveProblem problem = desktop.solver.Problem().value_or(SolveProblem());
     const std::string word = problem.message.substr(0, problem.message.find(' '));
-    if (word == "Dangling") return HandleDanglingTask(desktop);
+    if (word == "Dangling") return HandleDanglingTask(desktop, trees);
     if (word == "Journal") return ExplainJournalSync(desktop);
     if (!StandsStill(problem)) return desktop.workspace.RestartSolve();
     if (word == "Overload" || word == "Overtime") {
-        OverageForm::Start(desktop);
+        OverageForm::Start(desktop, trees);
     } else if (word == "Missing" && problem.task) {
-        HandleMissingDep(desktop, problem.task);
+        HandleMissingDep(desktop, trees, problem.task);
     } else {
-        HandleOther(desktop, problem);
+        HandleOther(trees, problem);
     }
-}
-
-void ShowInProjectTree(Desktop& desktop, NodeObject object, Vproject& project) {
-    Workspace& workspace = desktop.workspace;
-    ProjectTreeForm& tree = desktop.trees->ProjectTree();
-    if (workspace.ThisProject() == &project) {
-        tree.Start();
-    } else {
-        workspace.SetThisProject(&project);
-        workspace.BroadcastNewThisProject();
-    }
-    if (ChildForm* page = desktop.mainForm->FullPage()) page->Unload();
-    tree.View().setFocus();
-    desktop.trees->SetDragNode(&desktop.trees->FindNodeFromObject(object));
 }
 
 }  // namespace vortan

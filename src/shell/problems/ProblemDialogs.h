@@ -1,7 +1,6 @@
 #pragma once
 
 #include "shell/desk/Desktop.h"
-#include "shell/trees/Node.h"
 
 /// The way out of a halted solve: what stands behind a click on the text about the solve. Dangling tasks,
 /// journals that differ, missing starts and shortages are explained, and repaired when the user agrees; for
@@ -9,10 +8,9 @@
 /// ask for a new one.
 namespace vortan {
 
-/// Does nothing unless the solve has halted.
-void SolvePanelClick(Desktop& desktop);
+class Trees;
 
-/// Makes `project` active, shows its tree in front, and selects the node of an object below it there.
-void ShowInProjectTree(Desktop& desktop, NodeObject object, Vproject& project);
+/// Does nothing unless the solve has halted.
+void SolvePanelClick(Desktop& desktop, Trees& trees);
 
 }  // namespace vortan

@@ -194,7 +194,7 @@ void DragDrop::CreateTaskDependency() {
 
 void DragDrop::CopyProjectManager() {
     Vproject* project = trees_.FindProjectFromNode(*trees_.DropNode());
-    const auto textOf = [](const NodeObject& object) {
+    const auto textOf = [](const PlanObject& object) {
         if (Vproject* const* master = std::get_if<Vproject*>(&object)) return (*master)->BuildNodeText();
         return std::get<Vtask*>(object)->BuildNodeText();
     };

@@ -2,23 +2,11 @@
 
 #include <memory>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace vortan {
 
 class NodeTree;
-class Vassignment;
-class Vdependency;
-class Vproject;
-class Vresource;
-class Vshift;
-class Vtask;
-class Vtemplate;
-
-/// The model object behind a node; none for departments and placeholders.
-using NodeObject = std::variant<std::monostate, Vproject*, Vtask*, Vdependency*, Vassignment*, Vtemplate*,
-                                Vshift*, Vresource*>;
 
 /// One line of a tree: texts alone. The object behind it is looked up by `Tag` when it is needed, so a node
 /// cannot hold on to what has been deleted.

@@ -5,6 +5,8 @@
 #include "model/Characters.h"
 #include "model/Fault.h"
 #include "paint/Text.h"
+#include "shell/desk/FormHost.h"
+#include "shell/desk/Removal.h"
 #include "shell/entry/AssignmentEntryForm.h"
 #include "shell/entry/DependencyEntryForm.h"
 #include "shell/entry/ProjectEntryForm.h"
@@ -13,7 +15,6 @@
 #include "shell/entry/SubprojectEntryForm.h"
 #include "shell/entry/TaskEntryForm.h"
 #include "shell/entry/TemplateEntryForm.h"
-#include "shell/main/MainForm.h"
 #include "shell/trees/NodeView.h"
 #include "shell/trees/ProjectTreeForm.h"
 #include "shell/trees/References.h"
@@ -34,7 +35,7 @@ std::string WordOf(char kind) {
 }  // namespace
 
 NodeCommands::NodeCommands(Desktop& desktop, Trees& trees)
-    : desktop_(desktop), trees_(trees), menu_(new QMenu(desktop.mainForm)) {
+    : desktop_(desktop), trees_(trees), menu_(new QMenu(&desktop.host->MainWindow())) {
     menu_->setObjectName("PopupMainMenu");
     modify_ = Add("PopupModifyMenu", "Modify", "Main:PopupModifyMenu_Click", [this] { Modify(); });
     delete_ = Add("PopupDeleteMenu", "Delete", "Main:PopupDeleteMenu_Click", [this] { Delete(); });
@@ -92,6 +93,26 @@ void NodeCommands::GlobalExpand(bool flag) {
     form.GlobalExpand(flag);
 }
 
+// ---- add
+
+Vtask* NodeCommands::SelectedTask(const char* warning, const char* title) {
+    const Node* node = trees_.DragNode();
+    if (node && node->Image() == 't') return trees_.ObjectOf<Vtask>(*node);
+    desktop_.platform.MessageBox(warning, title, BoxIcon::Warning, BoxButtons::Ok);
+    return nullptr;
+}
+
+void NodeCommands::AddDependency() {
+    if (Vtask* task = SelectedTask("Please click on a task first.", "No Task Selected"))
+        DependencyEntryForm::StartAdd(desktop_, *task);
+}
+
+void NodeCommands::AddAssignment() {
+    if (Vtask* task = SelectedTask("You must click on a task before trying to add a new assignment.",
+                                   "Task Not Selected"))
+        AssignmentEntryForm::StartAdd(desktop_, *task);
+}
+
 // ---- modify
 
 void NodeCommands::Modify() {
@@ -102,24 +123,25 @@ void NodeCommands::Modify() {
         case 's': {
             Vproject* project = trees_.FindProjectFromNode(*node);
             const bool active = project == desktop_.workspace.ThisProject();
-            if (node->Image() == 's' && !active) return SubprojectEntryForm::StartModify(desktop_);
+            if (node->Image() == 's' && !active)
+                return SubprojectEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vtask>(*node));
             if (!active) MakeActive(project);
-            return ProjectEntryForm::StartModify(desktop_);
+            return ProjectEntryForm::StartModify(desktop_, *project);
         }
         case 't':
-            return TaskEntryForm::StartModify(desktop_);
+            return TaskEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vtask>(*node));
         case 'd':
-            return DependencyEntryForm::StartModify(desktop_);
+            return DependencyEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vdependency>(*node));
         case 'a':
-            return AssignmentEntryForm::StartModify(desktop_);
+            return AssignmentEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vassignment>(*node));
         case 'l':
-            return TemplateEntryForm::StartModify(desktop_);
+            return TemplateEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vtemplate>(*node));
         case 'h':
-            return ShiftEntryForm::StartModify(desktop_);
+            return ShiftEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vshift>(*node));
         case 'g':
             return RenameDepartment(*node);
         case 'r':
-            return ResourceEntryForm::StartModify(desktop_);
+            return ResourceEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vresource>(*node));
         default:
             AssertionFailed();
     }
@@ -159,10 +181,10 @@ void NodeCommands::Delete() {
 
 /// What goes with the file that it was loaded from may have changes that are nowhere else.
 bool NodeCommands::MayLose(const Node& node) {
-    const NodeObject object = trees_.FindObjectFromNode(node);
+    const PlanObject object = trees_.FindObjectFromNode(node);
     if (Vproject* const* project = std::get_if<Vproject*>(&object))
-        return desktop_.mainForm->MayLose(**project);
-    if (Vtemplate* const* all = std::get_if<Vtemplate*>(&object)) return desktop_.mainForm->MayLose(**all);
+        return vortan::MayLose(desktop_, **project);
+    if (Vtemplate* const* all = std::get_if<Vtemplate*>(&object)) return vortan::MayLose(desktop_, **all);
     return true;
 }
 
@@ -178,12 +200,13 @@ bool NodeCommands::DeleteConfirmed(const Node& node) {
 /// its owner has changed in any case.
 void NodeCommands::DeleteObject(Node& node) {
     Workspace& workspace = desktop_.workspace;
-    const NodeObject object = trees_.FindObjectFromNode(node);
+    const PlanObject object = trees_.FindObjectFromNode(node);
     if (Vproject* const* project = std::get_if<Vproject*>(&object)) {
-        return desktop_.mainForm->RemoveProjects({*project});
+        return RemoveProjects(workspace, {*project});
     }
     if (Vtemplate* const* removed = std::get_if<Vtemplate*>(&object)) {
-        desktop_.mainForm->RemoveTemplate(**removed);
+        RemoveTemplate(workspace, **removed);
+        trees_.ProjectTree().RefreshReferences();
         return workspace.RestartSolve();
     }
     JournalOwner* owner = nullptr;

@@ -24,6 +24,9 @@ class NodeCommands {
     void Modify();
     void Delete();
     void SetActive();
+    /// To the task that is selected; a box if there is none.
+    void AddDependency();
+    void AddAssignment();
     void GlobalExpand(bool flag);
 
   private:
@@ -34,6 +37,7 @@ class NodeCommands {
     bool DeleteConfirmed(const Node& node);
     void DeleteObject(Node& node);
     void MakeActive(Vproject* project);
+    Vtask* SelectedTask(const char* warning, const char* title);
 
     Desktop& desktop_;
     Trees& trees_;

@@ -10,7 +10,7 @@
 #include <QScrollBar>
 #include <algorithm>
 
-#include "shell/main/MainForm.h"
+#include "shell/desk/FormHost.h"
 #include "shell/trees/DragDrop.h"
 #include "shell/trees/NodeCommands.h"
 #include "shell/trees/TreeForm.h"
@@ -67,7 +67,7 @@ Node* NodeView::NodeAt(const QPoint& point) const {
 }
 
 Node* NodeView::MyDragNode() const {
-    Node* node = desktop_.trees ? desktop_.trees->DragNode() : nullptr;
+    Node* node = form_.TheTrees() ? form_.TheTrees()->DragNode() : nullptr;
     return node && node->Tree == &Tree() ? node : nullptr;
 }
 
@@ -143,7 +143,7 @@ void NodeView::Collapsed(const QModelIndex& index) {
     if (following_) return;
     for (const Node* above = MyDragNode(); above; above = above->Parent) {
         if (above->Parent != &node) continue;
-        desktop_.Run("Trees:Tree_Collapse", [&] { desktop_.trees->SetDragNode(&node); });
+        desktop_.Run("Trees:Tree_Collapse", [&] { form_.TheTrees()->SetDragNode(&node); });
         return;
     }
 }
@@ -161,7 +161,7 @@ bool NodeView::OnBranchSign(const QPoint& point) const {
 void NodeView::mousePressEvent(QMouseEvent* event) {
     const QPoint point = event->position().toPoint();
     desktop_.Run("Trees:TreeMouseAction", [&] {
-        desktop_.trees->Drag().Down(*this, point, event->globalPosition().toPoint(), event->button());
+        form_.TheTrees()->Drag().Down(*this, point, event->globalPosition().toPoint(), event->button());
     });
     if (event->button() == Qt::LeftButton && OnBranchSign(point)) {
         const QModelIndex index = indexAt(point);
@@ -171,32 +171,32 @@ void NodeView::mousePressEvent(QMouseEvent* event) {
 
 void NodeView::mouseMoveEvent(QMouseEvent* event) {
     desktop_.Run("Trees:TreeMouseAction",
-                 [&] { desktop_.trees->Drag().Move(event->globalPosition().toPoint(), event->buttons()); });
+                 [&] { form_.TheTrees()->Drag().Move(event->globalPosition().toPoint(), event->buttons()); });
 }
 
 void NodeView::mouseReleaseEvent(QMouseEvent* event) {
     desktop_.Run("Trees:TreeMouseAction",
-                 [&] { desktop_.trees->Drag().Up(event->globalPosition().toPoint(), event->button()); });
+                 [&] { form_.TheTrees()->Drag().Up(event->globalPosition().toPoint(), event->button()); });
 }
 
 void NodeView::mouseDoubleClickEvent(QMouseEvent* event) {
     const QPoint point = event->position().toPoint();
     if (event->button() != Qt::LeftButton || OnBranchSign(point)) return mousePressEvent(event);
     desktop_.Run("Trees:TreeMouseAction", [&] {
-        desktop_.trees->SetDragNode(NodeAt(point));
-        desktop_.trees->Commands().Modify();
+        form_.TheTrees()->SetDragNode(NodeAt(point));
+        form_.TheTrees()->Commands().Modify();
     });
 }
 
 void NodeView::keyPressEvent(QKeyEvent* event) {
-    Trees& trees = *desktop_.trees;
+    Trees& trees = *form_.TheTrees();
     const int key = event->key();
     if (trees.Drag().Dragging()) {
         if (key == Qt::Key_Escape) desktop_.Run("Trees:Tree_KeyDown", [&] { trees.Drag().Cancel(); });
         return;
     }
     if (key == Qt::Key_F1) {
-        desktop_.Run("Trees:Tree_KeyDown", [this] { desktop_.mainForm->ContextHelp(); });
+        desktop_.Run("Trees:Tree_KeyDown", [this] { desktop_.host->ContextHelp(); });
     } else if ((key == Qt::Key_Return || key == Qt::Key_Enter) && MyDragNode()) {
         desktop_.Run("Main:PopupModifyMenu_Click", [&] { trees.Commands().Modify(); });
     } else if (key == Qt::Key_Delete && MyDragNode()) {
@@ -214,13 +214,13 @@ void NodeView::contextMenuEvent(QContextMenuEvent* event) {
         if (!MyDragNode()) return;
         point = viewport()->mapToGlobal(visualRect(Tree().IndexOf(MyDragNode())).topLeft());
     }
-    desktop_.Run("Trees:RightClick", [&] { desktop_.trees->Commands().RightClick(*this, point); });
+    desktop_.Run("Trees:RightClick", [&] { form_.TheTrees()->Commands().RightClick(*this, point); });
 }
 
 void NodeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QTreeView::currentChanged(current, previous);
-    if (selecting_ || !current.isValid() || !desktop_.trees) return;
-    desktop_.Run("Trees:Tree_NodeClick", [&] { desktop_.trees->SetDragNode(NodeTree::NodeOf(current)); });
+    if (selecting_ || !current.isValid() || !form_.TheTrees()) return;
+    desktop_.Run("Trees:Tree_NodeClick", [&] { form_.TheTrees()->SetDragNode(NodeTree::NodeOf(current)); });
 }
 
 /// The toolkit makes the first line the current one; that selects nothing yet.
@@ -244,9 +244,9 @@ QItemSelectionModel::SelectionFlags NodeView::selectionCommand(const QModelIndex
 /// A drag ends where another window comes to the front. After an entry form the keys go on where they were.
 void NodeView::changeEvent(QEvent* event) {
     QTreeView::changeEvent(event);
-    if (!desktop_.trees) return;
+    if (!form_.TheTrees()) return;
     if (event->type() == QEvent::ActivationChange && !isActiveWindow()) {
-        desktop_.Run("Trees:TreeMouseAction", [this] { desktop_.trees->Drag().Cancel(); });
+        desktop_.Run("Trees:TreeMouseAction", [this] { form_.TheTrees()->Drag().Cancel(); });
     }
     if (event->type() == QEvent::EnabledChange && isEnabled() && MyDragNode()) setFocus();
     if (event->type() == QEvent::FontChange) fit_.start();

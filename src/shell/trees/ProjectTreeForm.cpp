@@ -94,13 +94,13 @@ void ProjectTreeForm::RebuildProjectSubTree(Vproject& project, Node& node, bool 
 }
 
 void ProjectTreeForm::RebuildTaskSubTree(Vtask& task, bool showChildren) {
-    Node& node = desktop_.trees->FindNodeFromObject(&task);
-    desktop_.trees->RefreshNode(node);
+    Node& node = trees_->FindNodeFromObject(&task);
+    trees_->RefreshNode(node);
     ReplaceChildren(node, TaskChildren(task, showChildren), showChildren);
 }
 
 void ProjectTreeForm::TreeExpand(Node& node) {
-    const Trees& trees = *desktop_.trees;
+    const Trees& trees = *trees_;
     if (node.Image() == 't') {
         ReplaceChildren(node, TaskChildren(*trees.ObjectOf<Vtask>(node), true), true);
     } else if (node.Image() == 's') {
@@ -110,7 +110,7 @@ void ProjectTreeForm::TreeExpand(Node& node) {
 
 void ProjectTreeForm::RefreshReferences() {
     Tree().ForEach([this](Node& node) {
-        if (node.Image() == 'd' || node.Image() == 'a') desktop_.trees->RefreshNode(node);
+        if (node.Image() == 'd' || node.Image() == 'a') trees_->RefreshNode(node);
     });
 }
 

@@ -92,7 +92,7 @@ std::string Tell(const Workspace& workspace, const Vproject& removed) {
 
 }  // namespace
 
-std::string TellReferences(const Workspace& workspace, const NodeObject& object) {
+std::string TellReferences(const Workspace& workspace, const PlanObject& object) {
     return std::visit(
         [&](auto of) -> std::string {
             if constexpr (std::is_same_v<decltype(of), Vresource*> ||

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "shell/desk/CommonDialogs.h"
-#include "shell/main/MainForm.h"
+#include "shell/desk/FormHost.h"
 #include "shell/trees/NodeView.h"
 #include "shell/trees/Trees.h"
 
@@ -12,7 +12,7 @@ namespace vortan {
 
 TreeForm::TreeForm(Desktop& desktop, const char* name, const QString& hint)
     : desktop_(desktop), tree_([this](const Node& node) {
-          if (desktop_.trees) desktop_.trees->NodeGone(node);
+          if (trees_) trees_->NodeGone(node);
           view_->LetGo(node);
       }) {
     setObjectName(name);
@@ -30,10 +30,10 @@ TreeForm::~TreeForm() {
 }
 
 void TreeForm::Begin(const VObject* shown, const std::function<Nodes()>& build) {
-    desktop_.trees->SetDragNode(nullptr);
+    trees_->SetDragNode(nullptr);
     view_->setFont(FontOfForm(desktop_, objectName()));
     ReplaceAll(shown, build);
-    desktop_.mainForm->ShowForm(*this);
+    desktop_.host->ShowForm(*this);
 }
 
 void TreeForm::ReplaceAll(const VObject* shown, const std::function<Nodes()>& build) {
@@ -45,12 +45,12 @@ void TreeForm::ReplaceAll(const VObject* shown, const std::function<Nodes()>& bu
     } catch (...) {
         // What cannot be shown anew is not shown as it was.
         tree_.SetRoots({});
-        desktop_.trees->AfterNodesGone();
+        trees_->AfterNodesGone();
         throw;
     }
     tree_.SetRoots(std::move(roots));
     if (!same) view_->scrollToTop();
-    desktop_.trees->AfterNodesGone();
+    trees_->AfterNodesGone();
 }
 
 Nodes TreeForm::Rebuilt(const Nodes& old, const std::function<Nodes()>& build) {
@@ -76,12 +76,12 @@ void TreeForm::ReplaceChildren(Node& node, Nodes children, bool expanded) {
     node.Expanded = expanded;
     if (tree_.InBatch()) return;
     view_->ShowExpanded(node);
-    desktop_.trees->AfterNodesGone();
+    trees_->AfterNodesGone();
 }
 
 void TreeForm::RemoveNode(Node& node) {
     tree_.Remove(node);
-    desktop_.trees->AfterNodesGone();
+    trees_->AfterNodesGone();
 }
 
 void TreeForm::Expand(Node& node) {
@@ -114,7 +114,7 @@ void TreeForm::GlobalExpand(bool flag) {
             }
         }
     }
-    Trees& trees = *desktop_.trees;
+    Trees& trees = *trees_;
     trees.AfterNodesGone();
     Node* node = trees.DragNode();
     for (Node* above = node; above; above = above->Parent) {

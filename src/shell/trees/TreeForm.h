@@ -13,6 +13,7 @@
 namespace vortan {
 
 class NodeView;
+class Trees;
 
 /// A pane with a tree, as far as both trees are alike.
 class TreeForm : public QWidget, public ChildForm, public Listener {
@@ -26,6 +27,10 @@ class TreeForm : public QWidget, public ChildForm, public Listener {
     FormClass Class() const override { return FormClass::Pane; }
     QWidget& Window() override { return *this; }
     void Unload() override { hide(); }
+
+    /// What the trees share; set by it for as long as there is one.
+    void SetTrees(Trees* trees) { trees_ = trees; }
+    Trees* TheTrees() const { return trees_; }
 
     NodeTree& Tree() { return tree_; }
     NodeView& View() { return *view_; }
@@ -53,6 +58,7 @@ class TreeForm : public QWidget, public ChildForm, public Listener {
     bool WasExpanded(const std::string& key, bool usual);
 
     Desktop& desktop_;
+    Trees* trees_ = nullptr;
 
   private:
     NodeTree tree_;

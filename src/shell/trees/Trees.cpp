@@ -3,7 +3,7 @@
 #include <charconv>
 
 #include "model/Fault.h"
-#include "shell/desk/Desktop.h"
+#include "shell/desk/FormHost.h"
 #include "shell/trees/DragDrop.h"
 #include "shell/trees/NodeCommands.h"
 #include "shell/trees/NodeView.h"
@@ -41,8 +41,17 @@ Trees::Trees(Desktop& desktop, ProjectTreeForm& projectTree, TemplateTreeForm& t
       projectTree_(projectTree),
       templateTree_(templateTree),
       commands_(std::make_unique<NodeCommands>(desktop, *this)),
-      drag_(std::make_unique<DragDrop>(desktop, *this)) {}
-Trees::~Trees() = default;
+      drag_(std::make_unique<DragDrop>(desktop, *this)) {
+    for (TreeForm* form : {static_cast<TreeForm*>(&projectTree_), static_cast<TreeForm*>(&templateTree_)})
+        form->SetTrees(this);
+    desktop_.ObjectSaved = [this](const PlanObject& object, Desktop::Saving what) { Saved(object, what); };
+}
+
+Trees::~Trees() {
+    desktop_.ObjectSaved = nullptr;
+    projectTree_.SetTrees(nullptr);
+    templateTree_.SetTrees(nullptr);
+}
 
 // ---- the selected node
 
@@ -87,7 +96,7 @@ void Trees::AfterNodesGone() {
 
 // ---- from nodes to objects
 
-NodeObject Trees::FindObjectFromNode(const Node& node) const {
+PlanObject Trees::FindObjectFromNode(const Node& node) const {
     const Workspace& workspace = desktop_.workspace;
     const std::string key = node.Tag.empty() ? "" : node.Tag.substr(1);
     const std::uint32_t number = NumberIn(key, 0);
@@ -123,7 +132,7 @@ NodeObject Trees::FindObjectFromNode(const Node& node) const {
 
 Vproject* Trees::FindProjectFromNode(const Node& node) const {
     if (node.Image() != 'p' && node.Image() != 's') AssertionFailed();
-    const NodeObject object = FindObjectFromNode(node);
+    const PlanObject object = FindObjectFromNode(node);
     if (Vproject* const* project = std::get_if<Vproject*>(&object)) return *project;
     return std::get<Vtask*>(object)->Subproject();
 }
@@ -184,6 +193,55 @@ void Trees::RefreshNode(Node& node) {
     node.Tree->Changed(node);
 }
 
+// ---- what changes
+
+template <class T>
+Node& Trees::NodeShowing(T& object) const {
+    if (dragNode_ && dragNode_->Key == MakeKey(object)) return *dragNode_;
+    return FindNodeFromObject(&object);
+}
+
+void Trees::Saved(const PlanObject& object, Desktop::Saving what) {
+    using Saving = Desktop::Saving;
+    if (Vtask* const* saved = std::get_if<Vtask*>(&object)) {
+        Vtask& task = **saved;
+        Vproject& project = *task.Project();
+        if (what == Saving::Added) {
+            projectTree_.RebuildProjectSubTree(project, FindNodeFromObject(&project), true);
+            return SetDragNode(&FindNodeFromObject(&task));
+        }
+        Node& node = NodeShowing(task);
+        RefreshNode(node);
+        // Tasks stand in the order of their numbers.
+        if (what == Saving::Moved && node.Parent)
+            projectTree_.RebuildProjectSubTree(project, *node.Parent, true);
+        projectTree_.RebuildTaskSubTree(task, true);
+        return projectTree_.RefreshReferences();
+    }
+    const auto savedBelowTask = [&](auto& child) {
+        if (what != Saving::Added) return RefreshNode(NodeShowing(child));
+        projectTree_.RebuildTaskSubTree(*child.Task(), true);
+    };
+    if (Vdependency* const* saved = std::get_if<Vdependency*>(&object)) return savedBelowTask(**saved);
+    if (Vassignment* const* saved = std::get_if<Vassignment*>(&object)) return savedBelowTask(**saved);
+    Vresource* const* resource = std::get_if<Vresource*>(&object);
+    if (resource && what == Saving::Changed) return RefreshNode(NodeShowing(**resource));
+    templateTree_.Start();
+}
+
+void Trees::ShowInProjectTree(PlanObject object, Vproject& project) {
+    Workspace& workspace = desktop_.workspace;
+    if (workspace.ThisProject() == &project) {
+        projectTree_.Start();
+    } else {
+        workspace.SetThisProject(&project);
+        workspace.BroadcastNewThisProject();
+    }
+    if (ChildForm* page = desktop_.host->FullPage()) page->Unload();
+    projectTree_.View().setFocus();
+    SetDragNode(&FindNodeFromObject(object));
+}
+
 // ---- from objects to nodes
 
 /// `depth` ends the search among projects that hold each other in a circle.
@@ -206,7 +264,7 @@ Node* Trees::ShownNode(Vproject& project, std::size_t depth) const {
     return nullptr;
 }
 
-Node& Trees::FindNodeFromObject(NodeObject object) const {
+Node& Trees::FindNodeFromObject(PlanObject object) const {
     const std::size_t depth = 2 * desktop_.workspace.ProjectList().size();
     const auto find = [&](auto* wanted) -> Node* {
         using T = std::remove_pointer_t<decltype(wanted)>;

@@ -3,11 +3,11 @@
 #include <memory>
 #include <string>
 
+#include "shell/desk/Desktop.h"
 #include "shell/trees/Node.h"
 
 namespace vortan {
 
-class Desktop;
 class DragDrop;
 class NodeCommands;
 class ProjectTreeForm;
@@ -35,11 +35,11 @@ class Trees {
     void SetDropNode(Node* node) { dropNode_ = node; }
     /// Marks DropNode, if there is one, in the place of DragNode.
     void ShowDropNode();
-    NodeObject DragObject() const { return FindObjectFromNode(*dragNode_); }
-    NodeObject DropObject() const { return FindObjectFromNode(*dropNode_); }
+    PlanObject DragObject() const { return FindObjectFromNode(*dragNode_); }
+    PlanObject DropObject() const { return FindObjectFromNode(*dropNode_); }
 
     /// The object of a node. Fault for a department, a placeholder, and a node whose object is gone.
-    NodeObject FindObjectFromNode(const Node& node) const;
+    PlanObject FindObjectFromNode(const Node& node) const;
     template <class T>
     T* ObjectOf(const Node& node) const {
         return std::get<T*>(FindObjectFromNode(node));
@@ -49,9 +49,12 @@ class Trees {
     /// The project whose node text this is. Fault if there is none.
     Vproject* FindProjectFromNodeText(const std::string& text) const;
     /// The node that shows the object, whose parents are opened where needed. Fault if nothing shows it.
-    Node& FindNodeFromObject(NodeObject object) const;
+    Node& FindNodeFromObject(PlanObject object) const;
     /// The task of a task node, or of the parent of a dependency or assignment node. Fault for others.
     Vtask* TaskOfNode(const Node& node) const;
+
+    /// Makes `project` active, shows its tree in front, and selects the node of an object below it there.
+    void ShowInProjectTree(PlanObject object, Vproject& project);
 
     /// New text (and tag) of a node from its object.
     void RefreshNode(Node& node);
@@ -65,6 +68,11 @@ class Trees {
     DragDrop& Drag() const { return *drag_; }
 
   private:
+    /// Brings the trees up to date with what an entry form has saved.
+    void Saved(const PlanObject& object, Desktop::Saving what);
+    /// The selected node if it shows the object, else the first that does.
+    template <class T>
+    Node& NodeShowing(T& object) const;
     Node* ShownNode(Vtask& task, std::size_t depth) const;
     Node* ShownNode(Vproject& project, std::size_t depth) const;
     void ShowSelection(const Node* node);

@@ -20,7 +20,8 @@ class AssignmentEntryFormTest : public FormBench {
     }
     void AddToTask() {
         shell.main.TheTrees().SetDragNode(&NodeOf(task));
-        Add<AssignmentEntryForm>();
+        shell.Click("Toolbar.Assignment");
+        WaitForForm();
     }
     Vassignment* Assign(Vresource* resource) {
         auto* made = workspace.NewVObject<Vassignment>();
@@ -81,7 +82,7 @@ TEST_F(AssignmentEntryFormTest, WhatDoesNotFitIsRefused) {
     shell.main.TheTrees().SetDragNode(&NodeOf(miller));
     shell.platform.ExpectBox("Task Not Selected", BoxAnswer::Ok,
                              "You must click on a task before trying to add a new assignment.");
-    AssignmentEntryForm::StartAdd(shell.desktop);
+    shell.Click("Toolbar.Assignment");
     EXPECT_FALSE(shell.IsOpen("AssignmentEntryForm"));
 }
 

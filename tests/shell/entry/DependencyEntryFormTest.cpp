@@ -2,6 +2,7 @@
 
 #include "shell/entry/TaskEntryForm.h"
 #include "shell/entry/TaskEntryFormBench.h"
+#include "shell/trees/NodeCommands.h"
 
 namespace vortan {
 namespace {
@@ -19,11 +20,11 @@ class DependencyEntryFormTest : public TaskFormTest {
     }
     void Add() {
         Select(pour);
-        DependencyEntryForm::StartAdd(shell.desktop);
+        shell.main.TheTrees().Commands().AddDependency();
     }
     void Modify(Vdependency* dependency) {
         Select(dependency);
-        DependencyEntryForm::StartModify(shell.desktop);
+        DependencyEntryForm::StartModify(shell.desktop, *dependency);
     }
     std::string Sentence() {
         auto& box = shell.Find<QPlainTextEdit>("SentenceText");
@@ -51,10 +52,10 @@ class DependencyEntryFormTest : public TaskFormTest {
 
 TEST_F(DependencyEntryFormTest, NeedsATask) {
     shell.platform.ExpectBox("No Task Selected", BoxAnswer::Ok, "Please click on a task first.");
-    DependencyEntryForm::StartAdd(shell.desktop);
+    shell.Click("Toolbar.Dependency");
     Select(project);
     shell.platform.ExpectBox("No Task Selected", BoxAnswer::Ok);
-    DependencyEntryForm::StartAdd(shell.desktop);
+    shell.Click("Toolbar.Dependency");
     EXPECT_FALSE(Open());
 }
 
@@ -311,7 +312,7 @@ TEST_F(DependencyEntryFormTest, OkChangesNothingThatWasNotTyped) {
     EXPECT_EQ(dependency->TaskRequired(), dig);
     EXPECT_EQ(dependency->Offset(), -1.0 / 7);
     Select(pour);
-    TaskEntryForm::StartModify(shell.desktop);
+    TaskEntryForm::StartModify(shell.desktop, *pour);
     Ok();
     EXPECT_FALSE(Open());
     EXPECT_EQ(pour->MaterialCost(), Money::FromUnits(12345));

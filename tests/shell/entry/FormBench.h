@@ -29,13 +29,13 @@ class FormBench : public ::testing::Test {
     }
     template <class Form>
     void Add() {
-        Form::StartAdd(shell.desktop);
+        Form::StartAdd(shell.desktop, *workspace.ThisTemplate());
         WaitForForm();
     }
     template <class Form, class T>
     void Modify(T* object) {
         shell.main.TheTrees().SetDragNode(&NodeOf(object));
-        Form::StartModify(shell.desktop);
+        Form::StartModify(shell.desktop, *object);
         WaitForForm();
     }
     /// Boxes notice that the focus leaves them in the active window alone.

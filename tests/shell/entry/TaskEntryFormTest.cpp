@@ -7,10 +7,10 @@ namespace {
 
 class TaskEntryFormTest : public TaskFormTest {
   protected:
-    void Add() { TaskEntryForm::StartAdd(shell.desktop); }
+    void Add() { TaskEntryForm::StartAdd(shell.desktop, *workspace.ThisProject()); }
     void Modify(Vtask* task) {
         Select(task);
-        TaskEntryForm::StartModify(shell.desktop);
+        TaskEntryForm::StartModify(shell.desktop, *task);
     }
     static std::string Box(int index) { return "EstimateText(" + std::to_string(index) + ")"; }
     /// All nine boxes, row by row; brackets around those that can be entered.

@@ -34,9 +34,9 @@ TEST_F(BusySolveTest, TasksAreDeletedInTheTree) {
     shell.platform.onServeEvents = [&] {
         if (++deleted > 3) return;
         Vtask* last = *(workspace.ThisProject()->TaskList().end() - 1);
-        shell.desktop.trees->SetDragNode(&shell.desktop.trees->FindNodeFromObject(last));
+        shell.main.TheTrees().SetDragNode(&shell.main.TheTrees().FindNodeFromObject(last));
         shell.platform.ExpectBox("Confirm Delete task", BoxAnswer::Yes);
-        QTest::keyClick(shell.desktop.trees->ProjectTree().findChild<QWidget*>("Tree"), Qt::Key_Delete);
+        QTest::keyClick(shell.main.TheTrees().ProjectTree().findChild<QWidget*>("Tree"), Qt::Key_Delete);
     };
     shell.Solve();
     EXPECT_EQ(workspace.ThisProject()->TaskList().size(), tasks - 3);
@@ -70,7 +70,7 @@ TEST(StartUp, ADamagedFileOfSettingsTakesNothingElseWithIt) {
     EXPECT_EQ(desktop.workspace.FileDialogPath, S(QDir::currentPath()));
     EXPECT_TRUE(desktop.settings.SettingIsOn("BarOption"));
     EXPECT_EQ(main.findChild<QComboBox*>("JournalCombo")->currentText(), "<journal n/a>");
-    EXPECT_TRUE(desktop.trees->ProjectTree().isVisibleTo(&main));
+    EXPECT_TRUE(main.TheTrees().ProjectTree().isVisibleTo(&main));
     EXPECT_NE(FileBytes(platform.Directory() + "/ErrTrap.log").find("Call chain:\n  Main:MDIForm_Load\n"),
               std::string::npos);
 }

@@ -66,7 +66,7 @@ TEST_F(MainFormTest, AHaltedSolveIsExplained) {
     shell.Choose("GraphicsGanttMenu");
     auto& panel = shell.Find<QToolButton>("SolvePanel");
     for (const char* text : {"Overtime needed", "Solving"}) {
-        shell.main.SolveStatus(text);
+        shell.main.Status().SolveStatus(text);
         const bool halted = shell.desktop.solver.Mode() == SolveMode::Halted;
         EXPECT_EQ(panel.icon().isNull(), !halted);
         EXPECT_EQ(panel.palette() == shell.main.palette(), !halted);
@@ -240,10 +240,10 @@ TEST_F(MainFormTest, RecentFilesAreListedAndOpen) {
 }
 
 TEST_F(MainFormTest, ALongStepShowsTheHourglassOnce) {
-    shell.main.StatusMessage("Loading");
-    shell.main.StatusMessage("Loading more");
+    shell.main.Status().StatusMessage("Loading");
+    shell.main.Status().StatusMessage("Loading more");
     EXPECT_NE(QApplication::overrideCursor(), nullptr);
-    shell.main.StatusMessage("");
+    shell.main.Status().StatusMessage("");
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 

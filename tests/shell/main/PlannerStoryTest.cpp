@@ -156,7 +156,7 @@ class Planner {
     void ClickNode(const std::string& text) {
         Node& node = NodeOf(text);
         QTest::mouseClick(ViewOf(node).viewport(), Qt::LeftButton, {}, Place(node));
-        ASSERT_EQ(app.desktop.trees->DragNode(), &node);
+        ASSERT_EQ(app.mainForm.TheTrees().DragNode(), &node);
     }
     void DoubleClickNode(const std::string& text) {
         ClickNode(text);
@@ -185,8 +185,8 @@ class Planner {
         app.mainForm.screen()->grabWindow(0).save(file);
     }
 
-    ProjectTreeForm& ProjectTree() { return app.desktop.trees->ProjectTree(); }
-    TemplateTreeForm& TemplateTree() { return app.desktop.trees->TemplateTree(); }
+    ProjectTreeForm& ProjectTree() { return app.mainForm.TheTrees().ProjectTree(); }
+    TemplateTreeForm& TemplateTree() { return app.mainForm.TheTrees().TemplateTree(); }
     Vproject& Project() { return *app.desktop.workspace.ThisProject(); }
 
     App app;

@@ -76,7 +76,7 @@ class TreeBench {
         return resource;
     }
 
-    Node& NodeOf(NodeObject object) { return trees.FindNodeFromObject(object); }
+    Node& NodeOf(PlanObject object) { return trees.FindNodeFromObject(object); }
     NodeView& ViewOf(const Node& node) {
         return node.Tree == &trees.ProjectTree().Tree() ? trees.ProjectTree().View()
                                                         : trees.TemplateTree().View();

@@ -6,7 +6,7 @@ namespace vortan {
 namespace {
 
 /// A node of each kind.
-std::map<char, NodeObject> OneOfEach(TreeBench& bench) {
+std::map<char, PlanObject> OneOfEach(TreeBench& bench) {
     return {{'p', bench.alpha},
             {'s', bench.link},
             {'t', bench.dig},

@@ -47,10 +47,10 @@ TEST(TreesPopup, SpeaksOfTheKindOfTheNode) {
     bench.trees.Commands().UpdatePopupMenu();
     Item(bench, "PopupSetActiveMenu").trigger();
     EXPECT_EQ(bench.workspace.ThisProject(), bench.beta);
-    for (const NodeObject& object : {NodeObject(bench.link), NodeObject(bench.alpha)}) {
+    for (const PlanObject& object : {PlanObject(bench.link), PlanObject(bench.alpha)}) {
         bench.trees.SetDragNode(&bench.NodeOf(object));
         bench.trees.Commands().UpdatePopupMenu();
-        EXPECT_EQ(Item(bench, "PopupSetActiveMenu").isEnabled(), object == NodeObject(bench.alpha));
+        EXPECT_EQ(Item(bench, "PopupSetActiveMenu").isEnabled(), object == PlanObject(bench.alpha));
     }
     bench.trees.Commands().Modify();
     EXPECT_EQ(bench.workspace.ThisProject(), bench.alpha) << "the project that is modified is the active one";
@@ -71,21 +71,21 @@ TEST(TreesPopup, OpensWithARightClickAtTheNode) {
 
 TEST(TreesPopup, DeletingSaysWhatRefersToTheObject) {
     const struct {
-        NodeObject (*object)(TreeBench&);
+        PlanObject (*object)(TreeBench&);
         const char *word, *told;
     } cases[] = {
-        {[](TreeBench& b) { return NodeObject(b.dig); }, "task", "1 dependency of other tasks."},
-        {[](TreeBench& b) { return NodeObject(b.build); }, "task", ""},
-        {[](TreeBench& b) { return NodeObject(b.link); }, "subproject", "The project Beta stays in memory"},
-        {[](TreeBench& b) { return NodeObject(b.needsDig); }, "dependency", ""},
-        {[](TreeBench& b) { return NodeObject(b.annBuilds); }, "assignment", ""},
-        {[](TreeBench& b) { return NodeObject(b.ann); }, "resource",
+        {[](TreeBench& b) { return PlanObject(b.dig); }, "task", "1 dependency of other tasks."},
+        {[](TreeBench& b) { return PlanObject(b.build); }, "task", ""},
+        {[](TreeBench& b) { return PlanObject(b.link); }, "subproject", "The project Beta stays in memory"},
+        {[](TreeBench& b) { return PlanObject(b.needsDig); }, "dependency", ""},
+        {[](TreeBench& b) { return PlanObject(b.annBuilds); }, "assignment", ""},
+        {[](TreeBench& b) { return PlanObject(b.ann); }, "resource",
          "1 assignment, which stays and goes on being planned until it is removed."},
-        {[](TreeBench& b) { return NodeObject(b.bob); }, "resource", ""},
-        {[](TreeBench& b) { return NodeObject(b.crew->ShiftList()[0]); }, "shift",
+        {[](TreeBench& b) { return PlanObject(b.bob); }, "resource", ""},
+        {[](TreeBench& b) { return PlanObject(b.crew->ShiftList()[0]); }, "shift",
          "the shift of 3 resources, which keep it."},
-        {[](TreeBench& b) { return NodeObject(b.crew); }, "template", "used by 1 assignment."},
-        {[](TreeBench& b) { return NodeObject(b.alpha); }, "project",
+        {[](TreeBench& b) { return PlanObject(b.crew); }, "template", "used by 1 assignment."},
+        {[](TreeBench& b) { return PlanObject(b.alpha); }, "project",
          "It has 4 tasks.  1 subproject stays in memory as a master project."},
     };
     for (const auto& one : cases) {
@@ -123,7 +123,7 @@ TEST(TreesPopup, WhatIsDeletedIsGoneFromTheTextsAndTheModel) {
     TreeBench bench;
     const Node& dependency = bench.NodeOf(bench.needsDig);
     Vshift* standard = bench.crew->ShiftList()[0];
-    const auto remove = [&](const NodeObject& object, const char* word, const char* unsaved = nullptr) {
+    const auto remove = [&](const PlanObject& object, const char* word, const char* unsaved = nullptr) {
         bench.trees.SetDragNode(&bench.NodeOf(object));
         if (unsaved) {
             bench.platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Cancel, unsaved);

@@ -85,10 +85,10 @@ TEST(Trees, HaveOneSelectedNode) {
 TEST(Trees, LeadFromObjectsToNodesAndBack) {
     TreeBench bench;
     Trees& trees = bench.trees;
-    const NodeObject objects[] = {bench.alpha, bench.dig,       bench.link,
+    const PlanObject objects[] = {bench.alpha, bench.dig,       bench.link,
                                   bench.wire,  bench.needsDig,  bench.crew,
                                   bench.bob,   bench.annBuilds, bench.crew->ShiftList()[1]};
-    for (const NodeObject& object : objects) {
+    for (const PlanObject& object : objects) {
         EXPECT_EQ(trees.FindObjectFromNode(trees.FindNodeFromObject(object)), object) << object.index();
     }
     EXPECT_EQ(&trees.FindNodeFromObject(bench.beta), &trees.FindNodeFromObject(bench.link));
