@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QRegularExpression>
 #include <QTest>
 #include <string>
 
@@ -54,6 +55,16 @@ class Shell {
         QTest::keyClick(&field, Qt::Key_Delete);
         QTest::keyClicks(&field, text);
     }
+    /// Steps with semicolons between: "Button!" is clicked, "Box=text" typed, of "List#2" the third chosen.
+    void Do(const std::string& steps) {
+        for (const QString& step : Q(steps).split(';', Qt::SkipEmptyParts)) {
+            const auto name = step.section(QRegularExpression("[!=#]"), 0, 0).toUtf8();
+            const QString rest = step.mid(name.size() + 1);
+            if (step[name.size()] == '!') Click(name);
+            if (step[name.size()] == '=') Type(name, rest.toUtf8());
+            if (step[name.size()] == '#') Find<QComboBox>(name.constData()).setCurrentIndex(rest.toInt());
+        }
+    }
     /// The entry form that is open, and the box in it that has the focus.
     QDialog& Dialog() {
         QDialog* found = nullptr;
@@ -66,9 +77,10 @@ class Shell {
     std::string Value(const std::string& box) { return S(Find<QLineEdit>(box).text()); }
     /// Ok is refused with a box, and the focus goes to where the fault is, with all of its text selected.
     void ExpectRefused(const char* title, const char* text, const char* field) {
-        platform.ExpectBox(title, BoxAnswer::Ok, text);
+        platform.ExpectBox(title, BoxAnswer::Ok);
         Click("OkCommand");
         EXPECT_TRUE(platform.AllBoxesCame()) << title;
+        EXPECT_EQ(platform.boxTexts.back(), text);
         EXPECT_EQ(Focus(), field);
         QWidget* focus = Dialog().focusWidget();
         auto* combo = qobject_cast<QComboBox*>(focus);

@@ -24,16 +24,12 @@ std::string CaptionOf(const QButtonGroup& group) {
     return S(group.checkedButton()->text().remove('&'));
 }
 
-/// What TextToDuration can read, in days; none for other texts and for what is beyond the calendar.
+/// In days, as TextToDuration; none for what begins with no number and for what is beyond the calendar.
 std::optional<double> ParseDuration(const std::string& text) {
     const auto lastDigit = text.find_last_of("0123456789");
     if (lastDigit == std::string::npos || !ParseNumber(text.substr(0, lastDigit + 1))) return std::nullopt;
-    const auto unit = Trim(std::string_view(text).substr(lastDigit + 1));
-    if (!unit.empty() && std::string_view("mhdw").find(LowerCase(unit.front())) == std::string_view::npos)
-        return std::nullopt;
-    const double days = TextToDuration(text);
-    if (std::abs(days) > kLastDay) return std::nullopt;
-    return days;
+    const auto days = TextToDuration(text);
+    return days && std::abs(*days) <= kLastDay ? days : std::nullopt;
 }
 
 /// As SetLive, for a list that is drawn like a button.

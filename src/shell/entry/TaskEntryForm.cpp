@@ -212,7 +212,8 @@ bool TaskEntryForm::VerifyDates() {
 
 bool TaskEntryForm::SaveData() {
     const bool moved = object_->TaskID() != entries_.taskID;
-    const EstimateGrid::Minutes totals = HasEstimates() ? estimates_->Totals() : EstimateGrid::Minutes();
+    const Estimates& estimates = estimates_->Values();
+    const auto totals = HasEstimates() ? estimates.Totals() : Estimates::Minutes();
     object_->SetTaskID(entries_.taskID);
     object_->SetDescription(description_->Value());
     object_->SetOptimistic(totals.optimistic);
@@ -220,7 +221,7 @@ bool TaskEntryForm::SaveData() {
     object_->SetPessimistic(totals.pessimistic);
     object_->SetMaterialCost(entries_.materialCost);
     object_->SetEfficiency(entries_.efficiency);
-    const std::int32_t unit = estimates_->GetUnits();
+    const std::int32_t unit = estimates.GetUnits();
     object_->SetEffortUnits(effortDriven_->isChecked() ? -unit : calendarTime_->isChecked() ? unit : 0);
     SaveDates();
     return moved;

@@ -3,51 +3,15 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
-#include <cstdlib>
-#include <limits>
+#include <algorithm>
 
-#include "model/NumberText.h"
-#include "model/Rounding.h"
 #include "paint/Text.h"
 
 namespace vortan {
-namespace {
-
-struct UnitKind {
-    const char* workCaption;
-    std::int32_t workMinutes;
-    const char* clockCaption;
-    std::int32_t clockMinutes;
-};
-constexpr UnitKind kUnits[] = {{"&minutes", 1, "&minutes", 1},
-                               {"&hours", 60, "&hours", 60},
-                               {"d&ays (8 hours each)", 480, "d&ays (24 hours each)", 1440},
-                               {"&weeks (5 days each)", 2400, "&weeks (7 days each)", 10080},
-                               {"m&onths (20 days each)", 9600, "m&onths (30 days each)", 43200}};
-constexpr int kDays = 2;
-
-constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-
-std::int32_t Saturated(std::int64_t value) {
-    return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, -std::int64_t{kMost} - 1, kMost));
-}
-
-/// At most two decimals, halves away from zero.
-std::string FormatEstimate(std::int32_t minutes, std::int32_t unit) {
-    const std::int64_t hundredths = (std::abs(std::int64_t{minutes}) * 200 + unit) / (2 * std::int64_t{unit});
-    std::string text = std::to_string(hundredths / 100);
-    if (const auto rest = static_cast<int>(hundredths % 100); rest > 0) {
-        text += '.';
-        text += static_cast<char>('0' + rest / 10);
-        if (rest % 10 > 0) text += static_cast<char>('0' + rest % 10);
-    }
-    return minutes < 0 && hundredths > 0 ? "-" + text : text;
-}
-
-}  // namespace
 
 EstimateGrid::EstimateGrid(const std::string& journalDate, bool manyRows)
-    : QGroupBox("Estimates"), manyRows_(manyRows), three_(new QCheckBox("E&nable 3 estimates")) {
+    : QGroupBox("Estimates"), three_(new QCheckBox("E&nable 3 estimates")) {
+    values_.manyRows = manyRows;
     setObjectName("EstimatesFrame");
     three_->setObjectName("Enable3EstimatesCheck");
 
@@ -72,7 +36,10 @@ EstimateGrid::EstimateGrid(const std::string& journalDate, bool manyRows)
         boxes_[static_cast<std::size_t>(i)] = box;
         grid->addWidget(box, 1 + i / 3, 1 + i % 3);
         // By the user alone: what this class writes into the other boxes is rounded.
-        connect(box, &QLineEdit::textEdited, this, [this, i] { EstimateTextChange(i); });
+        connect(box, &QLineEdit::textEdited, this, [this, i](const QString& text) {
+            values_.Type(i, S(text));
+            UpdateEstimates(i);
+        });
     }
 
     auto* left = new QVBoxLayout;
@@ -80,18 +47,20 @@ EstimateGrid::EstimateGrid(const std::string& journalDate, bool manyRows)
     left->addLayout(grid);
     left->addStretch();
     auto* right = new QVBoxLayout;
-    for (int i = 0; i < 5; ++i) {
+    for (std::size_t i = 0; i < units_.size(); ++i) {
         // Wide enough for either caption.
-        auto* option = new QRadioButton(kUnits[i].workCaption);
+        auto* option = new QRadioButton(Estimates::kUnits[i].workCaption);
         const int width = option->sizeHint().width();
-        option->setText(kUnits[i].clockCaption);
+        option->setText(Estimates::kUnits[i].clockCaption);
         option->setMinimumWidth(std::max(width, option->sizeHint().width()));
         option->setObjectName(QString("UnitsOption(%1)").arg(i));
-        units_[static_cast<std::size_t>(i)] = option;
+        units_[i] = option;
         StopAtChosen(*option);
         right->addWidget(option);
-        connect(option, &QRadioButton::toggled, this, [this](bool checked) {
-            if (checked) UpdateEstimates(-1);
+        connect(option, &QRadioButton::toggled, this, [this, i](bool checked) {
+            if (!checked) return;
+            values_.unit = static_cast<int>(i);
+            UpdateEstimates(-1);
         });
     }
     right->addStretch();
@@ -103,118 +72,55 @@ EstimateGrid::EstimateGrid(const std::string& journalDate, bool manyRows)
     setMinimumWidth(sizeHint().width());  // of three columns, whether they show or not
 
     connect(three_, &QCheckBox::toggled, this, [this](bool checked) {
+        values_.three = checked;
         UpdateEnabled();
         if (checked && isVisible()) boxes_[4]->setFocus(Qt::OtherFocusReason);
     });
 }
 
-void EstimateGrid::Load(const Minutes& minutes, std::int32_t effortUnits) {
-    minutes_ = minutes;
-    int unit = kDays;
-    const std::int64_t magnitude = std::abs(std::int64_t{effortUnits});
-    for (int i = 0; i < 5; ++i) {
-        if (magnitude == kUnits[i].workMinutes || magnitude == kUnits[i].clockMinutes) unit = i;
-    }
-    units_[static_cast<std::size_t>(unit)]->setChecked(true);
+void EstimateGrid::Load(const Estimates::Minutes& minutes, std::int32_t effortUnits) {
+    values_.minutes = minutes;
+    units_[static_cast<std::size_t>(Estimates::UnitOf(effortUnits))]->setChecked(true);
     three_->setChecked(minutes.optimistic < minutes.pessimistic);
     SetControl(effortUnits < 0, effortUnits != 0);
 }
 
 void EstimateGrid::SetControl(bool effortDriven, bool live) {
-    effortDriven_ = effortDriven;
-    live_ = live;
-    for (int i = kDays; i < 5; ++i) {
-        units_[static_cast<std::size_t>(i)]->setText(effortDriven ? kUnits[i].workCaption
-                                                                  : kUnits[i].clockCaption);
+    values_.effortDriven = effortDriven;
+    values_.live = live;
+    for (std::size_t i = Estimates::kDays; i < units_.size(); ++i) {
+        const Estimates::UnitKind& kind = Estimates::kUnits[i];
+        units_[i]->setText(effortDriven ? kind.workCaption : kind.clockCaption);
     }
     UpdateEnabled();
     UpdateEstimates(-1);
 }
 
-int EstimateGrid::Unit() const {
-    for (int i = 0; i < 5; ++i) {
-        if (units_[static_cast<std::size_t>(i)]->isChecked()) return i;
-    }
-    return kDays;
-}
-
-std::int32_t EstimateGrid::GetUnits() const {
-    const UnitKind& unit = kUnits[Unit()];
-    return effortDriven_ ? unit.workMinutes : unit.clockMinutes;
-}
-
-/// Minutes that box `index` shows: rows of past, rest and total, columns of the three estimates.
-std::int32_t EstimateGrid::ValueAt(int index) const {
-    if (index < 3) return minutes_.past;
-    const std::int32_t totals[] = {minutes_.optimistic, minutes_.mostLikely, minutes_.pessimistic};
-    const std::int64_t total = totals[index % 3];
-    return Saturated(index < 6 ? total - minutes_.past : total);
-}
-
-void EstimateGrid::EstimateTextChange(int index) {
-    const std::int32_t typed =
-        RoundToInt32(ScanNumber(boxes_[static_cast<std::size_t>(index)]->Value()) * GetUnits());
-    if (index < 3) {
-        minutes_.past = typed;
-    } else {
-        std::int32_t* const totals[] = {&minutes_.optimistic, &minutes_.mostLikely, &minutes_.pessimistic};
-        *totals[index % 3] = index < 6 ? Saturated(std::int64_t{typed} + minutes_.past) : typed;
-    }
-    UpdateEstimates(index);
-}
-
 void EstimateGrid::UpdateEstimates(int changed) {
-    for (int i = 0; i < 9; ++i) {
-        if (i != changed)
-            boxes_[static_cast<std::size_t>(i)]->SetValue(FormatEstimate(ValueAt(i), GetUnits()));
+    for (int i = 0; i < Estimates::kBoxes; ++i) {
+        if (i != changed) boxes_[static_cast<std::size_t>(i)]->SetValue(values_.TextOf(i));
     }
-}
-
-bool EstimateGrid::BoxLive(int index) const {
-    const bool column = index % 3 == 1 || three_->isChecked();
-    const bool row = index / 3 == 1 || manyRows_;
-    return live_ && column && row;
 }
 
 void EstimateGrid::UpdateEnabled() {
+    const bool live = values_.live;
     for (std::size_t i = 0; i < 3; ++i) {
-        labels_[i]->setVisible(live_ && (i == 1 || three_->isChecked()));
-        labels_[3 + i]->setVisible(live_ && (i == 1 || manyRows_));
+        labels_[i]->setVisible(live && (i == 1 || values_.three));
+        labels_[3 + i]->setVisible(live && (i == 1 || values_.manyRows));
     }
-    for (int i = 0; i < 9; ++i) {
-        TextField& box = *boxes_[static_cast<std::size_t>(i)];
-        EnableTextBox(box, BoxLive(i));
-    }
-    three_->setVisible(live_);
-    for (QRadioButton* option : units_) option->setVisible(live_);
+    for (int i = 0; i < Estimates::kBoxes; ++i)
+        EnableTextBox(*boxes_[static_cast<std::size_t>(i)], values_.BoxLive(i));
+    three_->setVisible(live);
+    for (QRadioButton* option : units_) option->setVisible(live);
 }
 
 std::optional<EstimateGrid::Refusal> EstimateGrid::VerifyData() const {
-    for (int i = 0; i < 9; ++i) {
-        if (!BoxLive(i)) continue;
+    for (int i = 0; i < Estimates::kBoxes; ++i) {
         TextField* const box = boxes_[static_cast<std::size_t>(i)];
-        const auto number = ParseNumber(box->Value());
-        if (!number) return Refusal{box, "The estimate must be a number.", "Invalid Number"};
-        const double minutes = *number * GetUnits();
-        const bool rest = i / 3 == 1;
-        const double total = rest ? minutes + minutes_.past : minutes;
-        // More may have been done than was estimated; the whole cannot be less than nothing.
-        if (rest ? total < 0 && minutes < 0 : minutes < 0) {
-            return Refusal{box, "The estimate must not be negative.", "Invalid Number"};
-        }
-        if (minutes > kMost || total > kMost) {
-            return Refusal{
-                box,
-                "The estimate is too large.  A task can take at most " + std::to_string(kMost) + " minutes.",
-                "Invalid Number"};
-        }
+        if (!values_.BoxLive(i)) continue;
+        if (const auto text = values_.Refusal(i, box->Value())) return Refusal{box, *text, "Invalid Number"};
     }
     return std::nullopt;
-}
-
-EstimateGrid::Minutes EstimateGrid::Totals() const {
-    if (three_->isChecked()) return minutes_;
-    return {minutes_.past, minutes_.mostLikely, minutes_.mostLikely, minutes_.mostLikely};
 }
 
 }  // namespace vortan

@@ -67,25 +67,6 @@ TEST_F(AssignmentEntryFormTest, AResourceIsFoundByTypingAndBringsItsHours) {
     EXPECT_TRUE(task->Project()->Dirty());
 }
 
-TEST_F(AssignmentEntryFormTest, WhatDoesNotFitIsRefused) {
-    plant->FindOrCreateResource(20)->Delete();
-    AddToTask();
-    for (const char* nobody : {"", "Mill", "20", "Crane"}) {
-        ExpectRefused({"ResourceIdCombo", nobody, "Missing Resource", ""});
-    }
-    TypeResource("7", Qt::Key_Return);
-    for (const char* bad : {"", "8h"}) ExpectRefused({"HoursText", bad, "Invalid Number", ""});
-    EXPECT_TRUE(task->AssignmentList().empty());
-    shell.Press(Qt::Key_Escape);
-    EXPECT_FALSE(task->Project()->Dirty());
-
-    shell.main.TheTrees().SetDragNode(&NodeOf(miller));
-    shell.platform.ExpectBox("Task Not Selected", BoxAnswer::Ok,
-                             "You must click on a task before trying to add a new assignment.");
-    shell.Click("Toolbar.Assignment");
-    EXPECT_FALSE(shell.IsOpen("AssignmentEntryForm"));
-}
-
 TEST_F(AssignmentEntryFormTest, AnotherTemplateBecomesTheActiveOne) {
     Vtemplate* yard = AddTemplate("Yard");
     Vresource* crane = yard->FindOrCreateResource(7);

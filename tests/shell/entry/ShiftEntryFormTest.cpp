@@ -131,32 +131,5 @@ TEST_F(ShiftEntryFormTest, TheDayIsPaintedByKeyboard) {
     EXPECT_TRUE(plant->Dirty());
 }
 
-TEST_F(ShiftEntryFormTest, ANewShiftIsSavedWhenAllFieldsFit) {
-    Add<ShiftEntryForm>();
-    EXPECT_EQ(shell.Focus(), "ShiftNameText");
-    for (const char* blank : {"", "  "}) {
-        ExpectRefused({"ShiftNameText", blank, "Missing Name", "Name cannot be blank"});
-    }
-    ExpectRefused({"ShiftNameText", " Standard ", "Shift Name In Use",
-                   "The Shift name \"Standard\" is already in use."});
-    shell.Type("ShiftNameText", " Night ");
-    ExpectRefused({"BurdenedMultiplierText", "", "Invalid Number", "burdened multiplier"});
-    ExpectRefused({"OvertimeMultiplierText", "1,5", "Invalid Number", "overtime multiplier"});
-    ExpectRefused({"OffDayMultiplierText", "twice", "Invalid Number", "off day multiplier"});
-    EXPECT_EQ(plant->ShiftList().size(), 1U);
-    EXPECT_FALSE(plant->Dirty());
-    shell.Type("BurdenedMultiplierText", "1.1");
-    shell.Type("HolidayMultiplierText", "none");
-    shell.Press(Qt::Key_Return);
-    Vshift* night = plant->ShiftList().Find("Night");
-    ASSERT_TRUE(night);
-    EXPECT_EQ(night->BurdenedMultiplier(), 1.1F);
-    EXPECT_EQ(night->OvertimeMultiplier(), 1.5F);
-    EXPECT_EQ(night->HolidayMultiplier(), "none");
-    EXPECT_EQ(night->NormalHours(), 8);
-    EXPECT_TRUE(plant->Dirty());
-    EXPECT_NO_THROW(shell.main.TheTrees().FindNodeFromObject(night));
-}
-
 }  // namespace
 }  // namespace vortan

@@ -42,105 +42,66 @@ class TaskEntryFormTest : public TaskFormTest {
     }
 };
 
-TEST_F(TaskEntryFormTest, ATaskIsMade) {
-    Task(7, "Dig");
-    shell.desktop.settings.WriteSettings("EfficiencyText", ".7");
-    Add();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&shell.Dialog()));
-    EXPECT_EQ(shell.Focus(), "DescriptionText");
-    EXPECT_EQ(Value("TaskIdText"), "8");
-    EXPECT_EQ(Value("EfficiencyText"), "0.7");
-    EXPECT_EQ(Boxes(), " 0  0  0 | 0 [0] 0 | 0  0  0 ");
-    shell.Type("DescriptionText", "Pour");
-    shell.Type("MaterialCostText", "1250");
-    shell.Type("EstimateText(4)", "1.5");
-    EXPECT_EQ(Value("MaterialCostText"), "$1,250.00");
-    Ok();
-    EXPECT_FALSE(Open());
-    const Vtask* task = project->FindTask(8);
-    ASSERT_TRUE(task);
-    EXPECT_EQ(task->Description(), "Pour");
-    EXPECT_EQ(Stored(*task), "-60: 90 90 90");
-    EXPECT_EQ(task->MaterialCost(), Money::FromDouble(1250));
-    EXPECT_EQ(task->Efficiency(), 0.7);
-    EXPECT_TRUE(project->Dirty());
-    EXPECT_EQ(shell.main.TheTrees().DragNode()->Text, "8: Pour");
-
-    // Without use of the setting, and given up.
-    project->SetDirty(false);
-    shell.desktop.settings.WriteSettings("EfficiencyText", "1.01");
-    Add();
-    EXPECT_EQ(Value("EfficiencyText"), "0.85");
-    shell.Type("DescriptionText", "Never");
-    Cancel();
-    EXPECT_EQ(project->TaskList().size(), 2U);
-    EXPECT_FALSE(project->Dirty());
-}
-
-TEST_F(TaskEntryFormTest, LoadsEachKind) {
-    const struct {
-        int units, optimistic, mostLikely, pessimistic;
-        const char *control, *unit, *unitCaption, *box;
-    } cases[] = {{-1, 90, 90, 90, "Effort", "0", "minutes", "90"},
-                 {-60, 90, 100, 120, "Effort", "1", "hours", "1.67"},
-                 {-480, 90, 3600, 80, "Effort", "2", "days (8 hours each)", "7.5"},
-                 {1440, 0, 3600, 0, "Calendar", "2", "days (24 hours each)", "2.5"},
-                 {-2400, 0, 1200, 0, "Effort", "3", "weeks (5 days each)", "0.5"},
-                 {10080, 0, 10080, 0, "Calendar", "3", "weeks (7 days each)", "1"},
-                 {-9600, 0, 48, 0, "Effort", "4", "months (20 days each)", "0.01"},
-                 {43200, 0, 20, 0, "Calendar", "4", "months (30 days each)", "0"},
-                 {0, 0, 0, 0, "Specific", "2", "days (24 hours each)", "0"}};
-    Vtask* task = Task(1, "Dig");
-    for (const auto& one : cases) {
-        SCOPED_TRACE(one.units);
-        Estimate(task, one.units, one.optimistic, one.mostLikely, one.pessimistic);
-        Modify(task);
-        std::string chosen;
-        for (const auto* option : shell.Dialog().findChildren<QRadioButton*>())
-            if (option->isChecked())
-                chosen += S(option->objectName() + " " + option->text().remove('&') + ";");
-        EXPECT_EQ(chosen.find(one.control), 0U);
-        EXPECT_NE(chosen.find("UnitsOption(" + std::string(one.unit) + ") " + one.unitCaption),
-                  std::string::npos);
-        EXPECT_EQ(Checked("Enable3EstimatesCheck"), one.optimistic < one.pessimistic);
-        EXPECT_EQ(Value("EstimateText(4)") + Value("EstimateText(7)"), std::string(one.box) + one.box);
+TEST_F(TaskEntryFormTest, ANewTaskHasTheUsualEfficiency) {
+    for (const auto& [setting, shown] : {std::pair(".7", "0.7"), std::pair("1.01", "0.85")}) {
+        shell.desktop.settings.WriteSettings("EfficiencyText", setting);
+        Add();
+        EXPECT_EQ(Value("EfficiencyText"), shown);
+        EXPECT_EQ(Boxes(), " 0  0  0 | 0 [0] 0 | 0  0  0 ");
+        shell.Do("MaterialCostText=1250;EfficiencyText=1");
+        EXPECT_EQ(Value("MaterialCostText"), "$1,250.00");
         Cancel();
     }
-    EXPECT_FALSE(project->Dirty());
+    EXPECT_TRUE(project->TaskList().empty());
 }
 
-TEST_F(TaskEntryFormTest, OneOfPastRestAndTotalFollowsTheOthers) {
+TEST_F(TaskEntryFormTest, TheBoxesFollowWhatIsTypedAndChosen) {
     Activate(1);
     Vtask* task = Task(1, "Dig");
     Estimate(task, -60, 3600, 3600, 3600);
     Modify(task);
     EXPECT_EQ(S(shell.Find<QLabel>("EstimateLabel(3)").text()), "prior to 9/6/2001");
     EXPECT_EQ(S(shell.Find<QLabel>("EstimateLabel(4)").text()), "9/6/2001 and later");
-    const struct {
-        const char *box, *typed, *boxes;
-    } steps[] = {
-        {"EstimateText(1)", "30", " 30 [30] 30 | 30 [30] 30 | 60 [60] 60 "},
-        {"EstimateText(4)", "45", " 30 [30] 30 | 30 [45] 30 | 60 [75] 60 "},
-        {"EstimateText(7)", "60", " 30 [30] 30 | 30 [30] 30 | 60 [60] 60 "},
-        {"EstimateText(7)", "75", " 30 [30] 30 | 30 [45] 30 | 60 [75] 60 "},
-        {"EstimateText(1)", "50", " 50 [50] 50 | 10 [25] 10 | 60 [75] 60 "},
-        {"EstimateText(4)", "8h", " 50 [50] 50 | 10 [8h] 10 | 60 [58] 60 "},
-        {"EstimateText(4)", "h", " 50 [50] 50 | 10 [h] 10 | 60 [50] 60 "},
-        {"EstimateText(4)", "2.25", " 50 [50] 50 | 10 [2.25] 10 | 60 [52.25] 60 "},
-    };
-    for (const auto& step : steps) {
-        shell.Type(step.box, step.typed);
-        EXPECT_EQ(Boxes(), step.boxes) << step.box << " " << step.typed;
+    const std::pair<const char*, const char*> steps[] = {
+        {"EstimateText(1)=30", " 30 [30] 30 | 30 [30] 30 | 60 [60] 60 "},
+        {"EstimateText(4)=8h", " 30 [30] 30 | 30 [8h] 30 | 60 [38] 60 "},
+        {"EstimateText(7)=60", " 30 [30] 30 | 30 [30] 30 | 60 [60] 60 "},
+        {"UnitsOption(2)!", " 3.75 [3.75] 3.75 | 3.75 [3.75] 3.75 | 7.5 [7.5] 7.5 "},
+        {"CalendarTimeOption!", " 1.25 [1.25] 1.25 | 1.25 [1.25] 1.25 | 2.5 [2.5] 2.5 "},
+        {"UnitsOption(4)!", " 0.04 [0.04] 0.04 | 0.04 [0.04] 0.04 | 0.08 [0.08] 0.08 "}};
+    for (const auto& [step, boxes] : steps) {
+        shell.Do(step);
+        EXPECT_EQ(Boxes(), boxes) << step;
     }
     Ok();
-    EXPECT_EQ(Stored(*task), "-60: 3135 3135 3135");
-
-    // More may have been done than the whole was to take.
+    EXPECT_EQ(Stored(*task), "43200: 3600 3600 3600");
     Modify(task);
-    shell.Type("EstimateText(1)", "60");
-    EXPECT_EQ(Value("EstimateText(4)"), "-7.75");
+    shell.Do("ToFinishOption!");
     Ok();
-    EXPECT_FALSE(Open());
+    EXPECT_EQ(Stored(*task), "0: 0 0 0");
+    Modify(task);
+    EXPECT_TRUE(Checked("SpecificDatesOption"));
+    EXPECT_TRUE(Checked("UnitsOption(2)"));
+}
+
+TEST_F(TaskEntryFormTest, ANewNumberMovesTheTaskAndWhatRefersToIt) {
+    Vtask* task = Task(1, "Dig");
+    Task(3, "Pour");
+    auto* dependency = workspace.NewVObject<Vdependency>();
+    dependency->SetTask(Task(2, "Next"));
+    dependency->SetTaskRequired(task);
+    Trees& trees = shell.main.TheTrees();
+    trees.FindNodeFromObject(dependency);  // opens its task
+    Modify(task);
+    shell.Do("TaskIdText=999999999");
+    Ok();
+    EXPECT_EQ(trees.DragNode()->Text, "999999999: Dig");
+    EXPECT_EQ(trees.DragNode()->Row, 2);
+    EXPECT_EQ(trees.FindNodeFromObject(dependency).Text, "999999999: Dig");
+    // No number is left for the next.
+    project->SetDirty(false);
+    Add();
+    ExpectRefused("Invalid Number", "The task ID must be a whole number from 1 to 999999999.", "TaskIdText");
 }
 
 TEST_F(TaskEntryFormTest, ThePastIsWhatHasBeenBooked) {
@@ -167,23 +128,6 @@ TEST_F(TaskEntryFormTest, ThePastIsWhatHasBeenBooked) {
     ASSERT_EQ(shell.desktop.solver.Mode(), SolveMode::Idle);
     Modify(task);
     EXPECT_EQ(Boxes(), " 24 [24] 24 | 16 [16] 16 | 40 [40] 40 ");
-}
-
-TEST_F(TaskEntryFormTest, UnitsChangeNoMinutes) {
-    Vtask* task = Task(1, "Dig");
-    Estimate(task, -60, 3600, 3600, 3600);
-    Modify(task);
-    const struct {
-        const char *click, *box;
-    } steps[] = {{"UnitsOption(2)", "7.5"},       {"CalendarTimeOption", "2.5"},  {"UnitsOption(4)", "0.08"},
-                 {"UnitsOption(0)", "3600"},      {"EffortDrivenOption", "3600"}, {"UnitsOption(3)", "1.5"},
-                 {"SpecificDatesOption", "0.36"}, {"CalendarTimeOption", "0.36"}, {"UnitsOption(1)", "60"}};
-    for (const auto& step : steps) {
-        shell.Click(step.click);
-        EXPECT_EQ(Value("EstimateText(4)"), step.box) << step.click;
-    }
-    Ok();
-    EXPECT_EQ(Stored(*task), "60: 3600 3600 3600");
 }
 
 TEST_F(TaskEntryFormTest, WhatCanBeEntered) {
@@ -235,26 +179,6 @@ TEST_F(TaskEntryFormTest, TabStopsInReadingOrderAtWhatCanBeEntered) {
     EXPECT_FALSE(shell.Dialog().testAttribute(Qt::WA_KeyboardFocusChange));
 }
 
-TEST_F(TaskEntryFormTest, OneEstimateReplacesThree) {
-    Vtask* task = Task(1, "Dig");
-    Estimate(task, 60, 60, 120, 180);
-    Modify(task);
-    shell.Type("EstimateText(5)", "4");
-    Ok();
-    EXPECT_EQ(Stored(*task), "60: 60 120 240");
-    Modify(task);
-    shell.Click("Enable3EstimatesCheck");
-    Ok();
-    EXPECT_EQ(Stored(*task), "60: 120 120 120");
-    Modify(task);
-    EXPECT_FALSE(Checked("Enable3EstimatesCheck"));
-    shell.Click("ToFinishOption");
-    Ok();
-    EXPECT_EQ(Stored(*task), "0: 0 0 0");
-    Modify(task);
-    EXPECT_TRUE(Checked("SpecificDatesOption"));
-}
-
 TEST_F(TaskEntryFormTest, SpecificDatesAreDependencies) {
     Vtask* task = Task(2, "Dig");
     auto* other = workspace.NewVObject<Vdependency>();
@@ -285,64 +209,6 @@ TEST_F(TaskEntryFormTest, SpecificDatesAreDependencies) {
     auto& box = shell.Find<QLineEdit>("StartDateText");
     QTest::mouseDClick(&box, Qt::LeftButton);
     EXPECT_EQ(Value("StartDateText"), "9/3/2001");
-}
-
-TEST_F(TaskEntryFormTest, RefusesWhatCannotBeStored) {
-    Vtask* task = Task(1, "Dig");
-    Task(3, "Pour");
-    const char* whole = "The task ID must be a whole number from 1 to 999999999.";
-    const char* range = "The efficiency must be above 0 and not above 1.";
-    const char* number = "Invalid Number";
-    const struct {
-        const char *click, *field, *typed, *title, *text;
-    } cases[] = {
-        {"EffortDrivenOption", "TaskIdText", "0", number, whole},
-        {"EffortDrivenOption", "TaskIdText", "1000000000", number, whole},
-        {"ToFinishOption", "TaskIdText", "3", "Task ID In Use", "3: Pour"},
-        {"EffortDrivenOption", "MaterialCostText", "much", "Invalid Amount", "The fixed cost"},
-        {"EffortDrivenOption", "EfficiencyText", "x", number, "The efficiency must be a number."},
-        {"EffortDrivenOption", "EfficiencyText", "0", number, range},
-        {"EffortDrivenOption", "EfficiencyText", "1.01", number, range},
-        {"CalendarTimeOption", "EstimateText(4)", "", number, "The estimate must be a number."},
-        {"EffortDrivenOption", "EstimateText(4)", "3 h", number, "The estimate must be a number."},
-        {"EffortDrivenOption", "EstimateText(4)", "-1", number, "The estimate must not be negative."},
-        {"EffortDrivenOption", "EstimateText(4)", "35791395", number, "The estimate is too large."},
-        {"SpecificDatesOption", "StartDateText", "", "Invalid Date", "Invalid date"},
-        {"SpecificDatesOption", "StartDateText", "2/29/2001", "Invalid Date", "Invalid date"},
-        {"SpecificDatesOption", "FinishDateText", "soon", "Invalid Date", "Invalid date"},
-    };
-    for (const auto& one : cases) {
-        SCOPED_TRACE(std::string(one.field) + " " + one.typed);
-        Modify(task);
-        shell.Click(one.click);
-        if (std::string(one.field) == "FinishDateText") shell.Type("StartDateText", "9/3/2001");
-        shell.Type(one.field, one.typed);
-        ExpectRefused(one.title, one.text, one.field);
-        Cancel();
-    }
-    EXPECT_EQ(Stored(*task) + task->BuildNodeText() + Dates(*task), "-60: 0 0 01: Dig");
-
-    Vtask* next = Task(2, "Next");
-    auto* dependency = workspace.NewVObject<Vdependency>();
-    dependency->SetTask(next);
-    dependency->SetTaskRequired(task);
-    Trees& trees = shell.main.TheTrees();
-    trees.FindNodeFromObject(dependency);  // opens its task
-    Modify(task);
-    shell.Type("TaskIdText", "999999999");
-    shell.Type("EfficiencyText", "1");
-    shell.Type("EstimateText(4)", "35791394");
-    Ok();
-    EXPECT_EQ(project->FindTask(999999999), task);
-    EXPECT_EQ(task->MostLikely(), 2147483640);
-    // It moves to its place, and what refers to it follows.
-    EXPECT_EQ(trees.DragNode()->Text, "999999999: Dig");
-    EXPECT_EQ(trees.DragNode()->Row, 2);
-    EXPECT_EQ(trees.FindNodeFromObject(dependency).Text, "999999999: Dig");
-    // No number is left for the next.
-    project->SetDirty(false);
-    Add();
-    ExpectRefused(number, whole, "TaskIdText");
 }
 
 }  // namespace

@@ -1,19 +1,14 @@
 #pragma once
 
 #include <QAbstractItemModelTester>
-#include <QApplication>
-#include <QTest>
 #include <string>
 
-#include "paint/Text.h"
-#include "shell/main/MainForm.h"
+#include "shell/Shell.h"
 #include "shell/trees/DragDrop.h"
 #include "shell/trees/NodeCommands.h"
 #include "shell/trees/NodeView.h"
 #include "shell/trees/ProjectTreeForm.h"
 #include "shell/trees/TemplateTreeForm.h"
-#include "shell/trees/Trees.h"
-#include "support/ScriptedPlatform.h"
 
 namespace vortan {
 
@@ -21,7 +16,7 @@ namespace vortan {
 /// and an assignment), 10 (without a description), and 3, a link to the project Beta with its task 1 Wire;
 /// template Crew with the shifts Standard and Night, the resources 1 Ann and 2 Bob in "yard" and 10 Cid in
 /// "Office".
-class TreeBench {
+class TreeBench : public Shell {
   public:
     TreeBench() {
         alpha = Project("Alpha");
@@ -47,10 +42,7 @@ class TreeBench {
         workspace.SetThisProject(alpha);
         workspace.SetThisTemplate(crew);
         for (TreeForm* form : Forms()) new QAbstractItemModelTester(&form->Tree(), Fatal, &form->Tree());
-        window.resize(1000, 700);
-        window.show();
-        window.ShowForm(trees.ProjectTree());
-        window.ShowForm(trees.TemplateTree());
+        main.resize(1000, 700);
         workspace.BroadcastNewThisProject();
         workspace.BroadcastNewThisTemplate();
         QCoreApplication::processEvents();
@@ -87,6 +79,7 @@ class TreeBench {
         return RectOf(node).topLeft() + QPoint(30, RectOf(node).height() / 2);
     }
 
+    using Shell::Click;
     void Click(const Node& node) {
         QTest::mouseClick(ViewOf(node).viewport(), Qt::LeftButton, {}, PointOf(node));
     }
@@ -143,11 +136,8 @@ class TreeBench {
     }
 
     static constexpr auto Fatal = QAbstractItemModelTester::FailureReportingMode::Fatal;
-    ScriptedPlatform platform;
-    Desktop desktop{platform};
     Workspace& workspace = desktop.workspace;
-    MainForm window{desktop};
-    Trees& trees = window.TheTrees();
+    Trees& trees = main.TheTrees();
     Vproject *alpha, *beta;
     Vtemplate* crew;
     Vresource *ann, *bob, *cid;

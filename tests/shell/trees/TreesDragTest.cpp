@@ -123,7 +123,7 @@ TEST(TreesDrag, ThePointerTellsWhatADropWouldDo) {
     EXPECT_EQ(pointer(), "n") << "over itself";
     move(bench.Global(bench.NodeOf(bench.ann)));
     EXPECT_EQ(pointer(), "r");
-    move(bench.window.mapToGlobal(QPoint(3, 3)));
+    move(bench.main.mapToGlobal(QPoint(3, 3)));
     EXPECT_EQ(pointer(), "n") << "over the menu";
     move(bench.Global(bench.NodeOf(bench.build)));
     EXPECT_EQ(pointer(), "r");
@@ -140,7 +140,7 @@ TEST(TreesDrag, ThePointerTellsWhatADropWouldDo) {
     // On itself, on empty space and outside.
     bench.Drag(bob, bob);
     for (const QPoint& nowhere : {source.viewport()->mapToGlobal(QPoint(5, source.viewport()->height() - 2)),
-                                  bench.window.mapToGlobal(QPoint(3, 3))}) {
+                                  bench.main.mapToGlobal(QPoint(3, 3))}) {
         bench.BeginDrag(bob);
         move(nowhere);
         bench.Mouse(QEvent::MouseButtonRelease, source, nowhere, Qt::NoButton);
@@ -161,7 +161,7 @@ TEST(TreesDrag, TheEdgesScroll) {
     bench.workspace.BroadcastNewThisProject();
     const QWidget& viewport = *bench.trees.ProjectTree().View().viewport();
     Node& bob = bench.NodeOf(bench.bob);
-    auto& timer = *bench.window.findChild<QTimer*>("ScrollTreeTimer");
+    auto& timer = *bench.main.findChild<QTimer*>("ScrollTreeTimer");
     bench.BeginDrag(bob);
     const auto top = [&] { return bench.trees.ProjectTree().View().verticalScrollBar()->value(); };
     const struct {

@@ -4,7 +4,7 @@ namespace vortan {
 namespace {
 
 QMenu& Menu(TreeBench& bench) {
-    return *bench.window.findChild<QMenu*>("PopupMainMenu");
+    return *bench.main.findChild<QMenu*>("PopupMainMenu");
 }
 QAction& Item(TreeBench& bench, const char* name) {
     return *Menu(bench).findChild<QAction*>(name);
@@ -54,14 +54,14 @@ TEST(TreesPopup, SpeaksOfTheKindOfTheNode) {
     }
     bench.trees.Commands().Modify();
     EXPECT_EQ(bench.workspace.ThisProject(), bench.alpha) << "the project that is modified is the active one";
-    EXPECT_TRUE(bench.window.findChild<QDialog*>("ProjectEntryForm"));
+    EXPECT_TRUE(bench.main.findChild<QDialog*>("ProjectEntryForm"));
 }
 
 TEST(TreesPopup, OpensWithARightClickAtTheNode) {
     TreeBench bench;
     const QPoint at = bench.PointOf(bench.NodeOf(bench.dig));
     QWidget& viewport = *bench.trees.ProjectTree().View().viewport();
-    QTest::mouseClick(bench.window.windowHandle(), Qt::RightButton, {}, viewport.mapTo(&bench.window, at));
+    QTest::mouseClick(bench.main.windowHandle(), Qt::RightButton, {}, viewport.mapTo(&bench.main, at));
     QCoreApplication::processEvents();
     EXPECT_EQ(bench.Marked(), "1: Dig;");
     EXPECT_TRUE(Menu(bench).isVisible());

@@ -195,12 +195,12 @@ TEST(Trees, DoubleClickAndReturnOpenTheEntryFormAndLeaveTheNodeAsItWas) {
     TreeBench bench;
     bench.DoubleClick(bench.NodeOf(bench.build));
     EXPECT_EQ(bench.SeenProject(), "Alpha\n 1: Dig\n +2: Build\n +3: Beta\n 10\n");
-    auto* form = bench.window.findChild<QDialog*>("TaskEntryForm");
+    auto* form = bench.main.findChild<QDialog*>("TaskEntryForm");
     ASSERT_TRUE(form);
     form->reject();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     bench.Key(bench.trees.ProjectTree(), Qt::Key_Return);
-    EXPECT_TRUE(bench.window.findChild<QDialog*>("TaskEntryForm"));
+    EXPECT_TRUE(bench.main.findChild<QDialog*>("TaskEntryForm"));
 }
 
 TEST(Trees, TheSelectedLineStandsOutAndIsPalerWithoutTheKeys) {
@@ -214,7 +214,7 @@ TEST(Trees, TheSelectedLineStandsOutAndIsPalerWithoutTheKeys) {
             return view.viewport()->grab().toImage().pixelColor(line.topRight() - QPoint(9, -2));
         };
         const QColor full = ground(), empty = view.palette().color(QPalette::Base);
-        bench.window.setFocus();
+        bench.main.setFocus();
         EXPECT_GT(ground().lightness(), full.lightness());
         EXPECT_LT(ground().lightness(), empty.lightness());
         EXPECT_FALSE(view.accessibleName().isEmpty());
