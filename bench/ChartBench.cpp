@@ -10,6 +10,7 @@
 #include "BenchPlans.h"
 #include "charts/GanttForm.h"
 #include "charts/Twips.h"
+#include "model/Vproject.h"
 #include "paint/ChartPainter.h"
 #include "paint/Pictures.h"
 #include "persist/Records.h"

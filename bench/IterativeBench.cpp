@@ -2,6 +2,8 @@
 
 #include "BenchPlans.h"
 #include "Loaded.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "solve/IterativeSolve.h"
 
 namespace vortan {

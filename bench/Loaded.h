@@ -3,6 +3,8 @@
 #include <string>
 
 #include "../fuzz/QuietPlatform.h"
+#include "model/Vproject.h"
+#include "model/Vtemplate.h"
 #include "persist/Records.h"
 #include "solve/Solver.h"
 

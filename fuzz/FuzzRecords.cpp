@@ -4,6 +4,7 @@
 #include "FuzzTargets.h"
 #include "QuietPlatform.h"
 #include "model/Fault.h"
+#include "model/Vproject.h"
 #include "model/Workspace.h"
 #include "persist/Records.h"
 #include "solve/Solver.h"

@@ -8,6 +8,8 @@
 #include "charts/PlotAxis.h"
 #include "model/ErrTrap.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 
 namespace vortan {
 namespace {

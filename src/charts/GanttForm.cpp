@@ -6,6 +6,11 @@
 #include "model/ErrTrap.h"
 #include "model/Rounding.h"
 #include "model/ValueText.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
 
 namespace vortan {
 

@@ -1,6 +1,7 @@
 // The key below the last row of GanttForm, in two columns.
 
 #include "charts/GanttForm.h"
+#include "model/Vproject.h"
 
 namespace vortan {
 

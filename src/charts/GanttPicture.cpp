@@ -6,6 +6,9 @@
 
 #include "charts/GanttForm.h"
 #include "model/ErrTrap.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 
 namespace vortan {
 

@@ -1,5 +1,8 @@
 #include "charts/PageHeader.h"
 
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+
 namespace vortan {
 
 std::string GetPageHeader(const Workspace& workspace) {

@@ -4,6 +4,10 @@
 
 #include "model/Fault.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 
 namespace vortan {
 namespace {
@@ -29,18 +33,6 @@ const char* RateText(int slotType) {
         default:
             return "";
     }
-}
-
-/// A check that failed numbers the resources anew while the bookings of the last order stand, so the number
-/// that a resource has is only where to look first.
-std::int32_t IndexOf(const Network& network, const Vresource& resource) {
-    const std::int32_t index = network.IndexOf(&resource);
-    if (index >= 0) return index;
-    const auto resources = network.Resources();
-    const auto found = std::find_if(resources.begin(), resources.end(), [&](const Network::Resource& one) {
-        return one.object.Get() == &resource;
-    });
-    return found == resources.end() ? -1 : static_cast<std::int32_t>(found - resources.begin());
 }
 
 /// The task that holds a slot; none for a free one, and for a task that was deleted since the solve.
@@ -100,7 +92,7 @@ void StartZoomVwindow(Vwindow& window, bool showResource) {
 void FillInZoomVwindow(Vwindow& window, bool showResource, const Solver& solver, const Vresource& resource,
                        DateTime day) {
     const Network& network = solver.TheNetwork();
-    const std::int32_t index = IndexOf(network, resource);
+    const std::int32_t index = network.IndexOf(&resource);
     if (index < 0) return;
     const auto timeOf = [](DateTime when) { return FormatDate(DateTime(when.Days() - when.WholeDay())); };
     const auto add = [&](const SlotView& slot) {

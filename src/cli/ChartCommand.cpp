@@ -1,6 +1,7 @@
 #include "charts/GanttForm.h"
 #include "cli/ChartFile.h"
 #include "cli/Commands.h"
+#include "model/Vproject.h"
 
 namespace vortan {
 

@@ -3,6 +3,10 @@
 #include "cli/Commands.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "persist/Vfile.h"
 #include "solve/ProblemText.h"
 

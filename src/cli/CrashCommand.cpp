@@ -8,6 +8,8 @@
 #include "model/NumberText.h"
 #include "model/Rounding.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 
 namespace vortan {
 

@@ -3,6 +3,8 @@
 #include "cli/Commands.h"
 #include "model/JournalCommands.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vtemplate.h"
 
 namespace vortan {
 

@@ -7,6 +7,7 @@
 #include "cli/SolveJson.h"
 #include "cli/TextTable.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
 
 namespace vortan {
 

@@ -2,6 +2,8 @@
 #include "cli/TextTable.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vtemplate.h"
 #include "persist/Vfile.h"
 #include "solve/ProblemText.h"
 

@@ -5,6 +5,9 @@
 #include "cli/SolveJson.h"
 #include "cli/TextTable.h"
 #include "model/ValueText.h"
+#include "model/Vassignment.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "solve/ProblemText.h"
 
 namespace vortan {

@@ -4,6 +4,13 @@
 #include <charconv>
 #include <cstdio>
 
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
+
 namespace vortan {
 
 namespace {

@@ -6,6 +6,11 @@
 #include "cli/SolveJson.h"
 #include "cli/TextTable.h"
 #include "model/ValueText.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "solve/ProblemText.h"
 #include "solve/Why.h"
 

@@ -5,6 +5,8 @@
 #include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vtemplate.h"
 
 namespace vortan {
 

@@ -4,6 +4,8 @@
 #include <cmath>
 
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
 #include "model/Workspace.h"
 
 namespace vortan {
@@ -24,6 +26,10 @@ void Vassignment::SetTask(Vtask* task) {
     if (const Vproject* project = task->Project(); project && project->CurrentIndex() > 0) {
         include_.StartAt(project->CurrentIndex(), project->NumJournals());
     }
+}
+
+Vresource* Vassignment::ResourceRequired() const {
+    return resourceRequired_.At(Index()).Get();
 }
 
 void Vassignment::SetResourceRequired(Vresource* value) {

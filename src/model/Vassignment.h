@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "model/Link.h"
 #include "model/Vtask.h"
 #include "model/WorkDays.h"
 
@@ -26,7 +27,7 @@ class Vassignment : public VObject {
 
     bool Include() const { return include_.At(Index()); }
     void SetInclude(bool value) { Let(include_, value); }
-    Vresource* ResourceRequired() const { return resourceRequired_.At(Index()).Get(); }
+    Vresource* ResourceRequired() const;
     /// With a project, also takes over the resource's normal hours and work days.
     void SetResourceRequired(Vresource* value);
     /// Hours of the resource per working day of the assignment.

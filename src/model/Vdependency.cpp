@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "model/ValueText.h"
+#include "model/Vproject.h"
 #include "model/Workspace.h"
 
 namespace vortan {

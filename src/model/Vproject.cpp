@@ -6,6 +6,8 @@
 #include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
 #include "model/Workspace.h"
 
 namespace vortan {

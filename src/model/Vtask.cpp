@@ -5,6 +5,8 @@
 
 #include "model/ErrTrap.h"
 #include "model/Fault.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
 #include "model/Workspace.h"
 
 namespace vortan {

@@ -3,6 +3,8 @@
 #include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
+#include "model/Vresource.h"
+#include "model/Vshift.h"
 #include "model/Workspace.h"
 
 namespace vortan {

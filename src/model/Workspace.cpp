@@ -1,23 +1,77 @@
 #include "model/Workspace.h"
 
 #include <algorithm>
+#include <tuple>
+
+#include "model/ObjectPool.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vshift.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 
 namespace vortan {
 
+struct Workspace::Pools {
+    template <class T>
+    ObjectPool<T>& Of() {
+        return std::get<ObjectPool<T>>(all);
+    }
+    // Projects and templates come first: they free what they own when all is taken back, so what is left
+    // are objects that never found an owner.
+    std::tuple<ObjectPool<Vproject>, ObjectPool<Vtemplate>, ObjectPool<Vtask>, ObjectPool<Vdependency>,
+               ObjectPool<Vassignment>, ObjectPool<Vresource>, ObjectPool<Vshift>>
+        all;
+};
+
+Workspace::Workspace(Platform& platform) : platform_(platform), pools_(std::make_unique<Pools>()) {}
 Workspace::~Workspace() = default;
+
+Vproject* Workspace::ThisProject() const {
+    return thisProject_.Get();
+}
+void Workspace::SetThisProject(Vproject* project) {
+    thisProject_ = project;
+}
+Vtemplate* Workspace::ThisTemplate() const {
+    return thisTemplate_.Get();
+}
+void Workspace::SetThisTemplate(Vtemplate* value) {
+    thisTemplate_ = value;
+}
+
+template <class T>
+T* Workspace::NewVObject() {
+    return pools_->Of<T>().Take(*this, ++lastId_);
+}
+template <class T>
+void Workspace::FreeVobject(T* object) {
+    if (!object) return;
+    object->Reset();
+    pools_->Of<T>().GiveBack(object);
+}
+template Vassignment* Workspace::NewVObject<Vassignment>();
+template void Workspace::FreeVobject(Vassignment*);
+template Vdependency* Workspace::NewVObject<Vdependency>();
+template void Workspace::FreeVobject(Vdependency*);
+template Vproject* Workspace::NewVObject<Vproject>();
+template void Workspace::FreeVobject(Vproject*);
+template Vresource* Workspace::NewVObject<Vresource>();
+template void Workspace::FreeVobject(Vresource*);
+template Vshift* Workspace::NewVObject<Vshift>();
+template void Workspace::FreeVobject(Vshift*);
+template Vtask* Workspace::NewVObject<Vtask>();
+template void Workspace::FreeVobject(Vtask*);
+template Vtemplate* Workspace::NewVObject<Vtemplate>();
+template void Workspace::FreeVobject(Vtemplate*);
 
 void Workspace::FreeAllMemory() {
     thisProject_ = {};
     thisTemplate_ = {};
     if (solver_) solver_->Clear();
-    // Projects and templates free what they own; the rest are objects that never found an owner.
-    projects_.GiveBackAll();
-    templates_.GiveBackAll();
-    tasks_.GiveBackAll();
-    dependencies_.GiveBackAll();
-    assignments_.GiveBackAll();
-    resources_.GiveBackAll();
-    shifts_.GiveBackAll();
+    std::apply([](auto&... pool) { (pool.GiveBackAll(), ...); }, pools_->all);
     projectList_.Clear();
     templateList_.Clear();
 }

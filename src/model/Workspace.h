@@ -1,24 +1,25 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "model/KeyedList.h"
 #include "model/Link.h"
 #include "model/Listener.h"
-#include "model/ObjectPool.h"
 #include "model/Platform.h"
 #include "model/SolveService.h"
-#include "model/Vassignment.h"
-#include "model/Vdependency.h"
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vshift.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
 
 namespace vortan {
+
+class Vassignment;
+class Vdependency;
+class Vproject;
+class Vresource;
+class Vshift;
+class Vtask;
+class Vtemplate;
 
 /// Everything that a running program has loaded: any number of projects and templates, which of them are
 /// active, the pools from which all model objects come, and who listens to changes. A program or a test can
@@ -26,7 +27,7 @@ namespace vortan {
 class Workspace {
   public:
     /// `platform` must outlive the Workspace.
-    explicit Workspace(Platform& platform) : platform_(platform) {}
+    explicit Workspace(Platform& platform);
     ~Workspace();
     Workspace(const Workspace&) = delete;
     Workspace& operator=(const Workspace&) = delete;
@@ -37,23 +38,17 @@ class Workspace {
     const KeyedList<Vproject>& ProjectList() const { return projectList_; }
     KeyedList<Vtemplate>& TemplateList() { return templateList_; }
     const KeyedList<Vtemplate>& TemplateList() const { return templateList_; }
-    Vproject* ThisProject() const { return thisProject_.Get(); }
-    void SetThisProject(Vproject* project) { thisProject_ = project; }
-    Vtemplate* ThisTemplate() const { return thisTemplate_.Get(); }
-    void SetThisTemplate(Vtemplate* value) { thisTemplate_ = value; }
+    Vproject* ThisProject() const;
+    void SetThisProject(Vproject* project);
+    Vtemplate* ThisTemplate() const;
+    void SetThisTemplate(Vtemplate* value);
 
-    /// An object of class T in its reset state.
+    /// An object of class T, one of the seven of a plan, in its reset state.
     template <class T>
-    T* NewVObject() {
-        return Pool<T>().Take(*this, ++lastId_);
-    }
+    T* NewVObject();
     /// Resets the object and takes it back. Does nothing for none.
     template <class T>
-    void FreeVobject(T* object) {
-        if (!object) return;
-        object->Reset();
-        Pool<T>().GiveBack(object);
-    }
+    void FreeVobject(T* object);
     /// Takes back all members of a list of the caller's own.
     template <class List>
     void FreeVlist(const List& list) {
@@ -103,8 +98,8 @@ class Workspace {
     int BackupMinutes = 0;
 
   private:
-    template <class T>
-    ObjectPool<T>& Pool();
+    struct Pools;
+
     void Broadcast(void (Listener::*message)());
 
     Platform& platform_;
@@ -117,43 +112,8 @@ class Workspace {
     int broadcasting_ = 0;
     std::uint32_t lastId_ = 0;
 
-    ObjectPool<Vassignment> assignments_;
-    ObjectPool<Vdependency> dependencies_;
-    ObjectPool<Vproject> projects_;
-    ObjectPool<Vresource> resources_;
-    ObjectPool<Vshift> shifts_;
-    ObjectPool<Vtask> tasks_;
-    ObjectPool<Vtemplate> templates_;
+    std::unique_ptr<Pools> pools_;
 };
-
-template <>
-inline ObjectPool<Vassignment>& Workspace::Pool() {
-    return assignments_;
-}
-template <>
-inline ObjectPool<Vdependency>& Workspace::Pool() {
-    return dependencies_;
-}
-template <>
-inline ObjectPool<Vproject>& Workspace::Pool() {
-    return projects_;
-}
-template <>
-inline ObjectPool<Vresource>& Workspace::Pool() {
-    return resources_;
-}
-template <>
-inline ObjectPool<Vshift>& Workspace::Pool() {
-    return shifts_;
-}
-template <>
-inline ObjectPool<Vtask>& Workspace::Pool() {
-    return tasks_;
-}
-template <>
-inline ObjectPool<Vtemplate>& Workspace::Pool() {
-    return templates_;
-}
 
 /// Start and finish of the active project; with `includeFirstJournal`, widened to cover its dates in the
 /// first journal. Date 0 without a project.

@@ -12,6 +12,8 @@
 #include "model/Fault.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vtemplate.h"
 #include "persist/Vfile.h"
 
 namespace vortan {

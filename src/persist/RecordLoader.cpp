@@ -5,6 +5,13 @@
 
 #include "model/ErrTrap.h"
 #include "model/NumberText.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vshift.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "persist/Records.h"
 
 namespace vortan {

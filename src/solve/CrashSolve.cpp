@@ -5,6 +5,8 @@
 #include <limits>
 
 #include "model/Rounding.h"
+#include "model/Vassignment.h"
+#include "model/Vtask.h"
 
 namespace vortan {
 
@@ -79,7 +81,7 @@ void CrashSolve::Run(bool quick, IterationWatch& watch) {
         slices_[Index(best)].multiplier += teamIncrement_;
         if (!FinalWalk(quick)) return;
         solver_.PlanFinishes(run_.Clocks(), planFinish_);
-        reverse_.Run(network_, run_, planFinish_);
+        reverse_.Run(network_, run_, planFinish_, [] { return false; });
         forward = &run_;
         reverse = &reverse_;
         Record(run_, best);

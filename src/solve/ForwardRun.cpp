@@ -83,6 +83,7 @@ ForwardRun::Outcome ForwardRun::SolveOneSlice(std::int32_t slice) {
     sliceStart_[Index(slice)] = start;
     if (task.effortUnits < 0) {
         const Outcome outcome = Work(slice);
+        if (outcome == Outcome::Stopped) return outcome;  // the network may be gone
         if (piece.task == watched_) Record(slice);
         if (outcome != Outcome::Done) return outcome;
     } else {
@@ -107,6 +108,7 @@ ForwardRun::Outcome ForwardRun::TrySlice(std::int32_t slice, double& finish, Mon
     const Clock clockBefore = clock;
     bookings_->BeginTrial();
     const Outcome outcome = SolveOneSlice(slice);
+    if (outcome == Outcome::Stopped) return outcome;
     bookings_->Unsolve();
     finish = sliceFinish_[at];
     taskCost = clock.laborCost;

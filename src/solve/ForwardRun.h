@@ -29,7 +29,8 @@ class ForwardRun {
         std::int32_t slice, resource;
         SlotView slot;
     };
-    /// Asked every few hundred steps whether to stop. `slice` is the one in work.
+    /// Asked every few hundred steps whether to stop. `slice` is the one in work. If it says so, the network
+    /// and all that this refers to may be gone.
     class Poll {
       public:
         virtual ~Poll() = default;
@@ -55,8 +56,8 @@ class ForwardRun {
         multiplier_[static_cast<std::size_t>(slice)] = multiplier;
     }
     Outcome SolveOneSlice(std::int32_t slice);
-    /// SolveOneSlice for a look: everything is taken back. Tells when the slice would finish and what its
-    /// task would have cost up to there.
+    /// SolveOneSlice for a look: everything is taken back, unless it is stopped. Tells when the slice would
+    /// finish and what its task would have cost up to there.
     Outcome TrySlice(std::int32_t slice, double& finish, Money& taskCost);
     /// Places a slice on its dependencies alone, for that many days: no resource, calendar or slice of the
     /// same task holds it back. Links are placed as ever.

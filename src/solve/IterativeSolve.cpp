@@ -7,6 +7,7 @@
 
 #include "model/ErrTrap.h"
 #include "model/Fault.h"
+#include "model/Vproject.h"
 #include "solve/CrashSolve.h"
 #include "solve/ProblemText.h"
 #include "solve/RiskSolve.h"

@@ -2,12 +2,15 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "model/Link.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "model/Workspace.h"
 #include "solve/Problem.h"
 
@@ -117,8 +120,8 @@ class Network {
 
     /// Reads the model in the journal in force and checks it task by task. Returns the first problem. `stop`
     /// is asked at each task; when it says so, nothing is returned and the network is not usable.
-    template <class Stop>
-    std::optional<SolveProblem> Check(const Workspace& workspace, Stop&& stop) {
+    template <class Ask>
+    std::optional<SolveProblem> Check(const Workspace& workspace, Ask&& stop) {
         BeginCheck();
         for (Vproject* project : workspace.ProjectList()) {
             AddProject(project);
@@ -132,9 +135,21 @@ class Network {
         }
         return std::nullopt;
     }
+    /// Asked now and then in the longer walks whether to give up. If it says so, memory may have been
+    /// cleared, this network included: whoever asked returns without another look at anything.
+    using Stop = std::function<bool()>;
+    /// Whether to give up at step `i` of a walk.
+    static bool GivesUp(std::size_t i, const Stop& stop) {
+        constexpr std::size_t kStepsPerAsk = 512;
+        return i % kStepsPerAsk == 0 && stop();
+    }
+
     /// Cuts the tasks into slices and puts them in order. Returns a problem for a circle of dependencies; the
-    /// slices outside of it and ahead of it are in order then, the others missing.
-    std::optional<SolveProblem> ComputeOrder();
+    /// slices outside of it and ahead of it are in order then, the others missing. When `stop` says so,
+    /// nothing is returned and the network is not usable.
+    std::optional<SolveProblem> ComputeOrder(const Stop& stop);
+    /// Takes the indexes of its objects back from a network that was ordered later, for IndexOf.
+    void TakeIndexes();
     /// The tasks of one circle of dependencies, each required by the next and the last by the first. Valid
     /// after ComputeOrder found one.
     const std::vector<Link<Vtask>>& Circle() const { return circle_; }
@@ -145,7 +160,6 @@ class Network {
     std::span<const Task> Tasks() const { return tasks_; }
     std::span<const Slice> Slices() const { return slices_; }
     std::span<const Resource> Resources() const { return resources_; }
-    std::span<const Source> Sources() const { return sources_; }
     std::span<const Source> SourcesOf(const Task& task) const {
         return {sources_.data() + task.firstSource, static_cast<std::size_t>(task.sourceCount)};
     }
@@ -183,21 +197,25 @@ class Network {
     std::optional<SolveProblem> AddTask(Vtask* object);
     std::optional<SolveProblem> CheckDependencies(Vtask* object, Task& task);
     bool AddAssignments(Vtask* object, Task& task);
-    void AddWant(Task& task, Vresource* resource, std::size_t wantIndex, const Vassignment& assignment);
     bool HasNormalTime(const Vshift* shift);
     std::int32_t FindOrAddPattern(const Vshift* shift, bool workDay);
     void AddResource(Vresource* object);
 
-    void IndexObjects();
-    std::optional<SolveProblem> CutTasks();
-    void MakeRawSlices();
+    // The steps of ComputeOrder. Those that ask whether to stop return false then.
+    bool IndexObjects(const Stop& stop);
+    bool CutTasks(const Stop& stop, std::optional<SolveProblem>& problem);
+    bool CutTask(std::int32_t index, std::optional<SolveProblem>& problem);
+    bool MakeRawSlices(const Stop& stop);
     std::int32_t FindFromSlice(std::int32_t task, int percent) const;
     std::int32_t FindToSlice(std::int32_t task, int percent) const;
-    void MakeRawEdges();
+    bool MakeRawEdges(const Stop& stop);
+    void MakeEdgesOf(std::int32_t index);
     void AddRawEdge(std::int32_t from, std::int32_t to, double offset);
     double OffsetBetween(std::int32_t task, const Vtask* required, int from, int to) const;
-    bool Level();
-    void NumberSlices();
+    bool Level(const Stop& stop);
+    void RankProjects();
+    bool NumberSlices(const Stop& stop);
+    bool FillSlices(const Stop& stop);
     void FindCircle();
 
     std::vector<Project> projects_;

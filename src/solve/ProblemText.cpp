@@ -3,6 +3,10 @@
 #include <algorithm>
 
 #include "model/ValueText.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
 
 namespace vortan {
 

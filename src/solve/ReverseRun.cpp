@@ -12,14 +12,15 @@ std::size_t Index(std::int32_t i) {
 
 }  // namespace
 
-void ReverseRun::Run(const Network& network, const ForwardRun& forward,
-                     const std::vector<double>& planFinish) {
+bool ReverseRun::Run(const Network& network, const ForwardRun& forward, const std::vector<double>& planFinish,
+                     const Network::Stop& stop) {
     const auto slices = network.Slices();
     const auto tasks = network.Tasks();
     slices_.resize(slices.size());
     tasks_.assign(tasks.size(), Late());
     // Successors lie behind a slice in the order, so going backwards each of them is done.
     for (std::size_t i = slices.size(); i-- > 0;) {
+        if (Network::GivesUp(i, stop)) return false;
         const auto& slice = slices[i];
         const auto& task = tasks[Index(slice.task)];
         double finish = planFinish[Index(task.project)];
@@ -36,6 +37,7 @@ void ReverseRun::Run(const Network& network, const ForwardRun& forward,
         if (slices[i].to == 100) tasks_[Index(slices[i].task)].finish = slices_[i].finish;
     }
     LinkDates(network, forward);
+    return true;
 }
 
 /// A link's late dates are those of its subproject. Links lie behind the links inside of their subproject.

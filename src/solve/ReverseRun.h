@@ -15,8 +15,10 @@ class ReverseRun {
         double start = 0, finish = 0;  ///< days
     };
 
-    /// `planFinish` is, by project, the finish of its master in the plan journal, in days.
-    void Run(const Network& network, const ForwardRun& forward, const std::vector<double>& planFinish);
+    /// `planFinish` is, by project, the finish of its master in the plan journal, in days. False: `stop` said
+    /// so, and there is no result.
+    bool Run(const Network& network, const ForwardRun& forward, const std::vector<double>& planFinish,
+             const Network::Stop& stop);
 
     const std::vector<Late>& Slices() const { return slices_; }
     const std::vector<Late>& Tasks() const { return tasks_; }

@@ -111,12 +111,15 @@ class RiskSolve::Worker : private ForwardRun::Poll {
         const float* scores = scores_.data() + Index(column) * solve_.baseline_.size();
         for (std::size_t s = 0; s < solve_.baseline_.size(); ++s) {
             const Baseline& slice = solve_.baseline_[s];
-            double days = slice.mostLikelyDuration;
-            Money cost = slice.mostLikelyCost;
-            if (slice.scales) {
-                const double sample = std::max(Sample(slice, scores[s]), 0);
-                days = days * sample / slice.mostLikely;
-                if (cost != Money()) cost = Money::FromDouble(cost.ToDouble() * sample / slice.mostLikely);
+            const std::int32_t sample = Sample(slice, scores[s]);
+            double days = 0;
+            Money cost;
+            if (slice.mostLikelyDuration > 0 && sample > 0) {
+                // Of an estimate of 0 there is no multiple: what was not planned for keeps its duration.
+                const double scale = slice.mostLikely > 0 ? slice.mostLikely : sample;
+                days = slice.mostLikelyDuration * sample / scale;
+                cost = slice.mostLikelyCost;
+                if (cost != Money()) cost = Money::FromDouble(cost.ToDouble() * sample / scale);
             }
             run_.PlaceScaled(static_cast<std::int32_t>(s), days, cost);
         }
@@ -165,11 +168,9 @@ void RiskSolve::PrepareRiskSolve(Rnd& rnd) {
     baseline_.reserve(slices.size());
     for (std::size_t s = 0; s < slices.size(); ++s) {
         const auto& task = network_.Tasks()[Index(slices[s].task)];
-        // Without an estimate to scale by, a task keeps its duration.
-        const bool scales = task.effortUnits != 0 && task.mostLikely > 0;
         baseline_.push_back({task.optimistic, task.mostLikely, task.pessimistic,
-                             slices[s].to - slices[s].from, scales,
-                             stands.SliceFinish()[s] - stands.SliceStart()[s], stands.SliceCost()[s]});
+                             slices[s].to - slices[s].from, stands.SliceFinish()[s] - stands.SliceStart()[s],
+                             stands.SliceCost()[s]});
     }
 }
 

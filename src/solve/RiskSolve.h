@@ -58,7 +58,6 @@ class RiskSolve {
     struct Baseline {
         std::int32_t optimistic, mostLikely, pessimistic;  ///< minutes of the whole task
         std::int32_t percent;                              ///< width of the slice
-        bool scales;                                       ///< a quick trial changes its duration and cost
         double mostLikelyDuration;                         ///< days
         Money mostLikelyCost;
     };

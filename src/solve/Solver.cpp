@@ -7,6 +7,12 @@
 #include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 
 namespace vortan {
 
@@ -78,27 +84,37 @@ void Solver::ResumeSolve() {
 }
 
 void Solver::Clear() {
+    if (mode_ == SolveMode::Running) SetMode(SolveMode::Restart);
     problem_.reset();
     dangling_.clear();
     network_.Clear();
     nextNetwork_.Clear();
     bookings_ = Bookings();
     run_ = ForwardRun();
-    reversed_ = false;
+    reversed_ = orderIsNext_ = false;
 }
 
 void Solver::SolveTimerTick() {
     const Section section("Main:SolveTimer");
     workspace_.ThePlatform().ArmSolveTimer(false);
+    if (onStack_) return;
     if (mode_ != SolveMode::Idle && mode_ != SolveMode::Halted && mode_ != SolveMode::Restart)
         AssertionFailed();
     SetMode(SolveMode::Restart);
+    struct OnStack {
+        explicit OnStack(bool& flag) : onStack(flag) { onStack = true; }
+        ~OnStack() { onStack = false; }
+        bool& onStack;
+    } const running(onStack_);
     try {
         while (mode_ == SolveMode::Restart) {
+            workspace_.ThePlatform().ArmSolveTimer(false);
             SetMode(SolveMode::Running);
             TrySolve();
         }
+        if (mode_ == SolveMode::SuspendedRunning) SetMode(SolveMode::Suspended);
     } catch (...) {
+        network_.TakeIndexes();
         SetMode(SolveMode::Halted);
         SetSolveMessage("Internal error");
         throw;
@@ -133,6 +149,11 @@ bool Solver::AbortSolve() {
 bool Solver::MayStop() {
     if (--untilLook_ > 0) return false;
     untilLook_ = serviceInterval_.count() == 0 ? 1 : kCallsPerLook;
+    return Pause();
+}
+
+/// AbortSolve for walks that ask seldom.
+bool Solver::Pause() {
     if (std::chrono::steady_clock::now() - lastService_ < serviceInterval_) return false;
     return AbortSolve();
 }
@@ -145,6 +166,7 @@ bool Solver::Stop(std::int32_t slice) {
 }
 
 void Solver::SolveError(const SolveProblem& problem) {
+    network_.TakeIndexes();  // a network that did not come to its pass may have them
     SetMode(SolveMode::Halted);
     problem_ = problem;
     SetSolveMessage(problem.message);
@@ -167,27 +189,13 @@ void Solver::DoEverything() {
     VerifyJournalSync();
     if (AbortSolve()) return;
     if (!CheckAllTasks() || AbortSolve()) return;
-    std::swap(network_, nextNetwork_);
-    reversed_ = false;
-    auto problem = network_.ComputeOrder();
-    bookings_.Reset(network_);
-    run_.Prepare(network_, bookings_);
-    if (problem) SolveError(*problem);
-    if (AbortSolve()) return;
-    network_.FindDangling(dangling_);
-    if (!dangling_.empty()) {
-        SolveProblem open;
-        open.message = "Dangling tasks";
-        open.task = Slice(dangling_.front()).task;
-        SolveError(open);
-    }
-    if (AbortSolve()) return;
+    if (!ComputeOrder() || AbortSolve()) return;
+    if (!CheckOpenEnds() || AbortSolve()) return;
     SetSolveMessage("Clearing previous solution ...");
-    if (AbortSolve()) return;
+    if (AbortSolve() || !ResetPriorToSolve()) return;
     if (!ForwardPass() || AbortSolve()) return;
     SetSolveMessage("Computing slack ...");
-    ReversePass();
-    AbortSolve();
+    if (ReversePass()) AbortSolve();
 }
 
 void Solver::VerifyJournalSync() {
@@ -209,9 +217,40 @@ void Solver::VerifyJournalSync() {
 bool Solver::CheckAllTasks() {
     const Section section("Solve:CheckAllTasks");
     bool stopped = false;
+    orderIsNext_ = false;
+    dangling_.clear();
     const auto problem = nextNetwork_.Check(workspace_, [&] { return stopped = MayStop(); });
     if (problem) SolveError(*problem);
     return !problem && !stopped;
+}
+
+bool Solver::ComputeOrder() {
+    const Section section("Solve:ComputeOrder");
+    bool stopped = false;
+    const auto problem = nextNetwork_.ComputeOrder([&] { return stopped = Pause(); });
+    if (stopped) return false;
+    orderIsNext_ = true;
+    if (problem) SolveError(*problem);
+    return !problem;
+}
+
+/// A master project must have one end only.
+bool Solver::CheckOpenEnds() {
+    nextNetwork_.FindDangling(dangling_);
+    if (dangling_.empty()) return true;
+    SolveProblem open;
+    open.message = "Dangling tasks";
+    open.task = Slice(dangling_.front()).task;
+    SolveError(open);
+    return false;
+}
+
+bool Solver::ResetPriorToSolve() {
+    std::swap(network_, nextNetwork_);
+    orderIsNext_ = reversed_ = false;
+    bookings_.Reset(network_);
+    run_.Prepare(network_, bookings_);
+    return !Pause();
 }
 
 bool Solver::ForwardPass() {
@@ -270,20 +309,23 @@ void Solver::WriteResults() {
     }
 }
 
-/// The date of every dependency that the pass has looked at.
+/// The date of every dependency that the pass has looked at, as it was at the last look: a slice looks at
+/// those up to where it begins, and at all of them if its task has no estimate.
 void Solver::WriteDependencyDates(const Network::Task& task) {
     if (task.subproject >= 0) return;
-    const std::int32_t begun = run_.SlicesBegun();
+    const auto slices = network_.Slices();
+    const bool complete = Index(run_.SlicesBegun()) == slices.size();
     for (const auto& source : network_.SourcesOf(task)) {
         if (source.slice < 0) continue;
-        std::int32_t slice = task.firstSlice;
-        if (task.effortUnits != 0) {
-            while (network_.Slices()[Index(slice)].from < source.toPercent &&
-                   network_.Slices()[Index(slice)].next >= 0) {
-                slice = network_.Slices()[Index(slice)].next;
-            }
+        // The last look of a complete pass is behind everything.
+        std::int32_t looked = complete ? run_.SlicesBegun() : -1;
+        for (std::int32_t i = task.firstSlice; !complete && i >= 0 && i < run_.SlicesBegun();
+             i = slices[Index(i)].next) {
+            if (task.effortUnits == 0 || slices[Index(i)].from >= source.toPercent) looked = i;
         }
-        if (slice < begun) source.object->SetDepDate(DateTime(run_.SliceFinish()[Index(source.slice)]));
+        if (looked < 0) continue;
+        const double date = source.slice < looked ? run_.SliceFinish()[Index(source.slice)] : 0;
+        source.object->SetDepDate(DateTime(date));
     }
 }
 
@@ -320,21 +362,23 @@ void Solver::PlanFinishes(const std::vector<ForwardRun::Clock>& clocks, std::vec
     }
 }
 
-void Solver::ReversePass() {
+bool Solver::ReversePass() {
     const Section section("Solve:ReverseSolve");
     PlanFinishes(run_.Clocks(), planFinish_);
-    reverse_.Run(network_, run_, planFinish_);
+    if (!reverse_.Run(network_, run_, planFinish_, [this] { return Pause(); })) return false;
     reversed_ = true;
     WriteResults();
+    return true;
 }
 
 Vslice Solver::Slice(std::int32_t index) const {
     const auto at = Index(index);
-    const auto& slice = network_.Slices()[at];
+    const auto& slice = Order().Slices()[at];
     Vslice view;
-    view.task = network_.Tasks()[Index(slice.task)].object.Get();
+    view.task = Order().Tasks()[Index(slice.task)].object.Get();
     view.fromPercent = slice.from;
     view.toPercent = slice.to;
+    if (orderIsNext_) return view;
     view.earlyStart = DateTime(run_.SliceStart()[at]);
     view.earlyFinish = DateTime(run_.SliceFinish()[at]);
     view.laborCost = run_.SliceCost()[at];

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "model/SolveService.h"
+#include "model/Vtask.h"
 #include "model/Workspace.h"
 #include "solve/Bookings.h"
 #include "solve/ForwardRun.h"
@@ -43,7 +44,8 @@ struct Vslot {
 /// the model and the mode, never the solver's arrays, and the solve gives up and begins again.
 ///
 /// The model's result fields are written when the passes have ended or halted, in the journal in force; a
-/// pass that gave up leaves no trace.
+/// pass that gave up leaves no trace. A solve that halts before its forward pass leaves the bookings of the
+/// last one standing, on the network that they were made on.
 class Solver : public SolveService, private ForwardRun::Poll {
   public:
     /// Registers with the workspace, which must outlive the solver.
@@ -60,8 +62,9 @@ class Solver : public SolveService, private ForwardRun::Poll {
     std::int32_t CountMinutes(const Vresource& resource, const Vtask& task, DateTime from,
                               DateTime to) const override;
 
-    /// The event of the solve timer: solves, again as long as a restart is asked for meanwhile. A fault
-    /// leaves the mode Halted with the text "Internal error" and is passed on.
+    /// The event of the solve timer: solves, again as long as a restart is asked for meanwhile. One that
+    /// comes while a solve is on the stack does nothing: what it came for is done before that solve ends. A
+    /// fault leaves the mode Halted with the text "Internal error" and is passed on.
     void SolveTimerTick();
     /// A risk or crash solve takes over from a complete solution: nothing is solved and no events are served
     /// until its end. It works on runs of its own and leaves the arrays here alone.
@@ -80,13 +83,15 @@ class Solver : public SolveService, private ForwardRun::Poll {
     void SolveError(const SolveProblem& problem);
     /// The tasks of the circle, after "Circular dependency": each is required by the next, the last by the
     /// first.
-    const std::vector<Link<Vtask>>& Circle() const { return network_.Circle(); }
+    const std::vector<Link<Vtask>>& Circle() const { return Order().Circle(); }
     /// Slices that nothing waits for, after "Dangling tasks".
     const std::vector<std::int32_t>& DanglingList() const { return dangling_; }
 
-    /// The slices of the last network, in solve order.
-    std::int32_t SliceCount() const { return static_cast<std::int32_t>(network_.Slices().size()); }
+    /// The slices of the last network, in solve order; without dates if no pass was made on it.
+    std::int32_t SliceCount() const { return static_cast<std::int32_t>(Order().Slices().size()); }
     Vslice Slice(std::int32_t index) const;
+    /// Whether a pass was made on the last network.
+    bool Placed() const { return !orderIsNext_; }
     /// The slots of one day of a resource, free ones included; none for a day that nothing looked at.
     std::vector<Vslot> Slots(const Vresource& resource, std::int32_t day) const;
     /// All held slots of a resource, in time order.
@@ -95,6 +100,7 @@ class Solver : public SolveService, private ForwardRun::Poll {
     /// Records what this task finds in the next solves, for ExplainTask; none records nothing.
     void Watch(const Vtask* task) { watched_ = const_cast<Vtask*>(task); }
 
+    /// The network of the run and the bookings below.
     const Network& TheNetwork() const { return network_; }
     const ForwardRun& Run() const { return run_; }
     const ReverseRun& Late() const { return reverse_; }
@@ -111,14 +117,19 @@ class Solver : public SolveService, private ForwardRun::Poll {
     void DoEverything();
     void VerifyJournalSync();
     bool CheckAllTasks();
+    bool ComputeOrder();
+    bool CheckOpenEnds();
+    bool ResetPriorToSolve();
     bool ForwardPass();
-    void ReversePass();
+    bool ReversePass();
     void ReportShortage();
     void WriteResults();
     void WriteDependencyDates(const Network::Task& task);
     double PlanFinish(const Network::Project& project, const std::vector<ForwardRun::Clock>& clocks) const;
     bool Stop(std::int32_t slice) override;
     bool MayStop();
+    bool Pause();
+    const Network& Order() const { return orderIsNext_ ? nextNetwork_ : network_; }
     void SetMode(SolveMode mode) { mode_ = mode; }
     Vslot ViewOf(const SlotView& slot) const;
 
@@ -126,7 +137,9 @@ class Solver : public SolveService, private ForwardRun::Poll {
     SolveMode mode_ = SolveMode::Idle;
     std::string message_;
     std::optional<SolveProblem> problem_;
+    bool onStack_ = false;  ///< a solve runs in SolveTimerTick
     Network network_, nextNetwork_;
+    bool orderIsNext_ = false;  ///< the last order is nextNetwork_, on which no pass was made
     Bookings bookings_;
     ForwardRun run_;
     ReverseRun reverse_;

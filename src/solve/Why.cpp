@@ -2,6 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <span>
+
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 
 namespace vortan {
 
@@ -22,9 +29,10 @@ class Explainer {
         : solver_(solver), task_(task), index_(solver.TheNetwork().IndexOf(&task)) {}
 
     WhyReport Explain() {
-        if (index_ < 0) return report_;
+        if (index_ < 0 || !solver_.Placed()) return report_;
         CollectSlices();
         CollectBookings();
+        CollectSightings();
         for (std::size_t i = 0; i < slices_.size(); ++i) ExplainStart(i);
         for (std::size_t i = 0; i < slices_.size(); ++i) ExplainSlice(i);
         std::stable_sort(report_.stretches.begin(), report_.stretches.end(),
@@ -136,8 +144,8 @@ class Explainer {
         for (Vresource* resource : team_) {
             if (MinutesWanted(*resource, weekday) <= 0) continue;
             wanted = true;
-            for (const SlotView& slot : Seen(*resource, day)) {
-                for (const double edge : {slot.startTime.Days(), slot.endTime.Days()}) {
+            for (const auto& sighting : Seen(*resource, day)) {
+                for (const double edge : {sighting.slot.startTime.Days(), sighting.slot.endTime.Days()}) {
                     if (edge > from && edge < to) cuts.push_back(edge);
                 }
             }
@@ -158,13 +166,13 @@ class Explainer {
         for (Vresource* resource : team_) {
             const std::int32_t asked = MinutesWanted(*resource, weekday);
             if (asked <= 0) continue;
-            const std::vector<SlotView> slots = Seen(*resource, day);
+            const auto sightings = Seen(*resource, day);
             std::int32_t given = 0;
-            for (const SlotView& slot : slots) {
+            for (const auto& [slice, who, slot] : sightings) {
                 if (slot.task == index_)
                     given += Bookings::Minutes(slot.startTime.Days(), slot.endTime.Days());
             }
-            for (const SlotView& slot : slots) {
+            for (const auto& [slice, who, slot] : sightings) {
                 if (slot.startTime.Days() > middle || slot.endTime.Days() < middle) continue;
                 if (slot.kind > SlotClass::OffDay) continue;
                 if (given < asked && slot.task >= 0 && slot.task != index_) {
@@ -181,20 +189,28 @@ class Explainer {
         return stretch;
     }
 
-    /// The slots of a day as the task found them: what later tasks booked is not in the way of this one.
-    std::vector<SlotView> Seen(const Vresource& resource, std::int32_t day) const {
-        std::vector<SlotView> slots;
-        const std::int32_t index = solver_.TheNetwork().IndexOf(&resource);
-        std::int32_t slice = -1;
-        for (const auto& sighting : solver_.Run().Sightings()) {
-            if (sighting.resource != index ||
-                static_cast<std::int32_t>(sighting.slot.startTime.Days()) != day)
-                continue;
-            if (sighting.slice != slice) slots.clear();  // a later slice saw the same day again
-            slice = sighting.slice;
-            slots.push_back(sighting.slot);
+    /// The slots of a day as the task found them: what later tasks booked is not in the way of this one. Of a
+    /// day that several slices saw, the last sight counts.
+    void CollectSightings() {
+        const auto& sightings = solver_.Run().Sightings();
+        for (std::size_t first = 0, end; first < sightings.size(); first = end) {
+            const auto& one = sightings[first];
+            const std::int32_t day = DayOf(one.slot);
+            for (end = first + 1; end < sightings.size(); ++end) {
+                const auto& next = sightings[end];
+                if (next.slice != one.slice || next.resource != one.resource || DayOf(next.slot) != day)
+                    break;
+            }
+            seen_[{one.resource, day}] = {sightings.data() + first, end - first};
         }
-        return slots;
+    }
+    static std::int32_t DayOf(const SlotView& slot) {
+        return static_cast<std::int32_t>(slot.startTime.Days());
+    }
+    std::span<const ForwardRun::Sighting> Seen(const Vresource& resource, std::int32_t day) const {
+        const auto found = seen_.find({solver_.TheNetwork().IndexOf(&resource), day});
+        if (found == seen_.end()) return {};
+        return found->second;
     }
 
     std::int32_t MinutesWanted(const Vresource& resource, int weekday) const {
@@ -248,6 +264,8 @@ class Explainer {
     std::vector<Vslice> slices_;
     std::vector<Vresource*> team_;
     std::vector<Booking> bookings_;
+    /// By resource, as the network numbers it, and day.
+    std::map<std::pair<std::int32_t, std::int32_t>, std::span<const ForwardRun::Sighting>> seen_;
     WhyReport report_;
 };
 

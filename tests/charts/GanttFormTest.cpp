@@ -6,6 +6,11 @@
 #include <map>
 
 #include "charts/FixedMetrics.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "support/ModelBench.h"
 
 namespace vortan {

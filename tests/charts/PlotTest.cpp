@@ -6,6 +6,8 @@
 #include "charts/FixedMetrics.h"
 #include "charts/PlotAxis.h"
 #include "charts/RiskForm.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "support/ModelBench.h"
 
 namespace vortan {

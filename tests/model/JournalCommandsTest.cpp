@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "model/Vproject.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "support/ModelBench.h"
 
 namespace vortan {

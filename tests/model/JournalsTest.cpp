@@ -2,6 +2,10 @@
 
 #include <random>
 
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "support/ModelBench.h"
 
 namespace vortan {

@@ -1,5 +1,11 @@
 #include <gtest/gtest.h>
 
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "support/ModelBench.h"
 
 namespace vortan {

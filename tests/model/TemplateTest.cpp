@@ -1,5 +1,10 @@
 #include <gtest/gtest.h>
 
+#include "model/Vassignment.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vshift.h"
+#include "model/Vtemplate.h"
 #include "support/ModelBench.h"
 
 namespace vortan {

@@ -1,3 +1,8 @@
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "model/Workspace.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+#include "model/Vproject.h"
+#include "model/Vtemplate.h"
 #include "persist/FileCommands.h"
 
 #include <gtest/gtest.h>

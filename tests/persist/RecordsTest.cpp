@@ -1,3 +1,9 @@
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vshift.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "persist/Records.h"
 
 #include <gtest/gtest.h>

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "model/Vproject.h"
 #include "persist/Records.h"
 #include "support/AllocationCount.h"
 #include "support/LoadedPlan.h"

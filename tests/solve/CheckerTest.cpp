@@ -4,6 +4,12 @@
 #include <functional>
 #include <numeric>
 
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vshift.h"
+#include "model/Vtask.h"
 #include "support/LoadedPlan.h"
 #include "support/Paths.h"
 #include "support/PlanGenerator.h"

@@ -4,6 +4,12 @@
 #include <string>
 #include <vector>
 
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "solve/IterativeSolve.h"
 #include "support/LoadedPlan.h"
 #include "support/PlanGenerator.h"

@@ -1,3 +1,6 @@
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "solve/RiskSolve.h"
 
 #include <gtest/gtest.h>
@@ -145,32 +148,43 @@ TEST(RiskSolveTest, QuantilesAgreeWithPlainSampling) {
     }
 }
 
-TEST(RiskSolveTest, AHundredRunsOfOneTaskLieEvenlyAroundTheMostLikely) {
-    IterativePlan plan;
-    plan.Project();
-    plan.AddTask(1, 60, {158 * 60, 208 * 60, 258 * 60});
-    plan.Solve();
-    ASSERT_TRUE(plan.iterative.RiskSolve(false, 100, nullptr).done);
-    const auto& dates = plan.Results().riskDates;
-    for (std::size_t i = 1; i <= 50; ++i) {
-        EXPECT_NEAR(dates[i].Days() + dates[101 - i].Days(), 2 * dates[0].Days(), 1.01 / kMinutesPerDay);
-    }
-    EXPECT_NEAR((dates[100].Days() - dates[0].Days()) * 24, 2.57583 * 50 / 3, 0.03);
-}
-
-/// Without an estimate there is nothing to scale by.
-TEST(RiskSolveTest, SomeTasksKeepTheirDurationInAQuickSolve) {
-    const std::pair<int, std::vector<std::int32_t>> cases[] = {{0, {60, 600, 6000}}, {0, {0, 0, 6000}}};
-    for (const auto& [units, estimates] : cases) {
+/// Without work in the plan or in the sample a slice has no duration, whatever dates drive its task; where
+/// only the plan has none there is nothing to scale by.
+TEST(RiskSolveTest, ASliceWithoutMinutesEndsWhereItStarts) {
+    constexpr int n = 4;
+    const struct {
+        const char* name;
+        int units;
+        std::vector<std::int32_t> estimates;
+        std::vector<double> days;  ///< from the start, of each run
+    } cases[] = {
+        {"no estimate", 0, {0}, {0, 0, 0, 0}},
+        {"an estimate beside the dates", 0, {600}, {1, 1, 1, 1}},
+        {"unplanned work", 0, {0, 0, 6000}, {0, 0, 1, 1}},
+        {"less than no work", 0, {-6000, 600, 600}, {0, 0, 1, 1}},
+        {"no duration", 60, {0, 0, 6000}, {0, 0, 0, 0}},
+    };
+    for (const auto& each : cases) {
         IterativePlan plan;
         plan.Project();
-        Vtask* task = plan.AddTask(1, units, estimates);
-        plan.Depend(task, 0, 100, 100)->SetDepDate(DateTime(IterativePlan::kStart + 12.5));
+        plan.AddTask(1, each.units, each.estimates);  // without units, to the end of the start date
         plan.Solve();
-        ASSERT_TRUE(plan.iterative.RiskSolve(true, 10, nullptr).done);
-        for (const DateTime date : plan.Results().riskDates)
-            EXPECT_EQ(date, DateTime(IterativePlan::kStart + 12.5));
+        ASSERT_TRUE(plan.iterative.RiskSolve(true, n, nullptr).done);
+        for (std::size_t i = 0; i < n; ++i)
+            EXPECT_EQ(plan.Results().riskDates[i + 1].Days() - 37137, each.days[i]) << each.name << i;
     }
+}
+
+/// A sample of 0 costs nothing.
+TEST(RiskSolveTest, CostsFallWithTheSample) {
+    IterativePlan plan;
+    plan.Project();
+    plan.Assign(plan.AddTask(1, -60, {-6000, 600, 600}), 1);
+    plan.Solve();
+    ASSERT_TRUE(plan.iterative.RiskSolve(true, 2, nullptr).done);
+    EXPECT_EQ(plan.Results().riskCosts[1], Money());
+    EXPECT_EQ(plan.Results().riskDates[1], DateTime(IterativePlan::kStart));
+    EXPECT_EQ(plan.Results().riskCosts[2], plan.Results().riskCosts[0]);
 }
 
 struct IterativeSolveTest : testing::Test {

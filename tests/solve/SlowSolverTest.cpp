@@ -1,8 +1,17 @@
 #include <gtest/gtest.h>
 
+<<<<<<< HEAD
 #include <cmath>
 #include <set>
 
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
+=======
+>>>>>>> main
 #include "support/LoadedPlan.h"
 #include "support/Paths.h"
 #include "support/PlanGenerator.h"
@@ -11,128 +20,83 @@
 namespace vortan {
 namespace {
 
-/// Compares what the real solver left with what the slow one finds, up to the first few differences.
-class Comparison {
-  public:
-    explicit Comparison(LoadedPlan& plan) : plan_(plan), slow_(plan.workspace) {
-        slow_.Solve();
-        CompareProblem();
-        CompareSlices();
-        CompareTasks();
-        CompareSlots();
-    }
+std::string ProblemLine(const Vtask* task, const Vdependency* dependency, const Vassignment* assignment,
+                        std::initializer_list<double> values) {
+    return FactLine("problem " + NameOf(task) + " " + (dependency ? dependency->Key() : "") + " " +
+                        (assignment ? assignment->Key() : ""),
+                    values);
+}
 
-    const std::string& Report() const { return report_; }
-    const SlowSolver& Slow() const { return slow_; }
+std::string RealText(const LoadedPlan& plan) {
+    const SolveProblem problem = plan.solver.Problem().value_or(SolveProblem());
+    return ProblemLine(problem.task.Get(), problem.dependency.Get(), problem.assignment.Get(),
+                       {problem.problemDate.Days(), problem.requestedHours, problem.assignedHours}) +
+           ResultText(plan);
+}
 
-  private:
-    static constexpr double kDays = 1e-9, kMoney = 0.0001 + 1e-9;
-
-    void Text(const std::string& where, const std::string& real, const std::string& slow) {
-        if (real == slow || report_.size() > 1500) return;
-        report_ += where + ": " + real + ", but should be " + slow + "\n";
-    }
-    void Number(const std::string& where, double real, double slow, double tolerance) {
-        if (std::abs(real - slow) <= tolerance) return;
-        char text[80];
-        std::snprintf(text, sizeof text, "%.12g", real);
-        const std::string realText = text;
-        std::snprintf(text, sizeof text, "%.12g", slow);
-        Text(where, realText, realText == text ? std::string(text) + " (nearly)" : text);
-    }
-    static std::string NameOf(const Vtask* task) {
-        return task ? task->Project()->ProjectName() + "/" + task->Key() : "-";
-    }
-    static std::string Place(const Vresource* resource) {
-        return resource->Template()->TemplateName() + "/" + resource->Key();
-    }
-
-    void CompareProblem() {
-        const auto& real = plan_.solver.Problem();
-        const auto& slow = slow_.TheProblem();
-        Text("problem", real ? real->message : "", slow.message);
-        if (!real || slow.message.empty()) return;
-        Text("problem task", NameOf(real->task.Get()), NameOf(slow.task));
-        Text("problem dependency",
-             real->dependency ? NameOf(real->dependency->Task()) + real->dependency->Key() : "",
-             slow.dependency ? NameOf(slow.dependency->Task()) + slow.dependency->Key() : "");
-        Text("problem assignment",
-             real->assignment ? NameOf(real->assignment->Task()) + real->assignment->Key() : "",
-             slow.assignment ? NameOf(slow.assignment->Task()) + slow.assignment->Key() : "");
-        Number("problem date", real->problemDate.Days(), slow.date, kDays);
-        Number("requested hours", real->requestedHours, slow.requestedHours, 1e-9);
-        Number("assigned hours", real->assignedHours, slow.assignedHours, 1e-9);
-    }
-
-    void CompareSlices() {
-        const auto& order = slow_.OrderList();
-        Number("slices", plan_.solver.SliceCount(), static_cast<double>(order.size()), 0);
-        if (!report_.empty()) return;
-        for (std::size_t i = 0; i < order.size(); ++i) {
-            const Vslice real = plan_.solver.Slice(static_cast<std::int32_t>(i));
-            const auto& slow = *order[i];
-            const std::string where = "slice " + std::to_string(i) + " of " + NameOf(slow.task) + " ";
-            Text(where + "task", NameOf(real.task), NameOf(slow.task));
-            Number(where + "from", real.fromPercent, slow.fromPercent, 0);
-            Number(where + "to", real.toPercent, slow.toPercent, 0);
-            Number(where + "early start", real.earlyStart.Days(), slow.earlyStart, kDays);
-            Number(where + "early finish", real.earlyFinish.Days(), slow.earlyFinish, kDays);
-            Number(where + "cost", real.laborCost.ToDouble(), slow.laborCost.ToDouble(), kMoney);
-            if (!slow_.Reversed()) continue;
-            Number(where + "late start", real.lateStart.Days(), slow.lateStart, kDays);
-            Number(where + "late finish", real.lateFinish.Days(), slow.lateFinish, kDays);
+/// What the slow solver found of a task. What a solve leaves alone is as in `old`, the same task unsolved.
+std::string SlowTaskText(SlowSolver& slow, const Vtask* task, const Vtask* old) {
+    SlowSolver::TaskResult result{old->EarlyStart().Days(), old->EarlyFinish().Days(),
+                                  old->LateStart().Days(),  old->LateFinish().Days(),
+                                  old->LaborCost(),         old->MaterialCost()};
+    const bool ran = slow.TheProblem().message.empty() || slow.TheProblem().assignment;
+    if (ran && task->Include()) {
+        const auto before = result;
+        result = slow.ResultOf(task);
+        if (!slow.Reversed()) {
+            result.lateStart = before.lateStart;
+            result.lateFinish = before.lateFinish;
         }
     }
+    std::string text = FactLine("task " + NameOf(task),
+                                {result.earlyStart, result.earlyFinish, result.lateStart, result.lateFinish,
+                                 result.laborCost.ToDouble(), result.materialCost.ToDouble()});
+    for (std::size_t i = 0; i < task->DependencyList().size(); ++i) {
+        const double kept = old->DependencyList()[i]->DepDate().Days();
+        text += FactLine("dependency of " + NameOf(task),
+                         {slow.DepDateOf(task->DependencyList()[i]).value_or(kept)});
+    }
+    return text;
+}
 
-    void CompareTasks() {
-        std::set<const Vtask*> tasks;
-        if (!Ran()) return;
-        for (const auto* slice : slow_.OrderList()) tasks.insert(slice->task);
-        for (const Vtask* task : tasks) {
-            const auto& slow = slow_.ResultOf(task);
-            const std::string where = "task " + NameOf(task) + " ";
-            Number(where + "early start", task->EarlyStart().Days(), slow.earlyStart, kDays);
-            Number(where + "early finish", task->EarlyFinish().Days(), slow.earlyFinish, kDays);
-            Number(where + "labor", task->LaborCost().ToDouble(), slow.laborCost.ToDouble(), kMoney);
-            Number(where + "material", task->MaterialCost().ToDouble(), slow.materialCost.ToDouble(), kMoney);
-            if (!slow_.Reversed()) continue;
-            Number(where + "late start", task->LateStart().Days(), slow.lateStart, kDays);
-            Number(where + "late finish", task->LateFinish().Days(), slow.lateFinish, kDays);
+/// RealText by the slow solver, from a plan that the real one has solved and the same plan unsolved.
+std::string SlowText(const LoadedPlan& plan, const LoadedPlan& before) {
+    SlowSolver slow(plan.workspace);
+    slow.Solve();
+    const auto& problem = slow.TheProblem();
+    std::string text = ProblemLine(problem.task, problem.dependency, problem.assignment,
+                                   {problem.date, problem.requestedHours, problem.assignedHours});
+    text += (problem.message.empty() ? "Solve complete" : problem.message) + "\n";
+    for (const auto* slice : slow.OrderList()) {
+        const double late = slow.Reversed() ? 1 : 0;
+        text += FactLine(
+            "slice " + NameOf(slice->task),
+            {double(slice->fromPercent), double(slice->toPercent), slice->earlyStart, slice->earlyFinish,
+             late * slice->lateStart, late * slice->lateFinish, slice->laborCost.ToDouble()});
+    }
+    for (const Vproject* project : SortedByKey(plan.workspace.ProjectList())) {
+        for (const Vtask* task : project->TaskList())
+            text += SlowTaskText(slow, task, before.Task(project->ProjectName(), task->TaskID()));
+    }
+    for (const Vtemplate* pool : SortedByKey(plan.workspace.TemplateList())) {
+        for (const Vresource* resource : pool->ResourceList()) {
+            text += "resource " + pool->TemplateName() + "/" + resource->Key() + "\n";
+            for (const auto& slot : slow.HeldSlots(resource)) {
+                text += FactLine("slot of " + NameOf(slot.task),
+                                 {double(slot.type), slot.start, slot.end, slot.laborCost.ToDouble()});
+            }
         }
     }
+    return text;
+}
 
-    /// Whether the forward pass ran, so that dates, costs and slots are those of this solve.
-    bool Ran() const {
-        return slow_.TheProblem().message.empty() || slow_.TheProblem().assignment != nullptr;
-    }
-
-    void CompareSlots() {
-        if (!Ran()) return;
-        for (const Vtemplate* pool : plan_.workspace.TemplateList()) {
-            for (const Vresource* resource : pool->ResourceList()) CompareSlots(resource);
-        }
-    }
-
-    void CompareSlots(const Vresource* resource) {
-        const auto real = plan_.solver.HeldSlots(*resource);
-        const auto slow = slow_.HeldSlots(resource);
-        for (std::size_t i = 0; i < std::min(real.size(), slow.size()); ++i) {
-            const std::string where =
-                "resource " + Place(resource) + " slot at " + DateText(DateTime(slow[i].start)) + " ";
-            Text(where + "task", NameOf(real[i].taskRequired), NameOf(slow[i].task));
-            Number(where + "start", real[i].startTime.Days(), slow[i].start, kDays);
-            Number(where + "end", real[i].endTime.Days(), slow[i].end, kDays);
-            Number(where + "type", real[i].slotType, slow[i].type, 0);
-            Number(where + "cost", real[i].laborCost.ToDouble(), slow[i].laborCost.ToDouble(), kMoney);
-        }
-        Number("resource " + Place(resource) + " slots", static_cast<double>(real.size()),
-               static_cast<double>(slow.size()), 0);
-    }
-
-    LoadedPlan& plan_;
-    SlowSolver slow_;
-    std::string report_;
-};
+/// Solves, and tells the first difference to the slow solver's answer.
+std::string Difference(const std::string& text) {
+    LoadedPlan before;
+    before.Load(text);
+    const LoadedPlan plan(text);
+    return FirstDifference(RealText(plan), SlowText(plan, before));
+}
 
 /// Problems that the slow solver does not look for.
 bool KnownToBothSolvers(const std::string& message) {
@@ -143,77 +107,50 @@ bool KnownToBothSolvers(const std::string& message) {
 TEST(SlowSolverTest, AgreesOnPlansWithKnownAnswers) {
     int compared = 0;
     for (const std::string& path : FilesIn(TestFile("golden/solve"), ".vta")) {
-        LoadedPlan plan(ReadTextFile(path));
-        if (!KnownToBothSolvers(plan.solver.SolveMessage())) continue;
-        EXPECT_EQ(Comparison(plan).Report(), "") << path;
+        const std::string text = ReadTextFile(path);
+        if (!KnownToBothSolvers(LoadedPlan(text).solver.SolveMessage())) continue;
+        EXPECT_EQ(Difference(text), "") << path;
         ++compared;
     }
     EXPECT_GE(compared, 40);
 }
 
 TEST(SlowSolverTest, AgreesOnPlansOfAllKinds) {
-    for (std::uint64_t seed = 0; seed < 300; ++seed) {
-        LoadedPlan plan(GeneratePlan(seed, MixedKnobs(seed)));
-        EXPECT_EQ(plan.solver.SolveMessage(), "Solve complete") << "seed " << seed;
-        EXPECT_EQ(Comparison(plan).Report(), "") << "seed " << seed;
-    }
+    for (std::uint64_t seed = 0; seed < 300; ++seed)
+        EXPECT_EQ(Difference(GeneratePlan(seed, MixedKnobs(seed))), "") << "seed " << seed;
 }
 
 TEST(SlowSolverTest, AgreesOnHaltsAndOnTasksWithoutADate) {
-    int halted = 0;
     for (std::uint64_t seed = 500; seed < 650; ++seed) {
         PlanKnobs knobs = MixedKnobs(seed);
         knobs.rule = static_cast<int>(seed % 7);
         knobs.unset = 15;
-        LoadedPlan plan(GeneratePlan(seed, knobs));
-        halted += plan.Complete() ? 0 : 1;
-        EXPECT_EQ(Comparison(plan).Report(), "") << "seed " << seed;
+        EXPECT_EQ(Difference(GeneratePlan(seed, knobs)), "") << "seed " << seed;
     }
-    EXPECT_GE(halted, 10);
-}
-
-TEST(SlowSolverTest, ADifferenceIsReported) {
-    LoadedPlan plan(GeneratePlan(1, MixedKnobs(1)));
-    ASSERT_EQ(Comparison(plan).Report(), "");
-    for (const Vtemplate* pool : plan.workspace.TemplateList()) {
-        for (Vresource* resource : pool->ResourceList()) {
-            resource->SetBurdenedRate(resource->BurdenedRate() + Money::FromUnits(100));
-        }
-    }
-    EXPECT_NE(Comparison(plan).Report().find("cost"), std::string::npos);
 }
 
 /// Where many tasks wait for one resource the real solver passes over days on which nothing can happen.
-TEST(SlowSolverTest, AgreesWhereTasksWaitForYears) {
-    for (int rule = kNormalHalt; rule <= kUnlimited; ++rule) {
-        for (std::uint64_t seed = 1500; seed < 1503; ++seed) {
-            PlanKnobs knobs = CrowdedKnobs(seed, rule);
-            knobs.longest = 100'000;
-            LoadedPlan plan(GeneratePlan(seed, knobs));
-            EXPECT_EQ(Comparison(plan).Report(), "") << "rule " << rule << ", seed " << seed;
-        }
-    }
-}
-
-TEST(SlowSolverTest, AgreesWhereManyTasksWait) {
+TEST(SlowSolverTest, AgreesWhereTasksWait) {
     for (int rule = kNormalHalt; rule <= kUnlimited; ++rule) {
         int complete = 0;
-        for (std::uint64_t seed = 1000; seed < 1060; ++seed) {
-            LoadedPlan plan(GeneratePlan(seed, CrowdedKnobs(seed, rule)));
-            complete += plan.Complete() ? 1 : 0;
-            EXPECT_EQ(Comparison(plan).Report(), "") << "rule " << rule << ", seed " << seed;
+        for (std::uint64_t seed = 1000; seed < 1063; ++seed) {
+            PlanKnobs knobs = CrowdedKnobs(seed, rule);
+            if (seed >= 1060) knobs.longest = 100'000;
+            const std::string text = GeneratePlan(seed, knobs);
+            complete += LoadedPlan(text).Complete() ? 1 : 0;
+            EXPECT_EQ(Difference(text), "") << "rule " << rule << ", seed " << seed;
         }
         // Rules that extend never halt, the others do so in such a crowd.
         const bool halting = rule % 2 == 0 && rule != kUnlimited;
-        EXPECT_TRUE(halting ? complete < 60 : complete == 60) << "rule " << rule << ": " << complete;
+        EXPECT_TRUE(halting ? complete < 60 : complete == 63) << "rule " << rule << ": " << complete;
     }
 }
 
 /// An assignment that is not included still settles which resource of a task is looked at first.
 TEST(SlowSolverTest, AgreesOnTheResourceAtFaultBehindAnExcludedAssignment) {
-    LoadedPlan plan(ReadTextFile(TestFile("plans/ExcludedAssignmentFirst.vta")));
-    EXPECT_EQ(plan.solver.SolveMessage(), "Overtime needed");
-    EXPECT_EQ(Comparison(plan).Report(), "");
+    const std::string text = ReadTextFile(TestFile("plans/ExcludedAssignmentFirst.vta"));
+    EXPECT_EQ(LoadedPlan(text).solver.SolveMessage(), "Overtime needed");
+    EXPECT_EQ(Difference(text), "");
 }
 
 }  // namespace

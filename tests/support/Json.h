@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstdlib>
 #include <map>
 #include <stdexcept>
@@ -29,6 +30,28 @@ class Json {
     const std::vector<Json>& Items() const { return Expect(Kind::Array).items_; }
     /// A member of an object. Throws if there is none.
     const Json& operator[](const std::string& name) const { return Expect(Kind::Object).members_.at(name); }
+
+    /// Where this differs from `other`, numbers by more than `tolerance(name of the member)`; empty: nowhere.
+    template <class Tolerance>
+    std::string Difference(const Json& other, const Tolerance& tolerance,
+                           const std::string& name = "") const {
+        if (kind_ != other.kind_ || text_ != other.text_) return name + " " + text_ + " and " + other.text_;
+        if (std::abs(number_ - other.number_) > tolerance(name))
+            return name + " " + std::to_string(number_) + " and " + std::to_string(other.number_);
+        if (items_.size() != other.items_.size() || members_.size() != other.members_.size())
+            return name + " has other parts";
+        std::string found;
+        for (std::size_t i = 0; i < items_.size() && found.empty(); ++i) {
+            found = items_[i].Difference(other.items_[i], tolerance, name);
+            if (!found.empty()) found = std::to_string(i) + " " + found;
+        }
+        for (auto a = members_.begin(), b = other.members_.begin(); a != members_.end() && found.empty();
+             ++a, ++b) {
+            found = a->first != b->first ? a->first + " and " + b->first
+                                         : a->second.Difference(b->second, tolerance, a->first);
+        }
+        return found.empty() || name.empty() ? found : name + " " + found;
+    }
 
   private:
     enum class Kind { Null, Flag, Number, Text, Array, Object };

@@ -5,32 +5,17 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 #include "model/Fault.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "persist/Records.h"
 
 namespace vortan {
-
-namespace {
-
-void Append(std::string& text, double value) {
-    char digits[40];
-    std::snprintf(digits, sizeof digits, " %.17g", value);
-    text += digits;
-}
-
-template <class List>
-auto SortedByKey(const List& list) {
-    std::vector<std::decay_t<decltype(*list.begin())>> items(list.begin(), list.end());
-    std::sort(items.begin(), items.end(), [](auto* a, auto* b) { return a->Key() < b->Key(); });
-    return items;
-}
-
-std::string NameOf(const Vtask* task) {
-    return task ? task->Project()->ProjectName() + "/" + task->Key() : "-";
-}
-
-}  // namespace
 
 void LoadedPlan::Load(std::string_view text) {
     try {
@@ -59,42 +44,55 @@ Vresource* LoadedPlan::Resource(const std::string& templateName, std::int32_t id
     return found ? found->FindResource(id) : nullptr;
 }
 
-std::string ResultText(LoadedPlan& plan) {
+std::string NameOf(const Vtask* task) {
+    return task ? task->Project()->ProjectName() + "/" + task->Key() : "-";
+}
+
+std::string FactLine(const std::string& name, std::initializer_list<double> values) {
+    std::string text = name;
+    for (const double value : values) {
+        char digits[40];
+        std::snprintf(digits, sizeof digits, " %.17g", value);
+        text += digits;
+    }
+    return text + "\n";
+}
+
+std::string FirstDifference(const std::string& is, const std::string& should) {
+    std::istringstream left(is), right(should);
+    for (std::string a, b;;) {
+        const bool ended = !std::getline(left, a);
+        if (ended != !std::getline(right, b) || (!ended && a != b)) return a + ", but should be " + b;
+        if (ended) return "";
+    }
+}
+
+std::string ResultText(const LoadedPlan& plan) {
     std::string text = plan.solver.SolveMessage() + "\n";
     for (std::int32_t i = 0; i < plan.solver.SliceCount(); ++i) {
         const Vslice slice = plan.solver.Slice(i);
-        text += "slice " + NameOf(slice.task);
-        for (const double value : {double(slice.fromPercent), double(slice.toPercent),
-                                   slice.earlyStart.Days(), slice.earlyFinish.Days(), slice.lateStart.Days(),
-                                   slice.lateFinish.Days(), slice.laborCost.ToDouble()}) {
-            Append(text, value);
-        }
-        text += "\n";
+        text += FactLine("slice " + NameOf(slice.task),
+                         {double(slice.fromPercent), double(slice.toPercent), slice.earlyStart.Days(),
+                          slice.earlyFinish.Days(), slice.lateStart.Days(), slice.lateFinish.Days(),
+                          slice.laborCost.ToDouble()});
     }
     for (const Vproject* project : SortedByKey(plan.workspace.ProjectList())) {
         for (const Vtask* task : project->TaskList()) {
-            text += "task " + NameOf(task);
-            for (const double value :
-                 {task->EarlyStart().Days(), task->EarlyFinish().Days(), task->LateStart().Days(),
-                  task->LateFinish().Days(), task->LaborCost().ToDouble(), task->MaterialCost().ToDouble()}) {
-                Append(text, value);
-            }
-            for (const Vdependency* dependency : task->DependencyList()) {
-                Append(text, dependency->DepDate().Days());
-            }
-            text += "\n";
+            text += FactLine(
+                "task " + NameOf(task),
+                {task->EarlyStart().Days(), task->EarlyFinish().Days(), task->LateStart().Days(),
+                 task->LateFinish().Days(), task->LaborCost().ToDouble(), task->MaterialCost().ToDouble()});
+            for (const Vdependency* dependency : task->DependencyList())
+                text += FactLine("dependency of " + NameOf(task), {dependency->DepDate().Days()});
         }
     }
     for (const Vtemplate* pool : SortedByKey(plan.workspace.TemplateList())) {
         for (const Vresource* resource : pool->ResourceList()) {
             text += "resource " + pool->TemplateName() + "/" + resource->Key() + "\n";
             for (const Vslot& slot : plan.solver.HeldSlots(*resource)) {
-                text += NameOf(slot.taskRequired) + " " + std::to_string(slot.slotType);
-                for (const double value :
-                     {slot.startTime.Days(), slot.endTime.Days(), slot.laborCost.ToDouble()}) {
-                    Append(text, value);
-                }
-                text += "\n";
+                text += FactLine("slot of " + NameOf(slot.taskRequired),
+                                 {double(slot.slotType), slot.startTime.Days(), slot.endTime.Days(),
+                                  slot.laborCost.ToDouble()});
             }
         }
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,7 +40,19 @@ class LoadedPlan {
 
 /// Everything that a solve leaves, one line a fact, with all digits: two solves agree exactly if the texts
 /// are equal. Projects and templates are listed by name, whatever their order in memory.
-std::string ResultText(LoadedPlan& plan);
+std::string ResultText(const LoadedPlan& plan);
+template <class List>
+auto SortedByKey(const List& list) {
+    std::vector<std::decay_t<decltype(*list.begin())>> items(list.begin(), list.end());
+    std::sort(items.begin(), items.end(), [](auto* a, auto* b) { return a->Key() < b->Key(); });
+    return items;
+}
+/// One line of it.
+std::string FactLine(const std::string& name, std::initializer_list<double> values);
+/// "Project/7"; "-" for none.
+std::string NameOf(const Vtask* task);
+/// The first line in which two such texts differ; empty: none.
+std::string FirstDifference(const std::string& is, const std::string& should);
 
 std::string ReadTextFile(const std::string& path);
 /// The files of a directory with that extension (".vta"), sorted; none if there is no such directory.

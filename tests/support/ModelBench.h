@@ -3,6 +3,9 @@
 #include <string>
 
 #include "model/Fault.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vtemplate.h"
 #include "model/Workspace.h"
 #include "support/ScriptedPlatform.h"
 

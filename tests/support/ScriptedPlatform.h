@@ -53,6 +53,7 @@ class ScriptedPlatform : public Platform {
     std::vector<std::string> solveStatuses;
     bool solveTimerArmed = false;
     int beeps = 0;
+    std::string offered;  ///< by the last input box
 
     BoxAnswer MessageBox(const std::string& text, const std::string& title, BoxIcon,
                          BoxButtons buttons) override {
@@ -67,7 +68,9 @@ class ScriptedPlatform : public Platform {
         if (onBox) onBox();
         return answer;
     }
-    InputAnswer InputBox(const std::string& prompt, const std::string& title, const std::string&) override {
+    InputAnswer InputBox(const std::string& prompt, const std::string& title,
+                         const std::string& initial) override {
+        offered = initial;
         return Take(inputs_, "input box \"" + title + "\": " + prompt);
     }
     InputAnswer SaveFileDialog(const std::string&, const std::string& suggestedName) override {

@@ -5,6 +5,12 @@
 #include <stdexcept>
 
 #include "model/Rounding.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vshift.h"
+#include "model/Vtask.h"
 
 namespace vortan {
 
@@ -333,8 +339,11 @@ double SlowSolver::FindLatestDate(const Vtask* task, int percent) {
     for (const Vdependency* dependency : task->DependencyList()) {
         if (!dependency->Include() || dependency->ToPercent() > percent) continue;
         const Vtask* required = dependency->TaskRequired();
-        const double date = required ? FindToSlice(required, dependency->FromPercent())->earlyFinish
-                                     : dependency->DepDate().Days();
+        double date = dependency->DepDate().Days();
+        if (required) {
+            date = FindToSlice(required, dependency->FromPercent())->earlyFinish;
+            depDates_[dependency] = date;
+        }
         latest = std::max(latest, date + dependency->Offset());
     }
     return latest;
@@ -430,9 +439,7 @@ void SlowSolver::SolveSomeMore(Slice* slice, const Resources& resources, std::in
     const std::int32_t rule = task->Project()->SolveRules();
     if (rule == kUnlimited) {
         for (const Vresource* resource : resources) {
-            if (!resources_[resource].interference) continue;
-            remaining -= resources_[resource].minutesLeft;
-            result.unbooked += resources_[resource].minutesLeft;
+            if (resources_[resource].interference) remaining -= resources_[resource].minutesLeft;
         }
     } else if (rule % 2 == 0) {
         ReportShortage(task, resources, weekday, stepStart);

@@ -4,10 +4,12 @@
 #include <deque>
 #include <list>
 #include <map>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
+#include "model/Money.h"
 #include "model/Workspace.h"
 
 namespace vortan {
@@ -40,7 +42,6 @@ class SlowSolver {
     struct TaskResult {
         double earlyStart = 0, earlyFinish = 0, lateStart = 0, lateFinish = 0;  ///< days
         Money laborCost, materialCost;
-        std::int32_t unbooked = 0;  ///< minutes that counted as worked without a slot
     };
     struct Problem {
         std::string message;  ///< empty: no problem
@@ -61,9 +62,12 @@ class SlowSolver {
     /// Whether the late dates were computed.
     bool Reversed() const { return reversed_; }
     const TaskResult& ResultOf(const Vtask* task) { return Result(task); }
+    /// When the pass last found a dependency's prerequisite to end, days; none if it never looked.
+    std::optional<double> DepDateOf(const Vdependency* dependency) const {
+        const auto found = depDates_.find(dependency);
+        return found == depDates_.end() ? std::nullopt : std::optional(found->second);
+    }
     std::vector<Slot> HeldSlots(const Vresource* resource) const;
-    /// Steps of a day taken by all slices together.
-    std::int64_t DaySteps() const { return daySteps_; }
 
   private:
     struct ResourceState {
@@ -127,6 +131,7 @@ class SlowSolver {
     std::unordered_map<const Vtask*, Slice*> firstSlice_;
     std::unordered_map<const Vtask*, TaskResult> results_;
     std::unordered_map<const Vresource*, ResourceState> resources_;
+    std::unordered_map<const Vdependency*, double> depDates_;
     std::list<Slice*> ready_;
     std::vector<Slice*> order_;
     Problem problem_;

@@ -1,4 +1,6 @@
 #include "shell/desk/Removal.h"
+#include "model/Vproject.h"
+#include "model/Vtemplate.h"
 
 #include <algorithm>
 

@@ -7,6 +7,8 @@
 
 #include "model/Characters.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vtemplate.h"
 #include "paint/Text.h"
 
 namespace vortan {

@@ -7,6 +7,8 @@
 #include "model/Characters.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "paint/Text.h"
 
 namespace vortan {

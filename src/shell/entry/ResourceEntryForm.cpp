@@ -5,6 +5,8 @@
 #include <functional>
 
 #include "model/KeyedList.h"
+#include "model/Vshift.h"
+#include "model/Vtemplate.h"
 #include "paint/Text.h"
 
 namespace vortan {

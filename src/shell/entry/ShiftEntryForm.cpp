@@ -6,6 +6,7 @@
 #include "model/Characters.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
+#include "model/Vtemplate.h"
 #include "paint/Text.h"
 
 namespace vortan {

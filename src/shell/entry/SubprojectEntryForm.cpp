@@ -1,5 +1,6 @@
 #include "shell/entry/SubprojectEntryForm.h"
 
+#include "model/Vproject.h"
 #include "paint/Text.h"
 
 namespace vortan {

@@ -10,6 +10,8 @@
 #include "model/Fault.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
 #include "paint/Text.h"
 
 namespace vortan {

@@ -1,6 +1,7 @@
 #include "shell/entry/TemplateEntryForm.h"
 
 #include "model/Characters.h"
+#include "model/Vshift.h"
 
 namespace vortan {
 

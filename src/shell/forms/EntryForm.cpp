@@ -10,6 +10,7 @@
 #include "model/Characters.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
 #include "paint/Text.h"
 #include "shell/desk/FormHost.h"
 

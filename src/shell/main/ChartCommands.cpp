@@ -8,6 +8,9 @@
 #include "charts/GanttForm.h"
 #include "charts/RiskForm.h"
 #include "model/NumberText.h"
+#include "model/Rounding.h"
+#include "model/ValueText.h"
+#include "model/Vproject.h"
 #include "shell/entry/ProjectEntryForm.h"
 #include "shell/main/MainForm.h"
 #include "shell/main/PreferencesForm.h"
@@ -22,7 +25,7 @@ namespace {
 /// what is no number or 0.
 std::optional<double> AskNumber(Platform& platform, const char* prompt, const char* title, double offered,
                                 const std::function<std::optional<std::string>(double)>& check) {
-    std::string text = FormatNumber(offered);
+    std::string text = PlainNumber(offered);
     for (;;) {
         const InputAnswer answer = platform.InputBox(prompt, title, text);
         const auto number = answer.given ? ParseNumber(answer.text) : std::nullopt;
@@ -90,12 +93,17 @@ void StartCrashForm(MainForm& main) {
 
 void RiskSolve(MainForm& main, bool quick) {
     Desktop& desktop = main.TheDesktop();
-    std::int32_t& iterations = main.iterative.riskIterations;
-    const auto number = AskNumber(
-        desktop.platform, "Enter the number of iterations to perform:", "Enter Number of Iterations",
-        iterations, [&](double candidate) { return desktop.iterative.CheckRisk(candidate); });
-    if (!number || !desktop.workspace.ThisProjectSolved()) return;
-    iterations = static_cast<std::int32_t>(*number);
+    // What rounds to 0 gives up as 0 does.
+    const auto check = [&desktop](double number) -> std::optional<std::string> {
+        const std::int32_t rounded = RoundToInt32(number);
+        return rounded == 0 ? std::nullopt : desktop.iterative.CheckRisk(rounded);
+    };
+    const auto answer = AskNumber(desktop.platform,
+                                  "Enter the number of iterations to perform:", "Enter Number of Iterations",
+                                  main.iterative.riskIterations, check);
+    const std::int32_t iterations = RoundToInt32(answer.value_or(0));
+    if (iterations == 0 || !desktop.workspace.ThisProjectSolved()) return;
+    main.iterative.riskIterations = iterations;
     ProgressForm progress(&main, quick ? "Quick risk solve" : "Detailed risk solve");
     const auto outcome = desktop.iterative.RiskSolve(quick, iterations, &progress);
     progress.hide();
@@ -104,11 +112,12 @@ void RiskSolve(MainForm& main, bool quick) {
 
 void CrashSolve(MainForm& main, bool quick) {
     Desktop& desktop = main.TheDesktop();
-    if (Vproject* halting = IterativeSolve::FindHaltingProject(desktop.workspace)) {
+    if (const Vproject* halting = IterativeSolve::FindHaltingProject(desktop.workspace)) {
         const BoxAnswer answer = desktop.platform.MessageBox(
             IterativeSolve::HaltRuleText(*halting) + "\r\n\r\nDo you want to change the solve rule?",
             "Halt Rule Must Be Changed", BoxIcon::Question, BoxButtons::YesNo);
-        if (answer == BoxAnswer::Yes) ProjectEntryForm::StartModify(desktop, *halting);
+        if (answer == BoxAnswer::Yes)
+            ProjectEntryForm::StartModify(desktop, *desktop.workspace.ThisProject());
         return;
     }
     double& increment = main.iterative.teamIncrement;

@@ -1,6 +1,8 @@
 // Every command of the main window: a row of the table, and what it does.
 
 #include "model/JournalCommands.h"
+#include "model/Vproject.h"
+#include "model/Vtemplate.h"
 #include "shell/desk/CommonDialogs.h"
 #include "shell/desk/Removal.h"
 #include "shell/entry/ProjectEntryForm.h"

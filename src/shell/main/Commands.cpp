@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <set>
 
+#include "model/Vproject.h"
+#include "model/Vtemplate.h"
 #include "paint/Text.h"
 #include "shell/desk/Icons.h"
 #include "shell/main/MainForm.h"

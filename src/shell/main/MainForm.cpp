@@ -5,6 +5,8 @@
 #include <QSplitter>
 
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vtemplate.h"
 #include "paint/Text.h"
 #include "shell/desk/Icons.h"
 #include "shell/main/OutputCommands.h"

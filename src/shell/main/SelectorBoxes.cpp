@@ -4,6 +4,8 @@
 #include <QWheelEvent>
 
 #include "model/JournalCommands.h"
+#include "model/Vproject.h"
+#include "model/Vtemplate.h"
 #include "paint/Text.h"
 
 namespace vortan {

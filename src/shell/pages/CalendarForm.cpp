@@ -8,6 +8,7 @@
 
 #include "charts/TimeScale.h"
 #include "charts/ZoomTable.h"
+#include "model/Vtemplate.h"
 #include "paint/ScreenColor.h"
 #include "paint/Text.h"
 #include "shell/desk/CommonDialogs.h"

@@ -4,6 +4,7 @@
 
 #include "model/NumberText.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
 #include "paint/Text.h"
 
 namespace vortan {

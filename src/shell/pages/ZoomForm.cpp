@@ -2,6 +2,8 @@
 
 #include "charts/ZoomTable.h"
 #include "model/ValueText.h"
+#include "model/Vresource.h"
+#include "model/Vtemplate.h"
 #include "paint/Text.h"
 
 namespace vortan {

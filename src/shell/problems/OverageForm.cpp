@@ -4,6 +4,10 @@
 
 #include "charts/ZoomTable.h"
 #include "model/ValueText.h"
+#include "model/Vassignment.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtemplate.h"
 #include "paint/Text.h"
 #include "shell/entry/AssignmentEntryForm.h"
 #include "shell/entry/ProjectEntryForm.h"

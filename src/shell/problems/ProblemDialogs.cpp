@@ -3,6 +3,10 @@
 #include <algorithm>
 
 #include "model/ValueText.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "shell/entry/TaskEntryForm.h"
 #include "shell/problems/OverageForm.h"
 #include "shell/trees/ProjectTreeForm.h"

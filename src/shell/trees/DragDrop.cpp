@@ -4,6 +4,10 @@
 #include <QCursor>
 #include <algorithm>
 
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
 #include "paint/Text.h"
 #include "shell/trees/NodeView.h"
 #include "shell/trees/ProjectTreeForm.h"

@@ -4,6 +4,10 @@
 
 #include "model/Characters.h"
 #include "model/Fault.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "paint/Text.h"
 #include "shell/desk/FormHost.h"
 #include "shell/desk/Removal.h"

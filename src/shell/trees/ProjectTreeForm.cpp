@@ -2,6 +2,10 @@
 
 #include <algorithm>
 
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "shell/desk/CommonDialogs.h"
 #include "shell/trees/NodeView.h"
 #include "shell/trees/Trees.h"

@@ -2,6 +2,13 @@
 
 #include <functional>
 
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
+
 namespace vortan {
 namespace {
 

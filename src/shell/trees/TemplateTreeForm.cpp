@@ -2,6 +2,9 @@
 
 #include <unordered_map>
 
+#include "model/Vresource.h"
+#include "model/Vshift.h"
+#include "model/Vtemplate.h"
 #include "shell/desk/CommonDialogs.h"
 #include "shell/trees/NodeView.h"
 

@@ -3,6 +3,13 @@
 #include <charconv>
 
 #include "model/Fault.h"
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vshift.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "shell/desk/FormHost.h"
 #include "shell/trees/DragDrop.h"
 #include "shell/trees/NodeCommands.h"

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/Vresource.h"
+#include "model/Vtemplate.h"
 #include "shell/Shell.h"
 
 namespace vortan {

@@ -1,6 +1,7 @@
 #include <sstream>
 
 #include "model/ValueText.h"
+#include "model/Vshift.h"
 #include "shell/trees/TreeBench.h"
 
 namespace vortan {

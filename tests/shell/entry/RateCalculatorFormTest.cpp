@@ -1,3 +1,5 @@
+#include "model/Vresource.h"
+#include "model/Vtemplate.h"
 #include "shell/entry/FormBench.h"
 #include "shell/entry/ResourceEntryForm.h"
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "shell/Shell.h"
 
 namespace vortan {

@@ -2,6 +2,8 @@
 #include <QInputDialog>
 
 #include "model/Fault.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "persist/PackedText.h"
 #include "shell/Shell.h"
 #include "shell/desk/CommonDialogs.h"

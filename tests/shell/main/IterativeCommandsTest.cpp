@@ -1,6 +1,7 @@
 #include <QProgressBar>
 #include <QRadioButton>
 
+#include "model/Vproject.h"
 #include "shell/Shell.h"
 #include "shell/pages/ChartPage.h"
 #include "shell/widgets/ProgressForm.h"
@@ -56,10 +57,12 @@ TEST_F(IterativeCommandsTest, ARiskSolveEndsInItsCurve) {
 }
 
 TEST_F(IterativeCommandsTest, AnswersThatAreNoNumberStop) {
-    for (const char* answer : {"", "0", "many"}) Answer("IterativeQuickRiskSolveMenu", {answer});
+    for (const char* answer : {"", "0", "0.5", "many"}) Answer("IterativeQuickRiskSolveMenu", {answer});
     shell.platform.ExpectBox("Invalid Number", BoxAnswer::Ok);
     shell.platform.ExpectBox("Invalid Number", BoxAnswer::Ok);
     Answer("IterativeQuickRiskSolveMenu", {"2000000", "-3", ""});
+    Answer("IterativeQuickCrashSolveMenu", {"0"});
+    EXPECT_EQ(shell.platform.offered, "0.25");
     shell.platform.ExpectBox("Invalid Number", BoxAnswer::Ok, "from 0.1 to 1.0");
     Answer("IterativeQuickCrashSolveMenu", {"2", "0"});
     EXPECT_EQ(Page(), "");
@@ -94,9 +97,22 @@ TEST_F(IterativeCommandsTest, AHaltingRuleIsToBeChangedFirst) {
     shell.platform.ExpectBox("Halt Rule Must Be Changed", BoxAnswer::No, question);
     shell.Choose("IterativeDetailedCrashSolveMenu");
     EXPECT_FALSE(shell.IsOpen("ProjectEntryForm"));
-    shell.platform.ExpectBox("Halt Rule Must Be Changed", BoxAnswer::Yes, question);
+    // The form is that of the active project, whatever project was named.
+    workspace.ThisProject()->SetSolveRules(kNormalExtend);
+    workspace.FindOrCreateProject("Other")->SetSolveRules(kDayHalt);
+    shell.platform.ExpectBox("Halt Rule Must Be Changed", BoxAnswer::Yes, "The project Other");
     shell.Choose("IterativeDetailedCrashSolveMenu");
-    EXPECT_TRUE(shell.IsOpen("ProjectEntryForm"));
+    ASSERT_TRUE(shell.IsOpen("ProjectEntryForm"));
+    EXPECT_EQ(shell.Dialog().findChild<QLineEdit*>("ProjectNameText")->text(), "House");
+}
+
+/// Halves go to the even number.
+TEST_F(IterativeCommandsTest, IterationsAreRounded) {
+    for (const auto& [answer, runs] : {std::pair{"0.6", 1u}, {"2.7", 3u}, {"2.5", 2u}}) {
+        Answer("IterativeQuickRiskSolveMenu", {answer});
+        EXPECT_EQ(Results().riskDates.size(), runs + 1) << answer;
+        shell.Solve();
+    }
 }
 
 TEST_F(IterativeCommandsTest, CancelLeavesEverythingAsItWas) {

@@ -5,6 +5,10 @@
 #include <iterator>
 
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "paint/Text.h"
 #include "shell/main/App.h"
 #include "shell/trees/NodeView.h"

@@ -4,6 +4,8 @@
 #include <random>
 
 #include "model/Fault.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "paint/ChartPainter.h"
 #include "paint/Pictures.h"
 #include "shell/Shell.h"

@@ -1,3 +1,4 @@
+#include "model/Vassignment.h"
 #include "shell/problems/OverageForm.h"
 
 #include <QComboBox>

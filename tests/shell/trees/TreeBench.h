@@ -3,6 +3,12 @@
 #include <QAbstractItemModelTester>
 #include <string>
 
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "shell/Shell.h"
 #include "shell/trees/DragDrop.h"
 #include "shell/trees/NodeCommands.h"
