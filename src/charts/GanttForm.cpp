@@ -35,33 +35,11 @@ ChartForm::OptionsFrame GanttForm::Frame() {
               }}}};
 }
 
-void GanttForm::ReadOptions() {
-    options_.taskLeader = settings_.SettingIsOn("ListTaskLeaderCheck");
-    options_.allDeps = settings_.SettingIsOn("ListAllDepsCheck");
-    options_.sortByDate = settings_.SettingIsOn("SortByDateCheck");
-    options_.milestones = settings_.SettingIsOn("MilestoneOption");
-    options_.markers = settings_.SettingIsOn("ShowMarkersCheck");
-    options_.criticalRed = settings_.SettingIsOn("CriticalPathRedCheck");
-    options_.adjustColors = settings_.SettingIsOn("AdjustColorsCheck");
-    const auto letter = [this](const char* setting) { return settings_.SettingLetter(setting); };
-    const std::string subprojects = letter("SubprojectDisplayCombo");
-    options_.subprojects = subprojects == "T"   ? Subprojects::Flat
-                           : subprojects == "A" ? Subprojects::All
-                                                : Subprojects::OneLevel;
-    const std::string arrows = letter("DependencyArrowsCombo");
-    options_.arrows = arrows == "C" ? Arrows::Control : arrows == "A" ? Arrows::All : Arrows::None;
-    const std::string dates = letter("DateDependencyCombo");
-    options_.dateDeps = dates == "L"   ? DateDeps::LineToTop
-                        : dates == "S" ? DateDeps::ShortArrow
-                        : dates == "T" ? DateDeps::Triangle
-                                       : DateDeps::Hidden;
-}
-
 void GanttForm::LayOut() {
     const Section section("Gantt:Vwindow_RedoLayout");
     workspace_.ThePlatform().StatusMessage("Building GANTT chart");
-    ReadOptions();
-    vwindow_.WrapText = settings_.SettingIsOn("WrapTextCheck");
+    options_ = settings_.ThePreferences();
+    vwindow_.WrapText = options_.wrapText;
     vwindow_.ClearLayout();
     vwindow_.AddColumn("Task", Alignment::Left);
     vwindow_.AddColumn("Dependencies", Alignment::Left);

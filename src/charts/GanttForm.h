@@ -46,17 +46,6 @@ class GanttForm : public ChartForm {
     bool CheckOrder(const Vtask& a, const Vtask& b) const;
 
   private:
-    enum class Subprojects { OneLevel, All, Flat };  ///< which tasks have a row; flat: no subprojects
-    enum class Arrows { None, Control, All };
-    enum class DateDeps { LineToTop, ShortArrow, Triangle, Hidden };
-    /// The user's choices, as they were when the layout began.
-    struct Options {
-        bool taskLeader = false, allDeps = false, sortByDate = false, milestones = false, markers = false,
-             criticalRed = false, adjustColors = false;
-        Subprojects subprojects = Subprojects::OneLevel;
-        Arrows arrows = Arrows::Control;
-        DateDeps dateDeps = DateDeps::LineToTop;
-    };
     /// A bar's place on the surface.
     struct Bar {
         int x1, x2, y1, y2;
@@ -67,7 +56,6 @@ class GanttForm : public ChartForm {
 
     void LayOut() override;
     void Draw() override;
-    void ReadOptions();
 
     // Rows
     /// Below `within`, the projects that hold this one.
@@ -107,7 +95,7 @@ class GanttForm : public ChartForm {
     Workspace& workspace_;
     Settings& settings_;
     DateTime startDate_, endDate_;
-    Options options_;
+    Preferences options_;                                          ///< as they were when the layout began
     Tasks taskCol_;                                                ///< in chart order, hidden ones too
     std::unordered_map<const Vtask*, int> rowList_;                ///< the first row of tasks that have one
     std::vector<Link<const Vtask>> rowTasks_;                      ///< the task of row 1, 2 ...

@@ -1,10 +1,10 @@
 #include "cli/ChartFile.h"
 
 #include <QGuiApplication>
-#include <cctype>
 #include <ostream>
 
 #include "charts/PageCuts.h"
+#include "model/Characters.h"
 #include "model/Fault.h"
 #include "paint/Pictures.h"
 #include "paint/Printout.h"
@@ -16,11 +16,9 @@ namespace {
 enum class Output { Svg, Png, Pdf };
 
 Output OutputOf(const std::string& fileName) {
-    std::string ending = fileName.substr(fileName.size() < 4 ? 0 : fileName.size() - 4);
-    for (char& c : ending) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    if (ending == ".svg") return Output::Svg;
-    if (ending == ".png") return Output::Png;
-    if (ending == ".pdf") return Output::Pdf;
+    if (EndsWithText(fileName, ".svg")) return Output::Svg;
+    if (EndsWithText(fileName, ".png")) return Output::Png;
+    if (EndsWithText(fileName, ".pdf")) return Output::Pdf;
     throw CliError("The chart cannot be written to \"" + fileName +
                    "\". Its name must end in .svg, .png or .pdf.");
 }
@@ -53,8 +51,7 @@ void RequireChartFile(const std::string& fileName) {
     OutputOf(fileName);
 }
 
-void WriteChart(CliSession& session, const std::string& fileName, const std::string& formName, bool fit,
-                const ChartMaker& make) {
+void WriteChart(CliSession& session, const std::string& fileName, const ChartKind& kind, bool fit) {
     const auto toolkit = StartToolkit();
     Settings settings(session.platform);
     try {
@@ -62,8 +59,8 @@ void WriteChart(CliSession& session, const std::string& fileName, const std::str
     } catch (const Fault& fault) {
         session.streams.err << "Warning: " << fault.Description() << "\n";
     }
-    const QtTextMetrics metrics(ToFont(settings.FontOf(formName)));
-    const auto chart = make(settings, metrics);
+    const QtTextMetrics metrics(ToFont(settings.FontOf(kind.form)));
+    const auto chart = kind.make({session.workspace, settings, session.iterative.Results(), metrics});
     chart->TheVwindow().SetPage(PageOf(DefaultPageLayout()));
     chart->Start();
     const ShownSurface shown{chart->TheVwindow(), metrics, chart->Caption()};

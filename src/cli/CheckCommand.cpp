@@ -1,18 +1,23 @@
 #include <ostream>
 
-#include "cli/Commands.h"
+#include "cli/Command.h"
+#include "cli/Session.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
 #include "model/Vresource.h"
 #include "model/Vtask.h"
 #include "model/Vtemplate.h"
-#include "persist/Vfile.h"
+#include "persist/PlanFile.h"
 #include "solve/ProblemText.h"
 
 namespace vortan {
 
 namespace {
+
+struct CheckOptions {
+    std::string file;
+};
 
 std::string Count(int count, const std::string& what) {
     const bool plural = count != 1;
@@ -69,24 +74,18 @@ void PrintStubs(const CliSession& session) {
     }
 }
 
-}  // namespace
-
-int CheckCommand(CliSession& session, const std::string& file) {
-    const FileType type = FileTypeOf(file);
-    if (type != FileType::Bundle && type != FileType::Ascii) {
-        throw CliError("The file \"" + file +
-                       "\" does not have a recognized type. Plan files end in .vta or .vtb.");
-    }
-    FileText content;
-    if (!ReadFileText(session.platform, file, content)) throw CliError("");
-    LoadReport report;
-    std::string damage;
+int Run(CliSession& session, const CheckOptions& options) {
+    const std::string& file = options.file;
+    using Damage = PlanLoad::Damage;
+    RequirePlanFile(file);
+    PlanLoad load;
+    std::string fault;
     try {
-        TokenReader reader(content.text, file, content.packed);
-        LoadRecords(session.workspace, reader, report);
-    } catch (const Fault& fault) {
-        damage = fault.Description();
+        if (!LoadPlan(session.workspace, file, load)) throw CliError("");
+    } catch (const Fault& found) {
+        fault = found.Description();
     }
+    const LoadReport& report = load.report;
     std::ostream& out = session.streams.out;
     PrintContent(session, report);
     PrintStubs(session);
@@ -94,16 +93,26 @@ int CheckCommand(CliSession& session, const std::string& file) {
     if (report.lineBehindBlank > 0) {
         out << "Text behind a blank line is not read: line " << report.lineBehindBlank << "\n";
     }
-    bool damaged = !damage.empty();
-    if (content.packed) {
-        damaged = damaged || !content.suffixFound || !content.crcMatches;
-        out << (!content.suffixFound ? "The packed file was cut off before its end.\n"
-                : content.crcMatches ? "The check sum matches.\n"
-                                     : "The check sum does not match.\n");
+    if (load.packed) {
+        out << (load.damage == Damage::CutOff     ? "The packed file was cut off before its end.\n"
+                : load.damage == Damage::CheckSum ? "The check sum does not match.\n"
+                                                  : "The check sum matches.\n");
     }
-    if (!damage.empty()) out << damage << "\n";
-    out << (damaged ? "Damaged\n" : "No damage found\n");
-    return damaged ? kExitUsage : kExitDone;
+    if (!fault.empty()) out << fault << "\n";
+    if (fault.empty() && load.damage == Damage::None) {
+        out << "No damage found\n";
+        return kExitDone;
+    }
+    out << (report.newer && load.damage == Damage::None ? "Written by a newer version\n" : "Damaged\n");
+    return kExitUsage;
+}
+
+}  // namespace
+
+Command CheckCommand() {
+    return MakeCommand<CheckOptions>(
+        "check", "Read a file and tell what is in it and whether it is damaged",
+        [](CheckOptions& o) -> std::vector<Option> { return {PlanFileOption(o.file)}; }, Run);
 }
 
 }  // namespace vortan

@@ -1,11 +1,12 @@
 #include "cli/Cli.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <functional>
 #include <ostream>
+#include <variant>
 
-#include "cli/Commands.h"
+#include "cli/Command.h"
+#include "cli/Session.h"
 #include "model/ErrTrap.h"
 #include "model/ValueText.h"
 
@@ -19,14 +20,9 @@ class CommandLine {
     CommandLine() {
         app_.require_subcommand(1);
         app_.set_version_flag("--version", GetAppVersion());
-        AddSolve();
-        AddConvert();
-        AddCheck();
-        AddJournal();
-        AddWhy();
-        AddRisk();
-        AddCrash();
-        AddChart();
+        for (const Command& command : {SolveCommand(), ConvertCommand(), CheckCommand(), JournalCommand(),
+                                       WhyCommand(), RiskCommand(), CrashCommand(), ChartCommand()})
+            Add(app_, command);
     }
 
     CLI::App& App() { return app_; }
@@ -40,111 +36,28 @@ class CommandLine {
     }
 
   private:
-    CLI::App* Command(const char* name, const char* description, std::function<int(CliSession&)> run) {
-        CLI::App* command = app_.add_subcommand(name, description);
-        command->callback([this, run = std::move(run)] { run_ = run; });
-        return command;
+    void Add(CLI::App& parent, const Command& command) {
+        CLI::App* added = parent.add_subcommand(command.name, command.description);
+        for (const Option& option : command.options) AddOption(*added, option);
+        for (const Command& kind : command.kinds) Add(*added, kind);
+        if (command.kinds.empty()) {
+            added->callback([this, run = command.run] { run_ = run; });
+        } else {
+            added->require_subcommand(1);
+        }
     }
-
-    void AddSolve() {
-        auto* command = Command("solve", "Solve plans and print their schedules",
-                                [this](CliSession& session) { return SolveCommand(session, solve_); });
-        command
-            ->add_option("FILE", solve_.files, "Plan files (.vta, .vtb), read in this order into one memory")
-            ->required()
-            ->type_name("");
-        command->add_flag("--json", solve_.json, "Print the result as one JSON object");
-        command->add_option("--save", solve_.save, "Write the solved plan to this file")->type_name("OUT");
-        command->add_option("--journal", solve_.journal, "Solve the journal of this date")->type_name("DATE");
-        command->add_option("--project", solve_.project, "The active project; the first one if not given")
-            ->type_name("NAME");
-    }
-    void AddConvert() {
-        auto* command =
-            Command("convert", "Convert between plain (.vta) and packed (.vtb) files, content unchanged",
-                    [this](CliSession& session) { return ConvertCommand(session, from_, to_); });
-        command->add_option("IN", from_, "File to read")->required()->type_name("");
-        command->add_option("OUT", to_, "File to write")->required()->type_name("");
-    }
-    void AddCheck() {
-        auto* command = Command("check", "Read a file and tell what is in it and whether it is damaged",
-                                [this](CliSession& session) { return CheckCommand(session, check_); });
-        command->add_option("FILE", check_, "Plan file")->required()->type_name("");
-    }
-    void AddJournal() {
-        auto* command = Command("journal", "List the journals of a plan, add one, set the plan, activate one",
-                                [this](CliSession& session) { return JournalCommand(session, journal_); });
-        command->add_option("FILE", journal_.file, "Plan file")->required()->type_name("");
-        command->add_option("--add", journal_.add, "Add a journal of this date and activate it")
-            ->type_name("DATE");
-        command->add_option("--plan", journal_.plan, "Make the journal of this date the plan")
-            ->type_name("DATE");
-        command->add_option("--activate", journal_.activate, "Activate the journal of this date")
-            ->type_name("DATE");
-        command->add_option("--project", journal_.project, "The active project; the first one if not given")
-            ->type_name("NAME");
-        command->add_option("--save", journal_.save, "Write the changed plan to this file")->type_name("OUT");
-    }
-    void AddWhy() {
-        auto* command = Command("why", "Explain in plain words why a task lies where it does",
-                                [this](CliSession& session) { return WhyCommand(session, why_); });
-        command->add_option("FILE", why_.file, "Plan file")->required()->type_name("");
-        command->add_option("--task", why_.task, "Number of the task")->required()->type_name("N");
-        command->add_option("--project", why_.project, "Its project; the first one if not given")
-            ->type_name("NAME");
-        command->add_flag("--json", why_.json, "Print the result as one JSON object");
-    }
-    void AddChart() {
-        auto* chart = app_.add_subcommand("chart", "Solve a plan and draw a chart of it");
-        chart->require_subcommand(1);
-        auto* gantt =
-            chart->add_subcommand("gantt", "The Mechanized Gantt chart, with the user's preferences");
-        gantt->callback(
-            [this] { run_ = [this](CliSession& session) { return ChartCommand(session, chart_); }; });
-        gantt->add_option("FILE", chart_.file, "Plan file")->required()->type_name("");
-        gantt
-            ->add_option("-o,--output", chart_.out,
-                         "File to write: .svg and .png are one picture, a .pdf has pages with headings")
-            ->required()
-            ->type_name("OUT");
-        gantt->add_flag("--fit", chart_.fit, "Reduce a .pdf to one page");
-        gantt->add_option("--journal", chart_.journal, "Show the journal of this date")->type_name("DATE");
-        gantt->add_option("--project", chart_.project, "The project to show; the first one if not given")
-            ->type_name("NAME");
-    }
-
-    void AddRisk() {
-        auto* command = Command("risk", "Repeat a plan with other estimates: how finish and cost spread",
-                                [this](CliSession& session) { return RiskCommand(session, risk_); });
-        AddIterative(command, risk_);
-        command->add_flag(
-            "--detailed", risk_.detailed,
-            "Solve each iteration with resources and calendars, instead of scaling one solution");
-        command->add_option("-n,--iterations", risk_.iterations, "Number of iterations; 100 if not given")
-            ->type_name("N");
-        command->add_option("--seed", risk_.seed, "Start of the random numbers; 0 if not given")
-            ->type_name("S");
-    }
-    void AddCrash() {
-        auto* command =
-            Command("crash", "Buy time with larger teams, step by step: the curve of finish and cost",
-                    [this](CliSession& session) { return CrashCommand(session, crash_); });
-        AddIterative(command, crash_);
-        command->add_flag("--detailed", crash_.detailed,
-                          "Solve each step with resources and calendars, instead of scaling one solution");
-        command
-            ->add_option("--increment", crash_.increment,
-                         "What a team grows by in a step, 0.1 to 1.0; 0.25 if not given")
-            ->type_name("X");
-    }
-    template <class Options>
-    static void AddIterative(CLI::App* command, Options& options) {
-        command->add_option("FILE", options.file, "Plan file")->required()->type_name("");
-        command->add_option("--project", options.project, "The active project; the first one if not given")
-            ->type_name("NAME");
-        command->add_flag("--json", options.json, "Print the result as one JSON object");
-        command->add_option("-o,--output", options.plot, "Draw the curve into this .svg, .png or .pdf")
-            ->type_name("PLOT");
+    static void AddOption(CLI::App& command, const Option& option) {
+        if (auto* const* flag = std::get_if<bool*>(&option.target)) {
+            command.add_flag(option.names, **flag, option.help);
+            return;
+        }
+        std::visit(
+            [&](auto* target) {
+                command.add_option(option.names, *target, option.help)
+                    ->required(option.required)
+                    ->type_name(option.value);
+            },
+            option.target);
     }
 
     CLI::App app_{
@@ -153,13 +66,6 @@ class CommandLine {
         "or written, 3 internal fault.",
         "vortan-cli"};
     std::function<int(CliSession&)> run_;
-    SolveOptions solve_;
-    std::string from_, to_, check_;
-    JournalOptions journal_;
-    WhyOptions why_;
-    RiskOptions risk_;
-    CrashOptions crash_;
-    ChartOptions chart_;
 };
 
 }  // namespace

@@ -1,25 +1,36 @@
-#include "cli/Commands.h"
+#include "cli/Command.h"
+#include "cli/Session.h"
 #include "persist/Vfile.h"
 
 namespace vortan {
 
-int ConvertCommand(CliSession& session, const std::string& from, const std::string& to) {
-    for (const std::string& name : {from, to}) {
-        const FileType type = FileTypeOf(name);
-        if (type != FileType::Bundle && type != FileType::Ascii) {
-            throw CliError("The file \"" + name +
-                           "\" does not have a recognized type. Plan files end in .vta or .vtb.");
-        }
-    }
+namespace {
+
+struct ConvertOptions {
+    std::string from, to;
+};
+
+int Run(CliSession& session, const ConvertOptions& options) {
+    const auto& [from, to] = options;
+    for (const std::string& name : {from, to}) RequirePlanFile(name);
     FileText file;
     if (!ReadFileText(session.platform, from, file)) throw CliError("");
     if (file.packed && (!file.suffixFound || !file.crcMatches)) {
-        throw CliError(from + " is damaged: " +
-                       (file.suffixFound ? "its check sum does not match" : "it was cut off before its end") +
-                       ". Nothing was converted.");
+        throw CliError(from + " is damaged: " + DamageText(!file.suffixFound) + ". Nothing was converted.");
     }
     if (!WriteFileText(session.platform, to, file.text)) throw CliError("");
     return kExitDone;
+}
+
+}  // namespace
+
+Command ConvertCommand() {
+    return MakeCommand<ConvertOptions>(
+        "convert", "Convert between plain (.vta) and packed (.vtb) files, content unchanged",
+        [](ConvertOptions& o) -> std::vector<Option> {
+            return {{"IN", &o.from, "File to read", "", true}, {"OUT", &o.to, "File to write", "", true}};
+        },
+        Run);
 }
 
 }  // namespace vortan

@@ -1,9 +1,9 @@
 #include <ostream>
 
-#include "charts/CrashForm.h"
 #include "cli/ChartFile.h"
-#include "cli/Commands.h"
-#include "cli/SolveJson.h"
+#include "cli/Command.h"
+#include "cli/JsonWriter.h"
+#include "cli/Session.h"
 #include "cli/TextTable.h"
 #include "model/NumberText.h"
 #include "model/Rounding.h"
@@ -15,22 +15,34 @@ namespace vortan {
 
 namespace {
 
+struct CrashOptions {
+    std::string file, project, plot;
+    bool detailed = false, json = false;
+    double increment = IterativeSolve::kUsualIncrement;
+};
+
+void WriteStep(JsonWriter& json, const Vcrash& step) {
+    const Vtask* task = step.task.Get();
+    json.Object([&] {
+        json.MemberIf(task, "project", task ? task->Project()->ProjectName() : "");
+        json.MemberIf(task, "task", task ? task->TaskID() : 0);
+        json.MemberIf(task, "from", step.fromPercent);
+        json.MemberIf(task, "to", step.toPercent);
+        // The digits of the multiplier as it was typed, not those of its float.
+        json.MemberIf(task, "multiplier", ScanNumber(FormatNumber(step.multiplier)));
+        json.Member("endDate", step.endDate);
+        json.Member("totalCost", step.totalCost);
+    });
+}
+
 std::string CrashJson(const std::vector<Vcrash>& steps) {
-    std::string out = R"({"steps":[)";
-    for (const Vcrash& step : steps) {
-        if (&step != &steps.front()) out += ',';
-        if (const Vtask* task = step.task.Get()) {
-            out += R"({"project":)" + JsonText(task->Project()->ProjectName()) + R"(,"task":)" +
-                   std::to_string(task->TaskID()) + R"(,"from":)" + std::to_string(step.fromPercent) +
-                   R"(,"to":)" + std::to_string(step.toPercent) + R"(,"multiplier":)" +
-                   JsonNumber(ScanNumber(FormatNumber(step.multiplier)));
-        } else {
-            out += R"({"project":null,"task":null,"from":null,"to":null,"multiplier":null)";
-        }
-        out += R"(,"endDate":)" + JsonNumber(step.endDate.Days()) + R"(,"totalCost":)" +
-               JsonMoney(step.totalCost) + "}";
-    }
-    return out + "]}\n";
+    JsonWriter json;
+    json.Object([&] {
+        json.ArrayMember("steps", [&] {
+            for (const Vcrash& step : steps) WriteStep(json, step);
+        });
+    });
+    return json.Line();
 }
 
 /// To three places: steps of 0.1 add up to 1.3000001.
@@ -70,9 +82,7 @@ std::string CrashTable(CliSession& session, bool quick) {
     return text;
 }
 
-}  // namespace
-
-int CrashCommand(CliSession& session, const CrashOptions& options) {
+int Run(CliSession& session, const CrashOptions& options) {
     if (!options.plot.empty()) RequireChartFile(options.plot);
     session.Load(options.file);
     session.SelectProject(options.project);
@@ -82,11 +92,26 @@ int CrashCommand(CliSession& session, const CrashOptions& options) {
     if (!outcome.done) throw CliError(WrapText(outcome.message, session.streams.width), kExitHalted);
     session.streams.out << (options.json ? CrashJson(session.iterative.Results().crashList)
                                          : CrashTable(session, !options.detailed));
-    if (options.plot.empty()) return kExitDone;
-    WriteChart(session, options.plot, "CrashForm", true, [&](Settings&, const TextMetrics& metrics) {
-        return std::make_unique<CrashForm>(session.workspace, session.iterative.Results().crashList, metrics);
-    });
+    if (!options.plot.empty()) WriteChart(session, options.plot, ChartKindOf("crash"), true);
     return kExitDone;
+}
+
+}  // namespace
+
+Command CrashCommand() {
+    return MakeCommand<CrashOptions>(
+        "crash", "Buy time with larger teams, step by step: the curve of finish and cost",
+        [](CrashOptions& o) -> std::vector<Option> {
+            return {PlanFileOption(o.file),
+                    ProjectOption(o.project),
+                    JsonOption(o.json),
+                    PlotOption(o.plot),
+                    {"--detailed", &o.detailed,
+                     "Solve each step with resources and calendars, instead of scaling one solution"},
+                    {"--increment", &o.increment,
+                     "What a team grows by in a step, 0.1 to 1.0; 0.25 if not given", "X"}};
+        },
+        Run);
 }
 
 }  // namespace vortan

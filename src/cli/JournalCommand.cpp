@@ -1,6 +1,7 @@
 #include <ostream>
 
-#include "cli/Commands.h"
+#include "cli/Command.h"
+#include "cli/Session.h"
 #include "model/JournalCommands.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
@@ -9,6 +10,10 @@
 namespace vortan {
 
 namespace {
+
+struct JournalOptions {
+    std::string file, project, add, activate, plan, save;
+};
 
 void PrintJournals(const CliSession& session) {
     for (const Vproject* project : session.workspace.ProjectList()) {
@@ -26,9 +31,7 @@ void PrintJournals(const CliSession& session) {
     }
 }
 
-}  // namespace
-
-int JournalCommand(CliSession& session, const JournalOptions& options) {
+int Run(CliSession& session, const JournalOptions& options) {
     session.Load(options.file);
     session.SelectProject(options.project);
     Workspace& workspace = session.workspace;
@@ -59,6 +62,22 @@ int JournalCommand(CliSession& session, const JournalOptions& options) {
     PrintJournals(session);
     if (!options.save.empty()) session.Save(options.save);
     return kExitDone;
+}
+
+}  // namespace
+
+Command JournalCommand() {
+    return MakeCommand<JournalOptions>(
+        "journal", "List the journals of a plan, add one, set the plan, activate one",
+        [](JournalOptions& o) -> std::vector<Option> {
+            return {PlanFileOption(o.file),
+                    {"--add", &o.add, "Add a journal of this date and activate it", "DATE"},
+                    {"--plan", &o.plan, "Make the journal of this date the plan", "DATE"},
+                    {"--activate", &o.activate, "Activate the journal of this date", "DATE"},
+                    ProjectOption(o.project),
+                    {"--save", &o.save, "Write the changed plan to this file", "OUT"}};
+        },
+        Run);
 }
 
 }  // namespace vortan

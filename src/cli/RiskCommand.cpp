@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <ostream>
 
-#include "charts/RiskForm.h"
 #include "cli/ChartFile.h"
-#include "cli/Commands.h"
-#include "cli/SolveJson.h"
+#include "cli/Command.h"
+#include "cli/JsonWriter.h"
+#include "cli/Session.h"
 #include "cli/TextTable.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
@@ -13,18 +13,32 @@ namespace vortan {
 
 namespace {
 
-std::string ResultJson(DateTime date, Money cost) {
-    return R"({"date":)" + JsonNumber(date.Days()) + R"(,"cost":)" + JsonMoney(cost) + "}";
+struct RiskOptions {
+    std::string file, project, plot;
+    bool detailed = false, json = false;
+    double iterations = IterativeSolve::kUsualIterations;
+    std::uint64_t seed = 0;
+};
+
+void WriteResult(JsonWriter& json, DateTime date, Money cost) {
+    json.Object([&] {
+        json.Member("date", date);
+        json.Member("cost", cost);
+    });
 }
 
 std::string RiskJson(const IterativeResults& results) {
-    std::string out = R"({"iterations":)" + std::to_string(results.riskIterations) + R"(,"mostLikely":)" +
-                      ResultJson(results.riskDates[0], results.riskCosts[0]) + R"(,"results":[)";
-    for (std::size_t i = 1; i < results.riskDates.size(); ++i) {
-        if (i > 1) out += ',';
-        out += ResultJson(results.riskDates[i], results.riskCosts[i]);
-    }
-    return out + "]}\n";
+    JsonWriter json;
+    json.Object([&] {
+        json.Member("iterations", results.riskIterations);
+        json.Name("mostLikely");
+        WriteResult(json, results.riskDates[0], results.riskCosts[0]);
+        json.ArrayMember("results", [&] {
+            for (std::size_t i = 1; i < results.riskDates.size(); ++i)
+                WriteResult(json, results.riskDates[i], results.riskCosts[i]);
+        });
+    });
+    return json.Line();
 }
 
 /// What so many percent of the runs did not exceed; element 0 of the rows is not one of them.
@@ -60,9 +74,7 @@ std::string RiskTable(CliSession& session, bool quick) {
            "\n\n" + table.Print(width);
 }
 
-}  // namespace
-
-int RiskCommand(CliSession& session, const RiskOptions& options) {
+int Run(CliSession& session, const RiskOptions& options) {
     if (!options.plot.empty()) RequireChartFile(options.plot);
     session.Load(options.file);
     session.SelectProject(options.project);
@@ -74,11 +86,26 @@ int RiskCommand(CliSession& session, const RiskOptions& options) {
     if (!outcome.done) throw CliError(WrapText(outcome.message, session.streams.width), kExitHalted);
     session.streams.out << (options.json ? RiskJson(session.iterative.Results())
                                          : RiskTable(session, !options.detailed));
-    if (options.plot.empty()) return kExitDone;
-    WriteChart(session, options.plot, "RiskForm", true, [&](Settings&, const TextMetrics& metrics) {
-        return std::make_unique<RiskForm>(session.workspace, session.iterative.Results(), Money(), metrics);
-    });
+    if (!options.plot.empty()) WriteChart(session, options.plot, ChartKindOf("risk"), true);
     return kExitDone;
+}
+
+}  // namespace
+
+Command RiskCommand() {
+    return MakeCommand<RiskOptions>(
+        "risk", "Repeat a plan with other estimates: how finish and cost spread",
+        [](RiskOptions& o) -> std::vector<Option> {
+            return {PlanFileOption(o.file),
+                    ProjectOption(o.project),
+                    JsonOption(o.json),
+                    PlotOption(o.plot),
+                    {"--detailed", &o.detailed,
+                     "Solve each iteration with resources and calendars, instead of scaling one solution"},
+                    {"-n,--iterations", &o.iterations, "Number of iterations; 100 if not given", "N"},
+                    {"--seed", &o.seed, "Start of the random numbers; 0 if not given", "S"}};
+        },
+        Run);
 }
 
 }  // namespace vortan

@@ -1,45 +1,42 @@
-#include "cli/Commands.h"
+#include "cli/Session.h"
 #include "cli/TextTable.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
 #include "model/Vtemplate.h"
+#include "persist/PlanFile.h"
 #include "persist/Vfile.h"
 #include "solve/ProblemText.h"
 
 namespace vortan {
 
-namespace {
-
 void RequirePlanFile(const std::string& name) {
-    const FileType type = FileTypeOf(name);
-    if (type != FileType::Bundle && type != FileType::Ascii) {
+    if (!IsPlanFile(name)) {
         throw CliError("The file \"" + name +
                        "\" does not have a recognized type. Plan files end in .vta or .vtb.");
     }
 }
 
-}  // namespace
+const char* DamageText(bool cutOff) {
+    return cutOff ? "it was cut off before its end" : "its check sum does not match";
+}
 
-LoadReport CliSession::Load(const std::string& fileName) {
+void CliSession::Load(const std::string& fileName) {
     RequirePlanFile(fileName);
-    FileText file;
-    if (!ReadFileText(platform, fileName, file)) throw CliError("");
-    const bool cutOff = file.packed && !file.suffixFound;
-    LoadReport report;
+    PlanLoad load;
+    const auto cutOff = [&] { return load.damage == PlanLoad::Damage::CutOff; };
     try {
-        TokenReader reader(file.text, fileName, file.packed);
-        LoadRecords(workspace, reader, report);
+        if (!LoadPlan(workspace, fileName, load)) throw CliError("");
     } catch (const Fault& fault) {
-        throw CliError(fault.Description() + (cutOff ? "\nThe packed file was cut off before its end." : ""));
+        throw CliError(fault.Description() +
+                       (cutOff() ? "\nThe packed file was cut off before its end." : ""));
     }
-    if (cutOff || (file.packed && !file.crcMatches)) {
-        streams.err << "Warning: " << fileName << " is damaged: "
-                    << (cutOff ? "it was cut off before its end" : "its check sum does not match") << ".\n";
+    if (load.damage != PlanLoad::Damage::None) {
+        streams.err << "Warning: " << fileName << " is damaged: " << DamageText(cutOff()) << ".\n";
     }
-    if (report.lineBehindBlank > 0) {
+    if (load.report.lineBehindBlank > 0) {
         streams.err << "Warning: " << fileName << " was read up to the blank line before line "
-                    << report.lineBehindBlank << "; what stands behind it was left out.\n";
+                    << load.report.lineBehindBlank << "; what stands behind it was left out.\n";
     }
     if (!workspace.ThisProject() && !workspace.ProjectList().empty()) {
         workspace.SetThisProject(workspace.ProjectList()[0]);
@@ -47,7 +44,6 @@ LoadReport CliSession::Load(const std::string& fileName) {
     if (!workspace.ThisTemplate() && !workspace.TemplateList().empty()) {
         workspace.SetThisTemplate(workspace.TemplateList()[0]);
     }
-    return report;
 }
 
 void CliSession::Save(const std::string& fileName) {

@@ -1,7 +1,8 @@
 #include <cmath>
 #include <ostream>
 
-#include "cli/Commands.h"
+#include "cli/Command.h"
+#include "cli/Session.h"
 #include "cli/SolveJson.h"
 #include "cli/TextTable.h"
 #include "model/ValueText.h"
@@ -13,6 +14,12 @@
 namespace vortan {
 
 namespace {
+
+struct SolveOptions {
+    std::vector<std::string> files;
+    bool json = false;
+    std::string save, journal, project;
+};
 
 /// How much a table tells: where space is short, days without the time of day.
 enum class Detail { Full, Brief };
@@ -85,9 +92,7 @@ void PrintTables(const CliSession& session, const std::string& currency) {
     }
 }
 
-}  // namespace
-
-int SolveCommand(CliSession& session, const SolveOptions& options) {
+int Run(CliSession& session, const SolveOptions& options) {
     for (const std::string& file : options.files) session.Load(file);
     session.SelectProject(options.project);
     session.SelectJournal(options.journal);
@@ -101,6 +106,22 @@ int SolveCommand(CliSession& session, const SolveOptions& options) {
     }
     if (!options.save.empty()) session.Save(options.save);
     return exitCode;
+}
+
+}  // namespace
+
+Command SolveCommand() {
+    return MakeCommand<SolveOptions>(
+        "solve", "Solve plans and print their schedules",
+        [](SolveOptions& o) -> std::vector<Option> {
+            return {
+                {"FILE", &o.files, "Plan files (.vta, .vtb), read in this order into one memory", "", true},
+                JsonOption(o.json),
+                {"--save", &o.save, "Write the solved plan to this file", "OUT"},
+                {"--journal", &o.journal, "Solve the journal of this date", "DATE"},
+                ProjectOption(o.project)};
+        },
+        Run);
 }
 
 }  // namespace vortan

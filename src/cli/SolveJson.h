@@ -11,9 +11,4 @@ namespace vortan {
 /// value, money plain numbers, missing values null.
 std::string SolveJson(const Workspace& workspace, const Solver& solver);
 
-/// Pieces for other commands that print JSON.
-std::string JsonText(const std::string& text);
-std::string JsonNumber(double value);
-std::string JsonMoney(Money value);
-
 }  // namespace vortan

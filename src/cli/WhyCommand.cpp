@@ -2,8 +2,9 @@
 #include <cmath>
 #include <ostream>
 
-#include "cli/Commands.h"
-#include "cli/SolveJson.h"
+#include "cli/Command.h"
+#include "cli/JsonWriter.h"
+#include "cli/Session.h"
 #include "cli/TextTable.h"
 #include "model/ValueText.h"
 #include "model/Vdependency.h"
@@ -17,6 +18,12 @@
 namespace vortan {
 
 namespace {
+
+struct WhyOptions {
+    std::string file, project;
+    int task = 0;
+    bool json = false;
+};
 
 using Cause = WhyReport::Cause;
 
@@ -182,61 +189,81 @@ const char* CauseName(Cause cause) {
     return kNames[static_cast<int>(cause)];
 }
 
-std::string TaskJson(const Vtask* task) {
-    if (!task || !task->Project()) return "null";
-    return "{\"project\":" + JsonText(task->Project()->ProjectName()) + ",\"task\":" + task->Key() + "}";
+void WriteTask(JsonWriter& json, const char* name, const Vtask* task) {
+    if (!task || !task->Project()) return json.Member(name, nullptr);
+    json.ObjectMember(name, [&] {
+        json.Member("project", task->Project()->ProjectName());
+        json.Member("task", task->TaskID());
+    });
 }
 
-std::string DependencyJson(const Vdependency* dependency) {
-    if (!dependency) return "null";
-    return "{\"taskRequired\":" + TaskJson(dependency->TaskRequired()) +
-           ",\"from\":" + std::to_string(dependency->FromPercent()) +
-           ",\"to\":" + std::to_string(dependency->ToPercent()) +
-           ",\"date\":" + JsonNumber(dependency->DepDate().Days()) +
-           ",\"offset\":" + JsonNumber(dependency->Offset()) + "}";
+void WriteDependency(JsonWriter& json, const Vdependency* dependency) {
+    if (!dependency) return json.Member("dependency", nullptr);
+    json.ObjectMember("dependency", [&] {
+        WriteTask(json, "taskRequired", dependency->TaskRequired());
+        json.Member("from", dependency->FromPercent());
+        json.Member("to", dependency->ToPercent());
+        json.Member("date", dependency->DepDate());
+        json.Member("offset", dependency->Offset());
+    });
+}
+
+void WriteStart(JsonWriter& json, const WhyReport::Start& start) {
+    json.Object([&] {
+        json.Member("from", start.fromPercent);
+        json.Member("to", start.toPercent);
+        json.Member("at", start.at);
+        WriteDependency(json, start.dependency);
+        json.Member("afterSliceBefore", start.afterSliceBefore);
+    });
+}
+
+void WriteStretch(JsonWriter& json, const WhyReport::Stretch& stretch) {
+    json.Object([&] {
+        json.Member("from", stretch.from);
+        json.Member("to", stretch.to);
+        json.Member("cause", CauseName(stretch.cause));
+        if (stretch.resource) {
+            json.Member("template", stretch.resource->Template()->TemplateName());
+            json.Member("resource", stretch.resource->ResourceID());
+            WriteTask(json, "holder", stretch.holder);
+        }
+        if (stretch.cause == Cause::Waiting) {
+            json.Member("percent", stretch.percent);
+            WriteDependency(json, stretch.dependency);
+        }
+    });
+}
+
+void WriteFollower(JsonWriter& json, const WhyReport::Follower& follower) {
+    json.Object([&] {
+        WriteTask(json, "follower", follower.task);
+        json.Member("start", follower.start);
+        json.Member("percent", follower.percent);
+        json.Member("room", follower.roomDays);
+    });
 }
 
 std::string WhyJson(const CliSession& session, const Vtask& task, const WhyReport& report) {
-    std::string out = "{\"status\":" + JsonText(session.solver.SolveMessage()) +
-                      ",\"project\":" + JsonText(task.Project()->ProjectName()) + ",\"task\":" + task.Key() +
-                      ",\"earlyStart\":" + JsonNumber(task.EarlyStart().Days()) +
-                      ",\"earlyFinish\":" + JsonNumber(task.EarlyFinish().Days()) +
-                      ",\"slack\":" + (report.solved ? JsonNumber(report.slackDays) : "null") +
-                      ",\"starts\":[";
-    const char* comma = "";
-    for (const auto& start : report.starts) {
-        out += comma + ("{\"from\":" + std::to_string(start.fromPercent)) +
-               ",\"to\":" + std::to_string(start.toPercent) + ",\"at\":" + JsonNumber(start.at.Days()) +
-               ",\"dependency\":" + DependencyJson(start.dependency) +
-               ",\"afterSliceBefore\":" + (start.afterSliceBefore ? "true" : "false") + "}";
-        comma = ",";
-    }
-    out += "],\"stretches\":[";
-    comma = "";
-    for (const auto& stretch : report.stretches) {
-        out += comma + ("{\"from\":" + JsonNumber(stretch.from.Days())) +
-               ",\"to\":" + JsonNumber(stretch.to.Days()) + ",\"cause\":\"" + CauseName(stretch.cause) + "\"";
-        if (stretch.resource) {
-            out += ",\"template\":" + JsonText(stretch.resource->Template()->TemplateName()) +
-                   ",\"resource\":" + stretch.resource->Key() + ",\"holder\":" + TaskJson(stretch.holder);
-        }
-        if (stretch.cause == Cause::Waiting) {
-            out += ",\"percent\":" + std::to_string(stretch.percent) +
-                   ",\"dependency\":" + DependencyJson(stretch.dependency);
-        }
-        out += "}";
-        comma = ",";
-    }
-    out += "],\"followers\":[";
-    comma = "";
-    for (const auto& follower : report.followers) {
-        out += comma + ("{\"follower\":" + TaskJson(follower.task)) +
-               ",\"start\":" + JsonNumber(follower.start.Days()) +
-               ",\"percent\":" + std::to_string(follower.percent) +
-               ",\"room\":" + JsonNumber(follower.roomDays) + "}";
-        comma = ",";
-    }
-    return out + "]}\n";
+    JsonWriter json;
+    json.Object([&] {
+        json.Member("status", session.solver.SolveMessage());
+        json.Member("project", task.Project()->ProjectName());
+        json.Member("task", task.TaskID());
+        json.Member("earlyStart", task.EarlyStart());
+        json.Member("earlyFinish", task.EarlyFinish());
+        json.MemberIf(report.solved, "slack", report.slackDays);
+        json.ArrayMember("starts", [&] {
+            for (const auto& start : report.starts) WriteStart(json, start);
+        });
+        json.ArrayMember("stretches", [&] {
+            for (const auto& stretch : report.stretches) WriteStretch(json, stretch);
+        });
+        json.ArrayMember("followers", [&] {
+            for (const auto& follower : report.followers) WriteFollower(json, follower);
+        });
+    });
+    return json.Line();
 }
 
 void PrintReport(std::ostream& out, const Vtask& task, const WhyReport& report) {
@@ -263,9 +290,7 @@ void PrintReport(std::ostream& out, const Vtask& task, const WhyReport& report) 
     PrintSlack(out, report);
 }
 
-}  // namespace
-
-int WhyCommand(CliSession& session, const WhyOptions& options) {
+int Run(CliSession& session, const WhyOptions& options) {
     session.Load(options.file);
     session.SelectProject(options.project);
     const Vproject* project = session.workspace.ThisProject();
@@ -286,6 +311,20 @@ int WhyCommand(CliSession& session, const WhyOptions& options) {
         session.streams.out << "\n" << session.StatusLine() << "\n";
     }
     return exitCode;
+}
+
+}  // namespace
+
+Command WhyCommand() {
+    return MakeCommand<WhyOptions>(
+        "why", "Explain in plain words why a task lies where it does",
+        [](WhyOptions& o) -> std::vector<Option> {
+            return {PlanFileOption(o.file),
+                    {"--task", &o.task, "Number of the task", "N", true},
+                    ProjectOption(o.project, "Its project; the first one if not given"),
+                    JsonOption(o.json)};
+        },
+        Run);
 }
 
 }  // namespace vortan

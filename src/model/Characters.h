@@ -16,11 +16,20 @@ inline char LowerCase(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+/// Whether two texts are the same but for the case of their letters.
+inline bool SameText(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return LowerCase(x) == LowerCase(y); });
+}
+/// Whether `text` ends in `ending`, in whatever case.
+inline bool EndsWithText(std::string_view text, std::string_view ending) {
+    return text.size() >= ending.size() && SameText(text.substr(text.size() - ending.size()), ending);
+}
+
 /// `text` without the blanks and tabs around it.
-inline std::string_view Trim(std::string_view text) {
-    while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-    return text;
+inline std::string_view Trim(std::string_view text, std::string_view blanks = " \t") {
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+    return text.substr(0, text.find_last_not_of(blanks) + 1);
 }
 
 /// Takes a whole number of at most `most` digits (9 or fewer) off the front of `text`; -1 if there is none.

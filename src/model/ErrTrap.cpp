@@ -184,7 +184,7 @@ void ErrTrap::WriteErrorLog(const std::string& message, const std::string& secti
                             std::optional<BoxAnswer> action) {
     try {
         const std::string entry = action ? LogEntry(message, section, *action) : message + "\n";
-        std::ofstream log(JoinPath(platform_.LogDirectory(), "ErrTrap.log"), std::ios::app);
+        std::ofstream log(std::filesystem::path(platform_.LogDirectory()) / "ErrTrap.log", std::ios::app);
         log << entry;
     } catch (const std::exception&) {
         // A fault while reporting one must not hide it.

@@ -15,11 +15,6 @@ namespace {
 constexpr int kLeastFixedExponent = -7;
 constexpr int kGreatestFixedExponent = 14;
 
-bool EqualsLowerCase(std::string_view text, std::string_view lower) {
-    return std::equal(text.begin(), text.end(), lower.begin(), lower.end(),
-                      [](char a, char b) { return LowerCase(a) == b; });
-}
-
 template <class T>
 void AppendInteger(std::string& out, T value) {
     char buffer[24];
@@ -297,8 +292,8 @@ std::optional<Money> ParseMoney(std::string_view text) {
 
 std::optional<bool> ParseBool(std::string_view text) {
     text = Trim(text);
-    if (EqualsLowerCase(text, "true")) return true;
-    if (EqualsLowerCase(text, "false")) return false;
+    if (SameText(text, "true")) return true;
+    if (SameText(text, "false")) return false;
     const std::optional<double> number = ParseNumber(text);
     if (!number) return std::nullopt;
     return *number != 0;
@@ -349,8 +344,8 @@ std::optional<double> ParseTimeOfDay(std::string_view text) {
         if (field < 0) return std::nullopt;
     }
     text = Trim(text);
-    const bool morning = EqualsLowerCase(text, "am");
-    const bool afternoon = EqualsLowerCase(text, "pm");
+    const bool morning = SameText(text, "am");
+    const bool afternoon = SameText(text, "pm");
     if (morning || afternoon) {
         if (hour > 12) return std::nullopt;
         if (hour == 12) hour = 0;

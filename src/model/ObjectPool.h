@@ -4,6 +4,8 @@
 #include <memory>
 #include <vector>
 
+#include "model/OptionalField.h"
+
 namespace vortan {
 
 class Workspace;
@@ -48,6 +50,8 @@ class ObjectPool {
             free_.pop_back();
         }
         object->id_ = id;
+        if constexpr (requires { object->ForEachField(ResetOptionalFields{}); })
+            object->ForEachField(ResetOptionalFields{});
         return object;
     }
 

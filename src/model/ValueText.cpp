@@ -114,10 +114,6 @@ std::string DayText(const DateParts& parts) {
     return std::to_string(parts.month) + "/" + std::to_string(parts.day) + "/" + std::to_string(parts.year);
 }
 
-bool IsPathSeparator(char c) {
-    return c == '/';
-}
-
 }  // namespace
 
 std::string FormatDuration(double days, bool longForm) {
@@ -201,12 +197,10 @@ std::string FormatCurrency(Money value, const std::string& symbol) {
     const bool negative = value.Units() < 0;
     const auto units = static_cast<std::uint64_t>(value.Units());
     const std::uint64_t cents = ((negative ? 0 - units : units) + 50) / 100;
-    std::string whole = std::to_string(cents / 100);
-    for (std::size_t i = whole.size(); i > 3; i -= 3) whole.insert(i - 3, ",");
     std::string text = ChopAtNull(symbol);
     if (text.empty()) text = "$";
     if (negative && cents > 0) text += '-';
-    text += whole;
+    text += GroupDigits(static_cast<std::int64_t>(cents / 100));
     text += '.';
     text += static_cast<char>('0' + cents / 10 % 10);
     text += static_cast<char>('0' + cents % 10);
@@ -240,6 +234,12 @@ std::optional<Money> ParseCurrency(std::string_view text, const std::string& sym
         if (text[i] != ',' || i > wholeDigits) number += text[i];
     }
     return ParseMoney(number);
+}
+
+std::string GroupDigits(std::int64_t number) {
+    std::string text = std::to_string(number);
+    for (std::size_t i = text.size(); i > 3; i -= 3) text.insert(i - 3, ",");
+    return text;
 }
 
 std::string PlainNumber(double value) {
@@ -317,18 +317,6 @@ DateTime JDate(std::string_view text) {
     const std::optional<DateTime> day = ParseDay(word, Today());
     if (!day) RefuseIn("Common:JDate", "\"" + std::string(word) + "\" is not a date");
     return *day;
-}
-
-std::string RecoverPath(std::string_view fileName) {
-    while (!fileName.empty() && !IsPathSeparator(fileName.back())) fileName.remove_suffix(1);
-    return std::string(fileName);
-}
-
-std::string JoinPath(std::string_view directory, std::string_view name) {
-    std::string path(directory);
-    if (!path.empty() && !IsPathSeparator(path.back())) path += '/';
-    path += name;
-    return path;
 }
 
 std::string ChopAtNull(std::string_view text) {

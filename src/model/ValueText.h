@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -38,6 +39,8 @@ std::string FormatCurrency(std::string_view text, const std::string& symbol);
 /// behind. None if the text is not that, or is beyond the range of Money.
 std::optional<Money> ParseCurrency(std::string_view text, const std::string& symbol);
 
+/// A whole number from 0 up with a comma between groups of three digits.
+std::string GroupDigits(std::int64_t number);
 /// A number as short as it can be written, with a zero before the point: 8, 0.5, 7.25.
 std::string PlainNumber(double value);
 
@@ -64,10 +67,6 @@ std::optional<DateTime> ParseDate(std::string_view text, DateTime today = Today(
 /// The date in the first word of an entry such as "9/10/2001 [Current]". A fault if that is no date.
 DateTime JDate(std::string_view text);
 
-/// The directory part of a file name with its last separator; empty if there is none.
-std::string RecoverPath(std::string_view fileName);
-/// `name` inside `directory`; `name` alone if that is empty.
-std::string JoinPath(std::string_view directory, std::string_view name);
 /// The text before the first NUL.
 std::string ChopAtNull(std::string_view text);
 /// The program's version, "major.minor.revision".

@@ -58,7 +58,7 @@ class Vproject : public JournalOwner {
     std::string Priority() const { return priority_.At(CurrentIndex()); }
     void SetPriority(const std::string& value) { LetField(priority_, value); }
     std::int32_t SolveRules() const { return solveRules_.At(CurrentIndex()); }
-    void SetSolveRules(std::int32_t value) { LetField(solveRules_, value); }
+    void SetSolveRules(std::int32_t value) { LetField(solveRules_, static_cast<SolveRule>(value)); }
     /// The project that holds this one as a subproject.
     Vproject* Parent() const { return parent_.At(CurrentIndex()).Get(); }
     Vproject* ParentAt(std::int32_t journalIndex) const { return parent_.At(journalIndex).Get(); }
@@ -123,7 +123,7 @@ class Vproject : public JournalOwner {
     std::string projectName_, description_, viewPassword_, modifyPassword_;
     std::int32_t planIndex_ = 0;
     Journaled<std::string> priority_;
-    Journaled<std::int32_t> solveRules_;
+    Journaled<SolveRule> solveRules_;
     Journaled<Link<Vproject>> parent_;
     Journaled<Link<Vresource>> manager_;
     NumberedList<Vtask> taskList_;

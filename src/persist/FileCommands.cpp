@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
@@ -21,15 +20,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool IsPlanFile(const std::string& fileName) {
-    const FileType type = FileTypeOf(fileName);
-    return type == FileType::Bundle || type == FileType::Ascii;
-}
-
 bool IsExchangeFile(const std::string& fileName) {
-    std::string ending = fileName.substr(fileName.size() - std::min<std::size_t>(fileName.size(), 4));
-    std::transform(ending.begin(), ending.end(), ending.begin(), LowerCase);
-    return ending == ".mpp";
+    return EndsWithText(fileName, ".mpp");
 }
 
 }  // namespace
@@ -40,8 +32,7 @@ void FileCommands::StartUp() {
     workspace_.FileDialogPath = fs::current_path(ignored).string();
     Steps steps;
     steps.Do([&] { settings_.ReadConfigFile(); });
-    const std::int32_t minutes = ScanInt32(settings_.ReadSettings("AutomaticBackupCombo"));
-    workspace_.BackupMinutes = std::clamp<std::int32_t>(minutes, 0, INT16_MAX);
+    workspace_.BackupMinutes = settings_.ThePreferences().backupMinutes;
     steps.End();
 }
 
@@ -78,7 +69,7 @@ bool FileCommands::RequestSave() {
     const InputAnswer chosen = workspace_.ThePlatform().SaveFileDialog(workspace_.FileDialogPath,
                                                                        last.empty() ? "NoName.vtb" : last);
     if (!chosen.given || chosen.text.empty()) return false;
-    const std::string directory = RecoverPath(chosen.text);
+    const std::string directory = fs::path(chosen.text).remove_filename().string();
     if (!directory.empty()) workspace_.FileDialogPath = directory;
     workspace_.LastFileName = chosen.text;
     if (IsPlanFile(chosen.text)) return SaveAll(chosen.text);
@@ -185,9 +176,11 @@ bool FileCommands::LoadFile(const std::string& fileName) {
 }
 
 bool FileCommands::LoadByType(const std::string& fileName) {
-    report_ = {};
-    damage_.clear();
-    if (IsPlanFile(fileName)) return OpenBundle(fileName);
+    loaded_ = {};
+    if (IsPlanFile(fileName)) {
+        const Section section("FileCommands:OpenBundle");
+        return LoadPlan(workspace_, fileName, loaded_);
+    }
     if (!IsExchangeFile(fileName)) {
         TellUnrecognized(fileName);
     } else if (Import) {
@@ -198,36 +191,24 @@ bool FileCommands::LoadByType(const std::string& fileName) {
     return false;
 }
 
-bool FileCommands::OpenBundle(const std::string& fileName) {
-    const Section section("FileCommands:OpenBundle");
-    report_ = {};
-    damage_.clear();
-    if (!IsPlanFile(fileName)) AssertionFailed();
-    FileText file;
-    if (!ReadFileText(workspace_.ThePlatform(), fileName, file)) return false;
-    if (file.packed && !file.suffixFound) {
-        damage_ = "The end of " + fileName + " is missing: the file may have been cut off.";
-    } else if (file.packed && !file.crcMatches) {
-        damage_ = "The check sum of " + fileName + " does not match: the file may be damaged.";
-    }
-    TokenReader reader(file.text, fileName, file.packed);
-    LoadRecords(workspace_, reader, report_);
-    return true;
-}
-
 void FileCommands::TellUnrecognized(const std::string& fileName) {
     workspace_.ThePlatform().MessageBox("The file \"" + fileName + "\" does not have a recognized type.",
                                         "File Type Not Recognized", BoxIcon::Stop, BoxButtons::Ok);
 }
 
 void FileCommands::TellWhatIsOdd(const std::string& fileName) {
-    if (!damage_.empty()) {
-        workspace_.ThePlatform().MessageBox(damage_, "File May Be Damaged", BoxIcon::Warning, BoxButtons::Ok);
+    if (loaded_.damage != PlanLoad::Damage::None) {
+        const std::string damage =
+            loaded_.damage == PlanLoad::Damage::CutOff
+                ? "The end of " + fileName + " is missing: the file may have been cut off."
+                : "The check sum of " + fileName + " does not match: the file may be damaged.";
+        workspace_.ThePlatform().MessageBox(damage, "File May Be Damaged", BoxIcon::Warning, BoxButtons::Ok);
     }
-    if (report_.lineBehindBlank == 0) return;
+    const int behindBlank = loaded_.report.lineBehindBlank;
+    if (behindBlank == 0) return;
     workspace_.ThePlatform().MessageBox(
         "A blank line ends a file, and in the file \"" + fileName +
-            "\" there is text behind one.\nIt begins in line " + std::to_string(report_.lineBehindBlank) +
+            "\" there is text behind one.\nIt begins in line " + std::to_string(behindBlank) +
             " and was not read. If it belongs to the plan, remove the blank line and open the file again.",
         "File Not Read To Its End", BoxIcon::Warning, BoxButtons::Ok);
 }
@@ -246,7 +227,7 @@ void FileCommands::AutoBackupTick() {
     fs::create_directories(directory, ignored);
     char name[32];
     std::snprintf(name, sizeof name, "Backup%02d.vtb", parts.minute);
-    SaveAll(JoinPath(directory, name));
+    SaveAll((fs::path(directory) / name).string());
 }
 
 }  // namespace vortan

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "model/Workspace.h"
-#include "persist/Records.h"
+#include "persist/PlanFile.h"
 #include "persist/Settings.h"
 
 namespace vortan {
@@ -50,10 +50,8 @@ class FileCommands {
     /// user has been told. A fault about a damaged file goes on to the caller when all that is done; what was
     /// read up to the damage stays.
     bool LoadFile(const std::string& fileName);
-    /// The records of a bundle or ASCII file alone, and nothing after them. False and faults as LoadFile.
-    bool OpenBundle(const std::string& fileName);
     /// What the file last read held.
-    const LoadReport& LastReport() const { return report_; }
+    const LoadReport& LastReport() const { return loaded_.report; }
 
     /// The event of a timer of 10 seconds: saves a backup when it is time for one.
     void AutoBackupTick();
@@ -67,8 +65,7 @@ class FileCommands {
 
     Workspace& workspace_;
     Settings& settings_;
-    LoadReport report_;
-    std::string damage_;      // of the packed form of the file last read
+    PlanLoad loaded_;         // the file last read
     double lastBackup_ = -1;  // the minute of the last backup, counted from date 0
 };
 

@@ -1,10 +1,8 @@
 // Reading of records.
 
 #include <algorithm>
-#include <optional>
 
 #include "model/ErrTrap.h"
-#include "model/NumberText.h"
 #include "model/Vassignment.h"
 #include "model/Vdependency.h"
 #include "model/Vproject.h"
@@ -12,191 +10,12 @@
 #include "model/Vshift.h"
 #include "model/Vtask.h"
 #include "model/Vtemplate.h"
+#include "persist/FieldReader.h"
 #include "persist/Records.h"
 
 namespace vortan {
 
 namespace {
-
-std::string ReadString(TokenReader& reader) {
-    return std::string(reader.ReadToken());
-}
-
-bool ReadBool(TokenReader& reader) {
-    const auto token = reader.ReadToken();
-    const auto value = ParseBool(token);
-    if (!value) reader.FailValue(token, "True or False");
-    return *value;
-}
-
-DateTime ReadDate(TokenReader& reader) {
-    const auto token = reader.ReadToken();
-    const auto value = ParseFileDate(token);
-    if (!value) reader.FailValue(token, "a date as mm/dd/yyyy hh:mmam");
-    return *value;
-}
-
-std::int32_t ReadNumber(TokenReader& reader, std::int32_t least, std::int32_t most, const char* kind) {
-    const auto token = reader.ReadToken();
-    const std::int32_t value = ScanInt32(token);
-    if (value < least || value > most) reader.FailValue(token, kind);
-    return value;
-}
-
-std::uint8_t ReadPercent(TokenReader& reader) {
-    const auto token = reader.ReadToken();
-    const auto value = ParseNumber(token);
-    if (!value || *value < 0 || *value > 100) reader.FailValue(token, "a percentage from 0 to 100");
-    return static_cast<std::uint8_t>(RoundToInt32(*value));
-}
-
-/// Reads fields into an object: every call expects the field's name and takes the values of the line.
-class FieldReader {
-  public:
-    /// `journals` is how many values a per-journal field has if it has more than one. `shifts` is the
-    /// template in whose list shifts are looked up.
-    FieldReader(Workspace& workspace, TokenReader& reader, std::int32_t journals,
-                const Vtemplate* shifts = nullptr)
-        : workspace_(workspace), reader_(reader), journals_(std::max(journals, 1)), shifts_(shifts) {}
-
-    void operator()(const char* name, std::string& field) {
-        One(name, [&] { field = ReadString(reader_); });
-    }
-    void operator()(const char* name, float& field) {
-        One(name, [&] { field = ScanFloat(reader_.ReadToken()); });
-    }
-    void operator()(const char* name, std::int32_t& field) {
-        One(name, [&] { field = ScanInt32(reader_.ReadToken()); });
-    }
-    void operator()(const char* name, Link<Vproject>& field) {
-        One(name, [&] { field = workspace_.FindOrCreateProject(ReadString(reader_)); });
-    }
-    void operator()(const char* name, Journaled<std::string>& field) {
-        Many(name, field, [&] { return ReadString(reader_); });
-    }
-    void operator()(const char* name, Journaled<bool>& field) {
-        Many(name, field, [&] { return ReadBool(reader_); });
-    }
-    void operator()(const char* name, Journaled<std::int32_t>& field) {
-        if (std::string_view(name) == "SolveRules") {
-            Many(name, field, [&] { return ReadNumber(reader_, 0, 6, "a solve rule from 0 to 6"); });
-        } else {
-            Many(name, field, [&] { return ScanInt32(reader_.ReadToken()); });
-        }
-    }
-    void operator()(const char* name, Journaled<std::uint8_t>& field) {
-        Many(name, field, [&] { return ReadPercent(reader_); });
-    }
-    void operator()(const char* name, Journaled<double>& field) {
-        Many(name, field, [&] { return ScanNumber(reader_.ReadToken()); });
-    }
-    void operator()(const char* name, Journaled<Money>& field) {
-        Many(name, field, [&] { return ScanMoney(reader_.ReadToken()); });
-    }
-    void operator()(const char* name, Journaled<DateTime>& field) {
-        Many(name, field, [&] { return ReadDate(reader_); });
-    }
-    void operator()(const char* name, JournaledInclude& field) {
-        const auto values = ReadAll<bool>(name, [&] { return ReadBool(reader_); });
-        if (values.size() == 1 && values[0]) {
-            field.SetSingle(true);
-        } else if (values.size() == 1) {
-            // One False stands for False in every journal; a single value would read as true.
-            field.SetArray(std::vector<bool>(static_cast<std::size_t>(journals_), false));
-        } else {
-            field.SetArray(values);
-        }
-    }
-    void operator()(const char* name, Journaled<Link<Vproject>>& field) {
-        Many(name, field,
-             [&] { return Link<Vproject>(workspace_.FindOrCreateProject(ReadString(reader_))); });
-    }
-    void operator()(const char* name, Journaled<Link<Vtask>>& field) {
-        Many(name, field, [&] {
-            Vproject* project = workspace_.FindOrCreateProject(ReadString(reader_));
-            if (!project) return Link<Vtask>();
-            const std::int32_t id = ReadLinkNumber(name, kDeletedTask);
-            return id == kDeletedTask ? DeletedTask() : Link<Vtask>(project->FindOrCreateTask(id));
-        });
-    }
-    void operator()(const char* name, Journaled<Link<Vresource>>& field) {
-        Many(name, field, [&] {
-            Vtemplate* owner = workspace_.FindOrCreateTemplate(ReadString(reader_));
-            return Link<Vresource>(owner ? owner->FindOrCreateResource(ReadLinkNumber(name, 1)) : nullptr);
-        });
-    }
-    void operator()(const char* name, Journaled<Link<Vshift>>& field) {
-        Many(name, field, [&] {
-            const std::string shift = ReadString(reader_);
-            Vshift* found = shifts_->ShiftList().Find(shift);
-            if (!found && !shift.empty()) missingShift_ = shift;
-            return Link<Vshift>(found);
-        });
-    }
-
-    /// Name of the last shift that was not found; empty if all were.
-    const std::string& MissingShift() const { return missingShift_; }
-
-  private:
-    void Begin(const char* name) {
-        reader_.ExpectToken(name);
-        if (reader_.EndOfLine()) reader_.Fail(std::string("there is no value for ") + name);
-    }
-    template <class Read>
-    void One(const char* name, Read&& read) {
-        Begin(name);
-        read();
-        if (!reader_.EndOfLine()) reader_.Fail(std::string("there is more than one value for ") + name);
-    }
-    template <class T, class Read>
-    std::vector<T> ReadAll(const char* name, Read&& read) {
-        Begin(name);
-        std::vector<T> values = {read()};
-        while (!reader_.EndOfLine() && values.size() <= static_cast<std::size_t>(journals_))
-            values.push_back(read());
-        if (values.size() != 1 && values.size() != static_cast<std::size_t>(journals_)) {
-            reader_.Fail(std::string(name) +
-                         " must have one value or one for each journal, of which there are " +
-                         std::to_string(journals_));
-        }
-        return values;
-    }
-    template <class T, class Read>
-    void Many(const char* name, Journaled<T>& field, Read&& read) {
-        Begin(name);
-        T first = read();
-        if (reader_.EndOfLine()) {
-            field.SetSingle(std::move(first));
-            return;
-        }
-        std::vector<T> values = {std::move(first)};
-        while (!reader_.EndOfLine() && values.size() <= static_cast<std::size_t>(journals_))
-            values.push_back(read());
-        if (values.size() != static_cast<std::size_t>(journals_)) {
-            reader_.Fail(std::string(name) +
-                         " must have one value or one for each journal, of which there are " +
-                         std::to_string(journals_));
-        }
-        field.SetArray(values);
-    }
-    /// A link to a task that has been deleted.
-    Link<Vtask> DeletedTask() {
-        auto* task = workspace_.NewVObject<Vtask>();
-        const Link<Vtask> link(task);
-        workspace_.FreeVobject(task);
-        return link;
-    }
-    std::int32_t ReadLinkNumber(const char* name, std::int32_t least) {
-        if (reader_.EndOfLine()) reader_.Fail(std::string("the number is missing in the link ") + name);
-        return ReadNumber(reader_, least, INT32_MAX, least > 0 ? "a number above 0" : "a number from 0 up");
-    }
-
-    Workspace& workspace_;
-    TokenReader& reader_;
-    std::int32_t journals_;
-    const Vtemplate* shifts_;
-    std::string missingShift_;
-};
 
 class RecordLoader {
   public:
@@ -204,7 +23,7 @@ class RecordLoader {
         : workspace_(workspace), reader_(reader), report_(report) {}
 
     void LoadAll() {
-        for (;;) {
+        for (bool first = true;; first = false) {
             const auto tag = reader_.ReadToken();
             if (tag.empty()) break;
             if (tag == "PROJECT") {
@@ -212,6 +31,11 @@ class RecordLoader {
             } else if (tag == "TEMPLATE") {
                 LoadTemplate();
             } else {
+                if (!first && IsOfALaterVersion(tag)) {
+                    report_.newer = true;
+                    reader_.Fail("it was written by a newer version of VORTAN, with \"" + std::string(tag) +
+                                 "\", which this version does not know");
+                }
                 reader_.FailValue(tag, "\"PROJECT\" or \"TEMPLATE\"");
             }
         }
@@ -223,12 +47,49 @@ class RecordLoader {
         std::int32_t plan = 0, current = 0;
     };
 
+    /// Whether `word`, which stands behind a whole record, is what a later version may have put there: the
+    /// name of a field, with values, or the tag of a record, alone, that no record of this version has.
+    bool IsOfALaterVersion(std::string_view word) {
+        const auto among = [word](char first, char last) {
+            return std::count_if(word.begin(), word.end(), [=](char c) { return c >= first && c <= last; });
+        };
+        const std::ptrdiff_t size = std::ssize(word), capitals = among('A', 'Z'), small = among('a', 'z');
+        const bool tag = reader_.EndOfLine() && capitals == size;
+        const bool field = !reader_.EndOfLine() && small > 0 && capitals + small + among('0', '9') == size &&
+                           word.front() >= 'A' && word.front() <= 'Z';
+        return (tag || field) && !IsKnown(word);
+    }
+    bool IsKnown(std::string_view word) {
+        static constexpr std::string_view kHeads[] = {
+            "TEMPLATE",     "SHIFT",          "RESOURCE",    "PROJECT",     "TASK",
+            "DEPENDENCY",   "ASSIGNMENT",     "ShiftName",   "ResourceID",  "TaskID",
+            "TemplateName", "ProjectName",    "Description", "PlanIndex",   "CurrentIndex",
+            "ViewPassword", "ModifyPassword", "NumJournals", "JournalDates"};
+        return std::find(std::begin(kHeads), std::end(kHeads), word) != std::end(kHeads) ||
+               HasField<Vshift>(word) || HasField<Vresource>(word) || HasField<Vproject>(word) ||
+               HasField<Vtask>(word) || HasField<Vdependency>(word) || HasField<Vassignment>(word);
+    }
+    template <class Object>
+    bool HasField(std::string_view name) {
+        bool found = false;
+        auto* object = workspace_.NewVObject<Object>();
+        object->ForEachField([&](const char* field, const auto&) { found = found || name == field; });
+        workspace_.FreeVobject(object);
+        return found;
+    }
+
     /// While the records below an owner are read its first journal is active, so that new objects exist in
-    /// all of them. Afterwards, also when a fault ends the reading, the remembered one is again.
+    /// all of them. Afterwards, also when a fault ends the reading, the remembered one is again. `current`
+    /// must be one of its journals.
     class CurrentIndexGuard {
       public:
         CurrentIndexGuard(JournalOwner& owner, std::int32_t current) : owner_(owner), current_(current) {}
-        ~CurrentIndexGuard() { owner_.SetCurrentIndex(current_); }
+        ~CurrentIndexGuard() {
+            try {
+                owner_.SetCurrentIndex(current_);
+            } catch (...) {  // not with such an index, and a fault on the way is worth more
+            }
+        }
         CurrentIndexGuard(const CurrentIndexGuard&) = delete;
         CurrentIndexGuard& operator=(const CurrentIndexGuard&) = delete;
 
@@ -249,8 +110,8 @@ class RecordLoader {
         if (reader_.EndOfLine()) reader_.Fail(std::string("there is no value for ") + field);
         return ReadNumber(reader_, 1, INT32_MAX, "a number above 0");
     }
-    /// Whether the next line is the record `tag`. Another line is left to be read again.
-    bool NextIs(std::string_view tag) {
+    /// Takes the line `tag` if it is the next.
+    bool TakeTag(std::string_view tag) {
         if (reader_.ReadToken() == tag && reader_.EndOfLine()) return true;
         reader_.UnReadLine();
         return false;
@@ -299,9 +160,9 @@ class RecordLoader {
         const Journals journals = LoadJournals(loaded, false);
         CurrentIndexGuard guard(loaded, journals.current);
         for (;;) {
-            if (NextIs("SHIFT")) {
+            if (TakeTag("SHIFT")) {
                 LoadShift(loaded);
-            } else if (NextIs("RESOURCE")) {
+            } else if (TakeTag("RESOURCE")) {
                 LoadResource(loaded);
             } else {
                 break;
@@ -336,7 +197,7 @@ class RecordLoader {
         project.SetPlanIndex(journals.plan);
         CurrentIndexGuard guard(project, journals.current);
         project.ForEachField(FieldReader(workspace_, reader_, project.NumJournals()));
-        while (NextIs("TASK")) LoadTask(project);
+        while (TakeTag("TASK")) LoadTask(project);
         project.SetDirty(false);
     }
 
@@ -345,12 +206,12 @@ class RecordLoader {
         ++report_.tasks;
         task.ForEachField(FieldReader(workspace_, reader_, owner.NumJournals()));
         for (;;) {
-            if (NextIs("DEPENDENCY")) {
+            if (TakeTag("DEPENDENCY")) {
                 auto* dependency = workspace_.NewVObject<Vdependency>();
                 dependency->SetTask(&task);
                 ++report_.dependencies;
                 dependency->ForEachField(FieldReader(workspace_, reader_, owner.NumJournals()));
-            } else if (NextIs("ASSIGNMENT")) {
+            } else if (TakeTag("ASSIGNMENT")) {
                 auto* assignment = workspace_.NewVObject<Vassignment>();
                 assignment->SetTask(&task);
                 ++report_.assignments;

@@ -1,10 +1,7 @@
 // Writing of records.
 
-#include <algorithm>
-#include <unordered_map>
 #include <unordered_set>
 
-#include "model/NumberText.h"
 #include "model/Vassignment.h"
 #include "model/Vdependency.h"
 #include "model/Vproject.h"
@@ -12,75 +9,24 @@
 #include "model/Vshift.h"
 #include "model/Vtask.h"
 #include "model/Vtemplate.h"
+#include "persist/FieldWriter.h"
 #include "persist/Records.h"
 
 namespace vortan {
 
 namespace {
 
-void AppendValue(std::string& out, const std::string& value) {
-    // A line break cannot stand in a line; it is the one thing in a text that a file does not keep.
-    if (value.find_first_of("\r\n") == std::string::npos) {
-        AppendQuoted(out, value);
-        return;
-    }
-    std::string oneLine = value;
-    std::replace_if(
-        oneLine.begin(), oneLine.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
-    AppendQuoted(out, oneLine);
-}
-void AppendValue(std::string& out, bool value) {
-    AppendNumber(out, value);
-}
-void AppendValue(std::string& out, std::uint8_t value) {
-    AppendNumber(out, std::int32_t{value});
-}
-void AppendValue(std::string& out, std::int32_t value) {
-    AppendNumber(out, value);
-}
-void AppendValue(std::string& out, float value) {
-    AppendNumber(out, value);
-}
-void AppendValue(std::string& out, double value) {
-    AppendNumber(out, value);
-}
-void AppendValue(std::string& out, Money value) {
-    AppendNumber(out, value);
-}
-void AppendValue(std::string& out, DateTime value) {
-    AppendFileDate(out, value);
-}
-void AppendValue(std::string& out, const Link<Vproject>& link) {
-    AppendValue(out, link ? link->ProjectName() : std::string());
-}
-void AppendTask(std::string& out, const std::string& projectName, std::int32_t taskID) {
-    AppendValue(out, projectName);
-    if (projectName.empty()) return;
-    out += ',';
-    AppendNumber(out, taskID);
-}
-void AppendValue(std::string& out, const Link<Vresource>& link) {
-    const Vtemplate* owner = link ? link->Template() : nullptr;
-    AppendValue(out, owner ? owner->TemplateName() : std::string());
-    if (!owner || owner->TemplateName().empty()) return;
-    out += ',';
-    AppendNumber(out, link->ResourceID());
-}
-
 /// The shifts that the record of a template must have, each under a name of its own: those of its list, and
 /// others that its resources work, which have been deleted.
-class ShiftNames {
+class SavedShifts {
   public:
-    explicit ShiftNames(const Vtemplate& owner) {
+    explicit SavedShifts(const Vtemplate& owner) {
         for (Vshift* shift : owner.ShiftList()) Add(*shift, shift->ShiftName());
         for (Vresource* resource : owner.ResourceList()) resource->ForEachField(*this);
     }
     const std::vector<Vshift*>& Shifts() const { return shifts_; }
-    /// Empty for a shift that never had a name.
-    std::string NameOf(const Vshift& shift) const {
-        const auto at = names_.find(&shift);
-        return at == names_.end() ? std::string() : at->second;
-    }
+    /// Without those that never had a name.
+    const FieldWriter::ShiftNames& Names() const { return names_; }
 
     template <class Field>
     void operator()(const char*, const Field&) {}
@@ -102,74 +48,8 @@ class ShiftNames {
     }
 
     std::vector<Vshift*> shifts_;
-    std::unordered_map<const Vshift*, std::string> names_;
+    FieldWriter::ShiftNames names_;
     std::unordered_set<std::string> taken_;
-};
-
-/// Writes a field a call: two blanks, the name, and one value, or one per journal where they differ.
-class FieldWriter {
-  public:
-    explicit FieldWriter(std::string& out) : out_(out) {}
-
-    /// For the resources of a template.
-    void SetShiftNames(const ShiftNames* names) { shiftNames_ = names; }
-    /// For the records below a project.
-    void SetProject(const Vproject* project) { project_ = project; }
-
-    template <class T>
-    void operator()(const char* name, const T& value) {
-        Begin(name);
-        out_ += ',';
-        AppendValue(out_, value);
-        out_ += "\r\n";
-    }
-    template <class T>
-    void operator()(const char* name, const Journaled<T>& field) {
-        Begin(name);
-        const int count = field.AllEqual() ? 1 : field.Count();
-        for (int i = 0; i < count; ++i) {
-            out_ += ',';
-            Value(field.At(i));
-        }
-        out_ += "\r\n";
-    }
-    void operator()(const char* name, const JournaledInclude& field) {
-        (*this)(name, static_cast<const Journaled<bool>&>(field));
-    }
-    void Dates(const char* name, const std::vector<DateTime>& dates) {
-        Begin(name);
-        for (const DateTime date : dates) {
-            out_ += ',';
-            AppendFileDate(out_, date);
-        }
-        out_ += "\r\n";
-    }
-    void Tag(const char* tag) {
-        out_ += tag;
-        out_ += "\r\n";
-    }
-
-  private:
-    template <class T>
-    void Value(const T& value) {
-        AppendValue(out_, value);
-    }
-    void Value(const Link<Vshift>& link) {
-        AppendValue(out_, link ? shiftNames_->NameOf(*link.Get()) : std::string());
-    }
-    void Value(const Link<Vtask>& link) {
-        if (link.IsDeleted()) return AppendTask(out_, project_->ProjectName(), kDeletedTask);
-        const Vproject* project = link ? link->Project() : nullptr;
-        AppendTask(out_, project ? project->ProjectName() : std::string(), link ? link->TaskID() : 0);
-    }
-    void Begin(const char* name) {
-        out_ += "  ";
-        out_ += name;
-    }
-
-    std::string& out_;
-    const ShiftNames* shiftNames_ = nullptr;
-    const Vproject* project_ = nullptr;
 };
 
 template <class Owner>
@@ -190,13 +70,13 @@ void SaveJournals(FieldWriter& write, const JournalOwner& owner) {
 void SaveTemplate(FieldWriter& write, const Vtemplate& saved) {
     SaveHead(write, "TEMPLATE", "TemplateName", saved);
     SaveJournals(write, saved);
-    const ShiftNames names(saved);
-    for (Vshift* shift : names.Shifts()) {
+    const SavedShifts shifts(saved);
+    for (Vshift* shift : shifts.Shifts()) {
         write.Tag("SHIFT");
-        write("ShiftName", names.NameOf(*shift));
+        write("ShiftName", shifts.Names().at(shift));
         shift->ForEachField(write);
     }
-    write.SetShiftNames(&names);
+    write.SetShiftNames(&shifts.Names());
     for (Vresource* resource : saved.ResourceList()) {
         write.Tag("RESOURCE");
         write("ResourceID", resource->ResourceID());

@@ -9,10 +9,6 @@
 
 namespace vortan {
 
-/// No task has this number: in a file, a link to it is one to a task that has been deleted, which is not the
-/// same as none.
-inline constexpr std::int32_t kDeletedTask = 0;
-
 /// What a file held, and what in it is odd without being damage.
 struct LoadReport {
     int templates = 0, shifts = 0, resources = 0;
@@ -21,11 +17,14 @@ struct LoadReport {
     std::vector<std::string> missingShifts;
     /// First line behind the blank line that ended the reading, 0 if there is none.
     int lineBehindBlank = 0;
+    /// The reading ended at a field or record that only a later version can know.
+    bool newer = false;
 };
 
 /// Reads all records into the workspace: objects that it knows by name or number take the values read, others
 /// are added, dependencies and assignments are always added. A link to something that has not come yet makes
-/// a stub. Fault for damage, which tells file, line and what was expected; what was read up to there stays.
+/// a stub. Fault for damage and for what a newer version has written, which tells file, line and what was
+/// expected; what was read up to there stays.
 void LoadRecords(Workspace& workspace, TokenReader& reader, LoadReport& report);
 
 /// The text of everything in the workspace. The active template and project come first, then the other

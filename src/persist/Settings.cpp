@@ -2,58 +2,72 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 
 #include "model/Characters.h"
 #include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/NumberText.h"
-#include "model/ValueText.h"
+#include "persist/FieldWriter.h"
 #include "persist/TokenReader.h"
 #include "persist/Vfile.h"
 
 namespace vortan {
 namespace {
 
-constexpr const char* kDefaults[][2] = {
-    {"AdjustColorsCheck", "-"},
-    {"AutomaticBackupCombo", "off"},
-    {"BarOption", "X"},
-    {"CriticalPathRedCheck", "-"},
-    {"DateDependencyCombo", "Line to top of chart"},
-    {"DependencyArrowsCombo", "Control"},
-    {"EfficiencyText", "0.85"},
-    {"ListAllDepsCheck", "X"},
-    {"ListTaskLeaderCheck", "X"},
-    {"MilestoneOption", "-"},
-    {"ShowMarkersCheck", "X"},
-    {"ShowProjectManagerCheck", "-"},
-    {"SortByDateCheck", "-"},
-    {"SubprojectDisplayCombo", "One level only"},
-    {"WrapTextCheck", "-"},
-};
-
 constexpr double kLargestFont = 500;  // points; what is beyond cannot have been meant
+
+constexpr Subprojects LeastOf(Subprojects) {
+    return Subprojects::OneLevel;
+}
+constexpr Arrows LeastOf(Arrows) {
+    return Arrows::None;
+}
+constexpr DateDeps LeastOf(DateDeps) {
+    return DateDeps::Hidden;
+}
+
+// What a preference is called in the settings. A choice is known by its first letter; what has another is the
+// one that draws the least.
+std::string TextOf(bool on) {
+    return on ? "X" : "-";
+}
+std::string TextOf(const std::string& text) {
+    return text;
+}
+std::string TextOf(std::int32_t minutes) {
+    return minutes == 0 ? "off" : FormatNumber(minutes);
+}
+template <class Choice>
+std::string TextOf(Choice choice) {
+    return ChoiceTexts(choice)[static_cast<std::size_t>(choice)];
+}
+void TakeText(bool& on, const std::string& text) {
+    on = text == "X";
+}
+void TakeText(std::string& value, const std::string& text) {
+    value = text;
+}
+void TakeText(std::int32_t& minutes, const std::string& text) {
+    minutes = std::clamp<std::int32_t>(ScanInt32(text), 0, INT16_MAX);
+}
+template <class Choice>
+void TakeText(Choice& choice, const std::string& text) {
+    const auto texts = ChoiceTexts(choice);
+    const auto at = std::find_if(texts.begin(), texts.end(),
+                                 [&](const char* each) { return !text.empty() && each[0] == text[0]; });
+    const bool known = at != texts.end();
+    choice = known ? static_cast<Choice>(at - texts.begin()) : LeastOf(choice);
+}
 
 std::string RecentKey(int number) {
     return "RecentFile" + std::to_string(number);
 }
 
-bool SameText(const std::string& a, const std::string& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return LowerCase(x) == LowerCase(y); });
-}
-
-void AppendToken(std::string& out, std::string text) {
-    // A line break cannot stand in a line.
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
-    AppendQuoted(out, text);
-}
-
 }  // namespace
 
 std::string Settings::FileName() const {
-    return JoinPath(platform_.SettingsDirectory(), "Vortan.cfg");
+    return (std::filesystem::path(platform_.SettingsDirectory()) / "Vortan.cfg").string();
 }
 
 void Settings::ReadOnce() {
@@ -86,12 +100,22 @@ void Settings::WriteSettings(const std::string& key, const std::string& value) {
     Store(key, value);
 }
 
+Preferences Settings::ThePreferences() {
+    ReadOnce();
+    Preferences preferences;
+    Preferences::ForEach(preferences, [this](const char* key, auto& value) { TakeText(value, Find(key)); });
+    return preferences;
+}
+
 void Settings::ReadConfigFile() {
     const Section section("Settings:ReadConfigFile");
     read_ = true;
     entries_.clear();
     byKey_.clear();
-    for (const auto& setting : kDefaults) Store(setting[0], setting[1]);
+    std::map<std::string, std::string> defaults;
+    Preferences::ForEach(Preferences(),
+                         [&](const char* key, const auto& value) { defaults[key] = TextOf(value); });
+    for (const auto& [key, value] : defaults) Store(key, value);
 
     const std::string name = FileName();
     FileText file;
@@ -167,6 +191,14 @@ FormFont Settings::FontOf(const std::string& form) {
     font.bold = ParseBool(Find(form + ".FontBold")).value_or(false);
     font.italic = ParseBool(Find(form + ".FontItalic")).value_or(false);
     return font;
+}
+
+void Settings::SetFont(const std::string& form, const FormFont& font) {
+    ReadOnce();
+    Store(form + ".FontName", font.name);
+    Store(form + ".FontSize", FormatNumber(font.size));
+    Store(form + ".FontBold", FormatNumber(font.bold));
+    Store(form + ".FontItalic", FormatNumber(font.italic));
 }
 
 }  // namespace vortan

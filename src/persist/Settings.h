@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "model/Platform.h"
+#include "persist/Preferences.h"
 
 namespace vortan {
 
@@ -21,7 +22,7 @@ struct FormFont {
 };
 
 /// The user's preferences, the recent files and the fonts of the screens: one table of names and texts, kept
-/// in Vortan.cfg from one run to the next. The program owns one. A value that is on or off is "X" or "-".
+/// in Vortan.cfg from one run to the next. The program owns one.
 ///
 /// The first use reads the file. If that is damaged its fault goes out of that one call, and the table holds
 /// the defaults and all lines that are whole; from then on everything works.
@@ -36,9 +37,8 @@ class Settings {
     std::string ReadSettings(const std::string& key);
     /// Stays in memory until WriteConfigFile. An empty key is a fault.
     void WriteSettings(const std::string& key, const std::string& value);
-    bool SettingIsOn(const std::string& key) { return ReadSettings(key) == "X"; }
-    /// The first character of the value.
-    std::string SettingLetter(const std::string& key) { return ReadSettings(key).substr(0, 1); }
+    /// What the settings say of the preferences.
+    Preferences ThePreferences();
 
     /// Starts again from the defaults and the file. A missing file means defaults.
     void ReadConfigFile();
@@ -53,6 +53,7 @@ class Settings {
 
     /// The font of the screen of that name.
     FormFont FontOf(const std::string& form);
+    void SetFont(const std::string& form, const FormFont& font);
 
   private:
     using Entry = std::pair<std::string, std::string>;

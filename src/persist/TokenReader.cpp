@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "model/Characters.h"
 #include "model/ErrTrap.h"
 #include "model/Fault.h"
 
@@ -11,12 +12,6 @@ namespace vortan {
 namespace {
 
 constexpr std::size_t kLongestQuote = 60;  // of a faulty line or token, in a message
-
-std::string_view Trim(std::string_view text) {
-    while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
-    while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
-    return text;
-}
 
 /// The beginning of a text that may be long or binary, fit for a message.
 std::string Shorten(std::string_view text) {
@@ -42,7 +37,7 @@ bool TokenReader::GetAnotherLine() {
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
     position_ = end + 1;
     ++lineNumber_;
-    current_ = remaining_ = Trim(line);
+    current_ = remaining_ = Trim(line, " ");
     if (lastLineHasEnd_ && found == std::string_view::npos)
         Fail("the line has no end, so the file was cut off");
     return true;
@@ -79,6 +74,12 @@ std::string_view TokenReader::ReadToken() {
 void TokenReader::ExpectToken(std::string_view expected) {
     const std::string_view token = ReadToken();
     if (token != expected) FailValue(token, "\"" + std::string(expected) + "\"");
+}
+
+bool TokenReader::NextIs(std::string_view token) {
+    const bool is = ReadToken() == token;
+    UnReadLine();
+    return is;
 }
 
 void TokenReader::Fail(const std::string& what) const {

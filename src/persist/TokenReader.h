@@ -27,6 +27,8 @@ class TokenReader {
     bool AtEnd() const { return remaining_.empty() && position_ >= text_.size(); }
     /// Fault "Error reading file ..." if the next token is not `expected`.
     void ExpectToken(std::string_view expected);
+    /// Between two lines: whether the next one begins with `token`. Takes nothing.
+    bool NextIs(std::string_view token);
     /// Makes the whole of the last line come again.
     void UnReadLine() {
         remaining_ = current_;

@@ -282,13 +282,15 @@ void ReplaceFile(const std::string& name, std::string_view bytes, const std::str
 }  // namespace
 
 FileType FileTypeOf(std::string_view name) {
-    if (name.size() < 4) return FileType::Unknown;
-    std::string ending(name.substr(name.size() - 4));
-    std::transform(ending.begin(), ending.end(), ending.begin(), LowerCase);
-    if (ending == ".vtb") return FileType::Bundle;
-    if (ending == ".vta") return FileType::Ascii;
-    if (ending == ".cfg") return FileType::Configuration;
+    if (EndsWithText(name, ".vtb")) return FileType::Bundle;
+    if (EndsWithText(name, ".vta")) return FileType::Ascii;
+    if (EndsWithText(name, ".cfg")) return FileType::Configuration;
     return FileType::Unknown;
+}
+
+bool IsPlanFile(std::string_view name) {
+    const FileType type = FileTypeOf(name);
+    return type == FileType::Bundle || type == FileType::Ascii;
 }
 
 bool ReadFileText(Platform& platform, const std::string& name, FileText& out) {

@@ -15,6 +15,9 @@ enum class FileType { Unknown = 0, Bundle = 1, Ascii = 2, Configuration = 3 };
 /// By the last four characters of the name, in any case: ".vtb", ".vta", ".cfg".
 FileType FileTypeOf(std::string_view name);
 
+/// Whether the name is that of a bundle or ASCII file.
+bool IsPlanFile(std::string_view name);
+
 /// No text of a file is longer, in bytes.
 inline constexpr std::size_t kMaxFileText = std::size_t{1} << 30;
 

@@ -7,6 +7,7 @@
 
 #include "model/ErrTrap.h"
 #include "model/Fault.h"
+#include "model/ValueText.h"
 #include "model/Vproject.h"
 #include "solve/CrashSolve.h"
 #include "solve/ProblemText.h"
@@ -19,14 +20,6 @@ namespace {
 constexpr double kGigabyte = 1024.0 * 1024 * 1024;
 /// A solve that would take more is refused: it would bring the machine to a halt before it ended.
 constexpr double kMostMemory = 2 * kGigabyte;
-
-/// 1234567 as "1,234,567".
-std::string Grouped(std::int32_t number) {
-    std::string text = std::to_string(number);
-    for (auto at = static_cast<std::ptrdiff_t>(text.size()) - 3; at > 0; at -= 3)
-        text.insert(static_cast<std::size_t>(at), ",");
-    return text;
-}
 
 std::string Gigabytes(double bytes) {
     char text[40];
@@ -43,23 +36,25 @@ bool Halts(const Vproject& project) {
 
 std::optional<std::string> IterativeSolve::CheckRisk(double iterations) const {
     if (!(iterations >= 1 && iterations <= kMostIterations)) {
-        return "The number of iterations must be a whole number from 1 to " + Grouped(kMostIterations) + ".";
+        return "The number of iterations must be a whole number from 1 to " + GroupDigits(kMostIterations) +
+               ".";
     }
     const auto wanted = static_cast<std::int32_t>(iterations);
     const auto needed = [this](std::int32_t n) {
         return vortan::RiskSolve::MemoryNeeded(solver_, n, Workers());
     };
     if (needed(wanted) <= kMostMemory) return std::nullopt;
-    std::string text = "A risk solve of " + Grouped(wanted) + " iterations over " +
-                       Grouped(solver_.SliceCount()) + " slices needs about " + Gigabytes(needed(wanted)) +
-                       " of memory, and no more than " + Gigabytes(kMostMemory) + " may be used.";
+    std::string text = "A risk solve of " + GroupDigits(wanted) + " iterations over " +
+                       GroupDigits(solver_.SliceCount()) + " slices needs about " +
+                       Gigabytes(needed(wanted)) + " of memory, and no more than " + Gigabytes(kMostMemory) +
+                       " may be used.";
     std::int32_t fits = 0, unit = 1;
     for (std::int32_t step = 1 << 20; step > 0; step /= 2) {
         if (fits + step < wanted && needed(fits + step) <= kMostMemory) fits += step;
     }
     while (fits / unit >= 100) unit *= 10;
     fits = fits / unit * unit;
-    return fits < 1 ? text : text + " Enter " + Grouped(fits) + " or less.";
+    return fits < 1 ? text : text + " Enter " + GroupDigits(fits) + " or less.";
 }
 
 std::optional<std::string> IterativeSolve::CheckIncrement(double increment) {
@@ -95,7 +90,7 @@ IterativeSolve::Outcome IterativeSolve::RiskSolve(bool quick, std::int32_t itera
         }
         if (watch.WasCancelled()) return "";
         if (const auto& failure = solve.FirstFailure()) {
-            return "The risk solve was broken off in iteration " + Grouped(failure->iteration) + ": " +
+            return "The risk solve was broken off in iteration " + GroupDigits(failure->iteration) + ": " +
                    FailureText(failure->outcome, failure->task);
         }
         solve.MoveResults(results_);

@@ -4,6 +4,10 @@
 #include <numeric>
 
 #include "model/Rounding.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
 #include "solve/Network.h"
 
 namespace vortan {

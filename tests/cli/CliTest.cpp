@@ -1,7 +1,9 @@
 #include "cli/Cli.h"
 
 #include "cli/CliRun.h"
+#include "cli/TextTable.h"
 #include "persist/PackedText.h"
+#include "support/Paths.h"
 
 namespace vortan {
 namespace {
@@ -24,45 +26,88 @@ TEST_F(CliTest, EveryCommandHasItsHelp) {
     EXPECT_NE(Done({"--version"}), "");
 }
 
-TEST_F(CliTest, AWrongCommandLineIsRefusedWithTheReason) {
-    const std::string plan = FileWith("shed.vta", UsualShed());
-    const std::pair<std::vector<std::string>, const char*> cases[] = {
-        {{}, "--help"},
-        {{"frob", plan}, "There is no command \"frob\""},
-        {{"solve"}, "FILE is required"},
-        {{"solve", plan, "--frob"}, "--frob"},
-        {{"solve", plan, "--journal"}, "--journal"},
-        {{"convert", plan}, "OUT is required"},
-        {{"why", plan}, "--task is required"},
-        {{"why", plan, "--task", "two"}, "two"},
-        {{"why", plan, "--task", "7"}, "no task 7 in project Shed"},
-        {{"why", plan, "--task", "1", "--project", "Barn"}, "no project \"Barn\""},
+TEST_F(CliTest, WhatCannotBeDoneIsRefusedWithTheReason) {
+    const std::string plan = FileWith("shed.vta", UsualShed()), empty = FileWith("empty.vta", "");
+    const std::string halting = FileWith("h.vta", UsualShed(0)), programme = ExampleFile("programme.vta");
+    // A plan whose rule halts, but which needs no halt as it stands.
+    const std::string calm =
+        FileWith("calm.vta", ShedPlan(2, {{1, "Dig", kEffortHours, 480, {{}}, {{1, 8}}}}));
+    const std::tuple<std::vector<std::string>, const char*, int> cases[] = {
+        {{}, "--help", kExitUsage},
+        {{"frob", plan}, "There is no command \"frob\"", kExitUsage},
+        {{"solve"}, "FILE is required", kExitUsage},
+        {{"solve", plan, "--frob"}, "--frob", kExitUsage},
+        {{"solve", plan, "--journal"}, "--journal", kExitUsage},
+        {{"solve", programme, "--project", "Shed"},
+         "no project \"Shed\" in memory. There are: Billing.",
+         kExitUsage},
+        {{"solve", programme, "--journal", "2027-02-02"}, "It has: 1/11/2027, 4/12/2027.", kExitUsage},
+        {{"solve", programme, "--journal", "soon"}, "\"soon\" is not a date", kExitUsage},
+        {{"convert", plan}, "OUT is required", kExitUsage},
+        {{"convert", plan, PathOf("out.txt")}, "out.txt", kExitUsage},
+        {{"why", plan}, "--task is required", kExitUsage},
+        {{"why", plan, "--task", "two"}, "two", kExitUsage},
+        {{"why", plan, "--task", "7"}, "no task 7 in project Shed", kExitUsage},
+        {{"why", plan, "--task", "1", "--project", "Barn"}, "no project \"Barn\"", kExitUsage},
+        {{"journal", plan, "--add", "9/3/2001"}, "already exists", kExitUsage},
+        {{"journal", plan, "--add", "someday"}, "is not a date", kExitUsage},
+        {{"journal", plan, "--activate", "9/4/2001"}, "has no journal of 9/4/2001", kExitUsage},
+        {{"journal", plan, "--plan", "9/4/2001"}, "has no journal of 9/4/2001", kExitUsage},
+        {{"journal", empty, "--add", "9/4/2001"}, "There is no project", kExitUsage},
+        {{"risk", plan, "-n", "0"}, "from 1 to 1,000,000", kExitUsage},
+        {{"risk", plan, "-n", "many"}, "--iterations", kExitUsage},
+        {{"risk", plan, "--project", "Barn"}, "no project \"Barn\"", kExitUsage},
+        {{"risk", halting}, "Overtime needed: ", kExitHalted},
+        {{"crash", plan, "--increment", "2"}, "from 0.1 to 1.0", kExitUsage},
+        {{"crash", calm}, "The project Shed: Garden shed has a solve rule that halts", kExitHalted},
+        {{"crash"}, "FILE", kExitUsage},
     };
-    for (const auto& [arguments, reason] : cases) ExpectPart(Refused(arguments), reason);
+    for (const auto& [arguments, reason, exitCode] : cases) {
+        const CliOutcome outcome = Run(arguments);
+        EXPECT_EQ(outcome.exitCode, exitCode) << reason;
+        EXPECT_EQ(outcome.out, "");
+        ExpectPart(outcome.err, reason);
+    }
 }
 
+/// The commands that read a plan, with the file as their second word.
+const std::vector<std::vector<std::string>> kReaders = {
+    {"solve", "FILE"}, {"check", "FILE"}, {"journal", "FILE"},           {"why", "FILE", "--task", "1"},
+    {"risk", "FILE"},  {"crash", "FILE"}, {"convert", "FILE", "out.vtb"}};
+
 TEST_F(CliTest, AFileThatCannotBeReadIsRefusedByEveryCommand) {
-    const std::string missing = PathOf("missing.vta");
-    const std::string text = FileWith("plan.txt", UsualShed());
-    for (const std::vector<std::string>& command :
-         {std::vector<std::string>{"solve"}, {"check"}, {"journal"}, {"why", "--task", "1"}}) {
-        std::vector<std::string> arguments = command;
-        arguments.insert(arguments.begin() + 1, missing);
-        ExpectPart(Refused(arguments), missing);
-        arguments[1] = text;
-        ExpectPart(Refused(arguments), "does not have a recognized type");
+    const std::pair<std::string, std::string> files[] = {
+        {PathOf("missing.vta"), PathOf("missing.vta")},
+        {FileWith("plan.txt", UsualShed()), "does not have a recognized type"},
+        {PathOf("Vortan.cfg"), "does not have a recognized type"}};
+    for (const auto& [file, complaint] : files) {
+        for (std::vector<std::string> arguments : kReaders) {
+            arguments[1] = file;
+            ExpectPart(Refused(arguments), complaint);
+        }
     }
-    ExpectPart(Refused({"convert", missing, PathOf("out.vtb")}), missing);
-    ExpectPart(Refused({"convert", text, PathOf("out.vtb")}), "does not have a recognized type");
-    ExpectPart(Refused({"convert", FileWith("shed.vta", UsualShed()), PathOf("out.txt")}), "out.txt");
+}
+
+TEST_F(CliTest, NoLineIsWiderThanTheTerminal) {
+    for (const char* command : {"solve", "risk", "crash"}) {
+        for (const std::string& plan : {ExampleFile("house.vta"), ExampleFile("launch.vta"),
+                                        ExampleFile("programme.vta"), TestFile("golden/solve/m12.vta")}) {
+            for (const int width : {60, 80, 100}) {
+                std::istringstream lines(Run({command, plan}, width).out);
+                for (std::string line; std::getline(lines, line);) EXPECT_LE(TextWidth(line), width) << line;
+            }
+        }
+    }
+    // Where the time of day has no room, the day and the whole description are still there.
+    ExpectPart(Done({"solve", ExampleFile("launch.vta")}, 80), "Product definition ");
 }
 
 TEST_F(CliTest, ADamagedFileIsNamedWithItsLine) {
     const std::string damaged =
         FileWith("bad.vta", Replaced(UsualShed(), "  EffortUnits,1440", "  EffortUnit,1440"));
-    for (const std::vector<std::string>& arguments : {std::vector<std::string>{"solve", damaged},
-                                                      {"why", damaged, "--task", "1"},
-                                                      {"journal", damaged}}) {
+    for (std::vector<std::string> arguments : kReaders) {
+        if (arguments[0] == "check" || arguments[0] == "convert") continue;
+        arguments[1] = damaged;
         const std::string complaint = Refused(arguments);
         ExpectPart(complaint,
                    "Error reading file " + damaged + ": read \"EffortUnit\" when expecting \"EffortUnits\"");

@@ -66,13 +66,16 @@ TEST_F(CheckCommandTest, DamageIsToldWithWhatCouldBeRead) {
         {"sum.vtb",
          packed.substr(0, packed.size() - 1) + static_cast<char>(packed.back() ^ 1),
          {"The check sum does not match."}},
+        {"new.vta", plan + "NOTE\r\n", {"1 project, 6 tasks", "a newer version", "\nLine "}},
     };
     for (const auto& [name, bytes, parts] : cases) {
         SCOPED_TRACE(name);
         const CliOutcome outcome = Run({"check", FileWith(name, bytes)});
         EXPECT_EQ(outcome.exitCode, kExitUsage);
         for (const char* part : parts) ExpectPart(outcome.out, part);
-        EXPECT_TRUE(outcome.out.ends_with("\nDamaged\n")) << outcome.out;
+        const bool newer = std::string_view(name) == "new.vta";
+        EXPECT_TRUE(outcome.out.ends_with(newer ? "\nWritten by a newer version\n" : "\nDamaged\n"))
+            << outcome.out;
     }
 }
 
@@ -115,18 +118,6 @@ TEST_F(JournalCommandTest, AJournalIsAddedMadeThePlanAndActivated) {
     EXPECT_EQ(journals(), "Project Shed\n  9/3/2001 [Current]\n  9/10/2001 [Plan]\n")
         << "written without --save";
     ExpectPart(Done({"solve", out, "--journal", "9/10/2001"}), "Journal 9/10/2001 [Plan only]");
-}
-
-TEST_F(JournalCommandTest, WhatCannotBeDoneIsRefused) {
-    const std::string plan = FileWith("shed.vta", UsualShed());
-    const std::pair<std::vector<std::string>, const char*> cases[] = {
-        {{"journal", plan, "--add", "9/3/2001"}, "already exists"},
-        {{"journal", plan, "--add", "someday"}, "is not a date"},
-        {{"journal", plan, "--activate", "9/4/2001"}, "has no journal of 9/4/2001"},
-        {{"journal", plan, "--plan", "9/4/2001"}, "has no journal of 9/4/2001"},
-        {{"journal", FileWith("empty.vta", ""), "--add", "9/4/2001"}, "There is no project"},
-    };
-    for (const auto& [arguments, reason] : cases) ExpectPart(Refused(arguments), reason);
 }
 
 }  // namespace

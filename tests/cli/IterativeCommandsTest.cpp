@@ -1,7 +1,5 @@
 #include "cli/CliRun.h"
-#include "cli/TextTable.h"
 #include "support/Json.h"
-#include "support/Paths.h"
 
 namespace vortan {
 namespace {
@@ -73,44 +71,6 @@ TEST_F(IterativeCommandsTest, CrashPrintsTheSteps) {
     EXPECT_LT(steps.back()["endDate"].Number(), 37147);
     // What is not a power of two is printed as it was typed.
     ExpectPart(Done({"crash", plan, "--increment", "0.1", "--json"}), "\"multiplier\":1.1,");
-}
-
-TEST_F(IterativeCommandsTest, WhatCannotBeDoneIsSaid) {
-    const std::string plan = FileWith("shed.vta", UsualShed()), halting = FileWith("h.vta", UsualShed(0));
-    struct Case {
-        std::vector<std::string> arguments;
-        int exitCode;
-        const char* complaint;
-    };
-    // A plan whose rule halts, but which needs no halt as it stands.
-    const std::string calm =
-        FileWith("calm.vta", ShedPlan(2, {{1, "Dig", kEffortHours, 480, {{}}, {{1, 8}}}}));
-    const Case cases[] = {
-        {{"risk", plan, "-n", "0"}, kExitUsage, "from 1 to 1,000,000"},
-        {{"risk", plan, "-n", "many"}, kExitUsage, "--iterations"},
-        {{"risk", plan, "--project", "Barn"}, kExitUsage, "no project \"Barn\""},
-        {{"risk", PathOf("none.vta")}, kExitUsage, "none.vta"},
-        {{"risk", halting}, kExitHalted, "Overtime needed: "},
-        {{"crash", plan, "--increment", "2"}, kExitUsage, "from 0.1 to 1.0"},
-        {{"crash", calm}, kExitHalted, "The project Shed: Garden shed has a solve rule that halts"},
-        {{"crash"}, kExitUsage, "FILE"},
-    };
-    for (const Case& each : cases) {
-        const CliOutcome outcome = Run(each.arguments);
-        EXPECT_EQ(outcome.exitCode, each.exitCode) << each.complaint;
-        EXPECT_EQ(outcome.out, "");
-        ExpectPart(outcome.err, each.complaint);
-    }
-}
-
-TEST_F(IterativeCommandsTest, NoLineIsWiderThanTheTerminal) {
-    for (const char* command : {"risk", "crash"}) {
-        for (const char* name : {"house", "programme"}) {
-            for (const std::string& line :
-                 Lines(Done({command, ExampleFile(std::string(name) + ".vta")}, 60)))
-                EXPECT_LE(TextWidth(line), 60) << line;
-        }
-    }
 }
 
 }  // namespace

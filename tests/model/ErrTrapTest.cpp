@@ -16,7 +16,7 @@ namespace {
 class ErrTrapTest : public testing::Test {
   protected:
     std::string Log() {
-        std::ifstream file(JoinPath(platform.Directory(), "ErrTrap.log"));
+        std::ifstream file(platform.Directory() + "/ErrTrap.log");
         return {std::istreambuf_iterator<char>(file), {}};
     }
     void Expect(BoxAnswer answer, const std::string& text) {
@@ -167,14 +167,14 @@ TEST_F(ErrTrapTest, AVeryDeepFaultStillNamesTheCommand) {
 }
 
 TEST_F(ErrTrapTest, ALogThatCannotBeWrittenIsDoneWithout) {
-    platform.logDirectory = JoinPath(platform.Directory(), "missing");
+    platform.logDirectory = platform.Directory() + "/missing";
     Expect(BoxAnswer::Abort, "");
     EXPECT_FALSE(errTrap.RunCommand("Main:OpenMenu_Click", Outer));
     EXPECT_FALSE(std::filesystem::exists(platform.logDirectory));
 }
 
 TEST_F(ErrTrapTest, TheDateOfTheProgramFileIsLogged) {
-    platform.programFile = JoinPath(platform.Directory(), "program");
+    platform.programFile = platform.Directory() + "/program";
     std::ofstream(platform.programFile) << "x";
     errTrap.WriteErrorLog("message", "Main:Start", BoxAnswer::Ignore);
     const std::string log = Log();

@@ -227,13 +227,7 @@ TEST(ValueText, JDateTakesTheFirstWord) {
     EXPECT_EQ(FaultOf([] { JDate(""); }), "10000 \"\" is not a date");
 }
 
-TEST(ValueText, Paths) {
-    EXPECT_EQ(RecoverPath("/home/me/b:c\\d.vtb"), "/home/me/");
-    EXPECT_EQ(RecoverPath("a.vtb"), "");
-    EXPECT_EQ(JoinPath("/home/me", "a.vtb"), "/home/me/a.vtb");
-    EXPECT_EQ(JoinPath("/home/me/", "a.vtb"), "/home/me/a.vtb");
-    EXPECT_EQ(JoinPath("/b:", "a.vtb"), "/b:/a.vtb");
-    EXPECT_EQ(JoinPath("", "a.vtb"), "a.vtb");
+TEST(ValueText, ANulEndsAText) {
     EXPECT_EQ(ChopAtNull(std::string("ab\0cd", 5)), "ab");
     EXPECT_EQ(ChopAtNull("ab"), "ab");
 }

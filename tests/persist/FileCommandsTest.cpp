@@ -77,36 +77,70 @@ TEST_F(FileCommandsTest, OpenIntoEmptyMemoryAsksNothing) {
     }
 }
 
-TEST_F(FileCommandsTest, OpenWithSomethingInMemoryAsks) {
+TEST_F(FileCommandsTest, MemoryIsThrownAwayOnlyWithConsent) {
     Write("b.vta", SmallPlan("B"));
-    Vproject* const a = Load("A");
-    const std::string question =
+    enum class Do { Open, New, Leave };
+    using enum BoxAnswer;
+    const std::string nothing, name = Path("a.vtb");
+    const std::string combine =
         "There are already projects and/or templates loaded into memory.\nIf you do not delete them, then "
         "VORTAN will combine the data in " +
         Path("b.vta") +
         " with the data in memory.\n\nDo you want to delete all templates and projects first?";
-
-    platform.ExpectBox("Delete All Projects and Templates", BoxAnswer::Cancel, question);
-    files.OpenFile(Path("b.vta"));
-    EXPECT_EQ(Projects(), Names{"A"});
-    EXPECT_EQ(workspace.LastFileName, "");
-
-    platform.ExpectBox("Delete All Projects and Templates", BoxAnswer::No);
-    files.OpenFile(Path("b.vta"));
-    EXPECT_EQ(Projects(), (Names{"A", "B"}));
-    EXPECT_EQ(workspace.ThisProject(), a);
-
-    a->SetDirty(true);
-    platform.ExpectBox("Delete All Projects and Templates", BoxAnswer::Yes);
-    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Cancel);
-    files.OpenFile(Path("b.vta"));
-    EXPECT_EQ(Projects(), (Names{"A", "B"}));
-
-    platform.ExpectBox("Delete All Projects and Templates", BoxAnswer::Yes);
-    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No);
-    files.OpenFile(Path("b.vta"));
-    EXPECT_EQ(Projects(), Names{"B"});
-    EXPECT_EQ(workspace.ThisProject()->ProjectName(), "B");
+    const std::string save =
+        "Changes have been made to one or more projects.\nThese changes exist only in memory and will be "
+        "lost "
+        "unless they are saved to disk.\n\nDo you want to save all changes to disk?";
+    const struct {
+        Do what;
+        bool dirty;
+        std::vector<BoxAnswer> answers;
+        const std::string* saveAs;  ///< what is entered when a name is asked for
+        Names projects;
+    } cases[] = {
+        {Do::Open, false, {Cancel}, nullptr, {"A"}}, {Do::Open, true, {No}, nullptr, {"A", "B"}},
+        {Do::Open, false, {Yes}, nullptr, {"B"}},    {Do::Open, true, {Yes, Cancel}, nullptr, {"A"}},
+        {Do::Open, true, {Yes, No}, nullptr, {"B"}}, {Do::Open, true, {Yes, Yes}, &nothing, {"A"}},
+        {Do::Open, true, {Yes, Yes}, &name, {"B"}},  {Do::New, false, {}, nullptr, {}},
+        {Do::New, true, {Cancel}, nullptr, {"A"}},   {Do::New, true, {Yes}, &nothing, {"A"}},
+        {Do::New, true, {No}, nullptr, {}},          {Do::New, true, {Yes}, &name, {}},
+        {Do::Leave, true, {Cancel}, nullptr, {"A"}}, {Do::Leave, true, {Yes}, &nothing, {"A"}},
+        {Do::Leave, true, {No}, nullptr, {}},        {Do::Leave, false, {}, nullptr, {}},
+    };
+    int row = 0, unloaded = 0;
+    files.UnloadScreens = [&] { ++unloaded; };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(row++);
+        workspace.FreeAllMemory();
+        Load("A")->SetDirty(test.dirty);
+        unloaded = 0;
+        listener = {};
+        std::filesystem::remove(name);
+        platform.statusMessages.clear();
+        for (std::size_t i = 0; i < test.answers.size(); ++i) {
+            const bool open = test.what == Do::Open && i == 0;
+            platform.ExpectBox(open ? "Delete All Projects and Templates" : "Save All Changes To Disk",
+                               test.answers[i], open ? combine : save);
+        }
+        if (test.saveAs) platform.ExpectSaveFileDialog({!test.saveAs->empty(), *test.saveAs});
+        if (test.what == Do::Open) files.OpenFile(Path("b.vta"));
+        if (test.what == Do::New) files.FileNew();
+        const bool stays = std::count(test.projects.begin(), test.projects.end(), "A") > 0;
+        EXPECT_TRUE(test.what != Do::Leave || files.ShutDown() != stays);
+        EXPECT_TRUE(platform.AllBoxesCame());
+        EXPECT_EQ(Projects(), test.projects);
+        EXPECT_EQ(workspace.ThisProject() && workspace.ThisProject()->ProjectName() == "A", stays);
+        EXPECT_EQ(unloaded, stays ? 0 : 1);
+        EXPECT_EQ(listener.projects > 0, test.projects != Names{"A"});
+        EXPECT_EQ(std::filesystem::exists(name), test.saveAs == &name);
+        if (test.what == Do::New && test.saveAs == &name) {
+            EXPECT_EQ(platform.statusMessages, (Names{"Writing to " + name, "", "Clearing memory", ""}));
+        }
+        EXPECT_TRUE(stays || platform.solveTimerArmed == (test.what != Do::Leave));
+    }
+    platform.ExpectBox("Memory Already Empty", BoxAnswer::Ok,
+                       "Memory is already empty.  There are no projects or templates loaded.");
+    files.FileNew();
 }
 
 TEST_F(FileCommandsTest, WhatCannotBeOpenedLeavesMemoryAndSolvesOn) {
@@ -223,41 +257,6 @@ TEST_F(FileCommandsTest, SaveAsksForAName) {
     EXPECT_EQ(FileBytes(Path("a.vta")), SaveRecords(workspace));
 }
 
-TEST_F(FileCommandsTest, NewThrowsMemoryAwayOnlyWithConsent) {
-    platform.ExpectBox("Memory Already Empty", BoxAnswer::Ok,
-                       "Memory is already empty.  There are no projects or templates loaded.");
-    files.FileNew();
-    EXPECT_EQ(listener.projects, 0);
-
-    Load("A")->SetDirty(true);
-    int unloaded = 0;
-    files.UnloadScreens = [&] { ++unloaded; };
-    const std::string question =
-        "Changes have been made to one or more projects.\nThese changes exist only in memory and will be "
-        "lost "
-        "unless they are saved to disk.\n\nDo you want to save all changes to disk?";
-    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Cancel, question);
-    files.FileNew();
-    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Yes);
-    platform.ExpectSaveFileDialog({});
-    files.FileNew();
-    EXPECT_EQ(Projects(), Names{"A"});
-    EXPECT_EQ(unloaded, 0);
-
-    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Yes);
-    platform.ExpectSaveFileDialog({true, Path("a.vtb")});
-    settings.RecentFiles();  // reads them, with a status message of its own
-    platform.statusMessages.clear();
-    files.FileNew();
-    EXPECT_EQ(Projects(), Names{});
-    EXPECT_EQ(workspace.ThisProject(), nullptr);
-    EXPECT_EQ(unloaded, 1);
-    EXPECT_GE(listener.projects, 1);
-    EXPECT_GE(listener.templates, 1);
-    EXPECT_EQ(platform.statusMessages, (Names{"Writing to " + Path("a.vtb"), "", "Clearing memory", ""}));
-    EXPECT_EQ(solver.Mode(), SolveMode::Restart);
-}
-
 TEST_F(FileCommandsTest, TheQuestionNamesWhatIsDirty) {
     Load("A");
     EXPECT_TRUE(files.OkToDeleteAll());
@@ -315,21 +314,16 @@ TEST_F(FileCommandsTest, StartUpReadsTheSettings) {
     EXPECT_EQ(workspace.BackupMinutes, 5);
 }
 
-TEST_F(FileCommandsTest, ShutDownAsksWritesAndClears) {
+TEST_F(FileCommandsTest, ShutDownWritesTheSettings) {
     files.StartUp();
     Load("A")->SetDirty(true);
     settings.WriteSettings("BarOption", "-");
-    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Yes);
-    platform.ExpectSaveFileDialog({});
+    platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Cancel);
     EXPECT_FALSE(files.ShutDown());
-    EXPECT_EQ(Projects(), Names{"A"});
     EXPECT_FALSE(std::filesystem::exists(Path("Vortan.cfg")));
-
     platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No);
     EXPECT_TRUE(files.ShutDown());
-    EXPECT_EQ(Projects(), Names{});
-    EXPECT_FALSE(platform.solveTimerArmed);
-    EXPECT_EQ(Settings(platform).ReadSettings("BarOption"), "-");
+    EXPECT_FALSE(Settings(platform).ThePreferences().bars);
 }
 
 /// The user's commands run in the middle of a solve, on its own stack, at whatever moment.

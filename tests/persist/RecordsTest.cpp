@@ -11,6 +11,8 @@
 #include <random>
 
 #include "model/Fault.h"
+#include "persist/FieldReader.h"
+#include "persist/FieldWriter.h"
 #include "persist/PackedText.h"
 #include "solve/Solver.h"
 #include "support/Paths.h"
@@ -109,6 +111,7 @@ TEST_F(RecordsTest, AMissingOrAlteredLineIsAFaultWithItsPlace) {
             damaged[i] = wrong.empty() ? wrong : wrong + "\r\n";
             const std::string fault = FaultOf(Join(damaged));
             EXPECT_NE(fault.find("plan.vta"), std::string::npos) << line << ": " << wrong;
+            EXPECT_EQ(fault.find("newer"), std::string::npos) << line << ": " << wrong;
             // At the end of the text there is only the last line to point to.
             if (wrong.empty() && i + 1 == lines.size()) continue;
             EXPECT_NE(fault.find("Line " + std::to_string(i + 1)), std::string::npos) << wrong << fault;
@@ -208,36 +211,111 @@ TEST_F(RecordsTest, JournalsAreRowsOfValues) {
     plan = Replace(plan, "CurrentIndex,0", "CurrentIndex,2");
     plan = Replace(plan, "NumJournals,1", "NumJournals,3");
     plan = Replace(plan, "09/03/2001 12:00am", "09/03/2001 12:00am,10/01/2001 12:00am,11/01/2001 12:00am");
-    plan = Replace(plan, "Include,True", "Include,False,True,True");
     plan = Replace(plan, "MostLikely,60", "MostLikely,60,60,90");
-    LoadText(workspace, plan);
-    Vproject& project = *workspace.ProjectList()[0];
-    EXPECT_EQ(project.NumJournals(), 3);
-    EXPECT_EQ(project.CurrentIndex(), 2);  // the one in which it was saved
-    const Vtask& task = *project.FindTask(1);
-    EXPECT_FALSE(task.IncludeAt(0));
-    EXPECT_TRUE(task.IncludeAt(1) && task.IncludeAt(2));
-    EXPECT_EQ(task.MostLikely(), 90);
-    EXPECT_EQ(SaveRecords(workspace), plan);
-    project.SetCurrentIndex(0);
-    EXPECT_EQ(task.MostLikely(), 60);
-    EXPECT_EQ(SaveRecords(workspace), Replace(plan, "CurrentIndex,2", "CurrentIndex,0"));
-}
-
-TEST_F(RecordsTest, ADamagedProjectKeepsItsJournalIndex) {
-    std::string plan = SmallPlan("P", {1});
-    plan = Replace(plan, "CurrentIndex,0", "CurrentIndex,1");
-    plan = Replace(plan, "NumJournals,1", "NumJournals,2");
-    plan = Replace(plan, "09/03/2001 12:00am", "09/03/2001 12:00am,10/01/2001 12:00am");
+    // One False stands for all journals.
+    for (const auto& [include, second, third] :
+         {std::tuple("False,True,True", true, true), std::tuple("False,True,False", true, false),
+          std::tuple("False", false, false)}) {
+        SCOPED_TRACE(include);
+        Workspace read(platform);
+        const std::string row = Replace(plan, "Include,True", std::string("Include,") + include);
+        LoadText(read, row);
+        EXPECT_EQ(SaveRecords(read), row);
+        Vproject& project = *read.ProjectList()[0];
+        EXPECT_EQ(project.CurrentIndex(), 2);  // the one in which it was saved
+        const Vtask& task = *project.FindTask(1);
+        EXPECT_FALSE(task.IncludeAt(0));
+        EXPECT_EQ(task.IncludeAt(1), second);
+        EXPECT_EQ(task.IncludeAt(2), third);
+        EXPECT_EQ(task.MostLikely(), 90);
+        project.SetCurrentIndex(0);
+        EXPECT_EQ(task.MostLikely(), 60);
+        EXPECT_EQ(SaveRecords(read), Replace(row, "CurrentIndex,2", "CurrentIndex,0"));
+    }
     EXPECT_THROW(LoadText(workspace, Replace(plan, "LateFinish", "TooLate")), Fault);
-    EXPECT_EQ(workspace.ProjectList()[0]->CurrentIndex(), 1);
+    EXPECT_EQ(workspace.ProjectList()[0]->CurrentIndex(), 2) << "the same after damage";
 }
 
-TEST_F(RecordsTest, ASingleFalseIncludesInNoJournal) {
-    const std::string plan = Replace(SmallPlan("P", {1}), "Include,True", "Include,False");
-    LoadText(workspace, plan);
-    EXPECT_FALSE(workspace.ProjectList()[0]->FindTask(1)->Include());
-    EXPECT_EQ(SaveRecords(workspace), plan);
+/// A record of which the last two fields joined it when there were files without them.
+struct GrownRecord {
+    template <class Visitor>
+    void ForEachField(Visitor&& visit) {
+        visit("Hours", hours);
+        VisitOptional(visit, "Budget", budget, Money());
+        VisitOptional(visit, "Note", note, "none");
+    }
+    Journaled<std::int32_t> hours{7};
+    Journaled<Money> budget{Money::FromDouble(99)};
+    std::string note = "left over";
+};
+
+TEST_F(RecordsTest, AFieldThatJoinedLaterStandsOnlyWhereItSaysSomething) {
+    const auto budgets = [](double first, double second) {
+        return std::vector{Money::FromDouble(first), Money::FromDouble(second)};
+    };
+    const std::tuple<std::vector<Money>, const char*, const char*> cases[] = {
+        {budgets(0, 0), "none", "  Hours,1\r\n"},
+        {budgets(0, 2.5), "none", "  Hours,1\r\n  Budget,0,2.5\r\n"},
+        {budgets(3, 3), "", "  Hours,1\r\n  Budget,3\r\n  Note,\"\"\r\n"},
+        {budgets(0, 0), "a, b", "  Hours,1\r\n  Note,\"a, b\"\r\n"},
+    };
+    for (const auto& [budget, note, text] : cases) {
+        GrownRecord written, read;
+        written.hours.SetSingle(1);
+        written.budget.SetArray(budget);
+        written.note = note;
+        std::string saved;
+        written.ForEachField(FieldWriter(saved));
+        EXPECT_EQ(saved, text);
+        for (const std::string ending : {"", "TASK\r\n"}) {
+            const std::string file = text + ending;
+            TokenReader reader(file, "plan.vta");
+            read.ForEachField(FieldReader(workspace, reader, 2));
+            EXPECT_EQ(read.budget.At(0), budget[0]);
+            EXPECT_EQ(read.budget.At(1), budget[1]);
+            EXPECT_EQ(read.note, note);
+            EXPECT_EQ(reader.ReadToken(), ending.substr(0, 4)) << "what follows is still there";
+        }
+        read.ForEachField(ResizeField{3, 2});
+        EXPECT_EQ(read.budget.At(2), budget[1]);
+        read.ForEachField(ResetOptionalFields{});
+        EXPECT_TRUE(read.note == "none" && read.budget.At(2) == Money() && read.hours.At(0) == 1);
+    }
+}
+
+/// What a later version adds has its own message; what only looks odd is damage.
+TEST_F(RecordsTest, AFileOfALaterVersionIsNotCalledDamaged) {
+    const std::string plan = SmallPlan("P", {1, 2}) + DependencyOn("P", 1);
+    const struct {
+        const char *behind, *line;
+        bool newer;
+    } cases[] = {
+        {"  LateFinish,12/30/1899 12:00am\r\n", "  SolveRank,3\r\n", true},
+        {"  Manager,\"\"\r\n", "  Calendar2,\"\",x,1\r\n", true},
+        {"  Offset,0\r\n", "  Lag,2\r\n", true},
+        {"  Offset,0\r\n", "NOTE\r\n  Text,x\r\n", true},
+        {"  Manager,\"\"\r\n", "CALENDAR\r\n", true},
+        {"  LateFinish,12/30/1899 12:00am\r\n", "  LateFinish,12/30/1899 12:00am\r\n", false},
+        {"  LateFinish,12/30/1899 12:00am\r\n", "  ToPercent,0\r\n", false},  // of another record
+        {"  Offset,0\r\n", "  TaskID,3\r\n", false},
+        {"  Offset,0\r\n", "  JournalDates,3\r\n", false},
+        {"  Offset,0\r\n", "  SolveRank\r\n", false},
+        {"  Offset,0\r\n", "  Solve Rank,1\r\n", false},
+        {"  Offset,0\r\n", "  solveRank,1\r\n", false},
+        {"  Offset,0\r\n", "  RANK,1\r\n", false},
+        {"  Offset,0\r\n", "Note\r\n", false},
+        {"  Offset,0\r\n", "SHIFT\r\n", false},
+        {"  LateStart,12/30/1899 12:00am\r\n", "  SolveRank,3\r\n", false},  // in the midst of a record
+        {"", "CALENDAR\r\n", false},
+    };
+    for (const auto& test : cases) {
+        const std::string behind = test.behind;
+        const std::string fault = FaultOf(Replace(plan, behind, behind + test.line));
+        EXPECT_EQ(fault.find("written by a newer version") != std::string::npos, test.newer) << fault;
+        EXPECT_EQ(fault.find("when expecting") != std::string::npos, !test.newer) << fault;
+        EXPECT_NE(fault.find("plan.vta"), std::string::npos);
+        EXPECT_NE(fault.find("\nLine "), std::string::npos);
+    }
 }
 
 /// Sets every text of a record.

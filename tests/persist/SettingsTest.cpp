@@ -25,19 +25,16 @@ class SettingsTest : public testing::Test {
 };
 
 TEST_F(SettingsTest, WithoutAFileAreTheDefaults) {
+    EXPECT_TRUE(settings.WriteConfigFile());
+    EXPECT_FALSE(std::filesystem::exists(File())) << "written without a use";
     EXPECT_EQ(settings.ReadSettings("EfficiencyText"), "0.85");
-    EXPECT_EQ(settings.SettingLetter("DateDependencyCombo") + settings.SettingLetter("NeverWritten"), "L");
+    EXPECT_EQ(settings.ReadSettings("NeverWritten"), "");
     EXPECT_EQ(settings.RecentFiles(), Names{});
     ASSERT_TRUE(settings.WriteConfigFile());
     const std::string text = FileText();
     EXPECT_TRUE(text.starts_with("INITIALIZATION\r\nAdjustColorsCheck,-\r\nAutomaticBackupCombo,off\r\n"));
     EXPECT_TRUE(text.ends_with("SubprojectDisplayCombo,One level only\r\nWrapTextCheck,-\r\n"));
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 16);
-}
-
-TEST_F(SettingsTest, AreNotWrittenUnlessUsed) {
-    EXPECT_TRUE(settings.WriteConfigFile());
-    EXPECT_FALSE(std::filesystem::exists(File()));
 }
 
 TEST_F(SettingsTest, StandInTheOrderOfTheirLastChange) {
@@ -66,16 +63,12 @@ TEST_F(SettingsTest, SurviveTheRun) {
     EXPECT_EQ(next.ReadSettings("Two lines"), "1  2");
     EXPECT_EQ(next.ReadSettings(" key, \"blank\" "), "kept");
     EXPECT_EQ(next.RecentFiles(), Names{"/home/m/plans, old/a.vtb"});
+    Settings first(platform);
+    first.WriteSettings("Key1", "new");  // a first write does not hide the file
+    EXPECT_EQ(first.ReadSettings("Key1") + first.ReadSettings("Key9"), "newa  ");
     next.WriteSettings("Key0", "changed");
     next.ReadConfigFile();
     EXPECT_EQ(next.ReadSettings("Key0"), "");
-}
-
-TEST_F(SettingsTest, AFirstWriteDoesNotHideTheFile) {
-    WriteFile("INITIALIZATION\r\nKey,old\r\nOther,kept\r\n");
-    settings.WriteSettings("Key", "new");
-    EXPECT_EQ(settings.ReadSettings("Key"), "new");
-    EXPECT_EQ(settings.ReadSettings("Other"), "kept");
 }
 
 TEST_F(SettingsTest, ADamagedFileIsAFaultOnce) {
@@ -105,7 +98,43 @@ TEST_F(SettingsTest, ADamagedFileIsAFaultOnce) {
         EXPECT_EQ(damaged.ReadSettings("BarOption"), "X");
         EXPECT_EQ(damaged.ReadSettings("Key") + damaged.ReadSettings("Last"), *test.text ? "readx" : "");
         EXPECT_TRUE(damaged.WriteConfigFile());
-        EXPECT_TRUE(Settings(platform).SettingIsOn("BarOption"));  // the file is whole again
+        EXPECT_TRUE(Settings(platform).ThePreferences().bars);  // the file is whole again
+    }
+}
+
+TEST_F(SettingsTest, PreferencesAreKnownByTheirFirstLetter) {
+    const struct {
+        const char* text;
+        Subprojects subprojects;
+        Arrows arrows;
+        DateDeps dateDeps;
+        bool on;
+        int minutes;
+    } cases[] = {
+        {"", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, false, 0},
+        {"All", Subprojects::All, Arrows::All, DateDeps::Hidden, false, 0},
+        {"Tasks", Subprojects::Flat, Arrows::None, DateDeps::Triangle, false, 0},
+        {"Control", Subprojects::OneLevel, Arrows::Control, DateDeps::Hidden, false, 0},
+        {"Line", Subprojects::OneLevel, Arrows::None, DateDeps::LineToTop, false, 0},
+        {"Short", Subprojects::OneLevel, Arrows::None, DateDeps::ShortArrow, false, 0},
+        {"Do not show", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, false, 0},
+        {"X", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, true, 0},
+        {"10 or so", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, false, 10},
+        {"-1", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, false, 0},
+        {"32768", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, false, 32767},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.text);
+        for (const char* key : {"SubprojectDisplayCombo", "DependencyArrowsCombo", "DateDependencyCombo",
+                                "SortByDateCheck", "AutomaticBackupCombo", "EfficiencyText"})
+            settings.WriteSettings(key, test.text);
+        const Preferences read = settings.ThePreferences();
+        EXPECT_EQ(read.subprojects, test.subprojects);
+        EXPECT_EQ(read.arrows, test.arrows);
+        EXPECT_EQ(read.dateDeps, test.dateDeps);
+        EXPECT_EQ(read.sortByDate, test.on);
+        EXPECT_EQ(read.backupMinutes, test.minutes);
+        EXPECT_EQ(read.efficiency, test.text);
     }
 }
 
@@ -130,13 +159,11 @@ TEST_F(SettingsTest, FontsHaveDefaults) {
     EXPECT_FALSE(plain.bold || plain.italic);
     settings.WriteSettings("Gantt.FontSize", "12");  // counts with a name only
     EXPECT_EQ(settings.FontOf("Gantt").size, 9);
-    settings.WriteSettings("Gantt.FontName", "Serif");
-    settings.WriteSettings("Gantt.FontBold", "True");
+    settings.SetFont("Gantt", {"Serif", 10.5, true, false});
     const FormFont chosen = settings.FontOf("Gantt");
     EXPECT_EQ(chosen.name, "Serif");
-    EXPECT_EQ(chosen.size, 12);
-    EXPECT_TRUE(chosen.bold);
-    EXPECT_FALSE(chosen.italic);
+    EXPECT_EQ(chosen.size, 10.5);
+    EXPECT_TRUE(chosen.bold && !chosen.italic);
     for (const char* const size : {"", "0", "-3", "1e9", "large"}) {
         settings.WriteSettings("Gantt.FontSize", size);
         EXPECT_EQ(settings.FontOf("Gantt").size, 9) << size;

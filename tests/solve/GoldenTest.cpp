@@ -1,16 +1,9 @@
 #include <algorithm>
 
-<<<<<<< HEAD
-#include "model/Vassignment.h"
-#include "model/Vdependency.h"
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
-=======
 #include "cli/CliRun.h"
 #include "cli/SolveJson.h"
->>>>>>> main
+#include "model/Vdependency.h"
+#include "model/Vtask.h"
 #include "support/Json.h"
 #include "support/LoadedPlan.h"
 #include "support/Paths.h"

@@ -3,6 +3,12 @@
 #include <algorithm>
 #include <functional>
 
+#include "model/Vassignment.h"
+#include "model/Vdependency.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
 #include "support/LoadedPlan.h"
 #include "support/Paths.h"
 #include "support/PlanGenerator.h"

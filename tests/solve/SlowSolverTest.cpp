@@ -1,17 +1,11 @@
 #include <gtest/gtest.h>
 
-<<<<<<< HEAD
-#include <cmath>
-#include <set>
-
 #include "model/Vassignment.h"
 #include "model/Vdependency.h"
 #include "model/Vproject.h"
 #include "model/Vresource.h"
 #include "model/Vtask.h"
 #include "model/Vtemplate.h"
-=======
->>>>>>> main
 #include "support/LoadedPlan.h"
 #include "support/Paths.h"
 #include "support/PlanGenerator.h"

@@ -1,3 +1,4 @@
+#include "model/Vassignment.h"
 #include "model/Vdependency.h"
 #include "model/Vproject.h"
 #include "model/Vtask.h"

@@ -4,17 +4,11 @@
 #include <cmath>
 #include <map>
 
-<<<<<<< HEAD
-#include "model/Rounding.h"
-#include "model/Vassignment.h"
 #include "model/Vdependency.h"
 #include "model/Vproject.h"
 #include "model/Vresource.h"
-#include "model/Vshift.h"
 #include "model/Vtask.h"
 #include "model/Vtemplate.h"
-=======
->>>>>>> main
 #include "support/LoadedPlan.h"
 
 namespace vortan {

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QFontDialog>
 #include <cmath>
+#include <filesystem>
 
 #include "model/NumberText.h"
 #include "model/ValueText.h"
@@ -21,7 +22,8 @@ constexpr const char* kFilters = "VORTAN Bundle (*.vtb);;VORTAN Ascii (*.vta);;M
 std::string ShowOpen(Desktop& desktop) {
     const QString chosen = QFileDialog::getOpenFileName(QApplication::activeWindow(), "Open",
                                                         Q(desktop.workspace.FileDialogPath), kFilters);
-    if (!chosen.isEmpty()) desktop.workspace.FileDialogPath = RecoverPath(S(chosen));
+    if (!chosen.isEmpty())
+        desktop.workspace.FileDialogPath = std::filesystem::path(S(chosen)).remove_filename().string();
     return S(chosen);
 }
 
@@ -51,11 +53,7 @@ bool ShowFont(Desktop& desktop, const QString& formName) {
     bool chosen = false;
     const QFont font = QFontDialog::getFont(&chosen, before, QApplication::activeWindow(), "Font");
     if (!chosen) return false;
-    const std::string key = S(formName);
-    desktop.settings.WriteSettings(key + ".FontName", S(font.family()));
-    desktop.settings.WriteSettings(key + ".FontSize", FormatNumber(font.pointSizeF()));
-    desktop.settings.WriteSettings(key + ".FontBold", FormatNumber(font.bold()));
-    desktop.settings.WriteSettings(key + ".FontItalic", FormatNumber(font.italic()));
+    desktop.settings.SetFont(S(formName), {S(font.family()), font.pointSizeF(), font.bold(), font.italic()});
     return true;
 }
 

@@ -32,7 +32,7 @@ constexpr int kDateCharacters = 24;       // of a date with its time
 }  // namespace
 
 void TaskEntryForm::SetDefaultEfficiency(Desktop& desktop, Vtask& task) {
-    const auto efficiency = ParseNumber(desktop.settings.ReadSettings("EfficiencyText"));
+    const auto efficiency = ParseNumber(desktop.settings.ThePreferences().efficiency);
     if (efficiency && ValidEfficiency(*efficiency)) task.SetEfficiency(*efficiency);
 }
 

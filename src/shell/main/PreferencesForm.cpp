@@ -6,18 +6,10 @@
 #include <QLabel>
 #include <QRadioButton>
 
-#include "model/NumberText.h"
 #include "paint/Text.h"
 
 namespace vortan {
 namespace {
-
-/// The last word of a control's name: "Check", "Combo", "Option" or "Text" for a control with a setting.
-QString GetControlType(const QString& name) {
-    qsizetype at = name.size() - 1;
-    while (at > 0 && name[at] > 'Z') --at;
-    return name.mid(std::max<qsizetype>(at, 0));
-}
 
 QGroupBox* NewFrame(const char* name, const char* caption) {
     auto* frame = new QGroupBox(caption);
@@ -39,17 +31,21 @@ void AddCombo(QFormLayout& rows, const char* name, const char* caption, const QS
     rows.addRow(caption, combo);
 }
 
-/// The kinds of dates that a chart can show for a dependency, and so on: the texts are stored as they stand.
+template <class Choice>
+void AddChoice(QFormLayout& rows, const char* name, const char* caption) {
+    QStringList items;
+    for (const char* text : ChoiceTexts(Choice())) items << text;
+    AddCombo(rows, name, caption, items);
+}
+
 QWidget* NewGanttFrame() {
     auto* frame = NewFrame("GanttFrame", "Mechanized GANTT options");
     auto* rows = new QFormLayout(frame);
-    AddCombo(*rows, "DependencyArrowsCombo", "&Dependency arrows", {"None", "Control", "All"});
-    AddCombo(*rows, "DateDependencyCombo", "Date de&pendency",
-             {"Line to top of chart", "Short arrow pointing up", "Triangle pointing right", "Do not show"});
+    AddChoice<Arrows>(*rows, "DependencyArrowsCombo", "&Dependency arrows");
+    AddChoice<DateDeps>(*rows, "DateDependencyCombo", "Date de&pendency");
     rows->addRow(NewButton<QCheckBox>("SortByDateCheck", "&Sort by start date"));
     rows->addRow(NewButton<QCheckBox>("ListAllDepsCheck", "&List all dependencies"));
-    AddCombo(*rows, "SubprojectDisplayCombo", "S&ubproject display",
-             {"One level only", "All subprojects", "Tasks only (flatten)"});
+    AddChoice<Subprojects>(*rows, "SubprojectDisplayCombo", "S&ubproject display");
     rows->addRow(NewButton<QCheckBox>("ListTaskLeaderCheck", "List &task leader"));
     rows->addRow(NewButton<QCheckBox>("ShowMarkersCheck", "L&atest time markers"));
     auto* shape = new QHBoxLayout;
@@ -60,6 +56,25 @@ QWidget* NewGanttFrame() {
     rows->addRow(label, shape);
     rows->addRow(NewButton<QCheckBox>("CriticalPathRedCheck", "&Critical path in red"));
     return frame;
+}
+
+// A preference in its control: what is on or off by its value, all else by its text in the settings, so that
+// what was written by hand or by another version is kept.
+void Show(QWidget& control, const QString& text) {
+    if (text.isEmpty()) return;
+    if (auto* combo = dynamic_cast<QComboBox*>(&control)) {
+        if (combo->findText(text, Qt::MatchFixedString | Qt::MatchCaseSensitive) < 0) combo->addItem(text);
+        combo->setCurrentText(text);
+    } else {
+        dynamic_cast<QLineEdit&>(control).setText(text);
+    }
+}
+QString ShownIn(const QWidget& control) {
+    if (const auto* button = dynamic_cast<const QAbstractButton*>(&control)) {
+        return button->isChecked() ? "X" : "-";
+    }
+    const auto* combo = dynamic_cast<const QComboBox*>(&control);
+    return combo ? combo->currentText() : dynamic_cast<const QLineEdit&>(control).text();
 }
 
 }  // namespace
@@ -87,40 +102,21 @@ PreferencesForm::PreferencesForm(Desktop& desktop) : EntryForm(desktop, "Prefere
 }
 
 void PreferencesForm::LoadSettings() {
-    for (QWidget* control : findChildren<QWidget*>()) {
-        const QString type = GetControlType(control->objectName());
-        if (type != "Check" && type != "Option" && type != "Combo" && type != "Text") continue;
-        const QString value = Q(desktop_.settings.ReadSettings(S(control->objectName())));
-        if (auto* button = dynamic_cast<QAbstractButton*>(control)) {
-            // Of an option pair only the chosen one is set: the other follows.
-            if (value == "X" || (value == "-" && type == "Check")) button->setChecked(value == "X");
-        } else if (auto* combo = dynamic_cast<QComboBox*>(control)) {
-            if (value.isEmpty()) continue;
-            // What was written by hand or by another version is kept.
-            if (combo->findText(value, Qt::MatchFixedString | Qt::MatchCaseSensitive) < 0)
-                combo->addItem(value);
-            combo->setCurrentText(value);
-        } else if (auto* text = dynamic_cast<QLineEdit*>(control)) {
-            if (!value.isEmpty()) text->setText(value);
+    Preferences::ForEach(desktop_.settings.ThePreferences(), [this](const char* name, const auto& value) {
+        auto* control = findChild<QWidget*>(name);
+        if constexpr (std::is_same_v<decltype(value), const bool&>) {
+            dynamic_cast<QAbstractButton&>(*control).setChecked(value);
+        } else {
+            Show(*control, Q(desktop_.settings.ReadSettings(name)));
         }
-    }
+    });
 }
 
 bool PreferencesForm::Finish() {
-    for (QWidget* control : findChildren<QWidget*>()) {
-        const QString type = GetControlType(control->objectName());
-        if (type != "Check" && type != "Option" && type != "Combo" && type != "Text") continue;
-        std::string value;
-        if (const auto* button = dynamic_cast<QAbstractButton*>(control)) {
-            value = button->isChecked() ? "X" : "-";
-        } else if (const auto* combo = dynamic_cast<QComboBox*>(control)) {
-            value = S(combo->currentText());
-        } else if (const auto* text = dynamic_cast<QLineEdit*>(control)) {
-            value = S(text->text());
-        }
-        desktop_.settings.WriteSettings(S(control->objectName()), value);
-    }
-    desktop_.workspace.BackupMinutes = ScanInt32(desktop_.settings.ReadSettings("AutomaticBackupCombo"));
+    Preferences::ForEach(Preferences(), [this](const char* name, const auto&) {
+        desktop_.settings.WriteSettings(name, S(ShownIn(*findChild<QWidget*>(name))));
+    });
+    desktop_.workspace.BackupMinutes = desktop_.settings.ThePreferences().backupMinutes;
     desktop_.workspace.BroadcastNewSolution();
     return true;
 }

@@ -4,8 +4,7 @@
 
 namespace vortan {
 
-/// The one screen for the options of the whole system. The keys of the settings are the names of its
-/// controls, and the last word of a name tells the kind of control.
+/// The one screen for the options of the whole system. Each control has the name of its preference.
 class PreferencesForm : public EntryForm {
   public:
     static void Start(Desktop& desktop);

@@ -70,7 +70,7 @@ TEST(StartUp, ADamagedFileOfSettingsTakesNothingElseWithIt) {
     const MainForm main(desktop);
     EXPECT_EQ(desktop.workspace.BackupMinutes, 5);
     EXPECT_EQ(desktop.workspace.FileDialogPath, S(QDir::currentPath()));
-    EXPECT_TRUE(desktop.settings.SettingIsOn("BarOption"));
+    EXPECT_TRUE(desktop.settings.ThePreferences().bars);
     EXPECT_EQ(main.findChild<QComboBox*>("JournalCombo")->currentText(), "<journal n/a>");
     EXPECT_TRUE(main.TheTrees().ProjectTree().isVisibleTo(&main));
     EXPECT_NE(FileBytes(platform.Directory() + "/ErrTrap.log").find("Call chain:\n  Main:MDIForm_Load\n"),

@@ -2,11 +2,9 @@
 
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 #include "cli/Cli.h"
 #include "cli/CliPlatform.h"
-#include "persist/Records.h"
 #include "solve/IterativeSolve.h"
 #include "solve/Solver.h"
 
@@ -34,7 +32,7 @@ struct CliSession {
 
     /// Adds a plan file to the workspace. CliError if it cannot be read or is damaged. The first project and
     /// template become active.
-    LoadReport Load(const std::string& fileName);
+    void Load(const std::string& fileName);
     /// Writes everything. CliError if that fails.
     void Save(const std::string& fileName);
     /// Makes the project of that name active; nothing for an empty name. CliError if there is none.
@@ -57,55 +55,16 @@ struct CliSession {
     IterativeSolve iterative;
 };
 
+/// CliError unless the name is that of a plan file.
+void RequirePlanFile(const std::string& name);
+
+/// What is wrong with a packed file.
+const char* DamageText(bool cutOff);
+
 /// A date as a user types it. CliError if it is none.
 DateTime ParseDateArgument(const std::string& text);
 
 /// A moment for people: no seconds where there are none, "-" for none at all.
 std::string MomentText(DateTime moment);
-
-struct SolveOptions {
-    std::vector<std::string> files;
-    bool json = false;
-    std::string save, journal, project;
-};
-int SolveCommand(CliSession& session, const SolveOptions& options);
-
-int ConvertCommand(CliSession& session, const std::string& from, const std::string& to);
-
-int CheckCommand(CliSession& session, const std::string& file);
-
-struct JournalOptions {
-    std::string file, project, add, activate, plan, save;
-};
-int JournalCommand(CliSession& session, const JournalOptions& options);
-
-struct WhyOptions {
-    std::string file, project;
-    int task = 0;
-    bool json = false;
-};
-int WhyCommand(CliSession& session, const WhyOptions& options);
-
-struct RiskOptions {
-    std::string file, project, plot;
-    bool detailed = false, json = false;
-    double iterations = IterativeSolve::kUsualIterations;
-    std::uint64_t seed = 0;
-};
-int RiskCommand(CliSession& session, const RiskOptions& options);
-
-struct CrashOptions {
-    std::string file, project, plot;
-    bool detailed = false, json = false;
-    double increment = IterativeSolve::kUsualIncrement;
-};
-int CrashCommand(CliSession& session, const CrashOptions& options);
-
-struct ChartOptions {
-    std::string file, project, journal, out;
-    bool fit = false;  ///< onto one page
-};
-/// Solves the plan and writes its chart as the desktop would show or print it.
-int ChartCommand(CliSession& session, const ChartOptions& options);
 
 }  // namespace vortan

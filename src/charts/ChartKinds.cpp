@@ -1,0 +1,45 @@
+#include "charts/ChartKinds.h"
+
+#include <algorithm>
+
+#include "charts/CrashForm.h"
+#include "charts/GanttForm.h"
+#include "charts/RiskForm.h"
+#include "model/Fault.h"
+
+namespace vortan {
+
+namespace {
+
+using Form = std::unique_ptr<ChartForm>;
+
+constexpr ChartKind kKinds[] = {
+    {"gantt", "GanttForm", "Mechanized Gantt chart", ChartNeeds::Solution,
+     [](const ChartSource& source) -> Form {
+         return std::make_unique<GanttForm>(source.workspace, source.settings, source.metrics);
+     }},
+    {"risk", "RiskForm", "risk plot", ChartNeeds::RiskResults,
+     [](const ChartSource& source) -> Form {
+         return std::make_unique<RiskForm>(source.workspace, source.results, source.highestCost,
+                                           source.metrics);
+     }},
+    {"crash", "CrashForm", "crash plot", ChartNeeds::CrashSteps,
+     [](const ChartSource& source) -> Form {
+         return std::make_unique<CrashForm>(source.workspace, source.results.crashList, source.metrics);
+     }},
+};
+
+}  // namespace
+
+std::span<const ChartKind> ChartKinds() {
+    return kKinds;
+}
+
+const ChartKind& ChartKindOf(std::string_view name) {
+    const auto* const kind = std::find_if(std::begin(kKinds), std::end(kKinds),
+                                          [&](const ChartKind& each) { return each.name == name; });
+    if (kind == std::end(kKinds)) AssertionFailed();
+    return *kind;
+}
+
+}  // namespace vortan
