@@ -1,9 +1,3 @@
-#include "model/Vassignment.h"
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vshift.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
 #include "shell/entry/AssignmentEntryForm.h"
 
 #include "model/ValueText.h"

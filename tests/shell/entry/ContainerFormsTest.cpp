@@ -1,7 +1,4 @@
 #include "model/ValueText.h"
-#include "model/Vproject.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
 #include "shell/Shell.h"
 
 namespace vortan {

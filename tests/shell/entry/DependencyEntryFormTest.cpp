@@ -1,6 +1,3 @@
-#include "model/Vdependency.h"
-#include "model/Vproject.h"
-#include "model/Vtask.h"
 #include "shell/entry/DependencyEntryForm.h"
 
 #include "shell/entry/TaskEntryForm.h"

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "model/Vresource.h"
-#include "model/Vtemplate.h"
 #include "shell/Shell.h"
 
 namespace vortan {
@@ -27,7 +25,7 @@ class FormBench : public ::testing::Test {
     }
     template <class T>
     Node& NodeOf(T* object) {
-        return shell.main.TheTrees().FindNodeFromObject(object);
+        return shell.NodeOf(object);
     }
     template <class Form>
     void Add() {
@@ -36,7 +34,7 @@ class FormBench : public ::testing::Test {
     }
     template <class Form, class T>
     void Modify(T* object) {
-        shell.main.TheTrees().SetDragNode(&NodeOf(object));
+        shell.Select(object);
         Form::StartModify(shell.desktop, *object);
         WaitForForm();
     }
@@ -51,19 +49,6 @@ class FormBench : public ::testing::Test {
         return all;
     }
     bool Enabled(const char* button) { return shell.Find<QPushButton>(button).isEnabled(); }
-
-    struct Refused {
-        const char *field, *text, *title, *fragment;
-    };
-    /// Ok is refused with a box, and the focus goes to where the fault is. Leaves the field as it was.
-    void ExpectRefused(const Refused& one) {
-        SCOPED_TRACE(std::string(one.field) + " " + one.text);
-        auto* combo = qobject_cast<QComboBox*>(&shell.Find<QWidget>(one.field));
-        const QString before = combo ? combo->currentText() : Q(Value(one.field));
-        shell.Type(one.field, one.text);
-        shell.ExpectRefused(one.title, one.fragment, one.field);
-        shell.Type(one.field, before.toUtf8());
-    }
 
     Shell shell;
     Workspace& workspace = shell.desktop.workspace;

@@ -1,7 +1,6 @@
 #include <sstream>
 
 #include "model/ValueText.h"
-#include "model/Vshift.h"
 #include "shell/trees/TreeBench.h"
 
 namespace vortan {

@@ -1,5 +1,3 @@
-#include "model/Vresource.h"
-#include "model/Vtemplate.h"
 #include "shell/entry/FormBench.h"
 #include "shell/entry/ResourceEntryForm.h"
 

@@ -1,6 +1,3 @@
-#include "model/Vresource.h"
-#include "model/Vshift.h"
-#include "model/Vtemplate.h"
 #include "shell/entry/ResourceEntryForm.h"
 
 #include "shell/entry/FormBench.h"

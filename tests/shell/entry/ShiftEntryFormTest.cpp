@@ -1,5 +1,3 @@
-#include "model/Vshift.h"
-#include "model/Vtemplate.h"
 #include "shell/entry/ShiftEntryForm.h"
 
 #include "shell/entry/FormBench.h"

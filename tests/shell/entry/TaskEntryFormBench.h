@@ -1,8 +1,6 @@
 #pragma once
 
 #include "model/ValueText.h"
-#include "model/Vproject.h"
-#include "model/Vtask.h"
 #include "shell/Shell.h"
 
 namespace vortan {
@@ -30,11 +28,7 @@ class TaskFormTest : public ::testing::Test {
         workspace.BroadcastNewThisProject();
         return task;
     }
-    template <class T>
-    void Select(T* object) {
-        Trees& trees = shell.main.TheTrees();
-        trees.SetDragNode(&trees.FindNodeFromObject(object));
-    }
+    void Select(PlanObject object) { shell.Select(object); }
     std::string Value(const char* field) { return shell.Value(field); }
     bool Checked(const char* option) { return shell.Find<QAbstractButton>(option).isChecked(); }
     bool Visible(const char* control) { return shell.Find<QWidget>(control).isVisible(); }

@@ -1,9 +1,3 @@
-#include "model/Vassignment.h"
-#include "model/Vdependency.h"
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vshift.h"
-#include "model/Vtask.h"
 #include "shell/entry/TaskEntryForm.h"
 
 #include "shell/entry/TaskEntryFormBench.h"

@@ -2,8 +2,6 @@
 #include <QInputDialog>
 
 #include "model/Fault.h"
-#include "model/Vproject.h"
-#include "model/Vtask.h"
 #include "persist/PackedText.h"
 #include "shell/Shell.h"
 #include "shell/desk/CommonDialogs.h"
@@ -131,7 +129,7 @@ class BoxTest : public ::testing::Test {
             came = true;
             answer(*box);
         });
-        look.start(5);
+        look.start(0);
         auto result = ask();
         EXPECT_TRUE(came) << "no box came";
         return result;

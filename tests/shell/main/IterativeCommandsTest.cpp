@@ -1,7 +1,6 @@
 #include <QProgressBar>
 #include <QRadioButton>
 
-#include "model/Vproject.h"
 #include "shell/Shell.h"
 #include "shell/pages/ChartPage.h"
 #include "shell/widgets/ProgressForm.h"

@@ -1,8 +1,6 @@
 #include <QFontDialog>
 
 #include "model/ValueText.h"
-#include "model/Vproject.h"
-#include "model/Vtemplate.h"
 #include "shell/Shell.h"
 #include "support/Paths.h"
 

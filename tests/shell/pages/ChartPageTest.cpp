@@ -4,8 +4,6 @@
 #include <random>
 
 #include "model/Fault.h"
-#include "model/Vproject.h"
-#include "model/Vtask.h"
 #include "paint/ChartPainter.h"
 #include "paint/Pictures.h"
 #include "shell/Shell.h"

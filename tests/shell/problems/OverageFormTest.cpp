@@ -1,4 +1,3 @@
-#include "model/Vassignment.h"
 #include "shell/problems/OverageForm.h"
 
 #include <QComboBox>

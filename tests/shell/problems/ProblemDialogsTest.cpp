@@ -1,8 +1,3 @@
-#include "model/Vassignment.h"
-#include "model/Vdependency.h"
-#include "model/Vproject.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
 #include "shell/problems/ProblemDialogs.h"
 
 #include "shell/Shell.h"

@@ -3,18 +3,7 @@
 #include <QAbstractItemModelTester>
 #include <string>
 
-#include "model/Vassignment.h"
-#include "model/Vdependency.h"
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
 #include "shell/Shell.h"
-#include "shell/trees/DragDrop.h"
-#include "shell/trees/NodeCommands.h"
-#include "shell/trees/NodeView.h"
-#include "shell/trees/ProjectTreeForm.h"
-#include "shell/trees/TemplateTreeForm.h"
 
 namespace vortan {
 
@@ -54,8 +43,6 @@ class TreeBench : public Shell {
         QCoreApplication::processEvents();
     }
 
-    std::array<TreeForm*, 2> Forms() { return {&trees.ProjectTree(), &trees.TemplateTree()}; }
-
     Vproject* Project(const std::string& name) {
         Vproject* project = workspace.FindOrCreateProject(name);
         project->SetDescription("");
@@ -74,51 +61,6 @@ class TreeBench : public Shell {
         return resource;
     }
 
-    Node& NodeOf(PlanObject object) { return trees.FindNodeFromObject(object); }
-    NodeView& ViewOf(const Node& node) {
-        return node.Tree == &trees.ProjectTree().Tree() ? trees.ProjectTree().View()
-                                                        : trees.TemplateTree().View();
-    }
-    QRect RectOf(const Node& node) { return ViewOf(node).visualRect(node.Tree->IndexOf(&node)); }
-    /// A point on the node's line, in its viewport.
-    QPoint PointOf(const Node& node) {
-        return RectOf(node).topLeft() + QPoint(30, RectOf(node).height() / 2);
-    }
-
-    using Shell::Click;
-    void Click(const Node& node) {
-        QTest::mouseClick(ViewOf(node).viewport(), Qt::LeftButton, {}, PointOf(node));
-    }
-    void DoubleClick(const Node& node) {
-        Click(node);
-        QTest::mouseDClick(ViewOf(node).viewport(), Qt::LeftButton, {}, PointOf(node));
-    }
-    void Key(const TreeForm& form, Qt::Key key) {
-        QTest::keyClick(const_cast<TreeForm&>(form).View().viewport(), key);
-    }
-
-    /// One mouse event of a drag, as the widget gets it in which the button went down.
-    void Mouse(QEvent::Type type, NodeView& source, const QPoint& global, Qt::MouseButtons held) {
-        QMouseEvent event(type, source.viewport()->mapFromGlobal(global), global,
-                          type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, held, {});
-        QApplication::sendEvent(source.viewport(), &event);
-    }
-    void BeginDrag(const Node& node) {
-        const QPoint at = Global(node);
-        Mouse(QEvent::MouseButtonPress, ViewOf(node), at, Qt::LeftButton);
-        Mouse(QEvent::MouseMove, ViewOf(node), at + QPoint(1, 0), Qt::LeftButton);
-        Mouse(QEvent::MouseMove, ViewOf(node), at + QPoint(QApplication::startDragDistance(), 0),
-              Qt::LeftButton);
-    }
-    void Drag(const Node& from, const Node& onto) {
-        NodeView& source = ViewOf(from);
-        const QPoint at = Global(onto);
-        BeginDrag(from);
-        Mouse(QEvent::MouseMove, source, at, Qt::LeftButton);
-        Mouse(QEvent::MouseButtonRelease, source, at, Qt::NoButton);
-    }
-    QPoint Global(const Node& node) { return ViewOf(node).viewport()->mapToGlobal(PointOf(node)); }
-
     /// The lines of a tree as they can be seen: indented texts; "+" before what can be opened.
     static std::string Seen(const Nodes& nodes, const std::string& indent = "") {
         std::string all;
@@ -130,16 +72,6 @@ class TreeBench : public Shell {
     }
     std::string SeenProject() { return Seen(trees.ProjectTree().Tree().Roots()); }
     std::string SeenTemplate() { return Seen(trees.TemplateTree().Tree().Roots()); }
-
-    /// The texts of the lines that are marked in both trees.
-    std::string Marked() {
-        std::string all;
-        for (TreeForm* form : Forms()) {
-            for (const QModelIndex& index : form->View().selectionModel()->selectedIndexes())
-                all += NodeTree::NodeOf(index)->Text + ";";
-        }
-        return all;
-    }
 
     static constexpr auto Fatal = QAbstractItemModelTester::FailureReportingMode::Fatal;
     Workspace& workspace = desktop.workspace;
