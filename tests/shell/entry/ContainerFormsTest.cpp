@@ -42,7 +42,7 @@ TEST_F(ContainerFormsTest, ChangesReachAsFarAsTheOptionSays) {
                  {"ApplyOption(1)", {middle, leaf}},
                  {"ApplyOption(2)", {master, middle, leaf, side}}};
     workspace.SetThisProject(middle);
-    int rule = kNormalExtend;
+    int rule = static_cast<int>(SolveRule::NormalExtend);
     for (const auto& one : cases) {
         SCOPED_TRACE(one.option);
         ++rule;
@@ -55,7 +55,7 @@ TEST_F(ContainerFormsTest, ChangesReachAsFarAsTheOptionSays) {
         for (const Vproject* project : {master, middle, leaf, side, other}) {
             const bool reached =
                 std::find(one.reached.begin(), one.reached.end(), project) != one.reached.end();
-            EXPECT_EQ(project->SolveRules() == rule, reached) << project->ProjectName();
+            EXPECT_EQ(static_cast<int>(project->SolveRules()) == rule, reached) << project->ProjectName();
             EXPECT_EQ(project->Dirty(), reached) << project->ProjectName();
         }
         EXPECT_EQ(middle->ProjectName(), "Middle");
