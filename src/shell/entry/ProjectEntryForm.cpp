@@ -10,7 +10,7 @@
 namespace vortan {
 namespace {
 
-enum Reach { kThisOnly, kSubprojects, kMaster };
+enum AppliesTo { kThisOnly, kSubprojects, kMaster };
 
 }  // namespace
 
@@ -76,11 +76,11 @@ void ProjectEntryForm::LayOut() {
     auto* apply = new QVBoxLayout(applyFrame_);
     apply->setContentsMargins(0, fontMetrics().height() / 2, 0, 0);
     apply->addWidget(new QLabel("Apply changes in this section to:"));
-    const auto add = [&](Reach reach, const char* caption) {
+    const auto add = [&](AppliesTo whom, const char* caption) {
         auto* option = new QRadioButton(caption);
-        option->setObjectName(QString("ApplyOption(%1)").arg(static_cast<int>(reach)));
+        option->setObjectName(QString("ApplyOption(%1)").arg(static_cast<int>(whom)));
         apply->addWidget(option);
-        apply_[reach] = option;
+        apply_[whom] = option;
     };
     add(kThisOnly, "&this project only");
     add(kSubprojects, "include su&bprojects");
