@@ -195,19 +195,6 @@ TEST_F(ChartPageTest, PaintedInPiecesItIsTheSame) {
     }
 }
 
-TEST(PicturesTest, HatchesAreKeptInFiles) {
-    const QtTextMetrics metrics((QFont()));
-    for (int hatch = 0; hatch <= 7; ++hatch) {
-        Vwindow surface(Vwindow::Style::Free, metrics);
-        surface.ClearLayout();
-        surface.EndLayout(0, 0);
-        surface.DrawRect(0, 0, 1000, 500, kBlack, kGreen, static_cast<Hatch>(hatch));
-        surface.EndGraphics();
-        const QByteArray svg = MakePicture({surface, metrics, ""}, PictureType::Svg);
-        EXPECT_EQ(svg.toLower().contains("#00ff00"), hatch != 1) << hatch;
-    }
-}
-
 TEST_F(ChartPageTest, ACopyIsAPictureForOtherPrograms) {
     shell.Choose("OutputCopyMenu");
     EXPECT_EQ(shell.Find<ElidedLabel>("MessagePanel").text(), "Copied to the clipboard");
