@@ -5,6 +5,7 @@
 
 #include "cli/Cli.h"
 #include "cli/CliPlatform.h"
+#include "model/Workspace.h"
 #include "solve/IterativeSolve.h"
 #include "solve/Solver.h"
 

@@ -54,8 +54,8 @@ const FormCase kForms[] = {
      "ProjectNameText= New;InitialJournalText=2027-01-04 5:00 pm;PriorityText=255;SolveRulesCombo#2",
      [](TreeBench& b) {
          const Vproject& made = *b.workspace.ThisProject();
-         return Line(made.ProjectName(), FormatDate(made.Journal()), made.Priority(), made.SolveRules(),
-                     made.Dirty());
+         return Line(made.ProjectName(), FormatDate(made.Journal()), made.Priority(),
+                     static_cast<int>(made.SolveRules()), made.Dirty());
      },
      " New|1/4/2027|255|2|1|"},
     {"TemplateEntryForm",
