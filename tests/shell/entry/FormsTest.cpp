@@ -21,6 +21,10 @@ struct FormCase {
     const char* result;
 };
 
+void PrintTo(const FormCase& form, std::ostream* out) {
+    *out << form.name;
+}
+
 template <class... Values>
 std::string Line(const Values&... values) {
     std::ostringstream line;
@@ -43,7 +47,7 @@ const FormCase kForms[] = {
      "Toolbar.Project",
      nullptr,
      "ProjectNameText",
-     "InitialJournalText=9/3/2001",
+     "InitialJournalText=9/6/2001",
      {{"ProjectNameText=   ", "ProjectNameText", "Project Name Is Blank",
        "The Project name must be filled in."},
       {"ProjectNameText=New;InitialJournalText=soon", "InitialJournalText", kDate, "Invalid date"},
@@ -64,8 +68,8 @@ const FormCase kForms[] = {
      "TemplateNameText",
      "ViewPasswordText=",
      {{"", "TemplateNameText", "Template Name Is Blank", "The Template name must be filled in."},
-      {"TemplateNameText=crew", "TemplateNameText", "Template Name In Use",
-       R"(There is already a template with the name "crew")"}},
+      {"TemplateNameText=Crew", "TemplateNameText", "Template Name In Use",
+       R"(There is already a template with the name "Crew")"}},
      "TemplateNameText=People;ModifyPasswordText=secret",
      [](TreeBench& b) {
          const Vtemplate& made = *b.workspace.ThisTemplate();
@@ -124,7 +128,7 @@ const FormCase kForms[] = {
      "Toolbar.Dependency",
      [](TreeBench& b) { return PlanObject(b.dig); },
      "DateText",
-     "DateText=9/3/2001;OffsetText=",
+     "DateText=9/6/2001;OffsetText=",
      {{"DateText=", "DateText", kDate, "Invalid date"},
       {"DateText=13/1/2001", "DateText", kDate, "Invalid date"},
       {"TaskOption!;TaskRequiredCombo=", "TaskRequiredCombo", "Invalid Task", kFromList},
@@ -200,15 +204,13 @@ const FormCase kForms[] = {
      "yar|12: Crane|Night|1234.5|1|1|"},
 };
 
-/// Plan with a second journal, in which there are a task and a resource more.
+/// The plan with a second journal, which is active; there is no task 10 in it, and a resource more.
 struct FormsBench : TreeBench {
     FormsBench() {
         Project("Gamma");
         for (Vproject* project : workspace.ProjectList()) project->AddJournal(DateTime(37140));
         crew->AddJournal(DateTime(37140));
         Resource(11, "Dan", "yard");
-        for (Vproject* project : workspace.ProjectList()) project->SetCurrentIndex(0);
-        crew->SetCurrentIndex(0);
         last->SetInclude(false);
         workspace.BroadcastNewJournal();
         Clean();
@@ -255,13 +257,13 @@ TEST_P(FormsTest, MakesAnObjectUponOkAlone) {
         bench.Press(Qt::Key_Escape);
         EXPECT_EQ(bench.Everything(), before);
     }
-    bench.platform.solveTimerArmed = false;
+    bench.Solve();
     open();
     bench.Do(form.steps);
     bench.Press(Qt::Key_Return);
     EXPECT_FALSE(bench.IsOpen(form.name));
     EXPECT_EQ(form.made(bench), form.result);
-    EXPECT_TRUE(bench.platform.solveTimerArmed);
+    EXPECT_EQ(bench.desktop.solver.Mode(), SolveMode::Restart);
 }
 
 TEST(Forms, OkChangesNothingThatWasNotTyped) {

@@ -34,9 +34,7 @@ class Planner : public Driver {
     /// Once the form is in front, or the list that has popped up before it.
     void Press(Qt::Key key) {
         QCoreApplication::processEvents();
-        if (!QApplication::activePopupWidget()) {
-            EXPECT_TRUE(QTest::qWaitForWindowActive(&Dialog()));
-        }
+        EXPECT_TRUE(QApplication::activePopupWidget() || QTest::qWaitForWindowActive(&Dialog()));
         Driver::Press(key);
     }
     /// Types into the box with the focus, whose text is selected.
