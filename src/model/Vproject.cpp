@@ -14,12 +14,12 @@ namespace vortan {
 
 const char* SolveRuleText(SolveRule rule) {
     static constexpr const char* kTexts[kSolveRules] = {"Normal only, halt if more needed",
-                                             "Normal only, extend if more needed",
-                                             "Normal and overtime, halt if more needed",
-                                             "Normal and overtime, extend if more needed",
-                                             "Up to 24 hours, halt if more needed",
-                                             "Up to 24 hours, extend if more needed",
-                                             "Unlimited hours per day"};
+                                                        "Normal only, extend if more needed",
+                                                        "Normal and overtime, halt if more needed",
+                                                        "Normal and overtime, extend if more needed",
+                                                        "Up to 24 hours, halt if more needed",
+                                                        "Up to 24 hours, extend if more needed",
+                                                        "Unlimited hours per day"};
     if (rule < SolveRule::NormalHalt || rule > SolveRule::Unlimited)
         RefuseIn("Vproject:SolveRuleText", "Assertion failed");
     return kTexts[static_cast<int>(rule)];
