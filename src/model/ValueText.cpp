@@ -140,7 +140,7 @@ std::string FormatDuration(double days, bool longForm) {
     return (minutes < 0 ? "-" : "") + WithUnit(number, unit.name, longForm);
 }
 
-double TextToDuration(std::string_view text) {
+std::optional<double> TextToDuration(std::string_view text) {
     const auto lastDigit = text.find_last_of("0123456789");
     const auto unit = Trim(lastDigit == std::string_view::npos ? text : text.substr(lastDigit + 1));
     int size = 60;
@@ -158,7 +158,7 @@ double TextToDuration(std::string_view text) {
             size = 10080;
             break;
         default:
-            RefuseIn("Common:TextToDuration", "Assertion failed");
+            return std::nullopt;
     }
     constexpr double limit = std::numeric_limits<double>::max();
     return std::clamp(ScanNumber(text) * size / kMinutesPerDay, -limit, limit);

@@ -16,9 +16,9 @@ namespace vortan {
 /// those of elapsed time: a day has 24 hours, a week 7 days, a month 30 days. Rounded to the minute, then to
 /// two decimals of the unit.
 std::string FormatDuration(double days, bool longForm);
-/// The reverse, in days. A text without a unit means hours; "m" means months and "mi" minutes. A letter that
-/// is no unit is a fault.
-double TextToDuration(std::string_view text);
+/// The reverse, in days. A text without a unit means hours; "m" means months and "mi" minutes. None for a
+/// letter that is no unit.
+std::optional<double> TextToDuration(std::string_view text);
 
 /// The estimates of a task, given in minutes, in the unit that `effortUnits` names (see EffortUnitName); all
 /// three, with semicolons between, if `optimistic` is below `pessimistic`. "<dates>" for a task that has no

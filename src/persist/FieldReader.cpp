@@ -125,8 +125,7 @@ void FieldReader::operator()(const char* name, Journaled<DateTime>& field) {
 }
 void FieldReader::operator()(const char* name, Journaled<SolveRule>& field) {
     Many(name, field, [&] {
-        return static_cast<SolveRule>(
-            ReadNumber(reader_, 0, kSolveRules - 1, "a solve rule from 0 to 6"));
+        return static_cast<SolveRule>(ReadNumber(reader_, 0, kSolveRules - 1, "a solve rule from 0 to 6"));
     });
 }
 void FieldReader::operator()(const char* name, JournaledInclude& field) {

@@ -182,8 +182,7 @@ class Bookings {
         return network_->WeekOf(resource)[WeekdayIndex(day)];
     }
     Money CostOf(std::int32_t resource, SlotClass kind, double start, double end, double multiplier) const {
-        const double rate =
-            network_->Resources()[Index(resource)].rate[static_cast<std::size_t>(kind)];
+        const double rate = network_->Resources()[Index(resource)].rate[static_cast<std::size_t>(kind)];
         return Money::FromDouble(rate * (end - start) * 24 * multiplier);
     }
     /// Cost of all normal time of a day, on the days of kSteadyDays.

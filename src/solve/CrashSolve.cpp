@@ -24,7 +24,10 @@ double OutputFactor(double efficiency, float multiplier) {
 }  // namespace
 
 CrashSolve::CrashSolve(const Solver& solver, std::int32_t project, float teamIncrement)
-    : standing_(solver.Standing()), network_(standing_.network), project_(project), teamIncrement_(teamIncrement) {
+    : standing_(solver.Standing()),
+      network_(standing_.network),
+      project_(project),
+      teamIncrement_(teamIncrement) {
     PrepareSlices();
 }
 

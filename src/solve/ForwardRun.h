@@ -49,13 +49,9 @@ class ForwardRun {
         poll_ = poll;
         pollIn_ = kStepsPerPoll;
     }
-    void SetUseMinutes(std::int32_t slice, std::int32_t minutes) {
-        useMinutes_[Index(slice)] = minutes;
-    }
+    void SetUseMinutes(std::int32_t slice, std::int32_t minutes) { useMinutes_[Index(slice)] = minutes; }
     /// The size of the slice's team.
-    void SetMultiplier(std::int32_t slice, float multiplier) {
-        multiplier_[Index(slice)] = multiplier;
-    }
+    void SetMultiplier(std::int32_t slice, float multiplier) { multiplier_[Index(slice)] = multiplier; }
     Outcome SolveOneSlice(std::int32_t slice);
     /// SolveOneSlice for a look: everything is taken back, unless it is stopped. Tells when the slice would
     /// finish and what its task would have cost up to there.

@@ -36,8 +36,9 @@ std::string FailureText(const Network& network, ForwardRun::Outcome outcome, std
                " would not end before the calendar does. Check its estimates.";
     }
     const auto& project = network.Projects()[Index(at.project)];
-    return std::string("\"") + TextOf(ForwardRun::ShortageUnder(project.rule)) + "\", at " + name + ". Give project " +
-           project.object->ProjectName() + " a solve rule that extends, so that no run halts.";
+    return std::string("\"") + TextOf(ForwardRun::ShortageUnder(project.rule)) + "\", at " + name +
+           ". Give project " + project.object->ProjectName() +
+           " a solve rule that extends, so that no run halts.";
 }
 
 }  // namespace
@@ -121,7 +122,8 @@ IterativeSolve::Outcome IterativeSolve::CrashSolve(bool quick, double increment,
         }
         if (watch.WasCancelled()) return "";
         if (const auto& failure = solve.Failure()) {
-            return "The crash solve was broken off: " + FailureText(solver_.Standing().network, *failure, solve.FailedTask());
+            return "The crash solve was broken off: " +
+                   FailureText(solver_.Standing().network, *failure, solve.FailedTask());
         }
         results_.crashList = std::move(solve.CrashList());
         results_.teamIncrement = static_cast<float>(increment);

@@ -73,7 +73,8 @@ bool Network::CutTask(std::int32_t index, std::optional<SolveProblem>& problem) 
         pending_[Index(i)].index = at;
         // A prerequisite whose project is not in memory's list has no place in the network.
         if (at < 0 && task.subproject < 0) {
-            problem = SolveProblem{.kind = SolveProblem::Kind::MissingPrerequisite, .dependency = source.object};
+            problem =
+                SolveProblem{.kind = SolveProblem::Kind::MissingPrerequisite, .dependency = source.object};
             return false;
         }
         if (at >= 0 && source.fromPercent < 100) cut(at, source.fromPercent);

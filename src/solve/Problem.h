@@ -14,17 +14,18 @@ class Vtask;
 /// Why a solve halted, and the object at fault, at most one of the three.
 struct SolveProblem {
     enum class Kind {
-        JournalSync,              ///< projects that are not at one journal
-        ClaimedSubproject,        ///< of `task`, whose subproject belongs to another project
-        PartOfSubproject,         ///< `dependency` wants a percentage of what stands for a subproject
-        MissingPrerequisite,      ///< of `dependency`
-        MissingToStart,           ///< nothing says when `task` starts
-        EffortWithoutResources,   ///< of `task`
-        NoWorkingTime,            ///< `task` can never be worked, or not before the calendar ends
-        Circle,                   ///< `task` is one of it
-        Dangling,                 ///< `task` is the first of them
-        OvertimeNeeded,           ///< a shortage of `assignment`, as are the next two
-        Overload, OverloadOfDay,
+        JournalSync,             ///< projects that are not at one journal
+        ClaimedSubproject,       ///< of `task`, whose subproject belongs to another project
+        PartOfSubproject,        ///< `dependency` wants a percentage of what stands for a subproject
+        MissingPrerequisite,     ///< of `dependency`
+        MissingToStart,          ///< nothing says when `task` starts
+        EffortWithoutResources,  ///< of `task`
+        NoWorkingTime,           ///< `task` can never be worked, or not before the calendar ends
+        Circle,                  ///< `task` is one of it
+        Dangling,                ///< `task` is the first of them
+        OvertimeNeeded,          ///< a shortage of `assignment`, as are the next two
+        Overload,
+        OverloadOfDay,
     };
     Kind kind = Kind::JournalSync;
     Link<Vtask> task{};

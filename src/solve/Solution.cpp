@@ -49,7 +49,7 @@ void Solution::WriteDependencyDates(const Network::Task& task) const {
 
 /// The finish of a project in its plan journal, in days.
 double Solution::PlanFinish(const Network::Project& project,
-                          const std::vector<ForwardRun::Clock>& clocks) const {
+                            const std::vector<ForwardRun::Clock>& clocks) const {
     const Vproject& object = *project.object.Get();
     const std::int32_t plan = object.PlanIndex();
     if (plan != object.CurrentIndex()) {
@@ -68,7 +68,8 @@ double Solution::PlanFinish(const Network::Project& project,
     return ForwardRun::Totals(project, clocks).finish;
 }
 
-void Solution::PlanFinishes(const std::vector<ForwardRun::Clock>& clocks, std::vector<double>& finishes) const {
+void Solution::PlanFinishes(const std::vector<ForwardRun::Clock>& clocks,
+                            std::vector<double>& finishes) const {
     const auto projects = network.Projects();
     finishes.resize(projects.size());
     for (std::size_t i = 0; i < projects.size(); ++i) {

@@ -15,7 +15,7 @@ namespace vortan {
 
 namespace {
 
-constexpr int kOffDaySlot = 4;  // the last type of normal time
+constexpr int kOffDaySlot = 4;                         // the last type of normal time
 constexpr double kMoment = 1.0 / kMinutesPerDay / 60;  // shorter stretches are noise
 
 using Cause = WhyReport::Cause;
@@ -207,9 +207,7 @@ class Explainer {
             seen_[{one.resource, day}] = {sightings_.data() + first, end - first};
         }
     }
-    static std::int32_t DayOf(const Vslot& slot) {
-        return static_cast<std::int32_t>(slot.startTime.Days());
-    }
+    static std::int32_t DayOf(const Vslot& slot) { return static_cast<std::int32_t>(slot.startTime.Days()); }
     std::span<const SlotSighting> Seen(const Vresource& resource, std::int32_t day) const {
         const auto found = seen_.find({&resource, day});
         if (found == seen_.end()) return {};

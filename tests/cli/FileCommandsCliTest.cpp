@@ -19,16 +19,6 @@ TEST_F(ConvertCommandTest, ThereAndBackChangesNothing) {
     }
 }
 
-TEST_F(ConvertCommandTest, PackedBytesAreExact) {
-    for (const std::string name : {"p0", "p1", "p2"}) {
-        const std::string golden = TestFile("golden/packed/" + name);
-        Done({"convert", golden + ".vta", PathOf("out.vtb")});
-        EXPECT_TRUE(FileBytes(PathOf("out.vtb")) == FileBytes(golden + ".vtb")) << name;
-        Done({"convert", golden + ".vtb", PathOf("out.vta")});
-        EXPECT_TRUE(FileBytes(PathOf("out.vta")) == FileBytes(golden + ".vta")) << name;
-    }
-}
-
 TEST_F(ConvertCommandTest, ADamagedPackedFileIsNotConverted) {
     const std::string packed = FileBytes(TestFile("golden/packed/p1.vtb"));
     std::string changed = packed;

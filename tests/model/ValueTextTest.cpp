@@ -61,11 +61,9 @@ TEST(ValueText, DurationsAreReadBack) {
         {"3 HOURS", .125},   {"", 0},
         {" .5 h ", .5 / 24},
     };
-    for (const auto& [text, days] : cases) EXPECT_DOUBLE_EQ(TextToDuration(text), days) << text;
-    EXPECT_LE(TextToDuration("1e308 months"), std::numeric_limits<double>::max());
-    for (const char* text : {"5 years", "abc", "1x"}) {
-        EXPECT_EQ(FaultOf([&] { TextToDuration(text); }), kAssertion) << text;
-    }
+    for (const auto& [text, days] : cases) EXPECT_DOUBLE_EQ(TextToDuration(text).value(), days) << text;
+    EXPECT_LE(TextToDuration("1e308 months").value(), std::numeric_limits<double>::max());
+    for (const char* text : {"5 years", "abc", "1x"}) EXPECT_FALSE(TextToDuration(text)) << text;
 }
 
 TEST(ValueText, Effort) {

@@ -2,6 +2,7 @@
 #include <QPainter>
 #include <QRegularExpression>
 #include <QSvgRenderer>
+#include <numeric>
 
 #include "charts/Twips.h"
 #include "model/Fault.h"
@@ -65,35 +66,26 @@ TEST_F(PictureTest, ThingsHaveTheirPlacesShapesAndColours) {
 }
 
 TEST_F(PictureTest, AHatchIsOfItsColourAndLeavesRoom) {
-    // Solid and transparent ones aside: what part of the area has colour, and whether lines run there.
+    // Whether its lines are level, and whether they are upright.
     const std::tuple<Hatch, bool, bool> hatches[] = {
         {Hatch::Horizontal, true, false}, {Hatch::Vertical, false, true},
         {Hatch::Cross, true, true},       {Hatch::Upward, false, false},
         {Hatch::Downward, false, false},  {Hatch::DiagonalCross, false, false}};
-    int x = 0;
-    for (const auto& row : hatches)
-        surface.DrawRect(x, 0, x + 1000, 1000, kWhite, kGreen, std::get<0>(row)), x += 2000;
+    for (int i = 0; i < 6; ++i)
+        surface.DrawRect(i * 2000, 0, i * 2000 + 1000, 1000, kWhite, kGreen, std::get<0>(hatches[i]));
     for (const QImage& image : Images()) {
-        x = 0;
-        for (const auto& [hatch, level, upright] : hatches) {
-            const QRect area(x / kPixel + 2, 2, 96, 96);
-            x += 2000;
-            int colored = 0;
-            bool wholeRow = false, wholeColumn = false;
-            for (int i = 0; i < area.height(); ++i) {
-                int inRow = 0, inColumn = 0;
-                for (int k = 0; k < area.width(); ++k) {
-                    inRow += image.pixelColor(area.left() + k, area.top() + i) != Qt::white;
-                    inColumn += image.pixelColor(area.left() + i, area.top() + k) != Qt::white;
-                }
-                colored += inRow;
-                wholeRow = wholeRow || inRow == area.width();
-                wholeColumn = wholeColumn || inColumn == area.height();
+        for (int i = 0; i < 6; ++i) {
+            constexpr int kSide = 96;  // of the area without its border, pixels
+            std::vector<int> rows(kSide), columns(kSide);
+            for (int k = 0; k < kSide * kSide; ++k) {
+                const int row = k / kSide, column = k % kSide;
+                const bool colored = image.pixelColor(i * 200 + 2 + column, 2 + row) != Qt::white;
+                rows[row] += colored, columns[column] += colored;
             }
-            EXPECT_GT(colored, 96 * 4) << static_cast<int>(hatch);
-            EXPECT_LT(colored, 96 * 60) << static_cast<int>(hatch);
-            EXPECT_EQ(wholeRow, level) << static_cast<int>(hatch);
-            EXPECT_EQ(wholeColumn, upright) << static_cast<int>(hatch);
+            const int all = std::accumulate(rows.begin(), rows.end(), 0);
+            EXPECT_TRUE(all > 4 * kSide && all < 60 * kSide) << i << ": " << all;
+            EXPECT_EQ(std::count(rows.begin(), rows.end(), kSide) > 0, std::get<1>(hatches[i])) << i;
+            EXPECT_EQ(std::count(columns.begin(), columns.end(), kSide) > 0, std::get<2>(hatches[i])) << i;
         }
     }
 }

@@ -148,16 +148,6 @@ TEST_F(RecordsTest, ValuesThatCannotBeAreFaults) {
     }
 }
 
-TEST_F(RecordsTest, APlanCutAnywhereIsReadOrAFault) {
-    const std::string plan = SmallPlan("P", {1, 2}) + DependencyOn("P", 1);
-    int whole = 0;
-    for (std::size_t size = 0; size < plan.size(); ++size) {
-        if (FaultOf(std::string_view(plan).substr(0, size)).empty()) ++whole;
-    }
-    EXPECT_GT(whole, 3);    // the ends of the records
-    EXPECT_LT(whole, 120);  // and of values that are shorter but no less good
-}
-
 TEST_F(RecordsTest, APackedPlanCutAnywhereIsReadOrAFault) {
     const std::string packed = PackText(FileBytes(kSmallGolden));
     for (std::size_t size = 0; size < packed.size(); ++size) {

@@ -68,18 +68,6 @@ TEST_F(Vfile, AnOldCodePageIsRead) {
     EXPECT_TRUE(file.crcMatches);
 }
 
-TEST_F(Vfile, DamageOfThePackedFormIsTold) {
-    std::string packed = PackText("TEMPLATE\r\nTEMPLATE\r\n");
-    packed.back() ^= 1;
-    WriteBytes(Path("a.vtb"), packed);
-    ASSERT_TRUE(ReadFileText(platform, Path("a.vtb"), file));
-    EXPECT_TRUE(file.suffixFound);
-    EXPECT_FALSE(file.crcMatches);
-    WriteBytes(Path("a.vtb"), packed.substr(0, packed.size() - 4));
-    ASSERT_TRUE(ReadFileText(platform, Path("a.vtb"), file));
-    EXPECT_FALSE(file.suffixFound);
-}
-
 TEST_F(Vfile, AFailureToReadIsToldInABox) {
     fs::create_directory(Path("folder.vta"));
     ASSERT_EQ(::mkfifo(Path("pipe.vta").c_str(), 0600), 0);

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "model/Vassignment.h"
 #include "model/Vdependency.h"
 #include "model/Vproject.h"
@@ -21,11 +23,38 @@ std::string ProblemLine(const Vtask* task, const Vdependency* dependency, const 
                     values);
 }
 
+/// The slices that wait for a slice, and those that it waits for, by their places in the order.
+template <class List, class PlaceOf>
+std::string ArrowText(const List& forward, const List& backward, PlaceOf&& placeOf) {
+    std::string text = "arrows";
+    for (const auto& each : forward) text += " >" + std::to_string(placeOf(each));
+    for (const auto& each : backward) text += " <" + std::to_string(placeOf(each));
+    return text + "\n";
+}
+
+std::string ArrowText(const Solver& solver) {
+    const SliceArrows arrows = solver.Arrows();
+    std::string text;
+    for (std::int32_t i = 0; i < solver.SliceCount(); ++i)
+        text += ArrowText(arrows.ForwardList(i), arrows.BackwardList(i),
+                          [](const SliceArrow& arrow) { return arrow.slice; });
+    return text;
+}
+
+std::string ArrowText(const SlowSolver& slow) {
+    std::map<const SlowSolver::Slice*, std::int32_t> places;
+    for (const auto* slice : slow.OrderList()) places.try_emplace(slice, places.size());
+    std::string text;
+    for (const auto* slice : slow.OrderList())
+        text += ArrowText(slice->forward, slice->backward, [&](const auto* each) { return places[each]; });
+    return text;
+}
+
 std::string RealText(const LoadedPlan& plan) {
     const SolveProblem problem = plan.solver.Problem().value_or(SolveProblem());
     return ProblemLine(problem.task.Get(), problem.dependency.Get(), problem.assignment.Get(),
                        {problem.problemDate.Days(), problem.requestedHours, problem.assignedHours}) +
-           ResultText(plan);
+           ArrowText(plan.solver) + ResultText(plan);
 }
 
 /// What the slow solver found of a task. What a solve leaves alone is as in `old`, the same task unsolved.
@@ -60,7 +89,7 @@ std::string SlowText(const LoadedPlan& plan, const LoadedPlan& before) {
     const auto& problem = slow.TheProblem();
     std::string text = ProblemLine(problem.task, problem.dependency, problem.assignment,
                                    {problem.date, problem.requestedHours, problem.assignedHours});
-    text += (problem.message.empty() ? "Solve complete" : problem.message) + "\n";
+    text += ArrowText(slow) + (problem.message.empty() ? "Solve complete" : problem.message) + "\n";
     for (const auto* slice : slow.OrderList()) {
         const double late = slow.Reversed() ? 1 : 0;
         text += FactLine(

@@ -242,6 +242,26 @@ TEST_F(SolverTest, BookingsStandUntilANewPassBegins) {
     }
 }
 
+TEST_F(SolverTest, SlotsFillTheDaysThatWereLookedAt) {
+    MakePlan();
+    plan.Assign(plan.AddTask(2, -60, {600}, {1}), 3);
+    Solve();
+    Vresource* crew = plan.Resource("Crew", 3);
+    EXPECT_EQ(solver().WantedResources(), std::vector{crew});
+    const auto slots = solver().Slots(*crew, {37137, 37139});
+    double at = 37137, held = 0;
+    for (const Vslot& slot : slots) {
+        EXPECT_EQ(slot.startTime, DateTime(at));
+        at = slot.endTime.Days();
+        held += slot.taskRequired ? DaysBetween(slot.startTime, slot.endTime) : 0;
+    }
+    EXPECT_EQ(at, 37139);
+    EXPECT_NEAR(held, 600.0 / kMinutesPerDay, 1e-9);
+    EXPECT_EQ(solver().HeldSlots(*crew, {37137, 37138}).size(), 2U);
+    EXPECT_EQ(solver().HeldSlots(*crew, {37138, 37139}).size(), solver().HeldSlots(*crew).size() - 2);
+    EXPECT_TRUE(solver().Slots(*crew, {37136, 37137}).empty());
+}
+
 TEST_F(SolverTest, ProjectsAtDifferentJournalsHaltBeforeAnythingIsTouched) {
     MakePlan();
     Vproject* other = workspace().FindOrCreateProject("Other");

@@ -20,8 +20,8 @@ std::string TextOf(Bookings& bookings, std::int32_t resource, std::int32_t first
         for (const Reach reach : Bookings::kReaches) {
             const std::int32_t next = bookings.NextDay(resource, day, reach);
             if (next != day)
-                text += std::to_string(day) + " to " + std::to_string(next) + " of " + std::to_string(static_cast<int>(reach)) +
-                        "\n";
+                text += std::to_string(day) + " to " + std::to_string(next) + " of " +
+                        std::to_string(static_cast<int>(reach)) + "\n";
         }
     }
     return text;

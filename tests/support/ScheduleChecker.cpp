@@ -58,7 +58,8 @@ class Checker {
                                 }),
                     "Booked outside of its slices", task, slot.startTime);
             const SolveRule rule = task->Project()->SolveRules();
-            Require(slot.slotType <= 4 || rule >= (slot.slotType == 5 ? SolveRule::OvertimeHalt : SolveRule::DayHalt),
+            Require(slot.slotType <= 4 ||
+                        rule >= (slot.slotType == 5 ? SolveRule::OvertimeHalt : SolveRule::DayHalt),
                     "Kind of time that the solve rule does not allow", task, slot.startTime);
             const Money rate = slot.slotType == 3   ? resource.BurdenedRate()
                                : slot.slotType == 4 ? resource.OffDayRate()

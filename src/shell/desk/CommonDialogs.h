@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QFont>
+#include <string>
+
+#include "shell/desk/Desktop.h"
+
+class QWidget;
+
+/// The standard dialogs of the system. Cancel in any of them leaves every setting as it was.
+namespace vortan {
+
+/// The name of a file to read; empty on Cancel.
+std::string ShowOpen(Desktop& desktop);
+/// The name of a file to write, with an extension; empty on Cancel. `suggestedName` is a full or a bare name.
+std::string ShowSave(const std::string& directory, const std::string& suggestedName);
+/// Lets the user choose the font of a screen and stores it under its name. False on Cancel.
+bool ShowFont(Desktop& desktop, const QString& formName);
+
+/// The font of a screen.
+QFont FontOfForm(Desktop& desktop, const QString& formName);
+
+}  // namespace vortan

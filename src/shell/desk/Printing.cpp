@@ -1,0 +1,144 @@
+#include "shell/desk/Printing.h"
+
+#include <QComboBox>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QDoubleSpinBox>
+#include <QFileDialog>
+#include <QFormLayout>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QRegularExpression>
+#include <algorithm>
+#include <memory>
+
+#include "paint/Printout.h"
+#include "paint/SaveFile.h"
+#include "paint/Text.h"
+
+namespace vortan {
+namespace {
+
+constexpr double kMostMargin = 60;  // millimetres
+
+std::unique_ptr<QPrinter> NewPrinter(const QString& name, const QPageLayout& layout) {
+    auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    if (name.isEmpty()) {
+        printer->setOutputFormat(QPrinter::PdfFormat);
+    } else {
+        printer->setPrinterName(name);
+    }
+    printer->setPageLayout(layout);
+    return printer;
+}
+
+/// The dialog of a printer and its page.
+class PrinterForm : public QDialog {
+  public:
+    PrinterForm(QWidget* parent, const QString& printer, const QPageLayout& layout)
+        : QDialog(parent),
+          printers_(new QComboBox),
+          papers_(new QComboBox),
+          orientations_(new QComboBox),
+          margin_(new QDoubleSpinBox) {
+        setObjectName("PrinterForm");
+        setWindowTitle("Printer Setup");
+        printers_->setObjectName("PrinterCombo");
+        printers_->addItem("PDF file", QString());
+        for (const QString& name : QPrinterInfo::availablePrinterNames()) printers_->addItem(name, name);
+        printers_->setCurrentIndex(std::max(0, printers_->findData(printer)));
+        papers_->setObjectName("PaperCombo");
+        ListPapers(layout.pageSize());
+        orientations_->setObjectName("OrientationCombo");
+        orientations_->addItem("Portrait", QPageLayout::Portrait);
+        orientations_->addItem("Landscape", QPageLayout::Landscape);
+        orientations_->setCurrentIndex(orientations_->findData(layout.orientation()));
+        margin_->setObjectName("MarginText");
+        margin_->setRange(0, kMostMargin);
+        margin_->setDecimals(1);
+        margin_->setSuffix(" mm");
+        margin_->setValue(layout.margins(QPageLayout::Millimeter).left());
+        auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+        connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+        connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+        connect(printers_, &QComboBox::currentIndexChanged, this,
+                [this] { ListPapers(papers_->currentData().value<QPageSize>()); });
+        auto* rows = new QFormLayout(this);
+        rows->addRow("P&rinter:", printers_);
+        rows->addRow("&Paper:", papers_);
+        rows->addRow("&Orientation:", orientations_);
+        rows->addRow("&Margin:", margin_);
+        rows->addRow(buttons);
+    }
+
+    QString Printer() const { return printers_->currentData().toString(); }
+    /// As the printer takes it: it may have margins of its own.
+    QPageLayout Layout() const {
+        const double margin = margin_->value();
+        const QPageLayout wanted(papers_->currentData().value<QPageSize>(),
+                                 orientations_->currentData().value<QPageLayout::Orientation>(),
+                                 QMarginsF(margin, margin, margin, margin), QPageLayout::Millimeter);
+        return NewPrinter(Printer(), wanted)->pageLayout();
+    }
+
+  private:
+    /// Those of the printer, or the usual ones for a file, with `chosen` in any case.
+    void ListPapers(const QPageSize& chosen) {
+        QList<QPageSize> papers = QPrinterInfo::printerInfo(Printer()).supportedPageSizes();
+        if (papers.isEmpty()) {
+            for (const auto id : {QPageSize::A3, QPageSize::A4, QPageSize::A5, QPageSize::Letter,
+                                  QPageSize::Legal, QPageSize::Tabloid})
+                papers.append(QPageSize(id));
+        }
+        if (!papers.contains(chosen)) papers.prepend(chosen);
+        papers_->clear();
+        for (const QPageSize& paper : papers) papers_->addItem(paper.name(), QVariant::fromValue(paper));
+        papers_->setCurrentIndex(static_cast<int>(papers.indexOf(chosen)));
+    }
+
+    QComboBox *printers_, *papers_, *orientations_;
+    QDoubleSpinBox* margin_;
+};
+
+QString AskForPdfFile(QWidget* parent, const QString& title) {
+    QFileDialog dialog(parent, "Print to PDF File", {}, "PDF (*.pdf)");
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix("pdf");
+    // Of "Mechanized Gantt chart for House: ..." what every file system takes.
+    dialog.selectFile(title.section(':', 0, 0).remove(QRegularExpression("[^\\w .-]")).trimmed() + ".pdf");
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+}  // namespace
+
+Printing::Printing() : layout_(DefaultPageLayout()) {}
+
+Vwindow::Page Printing::Page() const {
+    return PageOf(layout_);
+}
+
+bool Printing::ShowPrinter(QWidget* parent) {
+    PrinterForm dialog(parent, printer_, layout_);
+    if (dialog.exec() != QDialog::Accepted) return false;
+    printer_ = dialog.Printer();
+    layout_ = dialog.Layout();
+    return true;
+}
+
+std::string Printing::Print(QWidget* parent, Platform& platform, const ShownSurface& shown,
+                            const std::vector<Piece>& pieces) const {
+    if (!printer_.isEmpty()) {
+        const auto printer = NewPrinter(printer_, layout_);
+        printer->setDocName(Q(shown.title));
+        PrintPieces(*printer, shown, pieces);
+        return "Sent to the printer " + S(printer_);
+    }
+    const QString name = AskForPdfFile(parent, Q(shown.title));
+    if (name.isEmpty()) return {};
+    const std::string problem = SaveFile(S(name), MakePdf(layout_, shown, pieces));
+    if (problem.empty()) return "Written to " + S(name);
+    platform.MessageBox(problem, "File Not Written", BoxIcon::Warning, BoxButtons::Ok);
+    return {};
+}
+
+}  // namespace vortan

@@ -1,0 +1,37 @@
+#include "shell/forms/PageForm.h"
+
+#include "shell/desk/FormHost.h"
+
+namespace vortan {
+
+PageForm::PageForm(Desktop& desktop) : desktop_(desktop) {
+    desktop_.workspace.AddListener(this);
+}
+
+PageForm::~PageForm() {
+    desktop_.workspace.RemoveListener(this);
+    // Closed with the program: the main window is not there to be told.
+    if (!unloaded_ && desktop_.host) desktop_.host->FormClosed(*this);
+}
+
+void PageForm::Show(const std::function<bool()>& fill) {
+    try {
+        if (fill()) return desktop_.host->ShowForm(*this);
+    } catch (...) {
+        Unload();
+        throw;
+    }
+    Unload();
+}
+
+void PageForm::Unload() {
+    if (unloaded_) return;
+    unloaded_ = true;
+    desktop_.workspace.RemoveListener(this);
+    hide();
+    if (desktop_.host) desktop_.host->FormClosed(*this);
+    setObjectName({});
+    deleteLater();
+}
+
+}  // namespace vortan

@@ -1,0 +1,134 @@
+#include "shell/main/ChartCommands.h"
+
+#include <algorithm>
+#include <functional>
+#include <optional>
+
+#include "charts/CrashForm.h"
+#include "charts/GanttForm.h"
+#include "charts/RiskForm.h"
+#include "model/NumberText.h"
+#include "model/Rounding.h"
+#include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "shell/entry/ProjectEntryForm.h"
+#include "shell/main/MainForm.h"
+#include "shell/main/PreferencesForm.h"
+#include "shell/pages/ChartPage.h"
+#include "shell/pages/CrashDataForm.h"
+#include "shell/widgets/ProgressForm.h"
+
+namespace vortan {
+namespace {
+
+/// Asks until the answer is a number that `check` does not complain about. None: the user gave up, or typed
+/// what is no number or 0.
+std::optional<double> AskNumber(Platform& platform, const char* prompt, const char* title, double offered,
+                                const std::function<std::optional<std::string>(double)>& check) {
+    std::string text = PlainNumber(offered);
+    for (;;) {
+        const InputAnswer answer = platform.InputBox(prompt, title, text);
+        const auto number = answer.given ? ParseNumber(answer.text) : std::nullopt;
+        if (!number || *number == 0) return std::nullopt;
+        const auto complaint = check(*number);
+        if (!complaint) return number;
+        platform.MessageBox(*complaint, "Invalid Number", BoxIcon::Warning, BoxButtons::Ok);
+        text = answer.text;
+    }
+}
+
+/// Whether there are new results to show.
+bool ExplainOutcome(Platform& platform, const IterativeSolve::Outcome& outcome) {
+    if (!outcome.message.empty())
+        platform.MessageBox(outcome.message, "Solve Broken Off", BoxIcon::Warning, BoxButtons::Ok);
+    return outcome.done;
+}
+
+/// Of the crash steps that there are.
+void ShowCrashForm(Desktop& desktop) {
+    ChartPage::Start(desktop, "CrashForm", [&desktop](const TextMetrics& metrics) {
+        auto chart =
+            std::make_unique<CrashForm>(desktop.workspace, desktop.iterative.Results().crashList, metrics);
+        chart->ShowCrashData = [&desktop](DateTime finish, std::vector<Vcrash> multipliers) {
+            desktop.Run("Crash:Vwindow_DateClick",
+                        [&] { CrashDataForm::Start(desktop, finish, std::move(multipliers)); });
+        };
+        return chart;
+    });
+}
+
+}  // namespace
+
+void StartGanttForm(MainForm& main) {
+    Desktop& desktop = main.TheDesktop();
+    ChartPage::Start(desktop, "GanttForm", [&desktop](const TextMetrics& metrics) {
+        auto chart = std::make_unique<GanttForm>(desktop.workspace, desktop.settings, metrics);
+        chart->PreferencesCommandClick = [&desktop] { PreferencesForm::Start(desktop); };
+        return chart;
+    });
+}
+
+void StartRiskForm(MainForm& main) {
+    Desktop& desktop = main.TheDesktop();
+    const IterativeResults& results = desktop.iterative.Results();
+    if (!RiskForm::HasData(results)) {
+        desktop.platform.MessageBox("Please perform iterative risk solve first.", "No Risk Data",
+                                    BoxIcon::Warning, BoxButtons::Ok);
+        return;
+    }
+    Money& highestCost = main.iterative.highestCost;
+    highestCost = std::max(highestCost, RiskForm::HighestCost(results));
+    ChartPage::Start(desktop, "RiskForm", [&](const TextMetrics& metrics) {
+        return std::make_unique<RiskForm>(desktop.workspace, results, highestCost, metrics);
+    });
+}
+
+void StartCrashForm(MainForm& main) {
+    Desktop& desktop = main.TheDesktop();
+    if (!desktop.iterative.Results().crashList.empty()) return ShowCrashForm(desktop);
+    desktop.platform.MessageBox(
+        "Crash data is unavailable.  To create crash data, please perform an iterative crash solve.",
+        "Crash Data Unavailable", BoxIcon::Information, BoxButtons::Ok);
+}
+
+void RiskSolve(MainForm& main, bool quick) {
+    Desktop& desktop = main.TheDesktop();
+    // What rounds to 0 gives up as 0 does.
+    const auto check = [&desktop](double number) -> std::optional<std::string> {
+        const std::int32_t rounded = RoundToInt32(number);
+        return rounded == 0 ? std::nullopt : desktop.iterative.CheckRisk(rounded);
+    };
+    const auto answer = AskNumber(desktop.platform,
+                                  "Enter the number of iterations to perform:", "Enter Number of Iterations",
+                                  main.iterative.riskIterations, check);
+    const std::int32_t iterations = RoundToInt32(answer.value_or(0));
+    if (iterations == 0 || !desktop.workspace.ThisProjectSolved()) return;
+    main.iterative.riskIterations = iterations;
+    ProgressForm progress(&main, quick ? "Quick risk solve" : "Detailed risk solve");
+    const auto outcome = desktop.iterative.RiskSolve(quick, iterations, &progress);
+    progress.hide();
+    if (ExplainOutcome(desktop.platform, outcome)) StartRiskForm(main);
+}
+
+void CrashSolve(MainForm& main, bool quick) {
+    Desktop& desktop = main.TheDesktop();
+    if (const Vproject* halting = IterativeSolve::FindHaltingProject(desktop.workspace)) {
+        const BoxAnswer answer = desktop.platform.MessageBox(
+            IterativeSolve::HaltRuleText(*halting) + "\r\n\r\nDo you want to change the solve rule?",
+            "Halt Rule Must Be Changed", BoxIcon::Question, BoxButtons::YesNo);
+        if (answer == BoxAnswer::Yes)
+            ProjectEntryForm::StartModify(desktop, *desktop.workspace.ThisProject());
+        return;
+    }
+    double& increment = main.iterative.teamIncrement;
+    const auto number = AskNumber(desktop.platform, "Enter the team increment:", "Enter Team Increment",
+                                  increment, IterativeSolve::CheckIncrement);
+    if (!number || !desktop.workspace.ThisProjectSolved()) return;
+    increment = *number;
+    ProgressForm progress(&main, quick ? "Quick crash solve" : "Detailed crash solve");
+    const auto outcome = desktop.iterative.CrashSolve(quick, increment, &progress);
+    progress.hide();
+    if (ExplainOutcome(desktop.platform, outcome)) ShowCrashForm(desktop);
+}
+
+}  // namespace vortan

@@ -1,0 +1,236 @@
+#include "shell/trees/NodeCommands.h"
+
+#include <map>
+
+#include "model/Characters.h"
+#include "model/Fault.h"
+#include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtask.h"
+#include "model/Vtemplate.h"
+#include "paint/Text.h"
+#include "shell/desk/FormHost.h"
+#include "shell/desk/Removal.h"
+#include "shell/entry/AssignmentEntryForm.h"
+#include "shell/entry/DependencyEntryForm.h"
+#include "shell/entry/ProjectEntryForm.h"
+#include "shell/entry/ResourceEntryForm.h"
+#include "shell/entry/ShiftEntryForm.h"
+#include "shell/entry/SubprojectEntryForm.h"
+#include "shell/entry/TaskEntryForm.h"
+#include "shell/entry/TemplateEntryForm.h"
+#include "shell/trees/NodeView.h"
+#include "shell/trees/ProjectTreeForm.h"
+#include "shell/trees/References.h"
+#include "shell/trees/TemplateTreeForm.h"
+#include "shell/trees/Trees.h"
+
+namespace vortan {
+namespace {
+
+std::string WordOf(char kind) {
+    static const std::map<char, const char*> words = {
+        {'p', "project"},  {'s', "subproject"}, {'t', "task"},       {'d', "dependency"}, {'a', "assignment"},
+        {'l', "template"}, {'h', "shift"},      {'g', "department"}, {'r', "resource"}};
+    const auto found = words.find(kind);
+    return found == words.end() ? "n/a" : found->second;
+}
+
+}  // namespace
+
+NodeCommands::NodeCommands(Desktop& desktop, Trees& trees)
+    : desktop_(desktop), trees_(trees), menu_(new QMenu(&desktop.host->MainWindow())) {
+    menu_->setObjectName("PopupMainMenu");
+    modify_ = Add("PopupModifyMenu", "Modify", "Main:PopupModifyMenu_Click", [this] { Modify(); });
+    delete_ = Add("PopupDeleteMenu", "Delete", "Main:PopupDeleteMenu_Click", [this] { Delete(); });
+    Add("PopupExpandMenu", "Expand all", "Main:PopupExpandMenu_Click", [this] { GlobalExpand(true); });
+    Add("PopupContractMenu", "Contract all", "Main:PopupContractMenu_Click", [this] { GlobalExpand(false); });
+    setActive_ = Add("PopupSetActiveMenu", "Set as active project", "Main:PopupSetActiveMenu_Click",
+                     [this] { SetActive(); });
+}
+
+QAction* NodeCommands::Add(const char* name, const QString& caption, const char* section,
+                           std::function<void()> command) {
+    QAction* action = menu_->addAction(caption);
+    action->setObjectName(name);
+    action->setMenuRole(QAction::NoRole);
+    QObject::connect(action, &QAction::triggered, menu_,
+                     [this, section, command = std::move(command)] { desktop_.Run(section, command); });
+    return action;
+}
+
+void NodeCommands::UpdatePopupMenu() {
+    const Node* node = trees_.DragNode();
+    const char kind = node ? node->Image() : 'n';
+    const bool isProject = kind == 'p' || kind == 's';
+    modify_->setText(Q("Modify this " + WordOf(kind)));
+    delete_->setText(Q("Delete this " + WordOf(kind)));
+    // A placeholder stands for nothing.
+    modify_->setEnabled(kind != 'n');
+    delete_->setEnabled(kind != 'n');
+    setActive_->setEnabled(isProject &&
+                           trees_.FindProjectFromNode(*node) != desktop_.workspace.ThisProject());
+}
+
+void NodeCommands::RightClick(const NodeView& view, const QPoint& global) {
+    if (!trees_.DragNode()) return;
+    UpdatePopupMenu();
+    const QFontMetrics metrics = view.fontMetrics();
+    menu_->popup(global +
+                 QPoint(metrics.horizontalAdvance("X" + Q(trees_.DragNode()->Text)), metrics.height()));
+}
+
+void NodeCommands::MakeActive(Vproject* project) {
+    desktop_.workspace.SetThisProject(project);
+    desktop_.workspace.BroadcastNewThisProject();
+}
+
+void NodeCommands::SetActive() {
+    if (const Node* node = trees_.DragNode()) MakeActive(trees_.FindProjectFromNode(*node));
+}
+
+void NodeCommands::GlobalExpand(bool flag) {
+    const Node* node = trees_.DragNode();
+    if (!node) return;
+    TreeForm& form = node->Tree == &trees_.ProjectTree().Tree() ? static_cast<TreeForm&>(trees_.ProjectTree())
+                                                                : trees_.TemplateTree();
+    form.GlobalExpand(flag);
+}
+
+// ---- add
+
+Vtask* NodeCommands::SelectedTask(const char* warning, const char* title) {
+    const Node* node = trees_.DragNode();
+    if (node && node->Image() == 't') return trees_.ObjectOf<Vtask>(*node);
+    desktop_.platform.MessageBox(warning, title, BoxIcon::Warning, BoxButtons::Ok);
+    return nullptr;
+}
+
+void NodeCommands::AddDependency() {
+    if (Vtask* task = SelectedTask("Please click on a task first.", "No Task Selected"))
+        DependencyEntryForm::StartAdd(desktop_, *task);
+}
+
+void NodeCommands::AddAssignment() {
+    if (Vtask* task = SelectedTask("You must click on a task before trying to add a new assignment.",
+                                   "Task Not Selected"))
+        AssignmentEntryForm::StartAdd(desktop_, *task);
+}
+
+// ---- modify
+
+void NodeCommands::Modify() {
+    const Node* node = trees_.DragNode();
+    if (!node || node->Image() == 'n') return;
+    switch (node->Image()) {
+        case 'p':
+        case 's': {
+            Vproject* project = trees_.FindProjectFromNode(*node);
+            const bool active = project == desktop_.workspace.ThisProject();
+            if (node->Image() == 's' && !active)
+                return SubprojectEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vtask>(*node));
+            if (!active) MakeActive(project);
+            return ProjectEntryForm::StartModify(desktop_, *project);
+        }
+        case 't':
+            return TaskEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vtask>(*node));
+        case 'd':
+            return DependencyEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vdependency>(*node));
+        case 'a':
+            return AssignmentEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vassignment>(*node));
+        case 'l':
+            return TemplateEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vtemplate>(*node));
+        case 'h':
+            return ShiftEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vshift>(*node));
+        case 'g':
+            return RenameDepartment(*node);
+        case 'r':
+            return ResourceEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vresource>(*node));
+        default:
+            AssertionFailed();
+    }
+}
+
+/// The name is that of the resources' field, so it is changed in each of them.
+void NodeCommands::RenameDepartment(const Node& node) {
+    Vtemplate* active = desktop_.workspace.ThisTemplate();
+    if (!active) AssertionFailed();
+    const std::string before = node.Text;
+    const InputAnswer answer = desktop_.platform.InputBox(
+        "New name of the department, for all of its resources:", "Department Name", before);
+    const std::string name(Trim(answer.text));
+    if (!answer.given || name.empty() || name == before) return;
+    for (Vresource* resource : active->ResourceList()) {
+        if (resource->Include() && resource->Department() == before) resource->SetDepartment(name);
+    }
+    trees_.TemplateTree().Start();
+    trees_.SetDragNode(trees_.TemplateTree().Tree().FindNodeFromKey(MakeKey(name)));
+}
+
+// ---- delete
+
+void NodeCommands::Delete() {
+    Node* node = trees_.DragNode();
+    if (!node || node->Image() == 'n') return;
+    if (node->Image() == 'g') {
+        desktop_.platform.MessageBox(
+            "A department cannot be deleted by itself.  It goes away when its last resource is deleted or "
+            "moved to another department.",
+            "Can't Delete Department", BoxIcon::Information, BoxButtons::Ok);
+        return;
+    }
+    if (MayLose(*node) && DeleteConfirmed(*node)) DeleteObject(*node);
+}
+
+/// What goes with the file that it was loaded from may have changes that are nowhere else.
+bool NodeCommands::MayLose(const Node& node) {
+    const PlanObject object = trees_.FindObjectFromNode(node);
+    if (Vproject* const* project = std::get_if<Vproject*>(&object))
+        return vortan::MayLose(desktop_, **project);
+    if (Vtemplate* const* all = std::get_if<Vtemplate*>(&object)) return vortan::MayLose(desktop_, **all);
+    return true;
+}
+
+bool NodeCommands::DeleteConfirmed(const Node& node) {
+    const std::string word = WordOf(node.Image());
+    return desktop_.platform.MessageBoxWithDetail(
+               "Are you sure you want to delete this " + word + "?",
+               TellReferences(desktop_.workspace, trees_.FindObjectFromNode(node)), "Confirm Delete " + word,
+               BoxIcon::Warning, BoxButtons::YesNo) == BoxAnswer::Yes;
+}
+
+/// The object first, since its node is what leads to it.
+void NodeCommands::DeleteObject(Node& node) {
+    Workspace& workspace = desktop_.workspace;
+    const PlanObject object = trees_.FindObjectFromNode(node);
+    if (Vproject* const* project = std::get_if<Vproject*>(&object)) {
+        return RemoveProjects(workspace, {*project});
+    }
+    if (Vtemplate* const* removed = std::get_if<Vtemplate*>(&object)) {
+        RemoveTemplate(workspace, **removed);
+        return trees_.ProjectTree().RefreshReferences();
+    }
+    const Vproject* subproject = nullptr;
+    std::visit(
+        [&](auto condemned) {
+            using T = decltype(condemned);
+            if constexpr (std::is_same_v<T, Vtask*>) subproject = condemned->Subproject();
+            // Resources that work a shift keep it.
+            if constexpr (!std::is_same_v<T, std::monostate>) condemned->Delete();
+        },
+        object);
+
+    Node* above = node.Parent;
+    TreeForm& form = node.Tree == &trees_.ProjectTree().Tree() ? static_cast<TreeForm&>(trees_.ProjectTree())
+                                                               : trees_.TemplateTree();
+    form.RemoveNode(node);
+    if (above->Image() == 'g' && above->Children.empty()) form.RemoveNode(*above);
+    if (subproject) {
+        // It is a master project now, with a tree of its own.
+        workspace.BroadcastNewThisProject();
+    } else {
+        trees_.ProjectTree().RefreshReferences();
+    }
+}
+
+}  // namespace vortan

@@ -1,0 +1,94 @@
+#include "shell/widgets/Estimates.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+
+#include "model/NumberText.h"
+#include "model/Rounding.h"
+
+namespace vortan {
+namespace {
+
+constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+
+std::int32_t Saturated(std::int64_t value) {
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, -std::int64_t{kMost} - 1, kMost));
+}
+
+/// At most two decimals, halves away from zero.
+std::string FormatEstimate(std::int32_t minutes, std::int32_t unit) {
+    const std::int64_t hundredths = (std::abs(std::int64_t{minutes}) * 200 + unit) / (2 * std::int64_t{unit});
+    std::string text = std::to_string(hundredths / 100);
+    if (const auto rest = static_cast<int>(hundredths % 100); rest > 0) {
+        text += '.';
+        text += static_cast<char>('0' + rest / 10);
+        if (rest % 10 > 0) text += static_cast<char>('0' + rest % 10);
+    }
+    return minutes < 0 && hundredths > 0 ? "-" + text : text;
+}
+
+}  // namespace
+
+const std::array<Estimates::UnitKind, 5> Estimates::kUnits = {
+    {{"&minutes", 1, "&minutes", 1},
+     {"&hours", 60, "&hours", 60},
+     {"d&ays (8 hours each)", 480, "d&ays (24 hours each)", 1440},
+     {"&weeks (5 days each)", 2400, "&weeks (7 days each)", 10080},
+     {"m&onths (20 days each)", 9600, "m&onths (30 days each)", 43200}}};
+
+int Estimates::UnitOf(std::int32_t effortUnits) {
+    const std::int64_t magnitude = std::abs(std::int64_t{effortUnits});
+    const auto fits = [magnitude](const UnitKind& kind) {
+        return magnitude == kind.workMinutes || magnitude == kind.clockMinutes;
+    };
+    const auto found = std::find_if(kUnits.begin(), kUnits.end(), fits);
+    return found == kUnits.end() ? kDays : static_cast<int>(found - kUnits.begin());
+}
+
+std::int32_t Estimates::GetUnits() const {
+    const UnitKind& kind = kUnits[static_cast<std::size_t>(unit)];
+    return effortDriven ? kind.workMinutes : kind.clockMinutes;
+}
+
+bool Estimates::BoxLive(int box) const {
+    const bool column = box % 3 == 1 || three;
+    const bool row = box / 3 == 1 || manyRows;
+    return live && column && row;
+}
+
+std::string Estimates::TextOf(int box) const {
+    const std::int64_t totals[] = {minutes.optimistic, minutes.mostLikely, minutes.pessimistic};
+    const std::int64_t total = totals[box % 3];
+    const std::int64_t values[] = {minutes.past, total - minutes.past, total};
+    return FormatEstimate(Saturated(values[box / 3]), GetUnits());
+}
+
+void Estimates::Type(int box, const std::string& text) {
+    const std::int32_t typed = RoundToInt32(ScanNumber(text) * GetUnits());
+    if (box < 3) {
+        minutes.past = typed;
+        return;
+    }
+    std::int32_t* const totals[] = {&minutes.optimistic, &minutes.mostLikely, &minutes.pessimistic};
+    *totals[box % 3] = box < 6 ? Saturated(std::int64_t{typed} + minutes.past) : typed;
+}
+
+std::optional<std::string> Estimates::Refusal(int box, const std::string& text) const {
+    const auto number = ParseNumber(text);
+    if (!number) return "The estimate must be a number.";
+    const double typed = *number * GetUnits();
+    const bool rest = box / 3 == 1;
+    const double total = rest ? typed + minutes.past : typed;
+    // More may have been done than was estimated; the whole cannot be less than nothing.
+    if (rest ? total < 0 && typed < 0 : typed < 0) return "The estimate must not be negative.";
+    if (typed <= kMost && total <= kMost) return std::nullopt;
+    return "The estimate is too large.  A task can take at most " + std::to_string(kMost) + " minutes.";
+}
+
+Estimates::Minutes Estimates::Totals() const {
+    if (three) return minutes;
+    return {minutes.past, minutes.mostLikely, minutes.mostLikely, minutes.mostLikely};
+}
+
+}  // namespace vortan

@@ -1,0 +1,160 @@
+#include "shell/widgets/SurfaceView.h"
+
+#include <QHelpEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QToolTip>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
+
+#include "paint/ChartPainter.h"
+#include "paint/Text.h"
+
+namespace vortan {
+namespace {
+
+// Of the window, how much the headings may take at most.
+constexpr double kMostFixed = 0.7;
+
+}  // namespace
+
+SurfaceView::SurfaceView(const Vwindow& surface, const QtTextMetrics& metrics)
+    : surface_(surface), metrics_(&metrics) {
+    setObjectName("Vwindow");
+    setFrameShape(QFrame::NoFrame);
+    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+int SurfaceView::ToPixels(int twips) const {
+    return static_cast<int>(std::ceil(twips / TwipsPerPixel()));
+}
+
+QSize SurfaceView::Fixed() const {
+    if (!surface_.IsLaidOut()) return {0, 0};
+    QSize fixed(ToPixels(surface_.ColPos(surface_.FixedCols())),
+                ToPixels(surface_.RowPos(surface_.FixedRows())));
+    if (fixed.width() > viewport()->width() * kMostFixed) fixed.setWidth(0);
+    if (fixed.height() > viewport()->height() * kMostFixed) fixed.setHeight(0);
+    return fixed;
+}
+
+QSize SurfaceView::ContentSize() const {
+    if (!surface_.IsLaidOut()) return {0, 0};
+    return {ToPixels(surface_.ContentWidth()) + 1, ToPixels(surface_.ContentHeight()) + 1};
+}
+
+void SurfaceView::FitScrollBars() {
+    const QSize content = ContentSize();
+    // Bars that show now take room themselves; without them all may fit.
+    const QSize most = maximumViewportSize();
+    const bool fits = content.width() <= most.width() && content.height() <= most.height();
+    const QSize window = fits ? most : viewport()->size();
+    horizontalScrollBar()->setRange(0, std::max(0, content.width() - window.width()));
+    horizontalScrollBar()->setPageStep(std::max(1, window.width() - Fixed().width()));
+    verticalScrollBar()->setRange(0, std::max(0, content.height() - window.height()));
+    verticalScrollBar()->setPageStep(std::max(1, window.height() - Fixed().height()));
+    const int line = ToPixels(surface_.TextHeight() * 7 / 4);
+    horizontalScrollBar()->setSingleStep(line);
+    verticalScrollBar()->setSingleStep(line);
+}
+
+void SurfaceView::SurfaceChanged() {
+    FitScrollBars();
+    viewport()->update();
+}
+
+void SurfaceView::resizeEvent(QResizeEvent* event) {
+    QAbstractScrollArea::resizeEvent(event);
+    FitScrollBars();
+}
+
+void SurfaceView::scrollContentsBy(int, int) {
+    viewport()->update();
+}
+
+void SurfaceView::paintEvent(QPaintEvent* event) {
+    QPainter painter(viewport());
+    const QRect window = viewport()->rect();
+    painter.fillRect(event->rect(), Qt::white);
+    if (!surface_.IsLaidOut()) return;
+    const double twips = TwipsPerPixel();
+    const QSize fixed = Fixed();
+    const QPoint scroll(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    const ChartPainter chart(surface_, *metrics_);
+    // The body first: its scrolled part never reaches over the headings.
+    for (const bool fixedRows : {false, true}) {
+        for (const bool fixedCols : {false, true}) {
+            const int left = fixedCols ? 0 : fixed.width(), top = fixedRows ? 0 : fixed.height();
+            const QRect place(left, top, fixedCols ? fixed.width() : window.width() - left,
+                              fixedRows ? fixed.height() : window.height() - top);
+            const QRect dirty = place.intersected(event->rect());
+            if (dirty.isEmpty()) continue;
+            const QPoint shift(fixedCols ? 0 : scroll.x(), fixedRows ? 0 : scroll.y());
+            const QRect shown = dirty.translated(shift);
+            const QRect part(
+                QPoint(static_cast<int>(shown.left() * twips), static_cast<int>(shown.top() * twips)),
+                QPoint(static_cast<int>(std::ceil((shown.right() + 1) * twips)),
+                       static_cast<int>(std::ceil((shown.bottom() + 1) * twips))));
+            painter.save();
+            painter.setClipRect(dirty);
+            painter.translate(-shift);
+            painter.scale(1 / twips, 1 / twips);
+            chart.Paint(painter, part, twips);
+            painter.restore();
+        }
+    }
+}
+
+void SurfaceView::wheelEvent(QWheelEvent* event) {
+    if (event->modifiers().testFlag(Qt::ShiftModifier) && event->angleDelta().x() == 0) {
+        horizontalScrollBar()->setValue(horizontalScrollBar()->value() - event->angleDelta().y());
+    } else if (!event->pixelDelta().isNull()) {
+        horizontalScrollBar()->setValue(horizontalScrollBar()->value() - event->pixelDelta().x());
+        verticalScrollBar()->setValue(verticalScrollBar()->value() - event->pixelDelta().y());
+    } else {
+        QAbstractScrollArea::wheelEvent(event);
+        return;
+    }
+    event->accept();
+}
+
+QPoint SurfaceView::ToSurface(const QPoint& pixel) const {
+    const QSize fixed = Fixed();
+    const int x = pixel.x() < fixed.width() ? pixel.x() : pixel.x() + horizontalScrollBar()->value();
+    const int y = pixel.y() < fixed.height() ? pixel.y() : pixel.y() + verticalScrollBar()->value();
+    return {static_cast<int>(x * TwipsPerPixel()), static_cast<int>(y * TwipsPerPixel())};
+}
+
+int SurfaceView::CellLeft(int col) const {
+    const bool fixed = col < surface_.FixedCols() && Fixed().width() > 0;
+    return ToPixels(surface_.ColPos(col)) - (fixed ? 0 : horizontalScrollBar()->value());
+}
+
+int SurfaceView::CellTop(int row) const {
+    const bool fixed = row < surface_.FixedRows() && Fixed().height() > 0;
+    return ToPixels(surface_.RowPos(row)) - (fixed ? 0 : verticalScrollBar()->value());
+}
+
+void SurfaceView::mousePressEvent(QMouseEvent* event) {
+    const QPoint at = ToSurface(event->position().toPoint());
+    if (PressAt) PressAt(at.x(), at.y());
+}
+
+bool SurfaceView::viewportEvent(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) return QAbstractScrollArea::viewportEvent(event);
+    const auto& help = static_cast<const QHelpEvent&>(*event);
+    const QPoint at = ToSurface(help.pos());
+    std::string tip = TipAt ? TipAt(at.x(), at.y()) : std::string();
+    if (tip.empty()) tip = surface_.ToolTip;
+    if (tip.empty()) {
+        QToolTip::hideText();
+    } else {
+        QToolTip::showText(help.globalPos(), Q(tip), viewport());
+    }
+    return true;
+}
+
+}  // namespace vortan

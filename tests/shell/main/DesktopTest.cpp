@@ -1,0 +1,229 @@
+#include <QFontDialog>
+#include <QInputDialog>
+
+#include "model/Fault.h"
+#include "persist/PackedText.h"
+#include "shell/Shell.h"
+#include "shell/desk/CommonDialogs.h"
+#include "shell/main/App.h"
+#include "shell/trees/ProjectTreeForm.h"
+#include "support/Paths.h"
+#include "support/PlanFiles.h"
+
+namespace vortan {
+namespace {
+
+// ---- what the user does while a solve runs
+
+/// The main window with the plan of a house about to be solved, and a solve that serves events whenever it
+/// could.
+class BusySolveTest : public ::testing::Test {
+  protected:
+    BusySolveTest() {
+        shell.desktop.files.LoadFile(ExampleFile("house.vta"));
+        shell.desktop.solver.SetServiceInterval(std::chrono::microseconds(0));
+    }
+
+    Shell shell;
+};
+
+TEST_F(BusySolveTest, TasksAreDeletedInTheTree) {
+    Workspace& workspace = shell.desktop.workspace;
+    const auto tasks = workspace.ThisProject()->TaskList().size();
+    int deleted = 0;
+    shell.platform.onServeEvents = [&] {
+        if (++deleted > 3) return;
+        Vtask* last = *(workspace.ThisProject()->TaskList().end() - 1);
+        shell.main.TheTrees().SetDragNode(&shell.main.TheTrees().FindNodeFromObject(last));
+        shell.platform.ExpectBox("Confirm Delete task", BoxAnswer::Yes);
+        QTest::keyClick(shell.main.TheTrees().ProjectTree().findChild<QWidget*>("Tree"), Qt::Key_Delete);
+    };
+    shell.Solve();
+    EXPECT_EQ(workspace.ThisProject()->TaskList().size(), tasks - 3);
+    EXPECT_NE(shell.desktop.solver.Mode(), SolveMode::Running);
+    EXPECT_NE(shell.desktop.solver.Mode(), SolveMode::Restart);
+}
+
+TEST_F(BusySolveTest, TheProgramIsLeft) {
+    bool left = false;
+    shell.platform.onServeEvents = [&] {
+        if (!left) shell.main.close();
+        left = true;
+    };
+    shell.Solve();
+    EXPECT_TRUE(left);
+    EXPECT_FALSE(shell.main.isVisible());
+    EXPECT_FALSE(shell.platform.solveTimerArmed);
+    EXPECT_TRUE(shell.desktop.workspace.ProjectList().empty());
+}
+
+// ---- damage
+
+TEST(StartUp, ADamagedFileOfSettingsTakesNothingElseWithIt) {
+    ScriptedPlatform platform;
+    WriteBytes(platform.Directory() + "/Vortan.cfg",
+               PackText("INITIALIZATION\r\nBarOption\r\nAutomaticBackupCombo,5\r\n"));
+    platform.ExpectBox("Internal Error", BoxAnswer::Abort, "there is no value for BarOption");
+    Desktop desktop(platform);
+    const MainForm main(desktop);
+    EXPECT_EQ(desktop.workspace.BackupMinutes, 5);
+    EXPECT_EQ(desktop.workspace.FileDialogPath, S(QDir::currentPath()));
+    EXPECT_TRUE(desktop.settings.ThePreferences().bars);
+    EXPECT_EQ(main.findChild<QComboBox*>("JournalCombo")->currentText(), "<journal n/a>");
+    EXPECT_TRUE(main.TheTrees().ProjectTree().isVisibleTo(&main));
+    EXPECT_NE(FileBytes(platform.Directory() + "/ErrTrap.log").find("Call chain:\n  Main:MDIForm_Load\n"),
+              std::string::npos);
+}
+
+/// What a command left half done when it failed is neither saved nor solved before the user has answered.
+TEST(ErrorBox, StopsTheTimers) {
+    Shell shell;
+    Desktop& desktop = shell.desktop;
+    desktop.files.LoadFile(ExampleFile("house.vta"));
+    desktop.workspace.BackupMinutes = 1;
+    desktop.workspace.ThisProject()->SetDirty(true);
+    const std::string before = desktop.solver.SolveMessage();
+    shell.platform.onBox = [&] {
+        shell.platform.solveTimerArmed = false;
+        desktop.SolveTimerTick();
+        desktop.AutoBackupTimerTick();
+        EXPECT_EQ(desktop.solver.SolveMessage(), before);
+        EXPECT_TRUE(desktop.workspace.ThisProject()->Dirty());
+    };
+    shell.platform.ExpectBox("Internal Error", BoxAnswer::Ignore);
+    desktop.Run("Task:OkCommand_Click", [] { AssertionFailed(); });
+    EXPECT_TRUE(shell.platform.solveTimerArmed);
+    desktop.SolveTimerTick();
+    EXPECT_EQ(desktop.solver.SolveMessage(), "Solve complete");
+    desktop.AutoBackupTimerTick();
+    EXPECT_FALSE(desktop.workspace.ThisProject()->Dirty());
+}
+
+TEST(ErrorBox, TheLogNamesTheForm) {
+    struct : Listener {
+        void NewSolution() override { AssertionFailed(); }
+    } faulty;
+    Shell shell;
+    shell.desktop.workspace.AddListener(&faulty);
+    shell.Choose("SetupPreferencesMenu");
+    shell.platform.ExpectBox("Internal Error", BoxAnswer::Abort);
+    shell.Click("OkCommand");
+    EXPECT_TRUE(FileBytes(shell.platform.Directory() + "/ErrTrap.log")
+                    .ends_with("Call chain:\n  Preferences:OkCommand_Click\n"));
+    shell.desktop.workspace.RemoveListener(&faulty);
+}
+
+// ---- the real boxes
+
+class BoxTest : public ::testing::Test {
+  protected:
+    /// Runs `ask`, which opens a modal box, and lets `answer` act on the box.
+    template <class Ask>
+    static auto Answer(Ask&& ask, const std::function<void(QWidget&)>& answer) {
+        bool came = false;
+        int ticks = 0;
+        QTimer look;
+        QObject::connect(&look, &QTimer::timeout, [&] {
+            QWidget* box = QApplication::activeModalWidget();
+            if (!box || came || !box->isVisible() || ++ticks < 3) return;
+            came = true;
+            answer(*box);
+        });
+        look.start(0);
+        auto result = ask();
+        EXPECT_TRUE(came) << "no box came";
+        return result;
+    }
+    static void Press(QWidget& box, Qt::Key key) {
+        QTest::keyClick(box.focusWidget() ? box.focusWidget() : &box, key);
+    }
+
+    QtPlatform platform;
+};
+
+TEST_F(BoxTest, EnterAndEscAnswerEveryBox) {
+    const struct {
+        BoxButtons buttons;
+        BoxAnswer enter, escape;
+    } cases[] = {{BoxButtons::Ok, BoxAnswer::Ok, BoxAnswer::Ok},
+                 {BoxButtons::YesNo, BoxAnswer::Yes, BoxAnswer::No},
+                 {BoxButtons::YesNoCancel, BoxAnswer::Yes, BoxAnswer::Cancel},
+                 {BoxButtons::OkCancel, BoxAnswer::Ok, BoxAnswer::Cancel},
+                 {BoxButtons::AbortRetryIgnore, BoxAnswer::Abort, BoxAnswer::Abort}};
+    for (const auto& one : cases) {
+        const auto ask = [&] {
+            return platform.MessageBoxWithDetail("<b>text", "<i>more", "title", BoxIcon::Warning,
+                                                 one.buttons);
+        };
+        EXPECT_EQ(Answer(ask,
+                         [](QWidget& box) {
+                             EXPECT_EQ(box.windowTitle(), "title");
+                             EXPECT_EQ(dynamic_cast<QMessageBox&>(box).text(), "<b>text");
+                             EXPECT_EQ(dynamic_cast<QMessageBox&>(box).informativeText(), "<i>more");
+                             Press(box, Qt::Key_Return);
+                         }),
+                  one.enter);
+        EXPECT_EQ(Answer(ask, [](QWidget& box) { Press(box, Qt::Key_Escape); }), one.escape);
+    }
+}
+
+TEST_F(BoxTest, ATextIsAskedFor) {
+    const auto ask = [this] { return platform.InputBox("prompt", "title", "before"); };
+    const auto typed = Answer(ask, [](QWidget& box) {
+        QTest::keyClicks(box.focusWidget(), "after");
+        Press(box, Qt::Key_Return);
+    });
+    EXPECT_TRUE(typed.given);
+    EXPECT_EQ(typed.text, "after");
+    EXPECT_FALSE(Answer(ask, [](QWidget& box) { Press(box, Qt::Key_Escape); }).given);
+}
+
+TEST_F(BoxTest, AFontIsKeptForItsScreenAlone) {
+    Shell shell;
+    const auto ask = [&] { return ShowFont(shell.desktop, "ProjectTreeForm"); };
+    EXPECT_FALSE(Answer(ask, [](QWidget& box) { Press(box, Qt::Key_Escape); }));
+    EXPECT_EQ(shell.desktop.settings.ReadSettings("ProjectTreeForm.FontSize"), "");
+    EXPECT_TRUE(Answer(ask, [](QWidget& box) {
+        auto& dialog = dynamic_cast<QFontDialog&>(box);
+        EXPECT_EQ(dialog.currentFont().pointSize(), 9);
+        QFont font("Liberation Sans", 14);
+        font.setBold(true);
+        dialog.setCurrentFont(font);
+        dialog.accept();
+    }));
+    const QFont kept = FontOfForm(shell.desktop, "ProjectTreeForm");
+    EXPECT_EQ(kept.family(), "Liberation Sans");
+    EXPECT_EQ(kept.pointSize(), 14);
+    EXPECT_TRUE(kept.bold());
+    EXPECT_EQ(FontOfForm(shell.desktop, "TemplateTreeForm").family(), "Times New Roman");
+}
+
+TEST_F(BoxTest, AFileNameTakesTheTypeThatIsChosen) {
+    const auto ask = [] { return ShowSave(S(QDir::tempPath()), "NoName.vtb"); };
+    const auto type = [](QWidget& box, int typesDown) {
+        auto* types = box.findChild<QComboBox*>("fileTypeCombo");
+        for (int i = 0; i < typesDown; ++i) QTest::keyClick(types, Qt::Key_Down);
+        auto* line = box.findChild<QLineEdit*>("fileNameEdit");
+        line->selectAll();
+        QTest::keyClicks(line, "plan-that-is-new");
+        auto* save = box.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save);
+        QTest::mouseClick(save, Qt::LeftButton);
+    };
+    const std::string name = S(QDir::tempPath()) + "/plan-that-is-new";
+    EXPECT_EQ(Answer(ask, [&](QWidget& box) { type(box, 0); }), name + ".vtb");
+    EXPECT_EQ(Answer(ask, [&](QWidget& box) { type(box, 1); }), name + ".vta");
+    EXPECT_EQ(Answer(ask, [](QWidget& box) { Press(box, Qt::Key_Escape); }), "");
+    // Whatever the plan was, bundles come first; another type changes the name that is offered.
+    Answer([] { return ShowSave(S(QDir::tempPath()), "plan.vta"); },
+           [](QWidget& box) {
+               auto* types = box.findChild<QComboBox*>("fileTypeCombo");
+               EXPECT_EQ(S(types->currentText()), "VORTAN Bundle (*.vtb)");
+               EXPECT_EQ(S(dynamic_cast<QFileDialog&>(box).defaultSuffix()), "vtb");
+               for (int i = 0; i < 2; ++i) QTest::keyClick(types, Qt::Key_Down);
+               EXPECT_EQ(S(box.findChild<QLineEdit*>("fileNameEdit")->text()), "plan.mpp");
+               Press(box, Qt::Key_Escape);
+           });
+}
+
+}  // namespace
+}  // namespace vortan

@@ -1,0 +1,150 @@
+#include <QProgressBar>
+#include <QRadioButton>
+
+#include "shell/Shell.h"
+#include "shell/pages/ChartPage.h"
+#include "shell/widgets/ProgressForm.h"
+#include "support/Paths.h"
+
+namespace vortan {
+namespace {
+
+/// The plan of a house, solved; its rule lets it extend.
+class IterativeCommandsTest : public ::testing::Test {
+  protected:
+    IterativeCommandsTest() {
+        shell.desktop.files.LoadFile(ExampleFile("house.vta"));
+        shell.Solve();
+    }
+    void Answer(const char* action, std::vector<const char*> answers) {
+        for (const char* answer : answers) shell.platform.ExpectInput({*answer != 0, answer});
+        shell.Choose(action);
+    }
+    std::string Page() { return shell.main.FullPage() ? S(shell.main.FullPage()->FormName()) : ""; }
+    const IterativeResults& Results() { return shell.desktop.iterative.Results(); }
+
+    Shell shell;
+};
+
+TEST_F(IterativeCommandsTest, ARiskSolveEndsInItsCurve) {
+    shell.platform.ExpectBox("No Risk Data", BoxAnswer::Ok, "Please perform iterative risk solve first.");
+    shell.Choose("GraphicsRiskAnalysisMenu");
+    EXPECT_FALSE(shell.main.Action("GraphicsRiskAnalysisMenu").isChecked());
+
+    Answer("IterativeDetailedRiskSolveMenu", {"50"});
+    EXPECT_EQ(Page(), "RiskForm");
+    EXPECT_EQ(Results().riskDates.size(), 51u);
+    EXPECT_TRUE(shell.main.windowTitle().contains("50 iterations for House"));
+    EXPECT_TRUE(shell.main.Action("GraphicsRiskAnalysisMenu").isChecked());
+    EXPECT_TRUE(shell.platform.solveTimerArmed);
+    shell.Solve();
+    EXPECT_EQ(Page(), "RiskForm");
+
+    const Vwindow& surface = shell.main.FullPage()->Surface()->surface;
+    EXPECT_EQ(surface.ColumnTitle(0), "Probability");
+    shell.Find<QRadioButton>("TotalCostOption").click();
+    EXPECT_EQ(surface.ColumnTitle(0), "Total cost");
+    Answer("IterativeQuickRiskSolveMenu", {"7"});
+    EXPECT_EQ(surface.ColumnTitle(0), "Total cost");
+    EXPECT_TRUE(shell.main.windowTitle().contains("7 iterations"));
+    shell.Choose("GraphicsRiskAnalysisMenu");
+    EXPECT_EQ(Page(), "");
+    shell.Choose("GraphicsRiskAnalysisMenu");
+    EXPECT_EQ(Page(), "RiskForm");
+    shell.desktop.workspace.BroadcastNewThisProject();
+    EXPECT_EQ(Page(), "");
+}
+
+TEST_F(IterativeCommandsTest, AnswersThatAreNoNumberStop) {
+    for (const char* answer : {"", "0", "0.5", "many"}) Answer("IterativeQuickRiskSolveMenu", {answer});
+    shell.platform.ExpectBox("Invalid Number", BoxAnswer::Ok);
+    shell.platform.ExpectBox("Invalid Number", BoxAnswer::Ok);
+    Answer("IterativeQuickRiskSolveMenu", {"2000000", "-3", ""});
+    Answer("IterativeQuickCrashSolveMenu", {"0"});
+    EXPECT_EQ(shell.platform.offered, "0.25");
+    shell.platform.ExpectBox("Invalid Number", BoxAnswer::Ok, "from 0.1 to 1.0");
+    Answer("IterativeQuickCrashSolveMenu", {"2", "0"});
+    EXPECT_EQ(Page(), "");
+    EXPECT_TRUE(Results().riskDates.empty());
+    EXPECT_TRUE(Results().crashList.empty());
+}
+
+TEST_F(IterativeCommandsTest, AClickOnTheCrashCurveTellsTheMultipliers) {
+    Answer("IterativeQuickCrashSolveMenu", {"0.5"});
+    ASSERT_EQ(Page(), "CrashForm");
+    auto& view = shell.Find<QAbstractScrollArea>("Vwindow");
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {view.viewport()->width() / 2, 100});
+    ASSERT_TRUE(shell.IsOpen("CrashDataForm"));
+    EXPECT_TRUE(shell.Dialog().windowTitle().startsWith("Crash to "));
+    auto* form = dynamic_cast<ChildForm*>(&shell.Dialog());
+    const Vwindow& table = form->Surface()->surface;
+    EXPECT_EQ(table.ColumnTitle(2), "Multiplier");
+    EXPECT_GT(table.Rows(), 1);
+    EXPECT_TRUE(shell.main.Action("OutputCopyMenu").isEnabled());
+    shell.Press(Qt::Key_Escape);
+    EXPECT_FALSE(shell.IsOpen("CrashDataForm"));
+    shell.desktop.workspace.BroadcastNewThisProject();
+    EXPECT_EQ(Page(), "");
+    shell.platform.ExpectBox("Crash Data Unavailable", BoxAnswer::Ok);
+    shell.Choose("GraphicsCrashAnalysisMenu");
+}
+
+TEST_F(IterativeCommandsTest, AHaltingRuleIsToBeChangedFirst) {
+    Workspace& workspace = shell.desktop.workspace;
+    workspace.ThisProject()->SetSolveRules(SolveRule::OvertimeHalt);
+    const char* question = "The project House: Family house, 4 Orchard Lane has a solve rule that halts";
+    shell.platform.ExpectBox("Halt Rule Must Be Changed", BoxAnswer::No, question);
+    shell.Choose("IterativeDetailedCrashSolveMenu");
+    EXPECT_FALSE(shell.IsOpen("ProjectEntryForm"));
+    // The form is that of the active project, whatever project was named.
+    workspace.ThisProject()->SetSolveRules(SolveRule::NormalExtend);
+    workspace.FindOrCreateProject("Other")->SetSolveRules(SolveRule::DayHalt);
+    shell.platform.ExpectBox("Halt Rule Must Be Changed", BoxAnswer::Yes, "The project Other");
+    shell.Choose("IterativeDetailedCrashSolveMenu");
+    ASSERT_TRUE(shell.IsOpen("ProjectEntryForm"));
+    EXPECT_EQ(shell.Dialog().findChild<QLineEdit*>("ProjectNameText")->text(), "House");
+}
+
+/// Halves go to the even number.
+TEST_F(IterativeCommandsTest, IterationsAreRounded) {
+    for (const auto& [answer, runs] : {std::pair{"0.6", 1u}, {"2.7", 3u}, {"2.5", 2u}}) {
+        Answer("IterativeQuickRiskSolveMenu", {answer});
+        EXPECT_EQ(Results().riskDates.size(), runs + 1) << answer;
+        shell.Solve();
+    }
+}
+
+TEST_F(IterativeCommandsTest, CancelLeavesEverythingAsItWas) {
+    const DateTime finish = shell.desktop.workspace.ThisProject()->EarlyFinish();
+    shell.desktop.iterative.SetProgressInterval(std::chrono::milliseconds(0));
+    QTimer cancel;
+    int shown = 0;
+    QObject::connect(&cancel, &QTimer::timeout, [&] {
+        auto* form = dynamic_cast<QDialog*>(QApplication::activeModalWidget());
+        if (!form) return;
+        EXPECT_TRUE(form->findChild<QProgressBar*>("ProgressBar"));
+        if (++shown == 3) form->findChild<QPushButton*>("CancelCommand")->click();
+    });
+    cancel.start(0);
+    Answer("IterativeDetailedRiskSolveMenu", {"100000"});
+    EXPECT_EQ(shown, 3);
+    EXPECT_EQ(Page(), "");
+    EXPECT_TRUE(Results().riskDates.empty());
+    EXPECT_EQ(shell.desktop.workspace.ThisProject()->EarlyFinish(), finish);
+    EXPECT_EQ(shell.desktop.solver.Mode(), SolveMode::Idle);
+    EXPECT_EQ(shell.desktop.solver.SolveMessage(), "Solve complete");
+}
+
+TEST(ProgressFormTest, TimeLeftIsRoundedUp) {
+    const std::pair<double, const char*> cases[] = {{-1, ""},
+                                                    {0, "1 second left"},
+                                                    {1.2, "2 seconds left"},
+                                                    {60, "60 seconds left"},
+                                                    {61, "2 minutes left"},
+                                                    {3600, "60 minutes left"},
+                                                    {3601, "2 hours left"}};
+    for (const auto& [seconds, text] : cases) EXPECT_EQ(S(TimeLeftText(seconds)), text);
+}
+
+}  // namespace
+}  // namespace vortan
