@@ -82,6 +82,7 @@ void SaveTemplate(FieldWriter& write, const Vtemplate& saved) {
         write("ResourceID", resource->ResourceID());
         resource->ForEachField(write);
     }
+    write.SetShiftNames(nullptr);
 }
 
 void SaveProject(FieldWriter& write, Vproject& project) {

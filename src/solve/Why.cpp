@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <ranges>
 #include <span>
 
 #include "model/Vassignment.h"
@@ -243,7 +242,9 @@ class Explainer {
         for (std::int32_t i = 0; i < solver_.SliceCount(); ++i) {
             const Vslice slice = solver_.Slice(i);
             if (slice.task != &task_) continue;
-            for (const SliceArrow& arrow : arrows.ForwardList(i) | std::views::reverse) {
+            const auto arrowsOut = arrows.ForwardList(i);
+            for (auto at = arrowsOut.rbegin(); at != arrowsOut.rend(); ++at) {
+                const SliceArrow& arrow = *at;
                 const Vslice follower = solver_.Slice(arrow.slice);
                 if (follower.task == &task_ || !follower.task) continue;
                 const double allowed = slice.earlyFinish.Days() + arrow.offset;
