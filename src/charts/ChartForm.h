@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -8,22 +9,42 @@
 
 namespace vortan {
 
+class Vresource;
+class Vtask;
+
 /// What the page of the desktop that shows a chart, and everything that prints or copies one, know of it: a
 /// surface, its titles, its few options, and which broadcasts it answers. A chart reads the solution when it
 /// lays itself out and holds no copy.
 class ChartForm : private Vwindow::Owner {
   public:
-    /// A control in the frame in front of the chart. Choices exclude each other.
+    /// A control in the frame of the chart. Choices exclude each other.
     struct Option {
-        enum class Kind { Button, Check, Choice };
+        enum class Kind { Button, Check, Choice, List };
         Kind kind;
         std::string name, caption;
-        bool on = false;                  ///< of a check or choice, at the start
-        std::function<void(bool)> click;  ///< with what it is now; the page draws the chart anew afterwards
+        bool on = false;  ///< of a check or choice
+        std::function<void(bool)>
+            click{};                       ///< with what it is now; the page starts the chart anew afterwards
+        std::vector<std::string> items{};  ///< of a list
+        int chosen = 0;                    ///< of a list: the item
+        std::function<void(int)> choose{};  ///< of a list, as `click`
     };
     struct OptionsFrame {
         std::string name, caption;
         std::vector<Option> options;  ///< none: no frame
+        bool beside = false;          ///< left of the surface instead of in front of it
+    };
+    /// What a place of a chart stands for, at most one of both.
+    struct Subject {
+        Vtask* task = nullptr;
+        Vresource* resource = nullptr;
+    };
+    /// Keys that walk through the boxes of a chart, and move the one that they stand on.
+    enum class Key { Left, Right, Up, Down, MoveUp, MoveDown };
+    enum class DragState { None, Still, Moved };
+    /// Corners on the surface, twips.
+    struct Box {
+        int x1, y1, x2, y2;
     };
     /// What the chart does when a broadcast comes.
     enum class Answer { Nothing, Start, Unload };
@@ -44,10 +65,31 @@ class ChartForm : private Vwindow::Owner {
     virtual void Start() = 0;
     /// Of the page, and at the head of each printed one.
     virtual std::string Caption() const = 0;
+    /// As the options are now.
     virtual OptionsFrame Frame() { return {}; }
     virtual Answers AnswersTo() const { return {}; }
     /// What to tell about a place of the surface, a line each; empty for nothing.
     virtual std::string TipAt(int /*x*/, int /*y*/) const { return {}; }
+    /// Whose entry form a double click opens there.
+    virtual Subject SubjectAt(int /*x*/, int /*y*/) const { return {}; }
+    /// After Start: there is nothing to show, as the chart has told. Its page goes away again.
+    virtual bool IsEmpty() const { return false; }
+    /// It stays as it was built while the plan goes on; its page says when it is behind.
+    virtual bool StaysAsBuilt() const { return false; }
+    /// Starting anew forgets what the user has moved about.
+    virtual bool HasMovedBoxes() const { return false; }
+
+    /// The mouse goes down: whether a drag begins.
+    virtual bool BeginDrag(int /*x*/, int /*y*/) { return false; }
+    /// To there, with the picture drawn anew where it moved. None: the drag is over.
+    virtual DragState DragTo(int /*y*/) { return DragState::None; }
+    virtual void EndDrag() {}
+    /// Whether there was something to walk to or to move.
+    virtual bool Press(Key /*key*/) { return false; }
+    /// The box that keys stand on.
+    virtual std::optional<Box> Cursor() const { return std::nullopt; }
+    /// Of that box.
+    virtual Subject SubjectAtCursor() const { return {}; }
 
     Vwindow& TheVwindow() { return vwindow_; }
     const Vwindow& TheVwindow() const { return vwindow_; }

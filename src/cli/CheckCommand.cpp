@@ -56,17 +56,16 @@ void PrintStubs(const CliSession& session) {
     for (const Vtemplate* each : session.workspace.TemplateList()) {
         if (each->NumJournals() == 0) out << "Never completed: template " << each->TemplateName() << "\n";
         for (const Vresource* resource : each->ResourceList()) {
-            if (resource->Description() == "<stub>") {
+            if (resource->IsStub()) {
                 out << "Never completed: resource " << resource->Key() << " of template "
                     << each->TemplateName() << "\n";
             }
         }
     }
     for (const Vproject* each : session.workspace.ProjectList()) {
-        if (each->Description() == "<stub>")
-            out << "Never completed: project " << each->ProjectName() << "\n";
+        if (each->IsStub()) out << "Never completed: project " << each->ProjectName() << "\n";
         for (const Vtask* task : each->TaskList()) {
-            if (task->Description() == "<stub>") {
+            if (task->IsStub()) {
                 out << "Never completed: task " << task->Key() << " of project " << each->ProjectName()
                     << "\n";
             }

@@ -24,16 +24,17 @@ bool JournalOwner::AddJournal(DateTime date) {
         if (Journal() == date) return false;
         if (Journal() > date) break;
     }
+    JournalsChanging();
     journalDates_.insert(journalDates_.begin() + currentIndex_, date);
     ++numJournals_;
     ChangeNumJournals();
-    dirty_ = true;
     return true;
 }
 
 void JournalOwner::DeleteJournal() {
     const Section section("JournalOwner:DeleteJournal");
     if (numJournals_ < 2) Refuse("At least one journal must remain");
+    JournalsChanging();
     journalDates_.erase(journalDates_.begin() + currentIndex_);
     --numJournals_;
     ChangeNumJournals();
@@ -52,6 +53,7 @@ void JournalOwner::ChangeJournal(DateTime date) {
         Refuse("The new date must be earlier than the next journal's date of " +
                FormatDate(journalDates_[1]) + ".");
     }
+    if (journalDates_[current] != date) JournalsChanging();
     journalDates_[current] = date;
 }
 

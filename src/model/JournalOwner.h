@@ -4,9 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "model/Change.h"
 #include "model/DateTime.h"
 #include "model/Journaled.h"
-#include "model/ObjectPool.h"
+#include "model/VObject.h"
 
 namespace vortan {
 
@@ -44,16 +45,13 @@ class JournalOwner : public VObject {
     void LoadJournals(std::int32_t count, std::vector<DateTime> dates);
 
     bool Dirty() const { return dirty_; }
-    /// True also asks for a new solve: every change that should reach the schedule ends here.
+    /// False when the owner has been saved or loaded. True where a user has confirmed something: it counts as
+    /// a change, and asks for a solve, even if nothing differs. Changes themselves see to both (`Changing`).
     void SetDirty(bool value);
 
-    /// Writes a per-journal field of this owner or of an object below it, in the active journal.
-    template <class T, class U>
-    void LetField(Journaled<T>& field, U&& value) const {
-        field.Let(std::forward<U>(value), currentIndex_, numJournals_);
-    }
-
   protected:
+    /// Tells of a change of the project or template itself.
+    virtual void JournalsChanging() = 0;
     /// Follows a change of `NumJournals` by one at `CurrentIndex` in every per-journal field.
     virtual void ChangeNumJournals() = 0;
     /// Cuts or extends every per-journal field to `NumJournals`.
@@ -61,26 +59,21 @@ class JournalOwner : public VObject {
     void ResetJournals();
 
   private:
+    template <class T>
+    friend void Changing(T& object, ChangeKind kind);
+
     std::int32_t numJournals_ = 0;
     std::int32_t currentIndex_ = 0;
     std::vector<DateTime> journalDates_ = {DateTime()};
     bool dirty_ = false;
 };
 
-/// Visitors over the fields of one object that follow a change in the number of journals.
-struct ResizeField {
-    int count, current;
-    template <class Field>
-    void operator()(const char*, Field& field) const {
-        if constexpr (IsJournaled<Field>::value) field.Resize(count, current);
-    }
-};
-struct FitField {
-    int count;
-    template <class Field>
-    void operator()(const char*, Field& field) const {
-        if constexpr (IsJournaled<Field>::value) field.Fit(count);
-    }
-};
+/// Writes a per-journal field of `object` in the journal in force of `owner`; without one, in all journals.
+template <class T, class Field, class Value>
+void LetField(T& object, const JournalOwner* owner, Field& field, const Value& value) {
+    const std::int32_t current = owner ? owner->CurrentIndex() : 0;
+    if (!field.Holds(value, current)) Changing(object, ChangeKind::Value);
+    field.Let(value, current, owner ? owner->NumJournals() : 0);
+}
 
 }  // namespace vortan

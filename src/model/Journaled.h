@@ -91,6 +91,14 @@ class Journaled {
                std::all_of(many->begin(), many->end(), [&](const Cell& v) { return v == many->front(); });
     }
 
+    /// Whether every journal from `first` on holds `value`.
+    bool Holds(const T& value, int first) const {
+        const Row* many = cells_.Many();
+        if (!many) return cells_.Single() == value;
+        return std::all_of(many->begin() + std::clamp(first, 0, Count()), many->end(),
+                           [&](const Cell& v) { return static_cast<T>(v) == value; });
+    }
+
     /// Writes `value` in journal `current` of `count`.
     void Let(T value, int current, int count) {
         if (current <= 0) {

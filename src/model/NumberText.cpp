@@ -312,12 +312,6 @@ void AppendFileDate(std::string& out, DateTime date) {
     out.append(text, sizeof text - 1);
 }
 
-std::string FormatFileDate(DateTime date) {
-    std::string text;
-    AppendFileDate(text, date);
-    return text;
-}
-
 std::optional<DateTime> ParseFileDate(std::string_view text) {
     if (text.size() < 10) return std::nullopt;
     DateParts parts;
@@ -370,12 +364,6 @@ void AppendQuoted(std::string& out, std::string_view text) {
         out += c;
     }
     out += '"';
-}
-
-std::string Quote(std::string_view text) {
-    std::string quoted;
-    AppendQuoted(quoted, text);
-    return quoted;
 }
 
 }  // namespace vortan

@@ -56,7 +56,6 @@ std::optional<bool> ParseBool(std::string_view text);
 /// "09/03/2001 08:00am": always 18 characters, to the minute. Seconds are lost, but a moment within half a
 /// second of a minute counts as that minute.
 void AppendFileDate(std::string& out, DateTime date);
-std::string FormatFileDate(DateTime date);
 /// Reads by columns: month in 1 to 2, day in 4 to 5, year in 7 to 10, whatever stands between them; a time
 /// from column 12 on, or none for midnight. None if there is no such day or time.
 std::optional<DateTime> ParseFileDate(std::string_view text);
@@ -69,6 +68,5 @@ std::optional<double> ParseTimeOfDay(std::string_view text);
 /// inside, if it would not read back equal as it stands: if it is empty, has a comma, begins with a quote, or
 /// begins or ends with a blank.
 void AppendQuoted(std::string& out, std::string_view text);
-std::string Quote(std::string_view text);
 
 }  // namespace vortan

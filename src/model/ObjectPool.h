@@ -4,31 +4,9 @@
 #include <memory>
 #include <vector>
 
-#include "model/OptionalField.h"
+#include "model/VObject.h"
 
 namespace vortan {
-
-class Workspace;
-
-/// What all pooled model objects have in common: the Workspace that made them and an identity number.
-class VObject {
-  public:
-    explicit VObject(Workspace& workspace) : workspace_(&workspace) {}
-    VObject(const VObject&) = delete;
-    VObject& operator=(const VObject&) = delete;
-
-    /// The Workspace to which the object belongs for as long as it exists.
-    Workspace& Owner() const { return *workspace_; }
-    /// Unique among all objects that the Workspace ever handed out; 0 while the object is unused.
-    std::uint32_t Id() const { return id_; }
-
-  private:
-    template <class T>
-    friend class ObjectPool;
-
-    Workspace* workspace_;
-    std::uint32_t id_ = 0;
-};
 
 /// Makes and reuses objects of one class. An object returned by Take is in its reset state; memory is
 /// released only with the pool, which is what lets a Link tell a deleted target.
@@ -50,8 +28,6 @@ class ObjectPool {
             free_.pop_back();
         }
         object->id_ = id;
-        if constexpr (requires { object->ForEachField(ResetOptionalFields{}); })
-            object->ForEachField(ResetOptionalFields{});
         return object;
     }
 

@@ -12,20 +12,19 @@ namespace vortan {
 
 void Vassignment::Reset() {
     SetTask(nullptr);
-    include_.SetSingle(true);
-    resourceRequired_.SetSingle({});
-    hours_.SetSingle(0);
-    workDays_.Reset();
+    ResetFields();
 }
 
 void Vassignment::SetTask(Vtask* task) {
-    if (myTask_) std::erase(myTask_->AssignmentListOfOwner(), this);
+    if (myTask_) {
+        Changing(*this, ChangeKind::Left);
+        std::erase(myTask_->assignmentList_, this);
+    }
     myTask_ = task;
     if (!task) return;
-    task->AssignmentListOfOwner().push_back(this);
-    if (const Vproject* project = task->Project(); project && project->CurrentIndex() > 0) {
-        include_.StartAt(project->CurrentIndex(), project->NumJournals());
-    }
+    task->assignmentList_.push_back(this);
+    Begin();
+    Changing(*this, ChangeKind::Joined);
 }
 
 Vresource* Vassignment::ResourceRequired() const {
@@ -61,19 +60,8 @@ std::string Vassignment::BuildNodeText() const {
     return text;
 }
 
-void Vassignment::ChangeNumJournals() {
-    if (const Vproject* project = Project())
-        ForEachField(ResizeField{project->NumJournals(), project->CurrentIndex()});
-}
-
-void Vassignment::FitJournals() {
-    if (const Vproject* project = Project()) ForEachField(FitField{project->NumJournals()});
-}
-
 void Vassignment::Delete() {
-    const std::int32_t count = Project() ? Project()->NumJournals() : 0;
-    include_.EndAt(Index(), count, false);
-    if (!include_.AnyTrue(std::max(count, 1))) Owner().FreeVobject(this);
+    if (!End(false)) Owner().FreeVobject(this);
 }
 
 }  // namespace vortan

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "model/JournaledObject.h"
 #include "model/Link.h"
 #include "model/Vtask.h"
 #include "model/WorkDays.h"
@@ -12,11 +13,11 @@ namespace vortan {
 class Vresource;
 
 /// Ties a resource to a task for `Hours` a day on chosen days of the week.
-class Vassignment : public VObject {
+class Vassignment : public JournaledObject<Vassignment> {
   public:
     static constexpr int kVtype = 1;
 
-    explicit Vassignment(Workspace& workspace) : VObject(workspace) { Reset(); }
+    explicit Vassignment(Workspace& workspace) : JournaledObject(workspace) { Reset(); }
 
     void Reset();
 
@@ -24,9 +25,10 @@ class Vassignment : public VObject {
     /// Joins that task's AssignmentList. In a later journal, it does not exist in the earlier ones.
     void SetTask(Vtask* task);
     Vproject* Project() const { return myTask_ ? myTask_->Project() : nullptr; }
+    const JournalOwner* Journals() const { return Project(); }
+    /// The project in memory that the task is part of, or none.
+    JournalOwner* Holder() const { return myTask_ ? myTask_->Holder() : nullptr; }
 
-    bool Include() const { return include_.At(Index()); }
-    void SetInclude(bool value) { Let(include_, value); }
     Vresource* ResourceRequired() const;
     /// With a project, also takes over the resource's normal hours and work days.
     void SetResourceRequired(Vresource* value);
@@ -47,33 +49,21 @@ class Vassignment : public VObject {
     static std::string ImageType() { return "a"; }
     std::string Tag() const { return ImageType() + Key(); }
     std::string BuildNodeText() const;
-    void ChangeNumJournals();
-    void FitJournals();
     /// As Vdependency::Delete.
     void Delete();
 
-    /// All stored fields, in the order of the file.
-    template <class Visitor>
-    void ForEachField(Visitor&& visit) {
-        visit("Include", include_);
-        visit("ResourceRequired", resourceRequired_);
-        visit("Hours", hours_);
-        workDays_.ForEachField(visit);
-    }
-
   private:
-    std::int32_t Index() const { return Project() ? Project()->CurrentIndex() : 0; }
-    template <class Field, class T>
-    void Let(Field& field, T value) {
-        if (Vproject* project = Project()) {
-            project->LetField(field, value);
-        } else {
-            field.SetSingle(value);
-        }
+    friend class FieldList<Vassignment>;
+
+    template <class Self, class Visitor>
+    static void Fields(Self& self, Visitor&& visit) {
+        visit("Include", self.include_, true);
+        visit("ResourceRequired", self.resourceRequired_, Link<Vresource>());
+        visit("Hours", self.hours_, 0);
+        WorkDays::Fields(self.workDays_, visit);
     }
 
     Vtask* myTask_ = nullptr;
-    JournaledInclude include_;
     Journaled<Link<Vresource>> resourceRequired_;
     Journaled<double> hours_;
     WorkDays workDays_;

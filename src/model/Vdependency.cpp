@@ -11,22 +11,19 @@ namespace vortan {
 
 void Vdependency::Reset() {
     SetTask(nullptr);
-    include_.SetSingle(true);
-    depDate_.SetSingle({});
-    taskRequired_.SetSingle({});
-    fromPercent_.SetSingle(100);
-    toPercent_.SetSingle(0);
-    offset_.SetSingle(0);
+    ResetFields();
 }
 
 void Vdependency::SetTask(Vtask* task) {
-    if (myTask_) std::erase(myTask_->DependencyListOfOwner(), this);
+    if (myTask_) {
+        Changing(*this, ChangeKind::Left);
+        std::erase(myTask_->dependencyList_, this);
+    }
     myTask_ = task;
     if (!task) return;
-    task->DependencyListOfOwner().push_back(this);
-    if (const Vproject* project = task->Project(); project && project->CurrentIndex() > 0) {
-        include_.StartAt(project->CurrentIndex(), project->NumJournals());
-    }
+    task->dependencyList_.push_back(this);
+    Begin();
+    Changing(*this, ChangeKind::Joined);
 }
 
 namespace {
@@ -62,19 +59,8 @@ std::string Vdependency::BuildNodeText() const {
     return text;
 }
 
-void Vdependency::ChangeNumJournals() {
-    if (const Vproject* project = Project())
-        ForEachField(ResizeField{project->NumJournals(), project->CurrentIndex()});
-}
-
-void Vdependency::FitJournals() {
-    if (const Vproject* project = Project()) ForEachField(FitField{project->NumJournals()});
-}
-
 void Vdependency::Delete() {
-    const std::int32_t count = Project() ? Project()->NumJournals() : 0;
-    include_.EndAt(Index(), count, false);
-    if (!include_.AnyTrue(std::max(count, 1))) Owner().FreeVobject(this);
+    if (!End(false)) Owner().FreeVobject(this);
 }
 
 }  // namespace vortan

@@ -3,17 +3,18 @@
 #include <cstdint>
 #include <string>
 
+#include "model/JournaledObject.h"
 #include "model/Vtask.h"
 
 namespace vortan {
 
 /// A rule of one task: it cannot reach `ToPercent` of itself until `FromPercent` of another task is reached,
 /// or, without another task, until a date; `Offset` calendar days later (or earlier).
-class Vdependency : public VObject {
+class Vdependency : public JournaledObject<Vdependency> {
   public:
     static constexpr int kVtype = 2;
 
-    explicit Vdependency(Workspace& workspace) : VObject(workspace) { Reset(); }
+    explicit Vdependency(Workspace& workspace) : JournaledObject(workspace) { Reset(); }
 
     void Reset();
 
@@ -22,12 +23,15 @@ class Vdependency : public VObject {
     /// Joins that task's DependencyList. In a later journal, it does not exist in the earlier ones.
     void SetTask(Vtask* task);
     Vproject* Project() const { return myTask_ ? myTask_->Project() : nullptr; }
+    const JournalOwner* Journals() const { return Project(); }
+    /// The project in memory that the task is part of, or none.
+    JournalOwner* Holder() const { return myTask_ ? myTask_->Holder() : nullptr; }
 
-    bool Include() const { return include_.At(Index()); }
-    void SetInclude(bool value) { Let(include_, value); }
     /// Without a TaskRequired the date that controls the task, with one the date that the solve found.
     DateTime DepDate() const { return depDate_.At(Index()); }
     void SetDepDate(DateTime value) { Let(depDate_, value); }
+    /// Writes the date that a solve found, which is no change of the plan.
+    void SetFoundDate(DateTime value) { LetResult(depDate_, value); }
     /// The prerequisite, which may be in another project; none for a date dependency and for a deleted task.
     Vtask* TaskRequired() const { return taskRequired_.At(Index()).Get(); }
     void SetTaskRequired(Vtask* value) { Let(taskRequired_, Link<Vtask>(value)); }
@@ -56,36 +60,24 @@ class Vdependency : public VObject {
     static std::string ImageType() { return "d"; }
     std::string Tag() const { return ImageType() + Key(); }
     std::string BuildNodeText() const;
-    void ChangeNumJournals();
-    void FitJournals();
     /// Ends the dependency from the journal in force on; one that was never changed ends in all. When no
     /// journal holds it any more it goes back to the pool.
     void Delete();
 
-    /// All stored fields, in the order of the file.
-    template <class Visitor>
-    void ForEachField(Visitor&& visit) {
-        visit("Include", include_);
-        visit("DepDate", depDate_);
-        visit("TaskRequired", taskRequired_);
-        visit("FromPercent", fromPercent_);
-        visit("ToPercent", toPercent_);
-        visit("Offset", offset_);
-    }
-
   private:
-    std::int32_t Index() const { return Project() ? Project()->CurrentIndex() : 0; }
-    template <class Field, class T>
-    void Let(Field& field, T value) {
-        if (Vproject* project = Project()) {
-            project->LetField(field, value);
-        } else {
-            field.SetSingle(value);
-        }
+    friend class FieldList<Vdependency>;
+
+    template <class Self, class Visitor>
+    static void Fields(Self& self, Visitor&& visit) {
+        visit("Include", self.include_, true);
+        visit("DepDate", self.depDate_, DateTime());
+        visit("TaskRequired", self.taskRequired_, Link<Vtask>());
+        visit("FromPercent", self.fromPercent_, 100);
+        visit("ToPercent", self.toPercent_, 0);
+        visit("Offset", self.offset_, 0);
     }
 
     Vtask* myTask_ = nullptr;
-    JournaledInclude include_;
     Journaled<DateTime> depDate_;
     Journaled<Link<Vtask>> taskRequired_;
     Journaled<std::uint8_t> fromPercent_, toPercent_;

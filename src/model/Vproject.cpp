@@ -37,10 +37,7 @@ void Vproject::Reset() {
     modifyPassword_.clear();
     planIndex_ = 0;
     ResetJournals();
-    priority_.SetSingle("1");
-    solveRules_.SetSingle(SolveRule::NormalHalt);
-    parent_.SetSingle({});
-    manager_.SetSingle({});
+    ResetFields();
 }
 
 void Vproject::SetProjectName(const std::string& name) {
@@ -48,15 +45,20 @@ void Vproject::SetProjectName(const std::string& name) {
     auto& list = Owner().ProjectList();
     std::string free = name;
     while (!free.empty() && list.Find(free)) Workspace::FixNameConflict(free);
-    if (!projectName_.empty()) list.Remove(projectName_);
+    const bool joins = projectName_.empty();
+    if (!joins) {
+        Changing(*this, free.empty() ? ChangeKind::Left : ChangeKind::Refiled);
+        list.Remove(projectName_);
+    }
     projectName_ = free;
     if (!free.empty()) list.Add(this, free);
+    if (joins) Changing(*this, ChangeKind::Joined);
 }
 
 void Vproject::SetPlanIndex(std::int32_t index) {
     const Section section("Vproject:PlanIndex [Property Let]");
     if (index < 0 || index >= std::max(NumJournals(), 1)) AssertionFailed();
-    planIndex_ = index;
+    LetPlain(*this, planIndex_, index);
 }
 
 Vresource* Vproject::Manager() const {
@@ -64,7 +66,7 @@ Vresource* Vproject::Manager() const {
 }
 
 void Vproject::SetManager(Vresource* value) {
-    LetField(manager_, Link<Vresource>(value));
+    LetField(*this, this, manager_, Link<Vresource>(value));
 }
 
 Vtask* Vproject::FindOrCreateTask(std::int32_t id) {
@@ -72,7 +74,7 @@ Vtask* Vproject::FindOrCreateTask(std::int32_t id) {
     Vtask* task = Owner().NewVObject<Vtask>();
     task->SetProject(this);
     task->SetTaskID(id);
-    task->SetDescription("<stub>");
+    task->SetDescription(kStub);
     return task;
 }
 
@@ -100,48 +102,52 @@ bool Vproject::DescendsFrom(const Vproject* project) const {
     return false;
 }
 
-namespace {
+void Vproject::Delete() {
+    for (Vproject* child : Owner().ProjectList()) {
+        if (child->Parent() == this) Changing(*child, ChangeKind::Value);
+    }
+    SetProjectName("");
+}
 
-/// What the dates of a project derive from its included tasks.
-struct Span {
+/// What the dates of a project derive from its tasks.
+struct Vproject::Span {
     bool any = false;
     DateTime start, finish;
     double leastSlack = 0;  ///< days
 };
 
-Span SpanOf(const Vproject& project) {
+Vproject::Span Vproject::SpanAt(std::int32_t journalIndex) const {
     Span span;
-    for (const Vtask* task : project.TaskList()) {
-        if (!task->Include()) continue;
-        const double slack = DaysBetween(task->EarlyFinish(), task->LateFinish());
-        if (!span.any) {
-            span = {true, task->EarlyStart(), task->EarlyFinish(), slack};
-        } else {
-            span.start = std::min(span.start, task->EarlyStart());
-            span.finish = std::max(span.finish, task->EarlyFinish());
-            span.leastSlack = std::min(span.leastSlack, slack);
-        }
+    for (const Vtask* task : taskList_) {
+        if (!task->IncludeAt(journalIndex)) continue;
+        const DateTime start = task->EarlyStartAt(journalIndex), finish = task->EarlyFinishAt(journalIndex);
+        const double slack = DaysBetween(finish, task->LateFinishAt(journalIndex));
+        span = span.any ? Span{true, std::min(span.start, start), std::max(span.finish, finish),
+                               std::min(span.leastSlack, slack)}
+                        : Span{true, start, finish, slack};
     }
     return span;
 }
 
-}  // namespace
-
 DateTime Vproject::EarlyStart() const {
-    return SpanOf(*this).start;
+    return EarlyStartAt(CurrentIndex());
 }
 DateTime Vproject::EarlyFinish() const {
     return EarlyFinishAt(CurrentIndex());
 }
-
 DateTime Vproject::LateStart() const {
-    const Span span = SpanOf(*this);
+    const Span span = SpanAt(CurrentIndex());
     return AddDays(span.start, span.leastSlack);
 }
-
 DateTime Vproject::LateFinish() const {
-    const Span span = SpanOf(*this);
+    const Span span = SpanAt(CurrentIndex());
     return AddDays(span.finish, span.leastSlack);
+}
+DateTime Vproject::EarlyStartAt(std::int32_t journalIndex) const {
+    return SpanAt(journalIndex).start;
+}
+DateTime Vproject::EarlyFinishAt(std::int32_t journalIndex) const {
+    return SpanAt(journalIndex).finish;
 }
 
 Money Vproject::LaborCost() const {
@@ -158,30 +164,6 @@ Money Vproject::MaterialCost() const {
         if (task->Include()) sum += task->MaterialCost();
     }
     return sum;
-}
-
-DateTime Vproject::EarlyStartAt(std::int32_t journalIndex) const {
-    bool any = false;
-    DateTime start;
-    for (const Vtask* task : taskList_) {
-        if (!task->IncludeAt(journalIndex)) continue;
-        const DateTime at = task->EarlyStartAt(journalIndex);
-        start = any ? std::min(start, at) : at;
-        any = true;
-    }
-    return start;
-}
-
-DateTime Vproject::EarlyFinishAt(std::int32_t journalIndex) const {
-    bool any = false;
-    DateTime finish;
-    for (const Vtask* task : taskList_) {
-        if (!task->IncludeAt(journalIndex)) continue;
-        const DateTime at = task->EarlyFinishAt(journalIndex);
-        finish = any ? std::max(finish, at) : at;
-        any = true;
-    }
-    return finish;
 }
 
 std::string Vproject::JournalNodeText(std::int32_t index) const {

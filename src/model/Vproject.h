@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "model/FieldList.h"
 #include "model/JournalOwner.h"
 #include "model/Link.h"
 #include "model/Money.h"
@@ -43,7 +44,7 @@ constexpr bool Halts(SolveRule rule) {
 const char* SolveRuleText(SolveRule rule);
 
 /// A set of tasks with a name, a solve rule and a priority, in a row of dated journals.
-class Vproject : public JournalOwner {
+class Vproject : public JournalOwner, public FieldList<Vproject> {
   public:
     static constexpr int kVtype = 4;
 
@@ -52,16 +53,19 @@ class Vproject : public JournalOwner {
     /// Returns all but `Dirty` to the defaults and frees the tasks.
     void Reset();
 
+    /// The project itself, as long as it is in ProjectList.
+    JournalOwner* Holder() { return projectName_.empty() ? nullptr : this; }
+
     const std::string& ProjectName() const { return projectName_; }
     /// Files the project under its new name. A name in use is altered until it is free (FixNameConflict).
     /// An empty name takes the project out of ProjectList.
     void SetProjectName(const std::string& name);
     const std::string& Description() const { return description_; }
-    void SetDescription(const std::string& value) { description_ = value; }
+    void SetDescription(const std::string& value) { LetPlain(*this, description_, value); }
     const std::string& ViewPassword() const { return viewPassword_; }
-    void SetViewPassword(const std::string& value) { viewPassword_ = value; }
+    void SetViewPassword(const std::string& value) { LetPlain(*this, viewPassword_, value); }
     const std::string& ModifyPassword() const { return modifyPassword_; }
-    void SetModifyPassword(const std::string& value) { modifyPassword_ = value; }
+    void SetModifyPassword(const std::string& value) { LetPlain(*this, modifyPassword_, value); }
 
     /// The journal that reports compare against.
     std::int32_t PlanIndex() const { return planIndex_; }
@@ -70,19 +74,21 @@ class Vproject : public JournalOwner {
 
     /// Solve order among projects: a text, compared as text.
     std::string Priority() const { return priority_.At(CurrentIndex()); }
-    void SetPriority(const std::string& value) { LetField(priority_, value); }
+    void SetPriority(const std::string& value) { LetField(*this, this, priority_, value); }
     SolveRule SolveRules() const { return solveRules_.At(CurrentIndex()); }
-    void SetSolveRules(SolveRule value) { LetField(solveRules_, value); }
+    void SetSolveRules(SolveRule value) { LetField(*this, this, solveRules_, value); }
     /// The project that holds this one as a subproject.
     Vproject* Parent() const { return parent_.At(CurrentIndex()).Get(); }
     Vproject* ParentAt(std::int32_t journalIndex) const { return parent_.At(journalIndex).Get(); }
-    void SetParent(Vproject* value) { LetField(parent_, Link<Vproject>(value)); }
+    void SetParent(Vproject* value) { LetField(*this, this, parent_, Link<Vproject>(value)); }
     Vresource* Manager() const;
     void SetManager(Vresource* value);
 
     /// Ascending by TaskID.
     const NumberedList<Vtask>& TaskList() const { return taskList_; }
-    /// A missing task is made as a stub, with the Description "<stub>".
+    /// Whether the project was mentioned, by a link in a file, and never described.
+    bool IsStub() const { return description_ == kStub; }
+    /// A missing task is made as a stub.
     Vtask* FindOrCreateTask(std::int32_t id);
     Vtask* FindTask(std::int32_t id) const { return taskList_.Find(id); }
     /// Counts tasks that are not included in this journal too; 0 with no tasks.
@@ -112,26 +118,31 @@ class Vproject : public JournalOwner {
     const std::string& Key() const { return projectName_; }
     std::string ImageType() const { return Parent() ? "s" : "p"; }
     std::string Tag() const { return ImageType() + Key(); }
-    /// Takes the project out of ProjectList; the caller frees it.
-    void Delete() { SetProjectName(""); }
-
-    /// All stored fields behind the journal dates, in the order of the file.
-    template <class Visitor>
-    void ForEachField(Visitor&& visit) {
-        visit("Priority", priority_);
-        visit("SolveRules", solveRules_);
-        visit("Parent", parent_);
-        visit("Manager", manager_);
-    }
-    /// Used by a task that joins, leaves or changes its number.
-    NumberedList<Vtask>& TaskListOfOwner() { return taskList_; }
+    /// Takes the project out of ProjectList; the caller frees it. Its subprojects, which have no parent then,
+    /// count as changed.
+    void Delete();
 
   protected:
+    void JournalsChanging() override { Changing(*this, ChangeKind::Journals); }
     void ChangeNumJournals() override;
     void FitJournals() override;
 
   private:
+    friend class FieldList<Vproject>;
     friend class Network;
+    friend class Vtask;
+
+    /// Behind the journal dates.
+    template <class Self, class Visitor>
+    static void Fields(Self& self, Visitor&& visit) {
+        visit("Priority", self.priority_, std::string("1"));
+        visit("SolveRules", self.solveRules_, SolveRule::NormalHalt);
+        visit("Parent", self.parent_, Link<Vproject>());
+        visit("Manager", self.manager_, Link<Vresource>());
+    }
+    struct Span;
+    Span SpanAt(std::int32_t journalIndex) const;
+
     std::int32_t solveIndex_ = -1;  ///< in the network made last; means nothing outside of it
     std::string projectName_, description_, viewPassword_, modifyPassword_;
     std::int32_t planIndex_ = 0;

@@ -11,30 +11,24 @@ namespace vortan {
 void Vresource::Reset() {
     SetResourceID(0);
     template_ = nullptr;
-    description_.clear();
-    include_.SetSingle(true);
-    department_.SetSingle("None");
-    title_.SetSingle("");
-    burdenedRate_.SetSingle({});
-    overtimeRate_.SetSingle({});
-    offDayRate_.SetSingle({});
-    holidayRate_.SetSingle({});
-    shift_.SetSingle({});
-    workDays_.Reset();
+    ResetFields();
     solveIndex_ = -1;
 }
 
 void Vresource::SetTemplate(Vtemplate* value) {
     template_ = value;
     if (!value) return;
-    if (value->CurrentIndex() > 0) include_.StartAt(value->CurrentIndex(), value->NumJournals());
+    Begin();
     SetShift(value->ShiftList().empty() ? nullptr : value->ShiftList()[0]);
 }
 
 void Vresource::SetResourceID(std::int32_t id) {
     const Section section("Vresource:ResourceID [Property Let]");
     if (id == 0) {
-        if (template_ && resourceID_ != 0) template_->ResourceListOfOwner().Remove(resourceID_);
+        if (template_ && resourceID_ != 0) {
+            Changing(*this, ChangeKind::Left);
+            template_->resourceList_.Remove(resourceID_);
+        }
         template_ = nullptr;
         resourceID_ = 0;
         return;
@@ -42,9 +36,14 @@ void Vresource::SetResourceID(std::int32_t id) {
     if (id == resourceID_) return;
     if (!template_) AssertionFailed();
     if (template_->FindResource(id)) Refuse("The Resource ID " + std::to_string(id) + " is already in use.");
-    if (resourceID_ != 0) template_->ResourceListOfOwner().Remove(resourceID_);
+    const bool joins = resourceID_ == 0;
+    if (!joins) {
+        Changing(*this, ChangeKind::Refiled);
+        template_->resourceList_.Remove(resourceID_);
+    }
     resourceID_ = id;
-    template_->ResourceListOfOwner().Add(this, id);
+    template_->resourceList_.Add(this, id);
+    if (joins) Changing(*this, ChangeKind::Joined);
 }
 
 void Vresource::SetDepartment(const std::string& value) {
@@ -58,17 +57,8 @@ std::string Vresource::BuildNodeText() const {
     return description_.empty() ? Key() : Key() + ": " + description_;
 }
 
-void Vresource::ChangeNumJournals() {
-    if (template_) ForEachField(ResizeField{template_->NumJournals(), template_->CurrentIndex()});
-}
-
-void Vresource::FitJournals() {
-    if (template_) ForEachField(FitField{template_->NumJournals()});
-}
-
 void Vresource::Delete() {
-    const std::int32_t count = template_ ? template_->NumJournals() : 0;
-    include_.EndAt(Index(), count, false);
+    End(false);
 }
 
 }  // namespace vortan

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "model/JournaledObject.h"
 #include "model/Link.h"
 #include "model/Money.h"
 #include "model/Vshift.h"
@@ -13,15 +14,18 @@ namespace vortan {
 
 /// A person or thing that can be booked for work: master data, rates per hour for each kind of time, the
 /// shift and the days of the week. Its bookings belong to the solver.
-class Vresource : public VObject {
+class Vresource : public JournaledObject<Vresource> {
   public:
     static constexpr int kVtype = 5;
 
-    explicit Vresource(Workspace& workspace) : VObject(workspace) { Reset(); }
+    explicit Vresource(Workspace& workspace) : JournaledObject(workspace) { Reset(); }
 
     void Reset();
 
     Vtemplate* Template() const { return template_; }
+    const JournalOwner* Journals() const { return template_; }
+    /// The template in memory that has the resource in its list, or none.
+    JournalOwner* Holder() const { return resourceID_ != 0 && template_ ? template_->Holder() : nullptr; }
     /// Set before the ResourceID. Also takes the template's first shift; in a later journal, the resource
     /// does not exist in the earlier ones.
     void SetTemplate(Vtemplate* value);
@@ -29,10 +33,9 @@ class Vresource : public VObject {
     /// Files the resource under its number; 0 takes it out of its template. Fault if the number is in use.
     void SetResourceID(std::int32_t id);
     const std::string& Description() const { return description_; }
-    void SetDescription(const std::string& value) { description_ = value; }
+    bool IsStub() const { return description_ == kStub; }
+    void SetDescription(const std::string& value) { LetPlain(*this, description_, value); }
 
-    bool Include() const { return include_.At(Index()); }
-    void SetInclude(bool value) { Let(include_, value); }
     std::string Department() const { return department_.At(Index()); }
     /// Trimmed; an empty one becomes "None".
     void SetDepartment(const std::string& value);
@@ -61,45 +64,33 @@ class Vresource : public VObject {
     static std::string ImageType() { return "r"; }
     std::string Tag() const { return ImageType() + Key(); }
     std::string BuildNodeText() const;
-    void ChangeNumJournals();
-    void FitJournals();
     /// Ends the resource from the active journal on; one that was never changed ends in all. It stays in
     /// the ResourceList.
     void Delete();
 
-    /// All stored fields behind the ResourceID, in the order of the file.
-    template <class Visitor>
-    void ForEachField(Visitor&& visit) {
-        visit("Description", description_);
-        visit("Include", include_);
-        visit("Department", department_);
-        visit("Title", title_);
-        visit("BurdenedRate", burdenedRate_);
-        visit("OvertimeRate", overtimeRate_);
-        visit("OffDayRate", offDayRate_);
-        visit("HolidayRate", holidayRate_);
-        visit("Shift", shift_);
-        workDays_.ForEachField(visit);
-    }
-
   private:
+    friend class FieldList<Vresource>;
     friend class Network;
 
-    std::int32_t Index() const { return template_ ? template_->CurrentIndex() : 0; }
-    template <class Field, class T>
-    void Let(Field& field, T value) {
-        if (template_) {
-            template_->LetField(field, value);
-        } else {
-            field.SetSingle(value);
-        }
+    /// Behind the ResourceID.
+    template <class Self, class Visitor>
+    static void Fields(Self& self, Visitor&& visit) {
+        visit("Description", self.description_, std::string());
+        visit("Include", self.include_, true);
+        visit("Department", self.department_, std::string("None"));
+        visit("Title", self.title_, std::string());
+        visit("BurdenedRate", self.burdenedRate_, Money());
+        visit("OvertimeRate", self.overtimeRate_, Money());
+        visit("OffDayRate", self.offDayRate_, Money());
+        visit("HolidayRate", self.holidayRate_, Money());
+        visit("Shift", self.shift_, Link<Vshift>());
+        WorkDays::Fields(self.workDays_, visit);
     }
 
     std::int32_t solveIndex_ = -1;  ///< in the network made last; means nothing outside of it
     std::int32_t resourceID_ = 0;
     Vtemplate* template_ = nullptr;
     std::string description_;
-    JournaledInclude include_;
     Journaled<std::string> department_, title_;
     Journaled<Money> burdenedRate_, overtimeRate_, offDayRate_, holidayRate_;
     Journaled<Link<Vshift>> shift_;

@@ -12,16 +12,11 @@ namespace vortan {
 void Vshift::Reset() {
     SetShiftName("");
     formerName_.clear();
-    burdenedMultiplier_ = 1.5F;
-    overtimeMultiplier_ = 1.5F;
-    offDayMultiplier_ = 2;
-    holidayMultiplier_ = "3";
-    for (int hour = 0; hour < kHours; ++hour) {
-        const bool normal = (hour >= 8 && hour <= 11) || (hour >= 13 && hour <= 16);
-        const bool overtime = hour >= 17 && hour <= 20;
-        const char letter = normal ? 'N' : overtime ? 'O' : hour == 12 ? 'B' : 'X';
-        matrix_[static_cast<std::size_t>(hour)].assign(kPeriodsPerHour, letter);
-    }
+    ResetFields();
+}
+
+JournalOwner* Vshift::Holder() const {
+    return template_ && !shiftName_.empty() ? template_->Holder() : nullptr;
 }
 
 void Vshift::SetShiftName(const std::string& name) {
@@ -30,13 +25,18 @@ void Vshift::SetShiftName(const std::string& name) {
     if (!name.empty() && template_ && template_->ShiftList().Find(name)) {
         Refuse("The Shift name \"" + name + "\" is already in use.");
     }
-    if (template_ && !shiftName_.empty()) template_->ShiftListOfOwner().Remove(shiftName_);
+    const bool joins = shiftName_.empty();
+    if (template_ && !joins) {
+        Changing(*this, name.empty() ? ChangeKind::Left : ChangeKind::Refiled);
+        template_->shiftList_.Remove(shiftName_);
+    }
     if (name.empty() && !shiftName_.empty()) formerName_ = shiftName_;
     shiftName_ = name;
     if (name.empty()) {
         template_ = nullptr;
     } else if (template_) {
-        template_->ShiftListOfOwner().Add(this, name);
+        template_->shiftList_.Add(this, name);
+        if (joins) Changing(*this, ChangeKind::Joined);
     }
 }
 
@@ -48,7 +48,8 @@ const std::string& Vshift::Matrix(int hour) const {
 }
 
 void Vshift::SetMatrix(int hour, const std::string& letters) {
-    const_cast<std::string&>(Matrix(hour)) = letters;
+    Matrix(hour);  // which refuses an hour that there is not
+    LetPlain(*this, matrix_[static_cast<std::size_t>(hour)], letters);
 }
 
 char Vshift::Period(int period) const {

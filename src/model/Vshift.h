@@ -4,17 +4,20 @@
 #include <cstdint>
 #include <string>
 
-#include "model/ObjectPool.h"
+#include "model/Change.h"
+#include "model/FieldList.h"
+#include "model/VObject.h"
 #include "model/ValueText.h"
 
 namespace vortan {
 
+class JournalOwner;
 class Vtemplate;
 
 /// The working day of a template: for each five-minute period of 24 hours one letter for its kind of time
 /// (N normal, O overtime, B break, X overload; any other letter counts as X), and four rate multipliers that
 /// are stored and edited with it. A shift is the same in all journals.
-class Vshift : public VObject {
+class Vshift : public VObject, public FieldList<Vshift> {
   public:
     static constexpr int kVtype = 6;
     static constexpr int kHours = 24;
@@ -28,6 +31,8 @@ class Vshift : public VObject {
     Vtemplate* Template() const { return template_; }
     /// Set before the name, which files the shift in the template's ShiftList.
     void SetTemplate(Vtemplate* value) { template_ = value; }
+    /// The template in memory that has the shift in its list, or none.
+    JournalOwner* Holder() const;
 
     const std::string& ShiftName() const { return shiftName_; }
     /// Files the shift under its new name. Fault if another shift of the template has it. An empty name
@@ -45,13 +50,13 @@ class Vshift : public VObject {
     char Period(int period) const;
 
     float BurdenedMultiplier() const { return burdenedMultiplier_; }
-    void SetBurdenedMultiplier(float value) { burdenedMultiplier_ = value; }
+    void SetBurdenedMultiplier(float value) { LetPlain(*this, burdenedMultiplier_, value); }
     float OvertimeMultiplier() const { return overtimeMultiplier_; }
-    void SetOvertimeMultiplier(float value) { overtimeMultiplier_ = value; }
+    void SetOvertimeMultiplier(float value) { LetPlain(*this, overtimeMultiplier_, value); }
     float OffDayMultiplier() const { return offDayMultiplier_; }
-    void SetOffDayMultiplier(float value) { offDayMultiplier_ = value; }
+    void SetOffDayMultiplier(float value) { LetPlain(*this, offDayMultiplier_, value); }
     const std::string& HolidayMultiplier() const { return holidayMultiplier_; }
-    void SetHolidayMultiplier(const std::string& value) { holidayMultiplier_ = value; }
+    void SetHolidayMultiplier(const std::string& value) { LetPlain(*this, holidayMultiplier_, value); }
 
     /// Hours of normal time a day, rounded to tenths.
     float NormalHours() const;
@@ -63,19 +68,25 @@ class Vshift : public VObject {
     /// Takes the shift out of its template. Resources that use it keep it, so it is not to be freed.
     void Delete() { SetShiftName(""); }
 
-    /// All stored fields behind the name, in the order of the file.
-    template <class Visitor>
-    void ForEachField(Visitor&& visit) {
-        visit("BurdenedMultiplier", burdenedMultiplier_);
-        visit("OvertimeMultiplier", overtimeMultiplier_);
-        visit("OffDayMultiplier", offDayMultiplier_);
-        visit("HolidayMultiplier", holidayMultiplier_);
+  private:
+    friend class FieldList<Vshift>;
+
+    /// Behind the name. Normal from 8 to 12 and 13 to 17, a break at noon, overtime from 17 to 21.
+    template <class Self, class Visitor>
+    static void Fields(Self& self, Visitor&& visit) {
+        visit("BurdenedMultiplier", self.burdenedMultiplier_, 1.5F);
+        visit("OvertimeMultiplier", self.overtimeMultiplier_, 1.5F);
+        visit("OffDayMultiplier", self.offDayMultiplier_, 2.0F);
+        visit("HolidayMultiplier", self.holidayMultiplier_, "3");
         for (int hour = 0; hour < kHours; ++hour) {
-            visit(FormatHour(hour, true).c_str(), matrix_[static_cast<std::size_t>(hour)]);
+            const bool normal = (hour >= 8 && hour <= 11) || (hour >= 13 && hour <= 16);
+            const bool overtime = hour >= 17 && hour <= 20;
+            const char letter = normal ? 'N' : overtime ? 'O' : hour == 12 ? 'B' : 'X';
+            visit(FormatHour(hour, true).c_str(), self.matrix_[static_cast<std::size_t>(hour)],
+                  std::string(kPeriodsPerHour, letter));
         }
     }
 
-  private:
     float burdenedMultiplier_, overtimeMultiplier_, offDayMultiplier_;
     std::string holidayMultiplier_;
     Vtemplate* template_ = nullptr;

@@ -17,33 +17,22 @@ void Vtask::Reset() {
     Owner().FreeVlist(std::exchange(assignmentList_, {}));
     SetTaskID(0);
     project_ = nullptr;
-    description_.clear();
-    subproject_ = {};
-    include_.SetSingle(true);
-    effortUnits_.SetSingle(-60);
-    optimistic_.SetSingle(0);
-    mostLikely_.SetSingle(0);
-    pessimistic_.SetSingle(0);
-    efficiency_.SetSingle(0.85);
-    materialCost_.SetSingle({});
-    laborCost_.SetSingle({});
-    earlyStart_.SetSingle({});
-    earlyFinish_.SetSingle({});
-    lateStart_.SetSingle({});
-    lateFinish_.SetSingle({});
+    ResetFields();
     solveIndex_ = -1;
 }
 
 void Vtask::SetProject(Vproject* project) {
     project_ = project;
-    if (project && project->CurrentIndex() > 0)
-        include_.StartAt(project->CurrentIndex(), project->NumJournals());
+    Begin();
 }
 
 void Vtask::SetTaskID(std::int32_t id) {
     const Section section("Vtask:TaskID [Property Let]");
     if (id == 0) {
-        if (project_ && taskID_ != 0) project_->TaskListOfOwner().Remove(taskID_);
+        if (project_ && taskID_ != 0) {
+            Changing(*this, ChangeKind::Left);
+            project_->taskList_.Remove(taskID_);
+        }
         project_ = nullptr;
         taskID_ = 0;
         return;
@@ -51,13 +40,18 @@ void Vtask::SetTaskID(std::int32_t id) {
     if (id == taskID_) return;
     if (!project_) AssertionFailed();
     if (project_->FindTask(id)) Refuse("This TaskID is already in use");
-    if (taskID_ != 0) project_->TaskListOfOwner().Remove(taskID_);
+    const bool joins = taskID_ == 0;
+    if (!joins) {
+        Changing(*this, ChangeKind::Refiled);
+        project_->taskList_.Remove(taskID_);
+    }
     taskID_ = id;
-    project_->TaskListOfOwner().Add(this, id);
+    project_->taskList_.Add(this, id);
+    if (joins) Changing(*this, ChangeKind::Joined);
 }
 
 void Vtask::SetSubproject(Vproject* project) {
-    subproject_ = project;
+    LetPlain(*this, subproject_, Link<Vproject>(project));
     if (project) project->SetParent(project_);
 }
 
@@ -108,27 +102,20 @@ std::string Vtask::BuildNodeText() const {
 }
 
 void Vtask::ChangeNumJournals() {
-    if (!project_) return;
-    ForEachField(ResizeField{project_->NumJournals(), project_->CurrentIndex()});
+    JournaledObject::ChangeNumJournals();
     for (Vdependency* dependency : dependencyList_) dependency->ChangeNumJournals();
     for (Vassignment* assignment : assignmentList_) assignment->ChangeNumJournals();
 }
 
 void Vtask::FitJournals() {
-    if (!project_) return;
-    ForEachField(FitField{project_->NumJournals()});
+    JournaledObject::FitJournals();
     for (Vdependency* dependency : dependencyList_) dependency->FitJournals();
     for (Vassignment* assignment : assignmentList_) assignment->FitJournals();
 }
 
 void Vtask::Delete() {
     if (Vproject* subproject = Subproject()) subproject->SetParent(nullptr);
-    Vproject* project = project_;
-    const std::int32_t count = project ? project->NumJournals() : 0;
-    include_.EndAt(Index(), count, true);
-    if (include_.AnyTrue(std::max(count, 1))) return;
-    if (project) project->SetDirty(true);
-    Owner().FreeVobject(this);
+    if (!End(true)) Owner().FreeVobject(this);
 }
 
 }  // namespace vortan

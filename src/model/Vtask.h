@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "model/JournaledObject.h"
 #include "model/Vproject.h"
 
 namespace vortan {
@@ -14,16 +15,19 @@ class Vdependency;
 /// One activity of a project: an amount of work, or a stretch of calendar time, with dependencies that say
 /// when and assignments that say who. Estimates are minutes for the whole task. A task with a Subproject
 /// stands for that project. Results of the solve are written back into the same record.
-class alignas(64) Vtask : public VObject {
+class alignas(64) Vtask : public JournaledObject<Vtask> {
   public:
     static constexpr int kVtype = 9;
 
-    explicit Vtask(Workspace& workspace) : VObject(workspace) { Reset(); }
+    explicit Vtask(Workspace& workspace) : JournaledObject(workspace) { Reset(); }
 
     /// Frees dependencies and assignments, leaves the project, restores the defaults.
     void Reset();
 
     Vproject* Project() const { return project_; }
+    const JournalOwner* Journals() const { return project_; }
+    /// The project in memory that has the task in its list, or none.
+    JournalOwner* Holder() const { return taskID_ != 0 && project_ ? project_->Holder() : nullptr; }
     /// Set before the TaskID. In a later journal, the task does not exist in the earlier ones.
     void SetProject(Vproject* project);
     std::int32_t TaskID() const { return taskID_; }
@@ -35,12 +39,9 @@ class alignas(64) Vtask : public VObject {
     void SetSubproject(Vproject* project);
 
     const std::string& Description() const { return description_; }
-    void SetDescription(const std::string& value) { description_ = value; }
+    bool IsStub() const { return description_ == kStub; }
+    void SetDescription(const std::string& value) { LetPlain(*this, description_, value); }
 
-    /// Whether the task exists in the journal in force.
-    bool Include() const { return include_.At(Index()); }
-    bool IncludeAt(std::int32_t journalIndex) const { return include_.At(journalIndex); }
-    void SetInclude(bool value) { Let(include_, value); }
     /// Kind and unit of the estimates: negative is effort, positive calendar time, the magnitude the minutes
     /// per unit; 0 has no estimate, its dates come from dependencies.
     std::int32_t EffortUnits() const { return effortUnits_.At(Index()); }
@@ -57,25 +58,26 @@ class alignas(64) Vtask : public VObject {
     Money MaterialCost() const { return materialCost_.At(Index()); }
     void SetMaterialCost(Money value) { Let(materialCost_, value); }
 
+    // What a solve finds. To write it is no change of the plan.
+    /// The material cost of a task that stands for a subproject.
+    void SetSubprojectCost(Money value) { LetResult(materialCost_, value); }
     Money LaborCost() const { return laborCost_.At(Index()); }
-    void SetLaborCost(Money value) { Let(laborCost_, value); }
+    void SetLaborCost(Money value) { LetResult(laborCost_, value); }
     DateTime EarlyStart() const { return earlyStart_.At(Index()); }
     DateTime EarlyStartAt(std::int32_t journalIndex) const { return earlyStart_.At(journalIndex); }
-    void SetEarlyStart(DateTime value) { Let(earlyStart_, value); }
+    void SetEarlyStart(DateTime value) { LetResult(earlyStart_, value); }
     DateTime EarlyFinish() const { return earlyFinish_.At(Index()); }
     DateTime EarlyFinishAt(std::int32_t journalIndex) const { return earlyFinish_.At(journalIndex); }
-    void SetEarlyFinish(DateTime value) { Let(earlyFinish_, value); }
+    void SetEarlyFinish(DateTime value) { LetResult(earlyFinish_, value); }
     DateTime LateStart() const { return lateStart_.At(Index()); }
-    void SetLateStart(DateTime value) { Let(lateStart_, value); }
+    void SetLateStart(DateTime value) { LetResult(lateStart_, value); }
     DateTime LateFinish() const { return lateFinish_.At(Index()); }
     DateTime LateFinishAt(std::int32_t journalIndex) const { return lateFinish_.At(journalIndex); }
-    void SetLateFinish(DateTime value) { Let(lateFinish_, value); }
+    void SetLateFinish(DateTime value) { LetResult(lateFinish_, value); }
 
     /// In order of creation.
     const std::vector<Vdependency*>& DependencyList() const { return dependencyList_; }
     const std::vector<Vassignment*>& AssignmentList() const { return assignmentList_; }
-    std::vector<Vdependency*>& DependencyListOfOwner() { return dependencyList_; }
-    std::vector<Vassignment*>& AssignmentListOfOwner() { return assignmentList_; }
 
     /// Minutes worked on the days of `start` to `finish`, over the distinct resources of the included
     /// assignments. 0 without a project or a solver.
@@ -93,36 +95,29 @@ class alignas(64) Vtask : public VObject {
     /// project and goes back to the pool: the pointer is not to be used afterwards.
     void Delete();
 
-    /// All stored fields behind the TaskID, in the order of the file.
-    template <class Visitor>
-    void ForEachField(Visitor&& visit) {
-        visit("Subproject", subproject_);
-        visit("Description", description_);
-        visit("Include", include_);
-        visit("EffortUnits", effortUnits_);
-        visit("Optimistic", optimistic_);
-        visit("MostLikely", mostLikely_);
-        visit("Pessimistic", pessimistic_);
-        visit("Efficiency", efficiency_);
-        visit("MaterialCost", materialCost_);
-        visit("LaborCost", laborCost_);
-        visit("EarlyStart", earlyStart_);
-        visit("EarlyFinish", earlyFinish_);
-        visit("LateStart", lateStart_);
-        visit("LateFinish", lateFinish_);
-    }
-
   private:
+    friend class FieldList<Vtask>;
     friend class Network;
+    friend class Vdependency;
+    friend class Vassignment;
 
-    std::int32_t Index() const { return project_ ? project_->CurrentIndex() : 0; }
-    template <class Field, class T>
-    void Let(Field& field, T value) {
-        if (project_) {
-            project_->LetField(field, value);
-        } else {
-            field.SetSingle(value);
-        }
+    /// Behind the TaskID.
+    template <class Self, class Visitor>
+    static void Fields(Self& self, Visitor&& visit) {
+        visit("Subproject", self.subproject_, Link<Vproject>());
+        visit("Description", self.description_, std::string());
+        visit("Include", self.include_, true);
+        visit("EffortUnits", self.effortUnits_, -60);
+        visit("Optimistic", self.optimistic_, 0);
+        visit("MostLikely", self.mostLikely_, 0);
+        visit("Pessimistic", self.pessimistic_, 0);
+        visit("Efficiency", self.efficiency_, 0.85);
+        visit("MaterialCost", self.materialCost_, Money());
+        visit("LaborCost", self.laborCost_, Money());
+        visit("EarlyStart", self.earlyStart_, DateTime());
+        visit("EarlyFinish", self.earlyFinish_, DateTime());
+        visit("LateStart", self.lateStart_, DateTime());
+        visit("LateFinish", self.lateFinish_, DateTime());
     }
 
     // What a dependency of another task asks of this one shares a cache line.
@@ -130,7 +125,6 @@ class alignas(64) Vtask : public VObject {
     std::int32_t solveIndex_ = -1;  ///< in the network made last; means nothing outside of it
     Vproject* project_ = nullptr;
     Link<Vproject> subproject_;
-    JournaledInclude include_;
     std::vector<Vdependency*> dependencyList_;
     std::vector<Vassignment*> assignmentList_;
     Journaled<std::int32_t> effortUnits_, optimistic_, mostLikely_, pessimistic_;

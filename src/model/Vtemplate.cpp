@@ -31,9 +31,14 @@ void Vtemplate::SetTemplateName(const std::string& name) {
     auto& list = Owner().TemplateList();
     if (!name.empty() && list.Find(name))
         Refuse("There is already a template with the name \"" + name + "\"");
-    if (!templateName_.empty()) list.Remove(templateName_);
+    const bool joins = templateName_.empty();
+    if (!joins) {
+        Changing(*this, name.empty() ? ChangeKind::Left : ChangeKind::Refiled);
+        list.Remove(templateName_);
+    }
     templateName_ = name;
     if (!name.empty()) list.Add(this, name);
+    if (joins) Changing(*this, ChangeKind::Joined);
 }
 
 Vresource* Vtemplate::FindOrCreateResource(std::int32_t id) {
@@ -41,7 +46,7 @@ Vresource* Vtemplate::FindOrCreateResource(std::int32_t id) {
     Vresource* resource = Owner().NewVObject<Vresource>();
     resource->SetTemplate(this);
     resource->SetResourceID(id);
-    resource->SetDescription("<stub>");
+    resource->SetDescription(kStub);
     return resource;
 }
 

@@ -22,23 +22,24 @@ class Vtemplate : public JournalOwner {
     /// Returns everything to the defaults and frees shifts and resources.
     void Reset();
 
+    /// The template itself, as long as it is in TemplateList.
+    JournalOwner* Holder() { return templateName_.empty() ? nullptr : this; }
+
     const std::string& TemplateName() const { return templateName_; }
     /// Files the template under its new name. Fault if another one has it: nothing changes. An empty name
     /// takes the template out of TemplateList.
     void SetTemplateName(const std::string& name);
     const std::string& Description() const { return description_; }
-    void SetDescription(const std::string& value) { description_ = value; }
+    void SetDescription(const std::string& value) { LetPlain(*this, description_, value); }
     const std::string& ViewPassword() const { return viewPassword_; }
-    void SetViewPassword(const std::string& value) { viewPassword_ = value; }
+    void SetViewPassword(const std::string& value) { LetPlain(*this, viewPassword_, value); }
     const std::string& ModifyPassword() const { return modifyPassword_; }
-    void SetModifyPassword(const std::string& value) { modifyPassword_ = value; }
+    void SetModifyPassword(const std::string& value) { LetPlain(*this, modifyPassword_, value); }
 
     /// Ascending by ResourceID.
     const NumberedList<Vresource>& ResourceList() const { return resourceList_; }
-    NumberedList<Vresource>& ResourceListOfOwner() { return resourceList_; }
     const KeyedList<Vshift>& ShiftList() const { return shiftList_; }
-    KeyedList<Vshift>& ShiftListOfOwner() { return shiftList_; }
-    /// A missing resource is made as a stub, with the Description "<stub>".
+    /// A missing resource is made as a stub.
     Vresource* FindOrCreateResource(std::int32_t id);
     Vresource* FindResource(std::int32_t id) const { return resourceList_.Find(id); }
     Vshift* FindOrCreateShift(const std::string& name);
@@ -54,10 +55,14 @@ class Vtemplate : public JournalOwner {
     void Delete() { SetTemplateName(""); }
 
   protected:
+    void JournalsChanging() override { Changing(*this, ChangeKind::Journals); }
     void ChangeNumJournals() override;
     void FitJournals() override;
 
   private:
+    friend class Vresource;
+    friend class Vshift;
+
     std::string templateName_, description_, viewPassword_, modifyPassword_;
     NumberedList<Vresource> resourceList_;
     KeyedList<Vshift> shiftList_;

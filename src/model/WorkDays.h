@@ -16,11 +16,6 @@ constexpr std::array<const char*, kDayKinds> kWorkDayFields = {
 /// On which kinds of day a resource or an assignment works, per journal. The solver reads 1 to 7 alone.
 class WorkDays {
   public:
-    WorkDays() { Reset(); }
-
-    void Reset() {
-        for (int day = 0; day < kDayKinds; ++day) Field(day).SetSingle(day >= 2 && day <= 6);
-    }
     Journaled<bool>& Field(int day) { return days_.at(static_cast<std::size_t>(day)); }
     const Journaled<bool>& Field(int day) const { return days_.at(static_cast<std::size_t>(day)); }
 
@@ -31,9 +26,11 @@ class WorkDays {
         return bits;
     }
 
-    template <class Visitor>
-    void ForEachField(Visitor&& visit) {
-        for (std::size_t day = 0; day < days_.size(); ++day) visit(kWorkDayFields[day], days_[day]);
+    /// As the fields of the object that has the work days; Monday to Friday when reset.
+    template <class Self, class Visitor>
+    static void Fields(Self& self, Visitor&& visit) {
+        for (std::size_t day = 0; day < kDayKinds; ++day)
+            visit(kWorkDayFields[day], self.days_[day], day >= 2 && day <= 6);
     }
 
   private:

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <tuple>
+#include <utility>
 
 #include "model/ObjectPool.h"
 #include "model/Vassignment.h"
@@ -68,6 +69,8 @@ template Vtemplate* Workspace::NewVObject<Vtemplate>();
 template void Workspace::FreeVobject(Vtemplate*);
 
 void Workspace::FreeAllMemory() {
+    const Quiet quiet(*this);
+    changes_.clear();
     thisProject_ = {};
     thisTemplate_ = {};
     if (solver_) solver_->Clear();
@@ -81,7 +84,7 @@ Vproject* Workspace::FindOrCreateProject(const std::string& name) {
     if (Vproject* project = projectList_.Find(name)) return project;
     Vproject* project = NewVObject<Vproject>();
     project->SetProjectName(name);
-    project->SetDescription("<stub>");
+    project->SetDescription(kStub);
     return project;
 }
 
@@ -153,7 +156,7 @@ void Workspace::RemoveListener(Listener* listener) {
     }
 }
 
-void Workspace::Broadcast(void (Listener::*message)()) {
+void Workspace::Broadcast(const std::function<void(Listener&)>& message) {
     struct Depth {
         Workspace& workspace;
         explicit Depth(Workspace& w) : workspace(w) { ++workspace.broadcasting_; }
@@ -163,9 +166,35 @@ void Workspace::Broadcast(void (Listener::*message)()) {
     } depth(*this);
     const std::size_t count = listeners_.size();
     for (std::size_t i = 0; i < count; ++i) {
-        if (listeners_[i]) (listeners_[i]->*message)();
+        if (listeners_[i]) message(*listeners_[i]);
     }
 }
+
+void Workspace::DeliverChanges() {
+    if (changes_.empty()) return;
+    const auto changes = std::exchange(changes_, {});
+    Broadcast([&](Listener& listener) { listener.ObjectsChanged(changes); });
+}
+
+template <class T>
+void Changing(T& object, ChangeKind kind) {
+    Workspace& workspace = object.Owner();
+    JournalOwner* holder = object.Holder();
+    if (!holder || workspace.quiet_ > 0) return;
+    holder->dirty_ = true;
+    if (kind != ChangeKind::Journals) workspace.RestartSolve();
+    if (workspace.listeners_.empty()) return;
+    const Change change{Link<T>(&object), kind};
+    if (workspace.changes_.empty() || workspace.changes_.back() != change)
+        workspace.changes_.push_back(change);
+}
+template void Changing(Vassignment&, ChangeKind);
+template void Changing(Vdependency&, ChangeKind);
+template void Changing(Vproject&, ChangeKind);
+template void Changing(Vresource&, ChangeKind);
+template void Changing(Vshift&, ChangeKind);
+template void Changing(Vtask&, ChangeKind);
+template void Changing(Vtemplate&, ChangeKind);
 
 void GetDateRange(const Workspace& workspace, DateTime& start, DateTime& finish, bool includeFirstJournal) {
     const Vproject* project = workspace.ThisProject();

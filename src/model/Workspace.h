@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "model/Change.h"
 #include "model/KeyedList.h"
 #include "model/Link.h"
 #include "model/Listener.h"
@@ -12,14 +14,6 @@
 #include "model/SolveService.h"
 
 namespace vortan {
-
-class Vassignment;
-class Vdependency;
-class Vproject;
-class Vresource;
-class Vshift;
-class Vtask;
-class Vtemplate;
 
 /// Everything that a running program has loaded: any number of projects and templates, which of them are
 /// active, the pools from which all model objects come, and who listens to changes. A program or a test can
@@ -57,7 +51,7 @@ class Workspace {
     /// Returns to the state at start-up. Listeners stay.
     void FreeAllMemory();
 
-    /// None for an empty name. A missing project is made as a stub, with the Description "<stub>".
+    /// None for an empty name. A missing project is made as a stub.
     Vproject* FindOrCreateProject(const std::string& name);
     Vtemplate* FindOrCreateTemplate(const std::string& name);
     /// Changes a name that is taken: "Alpha" to "Alpha(B)", "Alpha(B)" to "Alpha(C)".
@@ -90,6 +84,21 @@ class Workspace {
     void BroadcastNewSolution() { Broadcast(&Listener::NewSolution); }
     void BroadcastNewDragNode() { Broadcast(&Listener::NewDragNode); }
 
+    /// Tells the listeners what has changed since the last call. The desktop calls it when a command has
+    /// ended.
+    void DeliverChanges();
+    /// While one of these lives nothing counts as a change, as when a file is read.
+    class Quiet {
+      public:
+        explicit Quiet(Workspace& workspace) : workspace_(workspace) { ++workspace_.quiet_; }
+        ~Quiet() { --workspace_.quiet_; }
+        Quiet(const Quiet&) = delete;
+        Quiet& operator=(const Quiet&) = delete;
+
+      private:
+        Workspace& workspace_;
+    };
+
     /// Name last given to File/Open, File/Save or a recent-file entry.
     std::string LastFileName;
     /// Directory that the file dialogs offer.
@@ -98,9 +107,11 @@ class Workspace {
     int BackupMinutes = 0;
 
   private:
+    template <class T>
+    friend void Changing(T& object, ChangeKind kind);
     struct Pools;
 
-    void Broadcast(void (Listener::*message)());
+    void Broadcast(const std::function<void(Listener&)>& message);
 
     Platform& platform_;
     SolveService* solver_ = nullptr;
@@ -110,6 +121,8 @@ class Workspace {
     Link<Vtemplate> thisTemplate_;
     std::vector<Listener*> listeners_;
     int broadcasting_ = 0;
+    std::vector<Change> changes_;  ///< not yet told; kept only while somebody listens
+    int quiet_ = 0;
     std::uint32_t lastId_ = 0;
 
     std::unique_ptr<Pools> pools_;

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "model/OptionalField.h"
+#include "model/FieldList.h"
 #include "model/Vproject.h"
 #include "model/Workspace.h"
 #include "persist/TokenReader.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "model/NumberText.h"
+#include "model/Vdependency.h"
 #include "model/Vproject.h"
 #include "model/Vresource.h"
 #include "model/Vshift.h"

@@ -231,6 +231,7 @@ class RecordLoader {
 
 void LoadRecords(Workspace& workspace, TokenReader& reader, LoadReport& report) {
     const Section section("Records:LoadRecords");
+    const Workspace::Quiet quiet(workspace);
     RecordLoader(workspace, reader, report).LoadAll();
 }
 

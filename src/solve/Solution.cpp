@@ -17,7 +17,7 @@ void Solution::WriteResults() const {
         task.SetEarlyFinish(DateTime(clock.finish));
         task.SetLaborCost(clock.laborCost);
         if (tasks[i].subproject >= 0 && tasks[i].firstSlice < run.SlicesBegun()) {
-            task.SetMaterialCost(clock.materialCost);
+            task.SetSubprojectCost(clock.materialCost);
         }
         if (reversed) {
             task.SetLateStart(DateTime(reverse.Tasks()[i].start));
@@ -43,7 +43,7 @@ void Solution::WriteDependencyDates(const Network::Task& task) const {
         }
         if (looked < 0) continue;
         const double date = source.slice < looked ? run.SliceFinish()[Index(source.slice)] : 0;
-        source.object->SetDepDate(DateTime(date));
+        source.object->SetFoundDate(DateTime(date));
     }
 }
 

@@ -26,24 +26,22 @@ TEST(ValueText, Durations) {
         double days;
         const char *longText, *shortText;
     };
-    const Case cases[] = {
-        {0, "0", "0"},
-        {0.0001, "0", "0"},
-        {0.5 / 1440, "0", "0"},
-        {1.5 / 1440, "2 minutes", "2mi"},
-        {1.0 / 1440, "1 minute", "1mi"},
-        {1.0 / 24, "1 hour", "1h"},
-        {90.0 / 1440, "1.5 hours", "1.5h"},
-        {100.0 / 1440, "1.67 hours", "1.67h"},
-        {1439.0 / 1440, "23.98 hours", "23.98h"},
-        {1, "1 day", "1d"},
-        {-2, "-2 days", "-2d"},
-        {7.001, "1 week", "1w"},
-        {29.999, "4.29 weeks", "4.29w"},
-        {45, "1.5 months", "1.5mo"},
-        {30 * 1000.5, "1000.5 months", "1000.5mo"},
-        {std::numeric_limits<double>::quiet_NaN(), "0", "0"},
-    };
+    const Case cases[] = {{0, "0", "0"},
+                          {0.0001, "0", "0"},
+                          {0.5 / 1440, "0", "0"},
+                          {1.5 / 1440, "2 minutes", "2mi"},
+                          {1.0 / 1440, "1 minute", "1mi"},
+                          {1.0 / 24, "1 hour", "1h"},
+                          {90.0 / 1440, "1.5 hours", "1.5h"},
+                          {100.0 / 1440, "1.67 hours", "1.67h"},
+                          {1439.0 / 1440, "23.98 hours", "23.98h"},
+                          {1, "1 day", "1d"},
+                          {-2, "-2 days", "-2d"},
+                          {7.001, "1 week", "1w"},
+                          {29.999, "4.29 weeks", "4.29w"},
+                          {45, "1.5 months", "1.5mo"},
+                          {30 * 1000.5, "1000.5 months", "1000.5mo"},
+                          {std::numeric_limits<double>::quiet_NaN(), "0", "0"}};
     for (const Case& c : cases) {
         EXPECT_EQ(FormatDuration(c.days, true), c.longText);
         EXPECT_EQ(FormatDuration(c.days, false), c.shortText);
@@ -54,13 +52,12 @@ TEST(ValueText, Durations) {
 
 TEST(ValueText, DurationsAreReadBack) {
     const std::pair<const char*, double> cases[] = {
-        {"5", 5.0 / 24},     {"5 min", 5.0 / 1440},
+        {"5", 5.0 / 24},    {"5 min", 5.0 / 1440},
         {"1d4h", 1.0 / 24},  // the number in front, and the unit at the end
-        {"2 mo", 60},        {"2m", 60},
-        {"1.5d", 1.5},       {"-2w", -14},
-        {"3 HOURS", .125},   {"", 0},
-        {" .5 h ", .5 / 24},
-    };
+        {"2 mo", 60},       {"2m", 60},
+        {"1.5d", 1.5},      {"-2w", -14},
+        {"3 HOURS", .125},  {"", 0},
+        {" .5 h ", .5 / 24}};
     for (const auto& [text, days] : cases) EXPECT_DOUBLE_EQ(TextToDuration(text).value(), days) << text;
     EXPECT_LE(TextToDuration("1e308 months").value(), std::numeric_limits<double>::max());
     for (const char* text : {"5 years", "abc", "1x"}) EXPECT_FALSE(TextToDuration(text)) << text;
@@ -87,8 +84,7 @@ TEST(ValueText, TwoDecimalsAreCutOff) {
     const std::pair<float, const char*> cases[] = {
         {1.999f, "1.99"},        {1.995f, "1.99"}, {0.29f, "0.29"},
         {-1.999f, "-1.99"},      {-0.001f, "0"},   {0, "0"},
-        {12345.67f, "12345.67"}, {1.009f, "1"},    {2147483648.0f, "2147483648"},
-    };
+        {12345.67f, "12345.67"}, {1.009f, "1"},    {2147483648.0f, "2147483648"}};
     for (const auto& [value, text] : cases) EXPECT_EQ(FormatTwoDecimals(value), text);
     EXPECT_EQ(FormatTwoDecimals(std::numeric_limits<float>::quiet_NaN()), "0");
     EXPECT_EQ(FormatTwoDecimals(std::numeric_limits<float>::infinity()).size(), 39u);
@@ -111,8 +107,7 @@ TEST(ValueText, Currency) {
         {9999950, "$1,000.00"},
         {1234567890000, "$123,456,789.00"},
         {std::numeric_limits<std::int64_t>::max(), "$922,337,203,685,477.58"},
-        {std::numeric_limits<std::int64_t>::min(), "$-922,337,203,685,477.58"},
-    };
+        {std::numeric_limits<std::int64_t>::min(), "$-922,337,203,685,477.58"}};
     for (const auto& [units, text] : cases) {
         EXPECT_EQ(FormatCurrency(Money::FromUnits(units), "$"), text);
         // What is shown can be read again.
@@ -132,8 +127,7 @@ TEST(ValueText, TypedAmounts) {
         {"12", 120000},     {"$12", 120000}, {" $ 1,234.5 ", 12345000},
         {"-$5", -50000},    {"$-5", -50000}, {"+.25", 2500},
         {"1.23456", 12346}, {"5$", 50000},   {"-1,000,000", -10000000000},
-        {"1e3", 10000000},
-    };
+        {"1e3", 10000000}};
     for (const auto& [text, units] : cases) {
         EXPECT_EQ(ParseCurrency(text, "$"), Money::FromUnits(units)) << text;
     }
@@ -146,10 +140,9 @@ TEST(ValueText, TypedAmounts) {
 }
 
 TEST(ValueText, Hours) {
-    const std::pair<float, const char*> cases[] = {
-        {0, "0.0"},        {8, "8.0"},      {0.25f, "0.3"},    {0.35f, "0.4"}, {0.34f, "0.3"},
-        {99.99f, "100.0"}, {-0.04f, "0.0"}, {-9.95f, "-10.0"}, {0.01f, "0.0"},
-    };
+    const std::pair<float, const char*> cases[] = {{0, "0.0"},      {8, "8.0"},        {0.25f, "0.3"},
+                                                   {0.35f, "0.4"},  {0.34f, "0.3"},    {99.99f, "100.0"},
+                                                   {-0.04f, "0.0"}, {-9.95f, "-10.0"}, {0.01f, "0.0"}};
     for (const auto& [hours, text] : cases) EXPECT_EQ(FormatHours(hours, false), text);
     EXPECT_EQ(FormatHours(0, true), "");
 }
@@ -164,43 +157,28 @@ TEST(ValueText, HourOfTheDay) {
     EXPECT_EQ(padded, "12am 01am 11am 12pm 01pm 11pm 12am ");
 }
 
-TEST(ValueText, DayNames) {
-    EXPECT_STREQ(DayName(0), "Holiday");
-    EXPECT_STREQ(DayName(1), "Sunday");
-    EXPECT_STREQ(DayName(8), "Shutdown");
-    std::string letters;
-    for (int day = 0; day <= 8; ++day) letters += DayLetters(day);
-    EXPECT_EQ(letters, "HoSuMoTuWeThFrSaSh");
-    EXPECT_EQ(FaultOf([] { DayName(9); }), kAssertion);
-    EXPECT_EQ(FaultOf([] { DayLetters(-1); }), kAssertion);
-}
-
 TEST(ValueText, DatesOnScreen) {
-    const std::pair<double, const char*> cases[] = {
-        {37137, "9/3/2001"},
-        {37137 + 485.0 / 1440, "9/3/2001 8:05:00 AM"},
-        {37137 + 47109.0 / 86400, "9/3/2001 1:05:09 PM"},
-        {37137 + 86399.9 / 86400, "9/4/2001"},
-        {0, "12:00:00 AM"},
-        {0.5242592592592593, "12:34:56 PM"},
-        {-1, "12/29/1899"},
-        {-1e-9, "12:00:00 AM"},
-    };
+    const std::pair<double, const char*> cases[] = {{37137, "9/3/2001"},
+                                                    {37137 + 485.0 / 1440, "9/3/2001 8:05:00 AM"},
+                                                    {37137 + 47109.0 / 86400, "9/3/2001 1:05:09 PM"},
+                                                    {37137 + 86399.9 / 86400, "9/4/2001"},
+                                                    {0, "12:00:00 AM"},
+                                                    {0.5242592592592593, "12:34:56 PM"},
+                                                    {-1, "12/29/1899"},
+                                                    {-1e-9, "12:00:00 AM"}};
     for (const auto& [days, text] : cases) EXPECT_EQ(FormatDate(DateTime(days)), text);
     EXPECT_EQ(FormatShortDate(DateTime(37137.5)), "9/3/2001");
     EXPECT_EQ(FormatShortDate(DateTime()), "12/30/1899");
 }
 
 TEST(ValueText, TypedDates) {
-    const std::pair<const char*, double> cases[] = {
-        {"9/3/2001", 37137},
-        {" 09/03/2001 ", 37137},
-        {"2001-09-03", 37137},
-        {"2001-9-3 18:00", 37137.75},
-        {"9/3/2001 8:05:00 AM", 37137 + 485.0 / 1440},
-        {"9/3/2001 6:00pm", 37137.75},
-        {"9/3/01", 37137},
-    };
+    const std::pair<const char*, double> cases[] = {{"9/3/2001", 37137},
+                                                    {" 09/03/2001 ", 37137},
+                                                    {"2001-09-03", 37137},
+                                                    {"2001-9-3 18:00", 37137.75},
+                                                    {"9/3/2001 8:05:00 AM", 37137 + 485.0 / 1440},
+                                                    {"9/3/2001 6:00pm", 37137.75},
+                                                    {"9/3/01", 37137}};
     for (const auto& [text, days] : cases)
         EXPECT_EQ(ParseDate(text, DateTime(37137)), DateTime(days)) << text;
     const struct {
@@ -225,11 +203,6 @@ TEST(ValueText, JDateTakesTheFirstWord) {
     EXPECT_EQ(JDate("2001-09-10"), DateTime(37144));
     EXPECT_EQ(FaultOf([] { JDate("<journal n/a>"); }), "10000 \"<journal\" is not a date");
     EXPECT_EQ(FaultOf([] { JDate(""); }), "10000 \"\" is not a date");
-}
-
-TEST(ValueText, ANulEndsAText) {
-    EXPECT_EQ(ChopAtNull(std::string("ab\0cd", 5)), "ab");
-    EXPECT_EQ(ChopAtNull("ab"), "ab");
 }
 
 }  // namespace

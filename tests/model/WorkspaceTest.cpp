@@ -1,8 +1,3 @@
-#include "model/Vdependency.h"
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
 #include "model/Workspace.h"
 
 #include <gtest/gtest.h>
@@ -10,15 +5,17 @@
 #include <functional>
 #include <utility>
 
+#include "persist/FieldWriter.h"
 #include "support/ModelBench.h"
 
 namespace vortan {
 namespace {
 
 TEST(Workspace, NameConflictsGetTheNextLetter) {
-    const char* const cases[][2] = {{"Alpha", "Alpha(B)"}, {"Alpha(B)", "Alpha(C)"}, {"AB", "AB(B)"},
-                                    {"x)", "x)(B)"},       {"a(Z)", "a([)"},         {"(A)", "(B)"},
-                                    {"a(bc)", "a(bc)(B)"}, {"a(B]", "a(B](B)"}};
+    const char* const cases[][2] = {
+        {"Alpha", "Alpha(B)"}, {"Alpha(B)", "Alpha(C)"}, {"AB", "AB(B)"},
+        {"x)", "x)(B)"},       {"a(Z)", "a([)"},         {"(A)", "(B)"},
+        {"a(bc)", "a(bc)(B)"}, {"a(B]", "a(B](B)"},      {"a(\x7f)", "a(\x7f)(B)"}};
     for (const auto& [before, after] : cases) {
         std::string name = before;
         Workspace::FixNameConflict(name);
@@ -43,16 +40,6 @@ TEST(Workspace, ProjectsAreNeverRefusedForTheirName) {
     EXPECT_EQ(model.workspace.FindOrCreateProject("New")->BuildNodeText(), "New: <stub>");
 }
 
-// However often one name comes, each project ends with one of its own, in ASCII.
-TEST(Workspace, ManyProjectsOfOneName) {
-    ModelBench model;
-    for (int i = 0; i < 300; ++i) model.workspace.NewVObject<Vproject>()->SetProjectName("Same");
-    EXPECT_EQ(model.workspace.ProjectList().size(), 300U);
-    for (const Vproject* project : model.workspace.ProjectList()) {
-        for (const char c : project->ProjectName()) EXPECT_TRUE(c > ' ' && c <= '\x7f');
-    }
-}
-
 TEST(Workspace, TemplatesAreRefusedForTheirName) {
     ModelBench model;
     Vtemplate* first = model.Template("Staff");
@@ -71,25 +58,29 @@ TEST(Workspace, TemplatesAreRefusedForTheirName) {
 TEST(Workspace, GuardsShowTheirWarning) {
     ModelBench model;
     Workspace& workspace = model.workspace;
-    const auto expect = [&](const char* title, const char* part) {
-        model.platform.ExpectBox(title, BoxAnswer::Ok, part);
+    using Mode = SolveMode;
+    const struct {
+        bool (Workspace::*guard)();
+        Mode mode;
+        const char *title, *part;
+    } cases[] = {
+        {&Workspace::ThisProjectSet, Mode::Idle, "No Projects in Memory", "There are no projects loaded"},
+        {&Workspace::ThisTemplateSet, Mode::Idle, "No Templates in Memory",
+         "use the Template menu to create"},
+        {&Workspace::ThisProjectSolved, Mode::Halted, "No Projects in Memory", ""},
+        {&Workspace::ThisProjectSolved, Mode::Halted, "Solve Error",
+         "until the error in solve is corrected."},
+        {&Workspace::ThisProjectSolved, Mode::Running, "Waiting For Solve To Complete",
+         "background solve is"},
+        {&Workspace::ThisProjectSolved, Mode::Suspended, "Waiting For Solve To Complete", ""},
     };
-    expect("No Projects in Memory", "There are no projects loaded in memory.\n\nPlease use the File menu");
-    EXPECT_FALSE(workspace.ThisProjectSet());
-    expect("No Templates in Memory", "or more templates, or use the Template menu to create a New one.");
-    EXPECT_FALSE(workspace.ThisTemplateSet());
-    model.solver.mode = SolveMode::Halted;
-    expect("No Projects in Memory", "");
-    EXPECT_FALSE(workspace.ThisProjectSolved());
-    workspace.SetThisProject(model.Project("P"));
-    expect("Solve Error", "cannot be performed until the error in solve is corrected.");
-    EXPECT_FALSE(workspace.ThisProjectSolved());
-    for (const SolveMode mode : {SolveMode::Running, SolveMode::Restart, SolveMode::Suspended}) {
-        model.solver.mode = mode;
-        expect("Waiting For Solve To Complete", "until the background solve is complete.");
-        EXPECT_FALSE(workspace.ThisProjectSolved());
+    for (const auto& each : cases) {
+        if (&each == cases + 3) workspace.SetThisProject(model.Project("P"));
+        model.solver.mode = each.mode;
+        model.platform.ExpectBox(each.title, BoxAnswer::Ok, each.part);
+        EXPECT_FALSE((workspace.*each.guard)());
     }
-    model.solver.mode = SolveMode::Idle;
+    model.solver.mode = Mode::Idle;
     EXPECT_TRUE(workspace.ThisProjectSolved());
 }
 
@@ -107,52 +98,54 @@ TEST(Workspace, LinksNeverBecomeAnotherObject) {
     model.workspace.FreeVobject<Vtask>(nullptr);
 }
 
+/// Whatever an object was, memory that is used again is like new; owners take along what they own.
 TEST(Workspace, ObjectsComeBackReset) {
-    ModelBench model;
-    Vproject* project = model.Project("P", 2);
-    Vtask* task = project->FindOrCreateTask(1);
-    Vdependency* dependency = model.Dependency(task, nullptr, DateTime(9));
-    project->SetCurrentIndex(1);
-    task->SetEffortUnits(60);
-    dependency->SetToPercent(50);
-    project->SetPriority("7");
-    project->SetDirty(true);
-    model.workspace.FreeVobject(project);
-    EXPECT_TRUE(model.workspace.ProjectList().empty());
-    EXPECT_EQ(dependency->Id(), 0U) << "a project takes its tasks along, a task its dependencies";
-    const auto* fresh = model.workspace.NewVObject<Vproject>();
-    EXPECT_EQ(fresh, project);
-    EXPECT_EQ(fresh->Priority(), "1");
-    EXPECT_EQ(fresh->NumJournals(), 0);
-    EXPECT_FALSE(fresh->Dirty());
-    const auto* newTask = model.workspace.NewVObject<Vtask>();
-    EXPECT_EQ(newTask->EffortUnits(), -60);
-    EXPECT_EQ(newTask->Efficiency(), 0.85);
-    EXPECT_TRUE(newTask->Include());
-    EXPECT_TRUE(newTask->DependencyList().empty());
-    EXPECT_EQ(model.workspace.NewVObject<Vdependency>()->ToPercent(), 0);
-}
-
-TEST(Workspace, FreeAllMemoryLeavesNothing) {
-    ModelBench model;
-    Vproject* project = model.Project("P", 2);
-    Vtemplate* pool = model.Template("T");
-    Vresource* resource = pool->FindOrCreateResource(1);
-    resource->SetShift(pool->FindOrCreateShift("Standard"));
-    model.Assignment(project->FindOrCreateTask(1), resource);
-    model.Dependency(nullptr, project->FindOrCreateTask(2));
-    project->SetDirty(true);
-    pool->SetDirty(true);
-    model.workspace.SetThisProject(project);
-    model.workspace.SetThisTemplate(pool);
-    const Link<Vproject> link = project;
-    model.workspace.FreeAllMemory();
-    EXPECT_TRUE(model.workspace.ProjectList().empty() && model.workspace.TemplateList().empty());
-    EXPECT_TRUE(!model.workspace.ThisProject() && !model.workspace.ThisTemplate() && link.IsDeleted());
-    EXPECT_EQ(model.solver.clears, 1);
-    EXPECT_FALSE(model.Project("P")->Dirty());
-    EXPECT_FALSE(model.Template("T")->Dirty());
-    EXPECT_EQ(model.Template("T")->HighestResourceID(), 0);
+    for (const bool all : {false, true}) {
+        ModelBench model;
+        Workspace& workspace = model.workspace;
+        Vproject* project = model.Project("P", 2);
+        Vtemplate* pool = model.Template("T", 2);
+        Vtask* task = project->FindOrCreateTask(1);
+        Vresource* resource = pool->FindOrCreateResource(1);
+        project->SetCurrentIndex(1);
+        Vdependency* dependency = model.Dependency(task, task, DateTime(9));
+        Vassignment* assignment = model.Assignment(task, resource);
+        task->SetEffortUnits(60);
+        project->SetPriority("7");
+        resource->SetTitle("Boss");
+        workspace.SetThisProject(project);
+        workspace.SetThisTemplate(pool);
+        const Link<Vproject> link = project;
+        if (all) {
+            workspace.FreeAllMemory();
+            EXPECT_EQ(model.solver.clears, 1);
+        } else {
+            workspace.FreeVobject(project);
+            workspace.FreeVobject(pool);
+        }
+        EXPECT_TRUE(workspace.ProjectList().empty() && workspace.TemplateList().empty());
+        EXPECT_TRUE(!workspace.ThisProject() && !workspace.ThisTemplate() && link.IsDeleted());
+        const auto expectNew = [&](auto* used) {
+            using T = std::remove_pointer_t<decltype(used)>;
+            Workspace untouched(model.platform);
+            EXPECT_EQ(used->Id(), 0U);
+            T& fresh = *workspace.NewVObject<T>();
+            EXPECT_EQ(&fresh, used);
+            const auto text = [](const auto& object) {
+                std::string fields;
+                object.ForEachField(FieldWriter(fields));
+                return fields;
+            };
+            EXPECT_EQ(text(fresh), text(*untouched.NewVObject<T>()));
+            EXPECT_EQ(fresh.Holder(), nullptr);
+        };
+        expectNew(project);
+        expectNew(task);
+        expectNew(dependency);
+        expectNew(assignment);
+        EXPECT_FALSE(project->Dirty() || workspace.NewVObject<Vtemplate>()->Dirty());
+        EXPECT_TRUE(project->NumJournals() == 0 && task->DependencyList().empty());
+    }
 }
 
 /// Notes each message in a log, then does what it is told.

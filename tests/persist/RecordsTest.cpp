@@ -227,12 +227,13 @@ TEST_F(RecordsTest, JournalsAreRowsOfValues) {
 }
 
 /// A record of which the last two fields joined it when there were files without them.
-struct GrownRecord {
-    template <class Visitor>
-    void ForEachField(Visitor&& visit) {
-        visit("Hours", hours);
-        VisitOptional(visit, "Budget", budget, Money());
-        VisitOptional(visit, "Note", note, "none");
+struct GrownRecord : FieldList<GrownRecord> {
+    using FieldList::ResetFields;
+    template <class Self, class Visitor>
+    static void Fields(Self& self, Visitor&& visit) {
+        visit("Hours", self.hours, 7);
+        visit.Optional("Budget", self.budget, Money());
+        visit.Optional("Note", self.note, "none");
     }
     Journaled<std::int32_t> hours{7};
     Journaled<Money> budget{Money::FromDouble(99)};
@@ -268,8 +269,8 @@ TEST_F(RecordsTest, AFieldThatJoinedLaterStandsOnlyWhereItSaysSomething) {
         }
         read.ForEachField(ResizeField{3, 2});
         EXPECT_EQ(read.budget.At(2), budget[1]);
-        read.ForEachField(ResetOptionalFields{});
-        EXPECT_TRUE(read.note == "none" && read.budget.At(2) == Money() && read.hours.At(0) == 1);
+        read.ResetFields();
+        EXPECT_TRUE(read.note == "none" && read.budget.At(2) == Money() && read.hours.At(0) == 7);
     }
 }
 

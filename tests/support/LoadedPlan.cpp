@@ -14,6 +14,7 @@
 #include "model/Vtask.h"
 #include "model/Vtemplate.h"
 #include "persist/Records.h"
+#include "support/CheckModel.h"
 
 namespace vortan {
 
@@ -25,6 +26,7 @@ void LoadedPlan::Load(std::string_view text) {
     } catch (const Fault& fault) {
         ADD_FAILURE() << fault.what();
     }
+    EXPECT_EQ(ModelFaults(workspace), "");
     if (!workspace.ProjectList().empty()) workspace.SetThisProject(workspace.ProjectList()[0]);
     if (!workspace.TemplateList().empty()) workspace.SetThisTemplate(workspace.TemplateList()[0]);
 }

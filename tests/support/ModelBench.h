@@ -7,6 +7,7 @@
 #include "model/Vdependency.h"
 #include "model/Vtemplate.h"
 #include "model/Workspace.h"
+#include "support/CheckModel.h"
 #include "support/ScriptedPlatform.h"
 
 namespace vortan {
@@ -29,11 +30,14 @@ class CountingSolver : public SolveService {
 class ModelBench {
   public:
     ModelBench() { workspace.SetSolver(&solver); }
+    ~ModelBench() { EXPECT_EQ(ModelFaults(workspace), ""); }
 
     Vproject* Project(const std::string& name, int journals = 1) {
+        const Workspace::Quiet quiet(workspace);
         return WithJournals(workspace.FindOrCreateProject(name), journals);
     }
     Vtemplate* Template(const std::string& name, int journals = 1) {
+        const Workspace::Quiet quiet(workspace);
         return WithJournals(workspace.FindOrCreateTemplate(name), journals);
     }
     /// A dependency on `required`, or on a date if that is none.

@@ -35,9 +35,15 @@ class Desktop {
     Desktop(const Desktop&) = delete;
     Desktop& operator=(const Desktop&) = delete;
 
-    /// Runs what one click, key or timer tick does. `section` names it for the log, as ErrTrap::RunCommand.
+    /// Runs what one click, key or timer tick does, and tells the screens what it has changed. `section`
+    /// names it for the log, as ErrTrap::RunCommand.
     bool Run(const char* section, const std::function<void()>& command) {
-        return trap.RunCommand(section, command);
+        ++running_;
+        const bool ended = trap.RunCommand(section, command);
+        if (--running_ == 0) {
+            trap.RunCommand("Main:DeliverChanges", [this] { workspace.DeliverChanges(); });
+        }
+        return ended;
     }
 
     // The timers' events. While a box about a fault is open they do nothing: what failed may have left the
@@ -46,7 +52,8 @@ class Desktop {
         if (trap.BoxOpen()) {
             solveWaits_ = true;
         } else {
-            Run("Main:SolveTimer_Timer", [this] { solver.SolveTimerTick(); });
+            // Not a command that others run within: the screens follow each while the solve goes on.
+            trap.RunCommand("Main:SolveTimer_Timer", [this] { solver.SolveTimerTick(); });
         }
     }
     void AutoBackupTimerTick() {
@@ -69,6 +76,7 @@ class Desktop {
     std::function<void(const PlanObject&, Saving)> ObjectSaved = [](const PlanObject&, Saving) {};
 
   private:
+    int running_ = 0;  ///< commands within one another
     bool solveWaits_ = false;
 };
 

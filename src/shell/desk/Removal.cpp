@@ -1,8 +1,7 @@
 #include "shell/desk/Removal.h"
+
 #include "model/Vproject.h"
 #include "model/Vtemplate.h"
-
-#include <algorithm>
 
 namespace vortan {
 namespace {
@@ -28,12 +27,6 @@ bool MayLose(Desktop& desktop, const Vtemplate& condemned) {
 }
 
 void RemoveProjects(Workspace& workspace, const std::vector<Vproject*>& removed) {
-    const auto goes = [&](const Vproject* project) {
-        return std::find(removed.begin(), removed.end(), project) != removed.end();
-    };
-    for (Vproject* child : workspace.ProjectList()) {
-        if (goes(child->Parent())) child->SetDirty(true);
-    }
     for (Vproject* project : removed) {
         project->Delete();
         workspace.FreeVobject(project);
@@ -41,7 +34,6 @@ void RemoveProjects(Workspace& workspace, const std::vector<Vproject*>& removed)
     if (!workspace.ThisProject())
         workspace.SetThisProject(workspace.ProjectList().empty() ? nullptr : workspace.ProjectList()[0]);
     workspace.BroadcastNewThisProject();
-    workspace.RestartSolve();
 }
 
 void RemoveTemplate(Workspace& workspace, Vtemplate& removed) {

@@ -44,7 +44,6 @@ void GenerateDummy(Desktop& desktop, Trees& trees, Vproject& project,
     for (const Link<Vtask>& task : dangling) {
         if (task) AddDependency(*dummy, *task.Get(), 100);
     }
-    project.SetDirty(true);
     trees.ProjectTree().Start();
 }
 
@@ -87,7 +86,6 @@ void HandleMissingDep(Desktop& desktop, Trees& trees, const Link<Vtask>& task) {
     if (!Ask(desktop, text, "Confirm Add Start-To-Start") || !task || !candidate) return;
     AddDependency(*task.Get(), *candidate.Get(), 0);
     trees.ProjectTree().RebuildTaskSubTree(*task.Get(), true);
-    task->Project()->SetDirty(true);
 }
 
 // ---- journals

@@ -178,7 +178,6 @@ void DragDrop::AssignResourceToTask() {
     assignment->SetTask(task);
     assignment->SetResourceRequired(resource);
     trees_.ProjectTree().RebuildTaskSubTree(*task, true);
-    assignment->Project()->SetDirty(true);
 }
 
 void DragDrop::CreateTaskDependency() {
@@ -193,7 +192,6 @@ void DragDrop::CreateTaskDependency() {
     dependency->SetTask(task);
     dependency->SetTaskRequired(required);
     trees_.ProjectTree().RebuildTaskSubTree(*task, true);
-    dependency->Project()->SetDirty(true);
 }
 
 void DragDrop::CopyProjectManager() {

@@ -163,7 +163,6 @@ void NodeCommands::RenameDepartment(const Node& node) {
     for (Vresource* resource : active->ResourceList()) {
         if (resource->Include() && resource->Department() == before) resource->SetDepartment(name);
     }
-    active->SetDirty(true);
     trees_.TemplateTree().Start();
     trees_.SetDragNode(trees_.TemplateTree().Tree().FindNodeFromKey(MakeKey(name)));
 }
@@ -200,8 +199,7 @@ bool NodeCommands::DeleteConfirmed(const Node& node) {
                BoxIcon::Warning, BoxButtons::YesNo) == BoxAnswer::Yes;
 }
 
-/// The object first, since its node is what leads to it. What has no journal left is not saved any more, so
-/// its owner has changed in any case.
+/// The object first, since its node is what leads to it.
 void NodeCommands::DeleteObject(Node& node) {
     Workspace& workspace = desktop_.workspace;
     const PlanObject object = trees_.FindObjectFromNode(node);
@@ -210,28 +208,15 @@ void NodeCommands::DeleteObject(Node& node) {
     }
     if (Vtemplate* const* removed = std::get_if<Vtemplate*>(&object)) {
         RemoveTemplate(workspace, **removed);
-        trees_.ProjectTree().RefreshReferences();
-        return workspace.RestartSolve();
+        return trees_.ProjectTree().RefreshReferences();
     }
-    JournalOwner* owner = nullptr;
-    Vproject* subproject = nullptr;
-    const auto remove = [&](auto* condemned) {
-        using T = std::remove_pointer_t<decltype(condemned)>;
-        if constexpr (std::is_same_v<T, Vtask>) {
-            owner = condemned->Project();
-            subproject = condemned->Subproject();
-            condemned->Delete();
-        } else if constexpr (std::is_same_v<T, Vdependency> || std::is_same_v<T, Vassignment>) {
-            owner = condemned->Project();
-            condemned->Delete();
-        } else if constexpr (std::is_same_v<T, Vresource> || std::is_same_v<T, Vshift>) {
-            owner = condemned->Template();
-            condemned->Delete();  // resources that work a shift keep it
-        }
-    };
+    const Vproject* subproject = nullptr;
     std::visit(
         [&](auto condemned) {
-            if constexpr (!std::is_same_v<decltype(condemned), std::monostate>) remove(condemned);
+            using T = decltype(condemned);
+            if constexpr (std::is_same_v<T, Vtask*>) subproject = condemned->Subproject();
+            // Resources that work a shift keep it.
+            if constexpr (!std::is_same_v<T, std::monostate>) condemned->Delete();
         },
         object);
 
@@ -240,11 +225,8 @@ void NodeCommands::DeleteObject(Node& node) {
                                                                : trees_.TemplateTree();
     form.RemoveNode(node);
     if (above->Image() == 'g' && above->Children.empty()) form.RemoveNode(*above);
-    if (owner) owner->SetDirty(true);
-    workspace.RestartSolve();
     if (subproject) {
         // It is a master project now, with a tree of its own.
-        subproject->SetDirty(true);
         workspace.BroadcastNewThisProject();
     } else {
         trees_.ProjectTree().RefreshReferences();

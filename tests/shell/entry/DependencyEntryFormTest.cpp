@@ -96,6 +96,7 @@ TEST_F(DependencyEntryFormTest, LoadsEachKind) {
         dependency->SetToPercent(static_cast<std::uint8_t>(one.to));
         dependency->SetFromPercent(static_cast<std::uint8_t>(one.from));
         dependency->SetOffset(one.offset);
+        project->SetDirty(false);
         Modify(dependency);
         EXPECT_EQ(Sentence(), one.sentence);
         EXPECT_EQ(Quick(), one.code);

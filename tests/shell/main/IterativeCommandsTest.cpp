@@ -91,6 +91,7 @@ TEST_F(IterativeCommandsTest, AClickOnTheCrashCurveTellsTheMultipliers) {
 
 TEST_F(IterativeCommandsTest, AHaltingRuleIsToBeChangedFirst) {
     Workspace& workspace = shell.desktop.workspace;
+    const Workspace::Quiet quiet(workspace);  // solved plans as they are
     workspace.ThisProject()->SetSolveRules(SolveRule::OvertimeHalt);
     const char* question = "The project House: Family house, 4 Orchard Lane has a solve rule that halts";
     shell.platform.ExpectBox("Halt Rule Must Be Changed", BoxAnswer::No, question);

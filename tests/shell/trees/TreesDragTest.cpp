@@ -23,6 +23,7 @@ Node& NodeOfKind(TreeBench& bench, char kind) {
 
 TEST(TreesDrag, PairsThatMeanNothingSaySo) {
     TreeBench bench;
+    bench.alpha->SetDirty(false);
     const std::string acting = "rp rs rt rd tt st";
     for (const char from : std::string("pstdalhgr")) {
         for (const char onto : std::string("pstdalhgr")) {

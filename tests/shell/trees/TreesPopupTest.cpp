@@ -156,6 +156,7 @@ TEST(TreesPopup, ADepartmentIsANameOfItsResources) {
     TreeBench bench;
     Vresource* gone = bench.Resource(3, "Gus", "yard");
     gone->Delete();
+    bench.crew->SetDirty(false);
     bench.trees.SetDragNode(bench.NodeOf(bench.ann).Parent);
     bench.platform.ExpectInput({false, "Dock"});
     bench.trees.Commands().Modify();
