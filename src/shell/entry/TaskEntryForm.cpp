@@ -26,8 +26,8 @@ bool IsSpecificDate(const Vdependency& dependency) {
     return dependency.Include() && !dependency.TaskRequired() && !dependency.TaskRequiredDeleted() &&
            dependency.Offset() == 0;
 }
-constexpr int kStart = 0, kFinish = 100;  // percent
-constexpr int kDateCharacters = 24;       // of a date with its time
+constexpr int kStartPercent = 0, kFinishPercent = 100;
+constexpr int kDateWidth = 24;  // characters of a date with its time
 
 }  // namespace
 
@@ -121,7 +121,7 @@ QWidget* TaskEntryForm::BuildDates() {
     startDate_->Text().installEventFilter(this);
     for (DateField* field : {startDate_, finishDate_}) {
         field->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-        field->Text().setMinimumWidth(fontMetrics().averageCharWidth() * kDateCharacters);
+        field->Text().setMinimumWidth(fontMetrics().averageCharWidth() * kDateWidth);
     }
     for (QLabel* label : {startLabel_, finishLabel_}) {
         QSizePolicy policy = label->sizePolicy();
@@ -165,8 +165,8 @@ void TaskEntryForm::LoadDates() {
     for (const Vdependency* dependency : object_->DependencyList()) {
         if (!IsSpecificDate(*dependency)) continue;
         const std::string date = FormatDate(dependency->DepDate());
-        if (dependency->ToPercent() == kStart) startDate_->Text().SetValue(date);
-        if (dependency->ToPercent() == kFinish) finishDate_->Text().SetValue(date);
+        if (dependency->ToPercent() == kStartPercent) startDate_->Text().SetValue(date);
+        if (dependency->ToPercent() == kFinishPercent) finishDate_->Text().SetValue(date);
     }
 }
 
@@ -235,8 +235,8 @@ void TaskEntryForm::SaveDates() {
     const auto all = object_->DependencyList();  // a copy: some may leave the list
     for (Vdependency* dependency : all) {
         const int percent = dependency->ToPercent();
-        if (!IsSpecificDate(*dependency) || (percent != kStart && percent != kFinish)) continue;
-        if (const auto date = std::exchange(percent == kStart ? start : finish, std::nullopt)) {
+        if (!IsSpecificDate(*dependency) || (percent != kStartPercent && percent != kFinishPercent)) continue;
+        if (const auto date = std::exchange(percent == kStartPercent ? start : finish, std::nullopt)) {
             dependency->SetDepDate(*date);
         } else {
             dependency->Delete();
@@ -249,8 +249,8 @@ void TaskEntryForm::SaveDates() {
         dependency->SetDepDate(*date);
         dependency->SetToPercent(percent);
     };
-    add(start, kStart);
-    add(finish, kFinish);
+    add(start, kStartPercent);
+    add(finish, kFinishPercent);
 }
 
 }  // namespace vortan

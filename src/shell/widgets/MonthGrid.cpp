@@ -13,7 +13,7 @@ namespace {
 constexpr char kWeekdayLetters[] = "SMTWTFS";
 // Numbers grow with cells that are high enough for more than this many lines, up to a limit.
 constexpr double kRoomyLines = 1.8, kLargest = 2;
-constexpr Color kNoDay = 0x808080, kLine = 0xA0A0A0;
+constexpr Color kNoDay = 0x808080, kGridLine = 0xA0A0A0;
 
 }  // namespace
 
@@ -61,7 +61,7 @@ QSize MonthGrid::minimumSizeHint() const {
 
 void MonthGrid::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    painter.fillRect(event->rect(), ScreenColor(kLine));
+    painter.fillRect(event->rect(), ScreenColor(kGridLine));
     const double lines = CellRect(1, 0).height() / (kRoomyLines * fontMetrics().height());
     QFont grown = font();
     grown.setPointSizeF(QFontInfo(font()).pointSizeF() * std::clamp(lines, 1.0, kLargest));
