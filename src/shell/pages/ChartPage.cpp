@@ -70,9 +70,14 @@ class OptionsBox : public QGroupBox {
 
 }  // namespace
 
-void ChartPage::Start(Desktop& desktop, const char* name, const Maker& make) {
+ChartForm* ChartPage::InFront(Desktop& desktop, const char* name) {
     ChildForm* open = desktop.host->FullPage();
-    if (open && open->FormName() == name) {
+    return open && open->FormName() == name ? static_cast<ChartPage*>(open)->chart_.get() : nullptr;
+}
+
+void ChartPage::Start(Desktop& desktop, const char* name, const Maker& make) {
+    if (InFront(desktop, name)) {
+        ChildForm* open = desktop.host->FullPage();
         static_cast<ChartPage*>(open)->Restart();
         if (desktop.host->FullPage() == open) desktop.host->ShowForm(*open);
         return;

@@ -24,6 +24,9 @@ class ChartPage : public PageForm {
     /// starts it and shows it as far as it was drawn.
     static void Start(Desktop& desktop, const char* name, const Maker& make);
 
+    /// The chart of that name, if it is in front.
+    static ChartForm* InFront(Desktop& desktop, const char* name);
+
     std::optional<ShownSurface> Surface() override;
     bool ChangeFont() override;
 
