@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
+#include "charts/BudgetForm.h"
 #include "charts/CrashForm.h"
 #include "charts/GanttForm.h"
+#include "charts/HistogramForm.h"
 #include "charts/RiskForm.h"
 #include "model/Fault.h"
 
@@ -17,6 +19,14 @@ constexpr ChartKind kKinds[] = {
     {"gantt", "GanttForm", "Mechanized Gantt chart", ChartNeeds::Solution,
      [](const ChartSource& source) -> Form {
          return std::make_unique<GanttForm>(source.workspace, source.settings, source.metrics);
+     }},
+    {"histogram", "HistogramForm", "resource histogram", ChartNeeds::Solution,
+     [](const ChartSource& source) -> Form {
+         return std::make_unique<HistogramForm>(source.workspace, source.solver, source.metrics);
+     }},
+    {"budget", "BudgetForm", "budget and earned value plot", ChartNeeds::Solution,
+     [](const ChartSource& source) -> Form {
+         return std::make_unique<BudgetForm>(source.workspace, source.metrics);
      }},
     {"risk", "RiskForm", "risk plot", ChartNeeds::RiskResults,
      [](const ChartSource& source) -> Form {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -106,6 +107,8 @@ class Vwindow {
     /// The reverse, for a position in the time columns.
     DateTime XToDate(int x) const;
     Period ThePeriod() const;
+    /// As of the last layout.
+    const TimeScale& Scale() const { return scale_; }
     using UpperLabel = TimeScale::UpperLabel;
     /// The labels of the upper heading line: text and the columns from first up to, not including, last.
     const std::vector<UpperLabel>& UpperLabels() const;
@@ -150,6 +153,9 @@ class Vwindow {
     };
     void SetPage(const Page& page) { page_ = page; }
     const Page& ThePage() const { return page_; }
+    /// None: the finest with which the chart fits a page.
+    std::optional<Period> FixedPeriod;
+    TimeScale::WeekStart WeekStart = TimeScale::WeekStart::Monday;
     /// Time columns are wider than their labels need, to fill a page: for plots, which have little else.
     bool WideTimeColumns = false;
     /// Text columns are at most 30 average characters wide and wrap to more lines.
@@ -168,6 +174,7 @@ class Vwindow {
         int width;
     };
 
+    TimeScale ScaleFitting(double width) const;
     int TimeCols() const { return timeAt_ < 0 ? 0 : scale_.Count(); }
     /// The column without regard to time columns, or -1 if it is one of those.
     int TitledColumn(int col) const;
