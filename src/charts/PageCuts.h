@@ -10,6 +10,7 @@ namespace vortan {
 /// What is known of a surface and its page when it is to be printed; all in twips.
 struct PageStats {
     int pageWidth = 0, pageHeight = 0;  ///< printable
+    int pageFoot = 0;                   ///< of its height, left empty where a surface is cut
     int contentWidth = 0, contentHeight = 0;
     int fixedRows = 0, fixedCols = 0;  ///< headings
     bool hasHeadings = true;           ///< a free drawing has none
