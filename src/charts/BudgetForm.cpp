@@ -145,26 +145,31 @@ void BudgetForm::DrawKeyEntry(const Budget::Curve& curve, std::size_t entry) {
     vwindow_.DrawText(right + vwindow_.TextWidth("X"), y - 0.5 * letter, curve.label, curve.color);
 }
 
-/// At the ends of the curves, for who cannot tell their colours apart; each clear of those above it.
+/// At the ends of the curves, for who cannot tell their colours apart; right of it where there is room, and
+/// clear of each other.
 void BudgetForm::DrawNames() {
     struct Name {
         const Budget::Curve* curve;
-        double x, y;
+        double x, y, right;
     };
-    const double letter = kSmallText * vwindow_.TextHeight();
+    const double letter = kSmallText * vwindow_.TextHeight(), gap = kSmallText * vwindow_.TextWidth("X");
     std::vector<Name> names;
     for (const auto& curve : data_.curves) {
         const std::int32_t last = LastDrawn(curve);
         if (last < curve.firstDay) continue;
-        names.push_back({&curve, DayToX(last + 1), CostToY(curve.At(last)) - letter});
+        const double width = kSmallText * vwindow_.TextWidth(curve.label);
+        const double endX = DayToX(last + 1), endY = CostToY(curve.At(last));
+        const bool behind = endX + gap + width <= vwindow_.ColPos(vwindow_.Cols());
+        const double x = behind ? endX + gap : std::max<double>(endX - width, vwindow_.ColPos(1));
+        names.push_back({&curve, x, behind ? endY - letter / 2 : endY - letter, x + width});
     }
     std::stable_sort(names.begin(), names.end(), [](const Name& a, const Name& b) { return a.y < b.y; });
-    double free = vwindow_.RowPos(1);
-    for (const Name& name : names) {
-        const double y = std::max(name.y, free), width = kSmallText * vwindow_.TextWidth(name.curve->label);
-        vwindow_.DrawSmallText(std::max<double>(name.x - width, vwindow_.ColPos(1)), y, name.curve->label,
-                               name.curve->color);
-        free = y + letter;
+    for (auto name = names.begin(); name != names.end(); ++name) {
+        for (auto above = names.begin(); above != name; ++above) {
+            if (name->x < above->right && above->x < name->right)
+                name->y = std::max(name->y, above->y + letter);
+        }
+        vwindow_.DrawSmallText(name->x, name->y, name->curve->label, name->curve->color);
     }
 }
 

@@ -79,7 +79,7 @@ std::string ChartCsv(const Histogram& histogram) {
     csv.Cell("Key");
     csv.Cell("Label");
     for (std::size_t i = 0; i < histogram.totals.size(); ++i)
-        csv.Cell(FormatDate(DateTime(histogram.bounds[i])));
+        csv.Cell(FormatShortDate(DateTime(histogram.bounds[i])));
     csv.EndLine();
     for (const auto& row : histogram.rows) {
         csv.Cell(row.key);
@@ -131,7 +131,7 @@ std::string ChartCsv(const BudgetForm::Shown& budget) {
         last = std::max(last, curve.LastDay());
     }
     for (std::int32_t day = first; day <= last && !budget.curves.empty(); ++day) {
-        csv.Cell(FormatDate(DateTime(day + 1)));
+        csv.Cell(FormatShortDate(DateTime(day + 1)));
         for (const auto& curve : budget.curves) {
             if (day < curve.firstDay || day > curve.LastDay()) {
                 csv.Cell("");
