@@ -156,7 +156,7 @@ QWidget* ChartPage::NewBehindLine() {
 
 QGroupBox* ChartPage::NewOptionsFrame(const ChartForm::OptionsFrame& frame) {
     QGroupBox* box =
-        frame.beside ? new QGroupBox(Q(frame.caption), this) : new OptionsBox(Q(frame.caption), this);
+        frame.beside ? new QGroupBox(Q(frame.caption), this) : new OptionsBox(Q(frame.caption), view_.get());
     box->setObjectName(Q(frame.name));
     box->setAutoFillBackground(true);
     auto* column = new QVBoxLayout(box);
@@ -307,9 +307,11 @@ bool ChartPage::Walk(int key, bool moves) {
     return true;
 }
 
-/// The keys that a surface would scroll by.
+/// Of the view: keys that it would scroll by, and its size.
 bool ChartPage::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != view_.get() || event->type() != QEvent::KeyPress) return false;
+    if (watched != view_.get()) return false;
+    if (event->type() == QEvent::Resize) PlaceOptions();
+    if (event->type() != QEvent::KeyPress) return false;
     const auto& key = static_cast<const QKeyEvent&>(*event);
     return Walk(key.key(), key.modifiers().testFlag(Qt::ControlModifier));
 }
@@ -339,11 +341,6 @@ std::optional<ShownSurface> ChartPage::Surface() {
 bool ChartPage::ChangeFont() {
     if (ShowFont(desktop_, objectName())) Restart();
     return true;
-}
-
-void ChartPage::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
-    PlaceOptions();
 }
 
 }  // namespace vortan

@@ -37,7 +37,6 @@ class ChartPage : public PageForm {
     void ObjectsChanged(const std::vector<Change>& changes) override;
 
   protected:
-    void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
