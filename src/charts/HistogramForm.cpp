@@ -5,6 +5,7 @@
 
 #include "charts/KeyColumns.h"
 #include "charts/PlotAxis.h"
+#include "charts/TextLines.h"
 #include "model/ErrTrap.h"
 #include "model/ValueText.h"
 #include "model/Vtemplate.h"
@@ -170,7 +171,9 @@ void HistogramForm::DrawKey() {
         const double y = base + letter * (static_cast<double>(row % perColumn) + 2) * kKeyLine;
         const Hatch hatch = crosshatching_ ? static_cast<Hatch>((row + 1) % 7 + 1) : Hatch::Solid;
         vwindow_.DrawRect(x, y, x + letter, y + letter, kBlack, ColorOf(row), hatch);
-        vwindow_.DrawText(x + letter * 1.5, y, data_.rows[row].label);
+        const double left = x + letter * 1.5;
+        const auto room = static_cast<int>(vwindow_.ColPos(vwindow_.Cols()) - left);
+        vwindow_.DrawText(left, y, CutToWidth(data_.rows[row].label, room, vwindow_.Metrics()));
     }
 }
 

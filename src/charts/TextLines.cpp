@@ -56,4 +56,18 @@ void WrapLines(std::string_view text, int limit, const TextMetrics& metrics,
     }
 }
 
+std::string CutToWidth(const std::string& line, int limit, const TextMetrics& metrics) {
+    if (metrics.TextWidth(line) <= limit) return line;
+    const std::string missing = "...";
+    std::size_t fits = 0;
+    for (std::size_t tooMany = line.size(); tooMany - fits > 1;) {
+        const std::size_t middle = (fits + tooMany) / 2;
+        const bool good = metrics.TextWidth(line.substr(0, middle) + missing) <= limit;
+        (good ? fits : tooMany) = middle;
+    }
+    // Bytes 10xxxxxx continue a character.
+    while (fits > 0 && (static_cast<unsigned char>(line[fits]) & 0xC0) == 0x80) --fits;
+    return line.substr(0, fits) + missing;
+}
+
 }  // namespace vortan
