@@ -6,7 +6,9 @@
 #include "charts/CrashForm.h"
 #include "charts/GanttForm.h"
 #include "charts/HistogramForm.h"
+#include "charts/PrecedenceForm.h"
 #include "charts/RiskForm.h"
+#include "charts/WorkBreakdownForm.h"
 #include "model/Fault.h"
 
 namespace vortan {
@@ -27,6 +29,14 @@ constexpr ChartKind kKinds[] = {
     {"budget", "BudgetForm", "budget and earned value plot", ChartNeeds::Solution,
      [](const ChartSource& source) -> Form {
          return std::make_unique<BudgetForm>(source.workspace, source.metrics);
+     }},
+    {"precedence", "PrecedenceForm", "precedence diagram", ChartNeeds::Solution,
+     [](const ChartSource& source) -> Form {
+         return std::make_unique<PrecedenceForm>(source.workspace, source.solver, source.metrics);
+     }},
+    {"wbs", "WorkBreakdownForm", "work breakdown structure", ChartNeeds::Solution,
+     [](const ChartSource& source) -> Form {
+         return std::make_unique<WorkBreakdownForm>(source.workspace, source.metrics);
      }},
     {"risk", "RiskForm", "risk plot", ChartNeeds::RiskResults,
      [](const ChartSource& source) -> Form {

@@ -34,6 +34,12 @@ std::string HoursText(std::int64_t tenths) {
     return HoursText(static_cast<double>(tenths) / 10);
 }
 
+/// With "..." where something is missing.
+std::string KeyLabel(const std::string& label, int room, const TextMetrics& metrics) {
+    if (metrics.TextWidth(label) <= room) return label;
+    return std::string(FittingPart(label, room - metrics.TextWidth("..."), metrics)) + "...";
+}
+
 }  // namespace
 
 HistogramForm::HistogramForm(Workspace& workspace, const Solver& solver, const TextMetrics& metrics)
@@ -173,7 +179,7 @@ void HistogramForm::DrawKey() {
         vwindow_.DrawRect(x, y, x + letter, y + letter, kBlack, ColorOf(row), hatch);
         const double left = x + letter * 1.5;
         const auto room = static_cast<int>(vwindow_.ColPos(vwindow_.Cols()) - left);
-        vwindow_.DrawText(left, y, CutToWidth(data_.rows[row].label, room, vwindow_.Metrics()));
+        vwindow_.DrawText(left, y, KeyLabel(data_.rows[row].label, room, vwindow_.Metrics()));
     }
 }
 

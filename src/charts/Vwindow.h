@@ -160,6 +160,8 @@ class Vwindow {
     bool WideTimeColumns = false;
     /// Text columns are at most 30 average characters wide and wrap to more lines.
     bool WrapText = false;
+    /// The height that a free drawing leaves empty at the end of each page that it is cut into.
+    int PageFoot = 0;
 
   private:
     struct CellData {

@@ -1,9 +1,12 @@
 #include "cli/ChartOptions.h"
 
 #include <algorithm>
+#include <span>
 
 #include "charts/BudgetForm.h"
 #include "charts/HistogramForm.h"
+#include "charts/PrecedenceForm.h"
+#include "charts/WorkBreakdownForm.h"
 #include "cli/ChartData.h"
 #include "cli/JsonWriter.h"
 #include "cli/Session.h"
@@ -98,10 +101,64 @@ void SetBudget(ChartForm& form, const ChartOptions& options, CliSession&) {
     static_cast<BudgetForm&>(form).SetChoice(choice);
 }
 
+// ---- precedence diagram
+
+std::vector<Option> PrecedenceOptions(ChartOptions& o) {
+    return {{"--style", &o.style, "What a box tells: index, elapsed, date or datetime; index if not given",
+             "STYLE"},
+            {"--units", &o.units, "Of durations: minutes, hours, days, weeks or months; days if not given",
+             "UNITS"}};
+}
+
+/// Which of `names`, which stand in the order of `Enum`; nothing for an empty text. CliError if it is none.
+template <class Enum>
+std::optional<Enum> Named(const std::string& text, const char* what, std::span<const char* const> names) {
+    if (text.empty()) return std::nullopt;
+    std::string all;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (text == names[i]) return static_cast<Enum>(i);
+        all += (i == 0 ? "" : i + 1 == names.size() ? " and " : ", ") + std::string(names[i]);
+    }
+    throw CliError("\"" + text + "\" is no " + what + ". There are " + all + ".");
+}
+
+void SetPrecedence(ChartForm& form, const ChartOptions& options, CliSession&) {
+    constexpr const char* styles[] = {"index", "elapsed", "date", "datetime"};
+    constexpr const char* units[] = {"minutes", "hours", "days", "weeks", "months"};
+    auto& precedence = static_cast<PrecedenceForm&>(form);
+    if (const auto style = Named<PrecedenceStyle>(options.style, "style", styles))
+        precedence.SetStyle(*style);
+    if (const auto unit = Named<PrecedenceUnits>(options.units, "unit", units)) precedence.SetUnits(*unit);
+}
+
+std::string PrecedenceJson(const ChartForm& form) {
+    JsonWriter json;
+    WriteChartJson(json, static_cast<const PrecedenceForm&>(form));
+    return json.Line();
+}
+
+std::string PrecedenceCsv(const ChartForm& form) {
+    return ChartCsv(static_cast<const PrecedenceForm&>(form));
+}
+
+// ---- work breakdown structure
+
+std::vector<Option> WorkBreakdownOptions(ChartOptions& o) {
+    return {{"--levels", &o.levels, "How many levels to expand, 2 at least; 3 if not given", "N"}};
+}
+
+void SetWorkBreakdown(ChartForm& form, const ChartOptions& options, CliSession&) {
+    if (options.levels < 2) throw CliError("--levels must be 2 or more.");
+    static_cast<WorkBreakdownForm&>(form).SetLevels(options.levels);
+}
+
 constexpr ChartWords kWords[] = {
     {.kind = "gantt", .hasTimeScale = true},
     {"histogram", true, true, HistogramOptions, SetHistogram, JsonOf<HistogramForm>, CsvOf<HistogramForm>},
     {"budget", true, false, BudgetOptions, SetBudget, JsonOf<BudgetForm>, CsvOf<BudgetForm>},
+    {"precedence", false, false, PrecedenceOptions, SetPrecedence, PrecedenceJson, PrecedenceCsv},
+    {"wbs", false, false, WorkBreakdownOptions, SetWorkBreakdown, JsonOf<WorkBreakdownForm>,
+     CsvOf<WorkBreakdownForm>},
 };
 
 }  // namespace

@@ -22,6 +22,10 @@ struct ChartOptions {
     // Budget.
     bool plan = false, current = false, earnedValue = false, pastToday = false;
     std::string cost;
+    // Precedence diagram.
+    std::string style, units;
+    // Work breakdown structure.
+    int levels = 3;
 };
 
 /// What a kind of chart has of its own. The form given is always of that kind.
