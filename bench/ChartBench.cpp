@@ -9,6 +9,7 @@
 #include "../fuzz/QuietPlatform.h"
 #include "BenchPlans.h"
 #include "charts/ChartKinds.h"
+#include "charts/PrecedenceForm.h"
 #include "charts/Twips.h"
 #include "model/Vproject.h"
 #include "paint/ChartPainter.h"
@@ -63,6 +64,23 @@ void ChartStart(benchmark::State& state, const char* kind) {
 BENCHMARK_CAPTURE(ChartStart, gantt, "gantt")->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(ChartStart, histogram, "histogram")->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(ChartStart, budget, "budget")->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ChartStart, precedence, "precedence")
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ChartStart, wbs, "wbs")->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+/// The same with all texts in the boxes, and a step of a box.
+void PrecedenceDates(benchmark::State& state, bool step) {
+    Charted charted("precedence", static_cast<int>(state.range(0)));
+    auto& form = static_cast<PrecedenceForm&>(*charted.chart);
+    form.SetStyle(PrecedenceStyle::DateTime);
+    form.Start();
+    form.Press(ChartForm::Key::Down);
+    for (auto _ : state) step ? void(form.Press(ChartForm::Key::MoveDown)) : form.Start();
+}
+BENCHMARK_CAPTURE(PrecedenceDates, start, false)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(PrecedenceDates, step, true)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 /// A screenful at a time, from the top of the chart to its end, in ms. "first" has the letters still to be
 /// made, "worst" is the slowest of the others.
@@ -100,6 +118,11 @@ BENCHMARK_CAPTURE(ChartScroll, histogram, "histogram")
     ->Iterations(300)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(ChartScroll, budget, "budget")->Arg(10000)->Iterations(300)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ChartScroll, precedence, "precedence")
+    ->Arg(10000)
+    ->Iterations(300)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ChartScroll, wbs, "wbs")->Arg(10000)->Iterations(300)->Unit(benchmark::kMillisecond);
 
 void GanttSvg(benchmark::State& state) {
     Charted charted("gantt", static_cast<int>(state.range(0)));

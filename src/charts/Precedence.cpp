@@ -20,7 +20,6 @@ using Box = Precedence::Box;
 using Places = std::vector<std::int32_t>;
 
 constexpr int kLeastRows = 5;
-constexpr double kAtOnce = 1.0 / kMinutesPerDay;  // days
 
 std::size_t Index(std::int32_t number) {
     return static_cast<std::size_t>(number);
@@ -124,7 +123,7 @@ class Builder {
         return box;
     }
 
-    /// What lets a slice start last: one before it, or the date set for its task.
+    /// What lets a slice start last: one before it, or a date set for its task.
     std::string WhyItStarts(std::int32_t slice) const {
         const Vslice& view = slices_[Index(slice)];
         const SliceArrow* last = nullptr;
@@ -135,21 +134,26 @@ class Builder {
             last = &arrow;
             when = allows;
         }
-        const Vdependency* control = view.fromPercent == 0 ? view.task->ControlDependency() : nullptr;
-        if (control && !control->TaskRequired() && (!last || control->DepDate() > when))
-            return "Starts by the date set for it, " + FormatDate(control->DepDate());
+        bool byDate = false;
+        for (const Vdependency* each : view.task->DependencyList()) {
+            if (!each->Include() || each->TaskRequired() || each->ToPercent() != view.fromPercent) continue;
+            const DateTime date = AddDays(each->DepDate(), each->Offset());
+            if (!(date > when)) continue;
+            byDate = true;
+            when = date;
+        }
+        if (byDate) return "Starts by the date set for it";
         if (!last) return "Nothing before it holds it back";
         const Vslice& before = slices_[Index(last->slice)];
-        std::string event = "the end of a deleted task";
+        std::string event = "a deleted task";
         if (before.task == view.task) {
             event = "the part before it";
         } else if (before.task) {
             event = before.task->BuildNodeText();
             if (before.toPercent < 100) event += " at " + std::to_string(before.toPercent) + "%";
         }
-        if (last->offset != 0) event += " and " + FormatDuration(last->offset, true);
-        const bool atOnce = DaysBetween(when, view.earlyStart) < kAtOnce;
-        return (atOnce ? "Starts after " : "Could start from " + FormatDate(when) + " on, after ") + event;
+        return "Starts after " + event +
+               (last->offset != 0 ? " and " + FormatDuration(last->offset, true) : "");
     }
 
     /// Runs of boxes in the rightmost column as they follow each other; the first counts one too many.

@@ -73,7 +73,8 @@ int WidestLine(std::string_view text, const TextMetrics& metrics) {
 std::string_view FittingPart(std::string_view text, double width, const TextMetrics& metrics) {
     const auto beginning = [text](std::size_t length) {
         while (length > 0 && length < text.size() && ContinuesCharacter(text[length])) --length;
-        return text.substr(0, length);
+        const bool inLineEnd = length > 0 && text.substr(length - 1, 2) == kLineEnd;
+        return text.substr(0, inLineEnd ? length - 1 : length);
     };
     const auto fits = [&](std::size_t length) { return WidestLine(beginning(length), metrics) <= width; };
     if (fits(text.size())) return text;
