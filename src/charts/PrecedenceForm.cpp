@@ -30,12 +30,12 @@ ChartForm::OptionsFrame PrecedenceForm::Frame() {
     int index = 0;
     for (const char* caption : {"Numeric index", "Elapsed time", "Date only", "Date and time"}) {
         const auto style = static_cast<PrecedenceStyle>(index);
-        frame.options.push_back({Option::Kind::Choice, "StyleOption" + std::to_string(index++), caption,
-                                 style == style_, [this, style](bool on) {
+        frame.options.push_back({Option::Kind::Choice, "StyleOption(" + std::to_string(index++) + ")",
+                                 caption, style == style_, [this, style](bool on) {
                                      if (on) style_ = style;
                                  }});
     }
-    Option units{Option::Kind::List, "UnitsCombo", ""};
+    Option units{Option::Kind::List, "UnitsCombo", "Units of elapsed times"};
     units.items = {"minutes", "hours", "days", "weeks", "months"};
     units.chosen = static_cast<int>(units_);
     units.choose = [this](int item) { units_ = static_cast<PrecedenceUnits>(item); };
