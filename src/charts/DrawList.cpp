@@ -21,6 +21,13 @@ Extent VerticalExtent(const DrawItem& item) {
     return {top - pen, bottom + pen};
 }
 
+bool MayTouch(const DrawItem& item, std::int64_t left, std::int64_t right) {
+    const auto [first, last] = std::minmax<std::int64_t>({item.x1, item.x2});
+    const auto pen = static_cast<std::int64_t>(kTwipsPerPixel * std::max<int>(item.width, 1));
+    const std::int64_t room = item.kind == DrawItem::Kind::Text ? last - first : pen;
+    return first - room <= right && last + room >= left;
+}
+
 }  // namespace
 
 void DrawList::Clear(int bandHeight) {
@@ -48,13 +55,15 @@ void DrawList::Add(DrawItem item) {
         bands_[static_cast<std::size_t>(band)].push_back(index);
 }
 
-void DrawList::Between(int top, int bottom, std::vector<std::int32_t>& found) const {
+void DrawList::Between(int top, int bottom, std::vector<std::int32_t>& found, int left, int right) const {
     found.clear();
     if (top > bottom) return;
     const auto addTouching = [&](const std::vector<std::int32_t>& indexes) {
         for (const std::int32_t index : indexes) {
-            const Extent extent = VerticalExtent(items_[static_cast<std::size_t>(index)]);
-            if (extent.top <= bottom && extent.bottom >= top) found.push_back(index);
+            const DrawItem& item = items_[static_cast<std::size_t>(index)];
+            const Extent extent = VerticalExtent(item);
+            if (extent.top <= bottom && extent.bottom >= top && MayTouch(item, left, right))
+                found.push_back(index);
         }
     };
     addTouching(tall_);

@@ -131,10 +131,9 @@ class Vwindow {
     bool IsLaidOut() const { return laidOut_; }
     /// In drawing order.
     const std::vector<DrawItem>& Items() const { return picture_.Items(); }
-    /// Replaces `found` by the indexes, in drawing order, of the items that touch the heights from `top` to
-    /// `bottom`.
-    void ItemsBetween(int top, int bottom, std::vector<std::int32_t>& found) const {
-        picture_.Between(top, bottom, found);
+    /// Replaces `found` by the indexes, in drawing order, of the items that lie in a part of the surface.
+    void ItemsIn(int left, int top, int right, int bottom, std::vector<std::int32_t>& found) const {
+        picture_.Between(top, bottom, found, left, right);
     }
 
     /// Colours are adapted to black and white in print and on the clipboard.
