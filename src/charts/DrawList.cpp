@@ -32,7 +32,7 @@ bool MayTouch(const DrawItem& item, std::int64_t left, std::int64_t right) {
 
 void DrawList::Clear(int bandHeight) {
     bandHeight_ = std::max(bandHeight, 1);
-    right_ = bottom_ = 0;
+    right_ = bottom_ = slantedLines_ = 0;
     items_.clear();
     bands_.clear();
     tall_.clear();
@@ -41,6 +41,7 @@ void DrawList::Clear(int bandHeight) {
 void DrawList::Add(DrawItem item) {
     right_ = std::max({right_, item.x1, item.x2});
     bottom_ = std::max({bottom_, item.y1, item.y2});
+    if (item.kind == DrawItem::Kind::Line && item.x1 != item.x2 && item.y1 != item.y2) ++slantedLines_;
     const auto index = static_cast<std::int32_t>(items_.size());
     const Extent extent = VerticalExtent(item);
     items_.push_back(std::move(item));

@@ -58,10 +58,11 @@ class DrawList {
     /// How far the picture reaches, at least 0.
     int Right() const { return right_; }
     int Bottom() const { return bottom_; }
+    int SlantedLines() const { return slantedLines_; }
 
   private:
     int bandHeight_ = 1;
-    int right_ = 0, bottom_ = 0;
+    int right_ = 0, bottom_ = 0, slantedLines_ = 0;
     std::vector<DrawItem> items_;
     std::vector<std::vector<std::int32_t>> bands_;
     std::vector<std::int32_t> tall_;  ///< those in too many bands, or beyond the last

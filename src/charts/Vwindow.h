@@ -136,6 +136,9 @@ class Vwindow {
         picture_.Between(top, bottom, found, left, right);
     }
 
+    /// How many lines of the picture are neither level nor upright.
+    int SlantedLines() const { return picture_.SlantedLines(); }
+
     /// Colours are adapted to black and white in print and on the clipboard.
     bool AdjustColors = false;
     std::string ToolTip;

@@ -157,7 +157,7 @@ void ChartPainter::DropCovered(const QRect& part, double pixel) const {
         bool covered = false;
         if (item.kind == DrawItem::Kind::Line && (item.x1 == item.x2 || item.y1 == item.y2)) {
             covered = !seen.insert(keyOf(item)).second;
-        } else if (item.kind == DrawItem::Kind::Line) {
+        } else if (item.kind == DrawItem::Kind::Line && IsDense()) {
             const auto key = slantedKeyOf(item);
             covered = !key || !seen.insert(*key).second;
         } else if (item.kind == DrawItem::Kind::Triangle && item.border == item.fill) {
@@ -307,7 +307,8 @@ void ChartPainter::PaintItem(QPainter& painter, const DrawItem& item, double pix
             // Square ends close the gaps between the short pieces of a curve.
             pen.setCapStyle(item.width > 1 ? Qt::SquareCap : Qt::FlatCap);
             painter.setPen(pen);
-            painter.setRenderHint(QPainter::Antialiasing, item.x1 != item.x2 && item.y1 != item.y2);
+            painter.setRenderHint(QPainter::Antialiasing,
+                                  item.x1 != item.x2 && item.y1 != item.y2 && !IsDense());
             painter.drawLine(item.x1, item.y1, item.x2, item.y2);
             painter.setRenderHint(QPainter::Antialiasing, false);
             return;
