@@ -33,8 +33,8 @@ void NeedToolkit() {
 
 /// A chart of a solved plan, with the user's usual settings.
 struct Charted {
-    Charted(const char* kind, int tasks) : metrics((NeedToolkit(), ToFont(FormFont()))) {
-        const std::string text = SimplePlan(tasks, tasks / 10, 1);
+    Charted(const char* kind, int tasks, int resources = 0) : metrics((NeedToolkit(), ToFont(FormFont()))) {
+        const std::string text = SimplePlan(tasks, resources > 0 ? resources : tasks / 10, 1);
         TokenReader reader(text, "bench.vta");
         LoadReport report;
         LoadRecords(workspace, reader, report);
@@ -84,8 +84,12 @@ BENCHMARK_CAPTURE(PrecedenceDates, step, true)->Arg(10000)->Arg(100000)->Unit(be
 
 /// A screenful at a time, from the top of the chart to its end, in ms. "first" has the letters still to be
 /// made, "worst" is the slowest of the others.
-void ChartScroll(benchmark::State& state, const char* kind) {
-    Charted charted(kind, static_cast<int>(state.range(0)));
+void ChartScroll(benchmark::State& state, const char* kind, int resources = 0) {
+    Charted charted(kind, static_cast<int>(state.range(0)), resources);
+    if (resources > 0) {  // few rows of large boxes
+        static_cast<PrecedenceForm&>(*charted.chart).SetStyle(PrecedenceStyle::DateTime);
+        charted.chart->Start();
+    }
     const Vwindow& surface = charted.chart->TheVwindow();
     QImage image(kScreen, QImage::Format_RGB32);
     const int screen = static_cast<int>(kScreen.height() * kTwipsPerPixel);
@@ -119,6 +123,10 @@ BENCHMARK_CAPTURE(ChartScroll, histogram, "histogram")
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(ChartScroll, budget, "budget")->Arg(10000)->Iterations(300)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(ChartScroll, precedence, "precedence")
+    ->Arg(10000)
+    ->Iterations(300)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ChartScroll, precedenceWide, "precedence", 5)
     ->Arg(10000)
     ->Iterations(300)
     ->Unit(benchmark::kMillisecond);

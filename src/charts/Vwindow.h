@@ -131,11 +131,13 @@ class Vwindow {
     bool IsLaidOut() const { return laidOut_; }
     /// In drawing order.
     const std::vector<DrawItem>& Items() const { return picture_.Items(); }
-    /// Replaces `found` by the indexes, in drawing order, of the items that touch the heights from `top` to
-    /// `bottom`.
-    void ItemsBetween(int top, int bottom, std::vector<std::int32_t>& found) const {
-        picture_.Between(top, bottom, found);
+    /// Replaces `found` by the indexes, in drawing order, of the items that lie in a part of the surface.
+    void ItemsIn(int left, int top, int right, int bottom, std::vector<std::int32_t>& found) const {
+        picture_.Between(top, bottom, found, left, right);
     }
+
+    /// How many lines of the picture are neither level nor upright.
+    int SlantedLines() const { return picture_.SlantedLines(); }
 
     /// Colours are adapted to black and white in print and on the clipboard.
     bool AdjustColors = false;
