@@ -5,6 +5,7 @@
 
 #include "charts/KeyColumns.h"
 #include "charts/PlotAxis.h"
+#include "charts/TextLines.h"
 #include "model/ErrTrap.h"
 #include "model/ValueText.h"
 #include "model/Vtemplate.h"
@@ -31,6 +32,12 @@ std::string HoursText(double hours) {
 
 std::string HoursText(std::int64_t tenths) {
     return HoursText(static_cast<double>(tenths) / 10);
+}
+
+/// With "..." where something is missing.
+std::string KeyLabel(const std::string& label, int room, const TextMetrics& metrics) {
+    if (metrics.TextWidth(label) <= room) return label;
+    return std::string(FittingPart(label, room - metrics.TextWidth("..."), metrics)) + "...";
 }
 
 }  // namespace
@@ -170,7 +177,9 @@ void HistogramForm::DrawKey() {
         const double y = base + letter * (static_cast<double>(row % perColumn) + 2) * kKeyLine;
         const Hatch hatch = crosshatching_ ? static_cast<Hatch>((row + 1) % 7 + 1) : Hatch::Solid;
         vwindow_.DrawRect(x, y, x + letter, y + letter, kBlack, ColorOf(row), hatch);
-        vwindow_.DrawText(x + letter * 1.5, y, data_.rows[row].label);
+        const double left = x + letter * 1.5;
+        const auto room = static_cast<int>(vwindow_.ColPos(vwindow_.Cols()) - left);
+        vwindow_.DrawText(left, y, KeyLabel(data_.rows[row].label, room, vwindow_.Metrics()));
     }
 }
 

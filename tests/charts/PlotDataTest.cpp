@@ -322,6 +322,9 @@ TEST(PlotForms, AnyPlanGivesAChart) {
             bench.form.SetByDepartment(byDepartment);
             bench.form.Start();
             EXPECT_EQ(DataOf(bench.form)["rows"].Items()[0]["label"].Text(), name);
+            const Vwindow& surface = bench.form.TheVwindow();
+            EXPECT_EQ(surface.ContentWidth(), surface.ColPos(surface.Cols()))
+                << "a key in the room that it has";
         }
         BudgetForm costs(bench.workspace, metrics);
         costs.Start();
