@@ -331,6 +331,32 @@ TEST(WorkBreakdownFormTest, LinesFallOnPagesAsTheyAreCut) {
     EXPECT_EQ(pieces[1].y1, 9000);
 }
 
+TEST(DiagramForms, AnyNameGivesAChart) {
+    for (const std::string& name : {std::string(10000, 'x'), std::string("\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D"),
+                                    std::string("\xF0\x9F\x9A\xA7\xF0\x9F\x9A\xA7")}) {
+        for (const auto style :
+             {PrecedenceStyle::Index, PrecedenceStyle::Elapsed, PrecedenceStyle::DateTime}) {
+            ShedDiagram bench(style);
+            bench.Task("Shed", 1)->SetDescription(name);
+            bench.workspace.ThisProject()->SetDescription(name);
+            bench.form.Start();
+            EXPECT_EQ(bench.form.Data().boxes[0].title, "1: " + name);
+            for (const DrawItem& item : bench.surface.Items())
+                EXPECT_TRUE(item.kind != DrawItem::Kind::Text || item.x2 - item.x1 <= 3900);
+            WorkBreakdownForm breakdown(bench.workspace, metrics);
+            breakdown.Start();
+            EXPECT_EQ(breakdown.Data().lines[0].text, "1: " + name);
+        }
+    }
+    // Projects that hold each other.
+    BreakdownBench bench;
+    Vproject* s = bench.Named("S");
+    bench.Task(bench.top, 1, "", s);
+    bench.Task(s, 1, "", bench.top);
+    bench.form.SetLevels(99);
+    EXPECT_EQ(bench.Made().substr(0, 8), "P 0 7100");
+}
+
 class DiagramCommands : public CliFixture {};
 
 TEST_F(DiagramCommands, OptionsAreThoseOfTheKind) {
