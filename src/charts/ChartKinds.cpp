@@ -2,9 +2,13 @@
 
 #include <algorithm>
 
+#include "charts/BudgetForm.h"
 #include "charts/CrashForm.h"
 #include "charts/GanttForm.h"
+#include "charts/HistogramForm.h"
+#include "charts/PrecedenceForm.h"
 #include "charts/RiskForm.h"
+#include "charts/WorkBreakdownForm.h"
 #include "model/Fault.h"
 
 namespace vortan {
@@ -17,6 +21,22 @@ constexpr ChartKind kKinds[] = {
     {"gantt", "GanttForm", "Mechanized Gantt chart", ChartNeeds::Solution,
      [](const ChartSource& source) -> Form {
          return std::make_unique<GanttForm>(source.workspace, source.settings, source.metrics);
+     }},
+    {"histogram", "HistogramForm", "resource histogram", ChartNeeds::Solution,
+     [](const ChartSource& source) -> Form {
+         return std::make_unique<HistogramForm>(source.workspace, source.solver, source.metrics);
+     }},
+    {"budget", "BudgetForm", "budget and earned value plot", ChartNeeds::Solution,
+     [](const ChartSource& source) -> Form {
+         return std::make_unique<BudgetForm>(source.workspace, source.metrics);
+     }},
+    {"precedence", "PrecedenceForm", "precedence diagram", ChartNeeds::Solution,
+     [](const ChartSource& source) -> Form {
+         return std::make_unique<PrecedenceForm>(source.workspace, source.solver, source.metrics);
+     }},
+    {"wbs", "WorkBreakdownForm", "work breakdown structure", ChartNeeds::Solution,
+     [](const ChartSource& source) -> Form {
+         return std::make_unique<WorkBreakdownForm>(source.workspace, source.metrics);
      }},
     {"risk", "RiskForm", "risk plot", ChartNeeds::RiskResults,
      [](const ChartSource& source) -> Form {

@@ -8,6 +8,7 @@
 #include "model/Workspace.h"
 #include "persist/Settings.h"
 #include "solve/IterativeResults.h"
+#include "solve/Solver.h"
 
 namespace vortan {
 
@@ -17,6 +18,7 @@ struct ChartSource {
     Settings& settings;
     const IterativeResults& results;
     const TextMetrics& metrics;
+    const Solver& solver;
     Money highestCost{};  ///< that a risk plot must have room for
 };
 

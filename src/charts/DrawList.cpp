@@ -21,11 +21,18 @@ Extent VerticalExtent(const DrawItem& item) {
     return {top - pen, bottom + pen};
 }
 
+bool MayTouch(const DrawItem& item, std::int64_t left, std::int64_t right) {
+    const auto [first, last] = std::minmax<std::int64_t>({item.x1, item.x2});
+    const auto pen = static_cast<std::int64_t>(kTwipsPerPixel * std::max<int>(item.width, 1));
+    const std::int64_t room = item.kind == DrawItem::Kind::Text ? last - first : pen;
+    return first - room <= right && last + room >= left;
+}
+
 }  // namespace
 
 void DrawList::Clear(int bandHeight) {
     bandHeight_ = std::max(bandHeight, 1);
-    right_ = bottom_ = 0;
+    right_ = bottom_ = slantedLines_ = 0;
     items_.clear();
     bands_.clear();
     tall_.clear();
@@ -34,6 +41,7 @@ void DrawList::Clear(int bandHeight) {
 void DrawList::Add(DrawItem item) {
     right_ = std::max({right_, item.x1, item.x2});
     bottom_ = std::max({bottom_, item.y1, item.y2});
+    if (item.kind == DrawItem::Kind::Line && item.x1 != item.x2 && item.y1 != item.y2) ++slantedLines_;
     const auto index = static_cast<std::int32_t>(items_.size());
     const Extent extent = VerticalExtent(item);
     items_.push_back(std::move(item));
@@ -48,13 +56,15 @@ void DrawList::Add(DrawItem item) {
         bands_[static_cast<std::size_t>(band)].push_back(index);
 }
 
-void DrawList::Between(int top, int bottom, std::vector<std::int32_t>& found) const {
+void DrawList::Between(int top, int bottom, std::vector<std::int32_t>& found, int left, int right) const {
     found.clear();
     if (top > bottom) return;
     const auto addTouching = [&](const std::vector<std::int32_t>& indexes) {
         for (const std::int32_t index : indexes) {
-            const Extent extent = VerticalExtent(items_[static_cast<std::size_t>(index)]);
-            if (extent.top <= bottom && extent.bottom >= top) found.push_back(index);
+            const DrawItem& item = items_[static_cast<std::size_t>(index)];
+            const Extent extent = VerticalExtent(item);
+            if (extent.top <= bottom && extent.bottom >= top && MayTouch(item, left, right))
+                found.push_back(index);
         }
     };
     addTouching(tall_);

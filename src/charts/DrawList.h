@@ -51,15 +51,18 @@ class DrawList {
     void Add(DrawItem item);
     const std::vector<DrawItem>& Items() const { return items_; }
     /// Replaces `found` by the indexes, in drawing order, of the items that touch the heights from `top` to
-    /// `bottom`, both included; the thickness of lines counts.
-    void Between(int top, int bottom, std::vector<std::int32_t>& found) const;
+    /// `bottom`, both included, and may touch the widths from `left` to `right`; the thickness of lines
+    /// counts, and that letters may turn out wider than they were measured.
+    void Between(int top, int bottom, std::vector<std::int32_t>& found, int left = INT32_MIN,
+                 int right = INT32_MAX) const;
     /// How far the picture reaches, at least 0.
     int Right() const { return right_; }
     int Bottom() const { return bottom_; }
+    int SlantedLines() const { return slantedLines_; }
 
   private:
     int bandHeight_ = 1;
-    int right_ = 0, bottom_ = 0;
+    int right_ = 0, bottom_ = 0, slantedLines_ = 0;
     std::vector<DrawItem> items_;
     std::vector<std::vector<std::int32_t>> bands_;
     std::vector<std::int32_t> tall_;  ///< those in too many bands, or beyond the last

@@ -43,6 +43,7 @@ PageStats PageStatsOf(const Vwindow& surface, const Vwindow::Page& page) {
     PageStats stats;
     stats.pageWidth = page.width;
     stats.pageHeight = page.height;
+    stats.pageFoot = std::clamp(surface.PageFoot, 0, page.height / 2);
     stats.contentWidth = surface.ContentWidth();
     stats.contentHeight = surface.ContentHeight();
     stats.fixedRows = surface.FixedRows();
@@ -104,7 +105,8 @@ Piece PageCuts::Centered() const {
 
 std::vector<Piece> PageCuts::CutAndPaste(bool repeatHeadings) const {
     const Direction across(stats_.colPos, stats_.pageWidth, repeatHeadings ? stats_.fixedCols : 0);
-    const Direction down(stats_.rowPos, stats_.pageHeight, repeatHeadings ? stats_.fixedRows : 0);
+    const Direction down(stats_.rowPos, stats_.pageHeight - stats_.pageFoot,
+                         repeatHeadings ? stats_.fixedRows : 0);
     const int fixedWidth = across.FixedSize(), fixedHeight = down.FixedSize();
     const bool headings = across.fixed > 0 || down.fixed > 0;
     std::vector<Piece> pieces;

@@ -14,6 +14,7 @@ struct PageStats {
     int fixedRows = 0, fixedCols = 0;  ///< headings
     bool hasHeadings = true;           ///< a free drawing has none
     std::vector<int> colPos, rowPos;   ///< the edges of all columns and rows, from 0 to the far edge
+    int pageFoot = 0;                  ///< of its height, left empty where a surface is cut
 };
 /// `page` is that of the printer now, which need not be the one that the surface was laid out for.
 PageStats PageStatsOf(const Vwindow& surface, const Vwindow::Page& page);

@@ -1,9 +1,16 @@
 #include "charts/TextLines.h"
 
+#include <algorithm>
+
 namespace vortan {
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
+
+/// Bytes 10xxxxxx do.
+bool ContinuesCharacter(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
 
 /// The length of the longest beginning of `line` that is not wider than `limit` and ends before a blank, or,
 /// when the first word alone is too wide, anywhere between two characters; at least one character.
@@ -17,9 +24,8 @@ std::size_t FittingLength(std::string_view line, int limit, const TextMetrics& m
     }
     if (fitting > 0) return fitting;
     for (std::size_t end = 0; end < line.size();) {
-        // Bytes 10xxxxxx continue a character.
         do ++end;
-        while (end < line.size() && (static_cast<unsigned char>(line[end]) & 0xC0) == 0x80);
+        while (end < line.size() && ContinuesCharacter(line[end]));
         if (fitting > 0 && metrics.TextWidth(line.substr(0, end)) > limit) break;
         fitting = end;
     }
@@ -54,6 +60,30 @@ void WrapLines(std::string_view text, int limit, const TextMetrics& metrics,
         }
         lines.push_back(line);
     }
+}
+
+int WidestLine(std::string_view text, const TextMetrics& metrics) {
+    std::vector<std::string_view> lines;
+    SplitLines(text, lines);
+    int width = 0;
+    for (const std::string_view line : lines) width = std::max(width, metrics.TextWidth(line));
+    return width;
+}
+
+std::string_view FittingPart(std::string_view text, double width, const TextMetrics& metrics) {
+    const auto beginning = [text](std::size_t length) {
+        while (length > 0 && length < text.size() && ContinuesCharacter(text[length])) --length;
+        const bool inLineEnd = length > 0 && text.substr(length - 1, 2) == kLineEnd;
+        return text.substr(0, inLineEnd ? length - 1 : length);
+    };
+    const auto fits = [&](std::size_t length) { return WidestLine(beginning(length), metrics) <= width; };
+    if (fits(text.size())) return text;
+    std::size_t fitting = 0, tooWide = text.size();
+    while (tooWide - fitting > 1) {
+        const std::size_t middle = fitting + (tooWide - fitting) / 2;
+        (fits(middle) ? fitting : tooWide) = middle;
+    }
+    return beginning(fitting);
 }
 
 }  // namespace vortan

@@ -33,10 +33,10 @@ DateTime InCalendar(DateTime date) {
 }
 
 /// The beginning of the period that `date` lies in.
-double Floor(Period period, DateTime date) {
+double Floor(Period period, DateTime date, TimeScale::WeekStart weekStart = TimeScale::WeekStart::Monday) {
     const double day = date.WholeDay();
     if (period == Period::Day) return day;
-    if (period == Period::Week) return day - (Weekday(date) + 5) % 7;
+    if (period == Period::Week) return day - (Weekday(date) + 7 - static_cast<int>(weekStart)) % 7;
     DateParts parts = ToParts(DateTime(day));
     parts.month -= (parts.month - 1) % MonthsOf(period);
     parts.day = 1;
@@ -62,24 +62,26 @@ const char* TimeScale::MonthName(int month) {
     return kMonths[Index(month - 1)];
 }
 
-TimeScale::TimeScale(Period period, DateTime start, DateTime finish, const TextMetrics& metrics)
+TimeScale::TimeScale(Period period, DateTime start, DateTime finish, const TextMetrics& metrics,
+                     WeekStart weekStart)
     : period_(period) {
     start = InCalendar(start);
     finish = std::max(InCalendar(finish), start);
-    bounds_.front() = Floor(period, start);
+    bounds_.front() = Floor(period, start, weekStart);
     do bounds_.push_back(Next(period, bounds_.back()));
     while (bounds_.back() < finish.Days());
     MakeLabels(metrics);
     MakeUpperLabels(metrics);
 }
 
-TimeScale TimeScale::Fitting(DateTime start, DateTime finish, double width, const TextMetrics& metrics) {
+TimeScale TimeScale::Fitting(DateTime start, DateTime finish, double width, const TextMetrics& metrics,
+                             WeekStart weekStart) {
     const double mostColumns = width / (kMinColumn * metrics.AverageWidth());
     const double days = DaysBetween(InCalendar(start), InCalendar(finish));
     for (const Period period : {Period::Day, Period::Week, Period::Month}) {
         // Centuries of days need not be made to see that they do not fit.
         if (days / kLongestPeriods[static_cast<int>(period)] > mostColumns) continue;
-        TimeScale scale(period, start, finish, metrics);
+        TimeScale scale(period, start, finish, metrics, weekStart);
         if (static_cast<double>(scale.Count()) * scale.ColumnWidth() <= width) return scale;
     }
     return {Period::Quarter, start, finish, metrics};

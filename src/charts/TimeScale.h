@@ -21,10 +21,14 @@ class TimeScale {
 
     /// No columns.
     TimeScale() = default;
-    /// Covers the moments from `start` to `finish`, and at least one period. A week begins on Monday.
-    TimeScale(Period period, DateTime start, DateTime finish, const TextMetrics& metrics);
+    /// The day that a week begins on, as Weekday counts.
+    enum class WeekStart { Sunday = 1, Monday = 2 };
+    /// Covers the moments from `start` to `finish`, and at least one period.
+    TimeScale(Period period, DateTime start, DateTime finish, const TextMetrics& metrics,
+              WeekStart weekStart = WeekStart::Monday);
     /// Of the finest period that takes no more than `width` twips, or of quarters.
-    static TimeScale Fitting(DateTime start, DateTime finish, double width, const TextMetrics& metrics);
+    static TimeScale Fitting(DateTime start, DateTime finish, double width, const TextMetrics& metrics,
+                             WeekStart weekStart = WeekStart::Monday);
 
     /// Makes the columns wider, so that together they come near `width`, but at most kMostWidening times.
     void Widen(double width, const TextMetrics& metrics);
@@ -38,6 +42,8 @@ class TimeScale {
     int ColumnWidth() const { return columnWidth_; }
     DateTime First() const { return DateTime(bounds_.front()); }
     DateTime Last() const { return DateTime(bounds_.back()); }
+    /// Where columns begin, and the end of the last, in days. All are whole.
+    const std::vector<double>& Bounds() const { return bounds_; }
     const std::string& Label(int col) const { return labels_[static_cast<std::size_t>(col)]; }
     /// Shortened where the columns are too narrow for them, at worst to nothing.
     const std::vector<UpperLabel>& UpperLabels() const { return upperLabels_; }
@@ -53,7 +59,7 @@ class TimeScale {
 
     Period period_ = Period::Day;
     int columnWidth_ = 0;
-    std::vector<double> bounds_{0};  ///< where columns begin, and the end of the last, in days
+    std::vector<double> bounds_{0};
     std::vector<std::string> labels_;
     std::vector<UpperLabel> upperLabels_;
 };

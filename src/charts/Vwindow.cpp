@@ -66,7 +66,12 @@ void Vwindow::AddColumn(const std::string& title, Alignment alignment) {
 void Vwindow::AddTimeColumns() {
     Require(style_ == Style::Time && timeAt_ < 0);
     timeAt_ = static_cast<int>(columns_.size());
-    scale_ = TimeScale::Fitting(start_, finish_, page_.width, *metrics_);
+    scale_ = ScaleFitting(page_.width);
+}
+
+TimeScale Vwindow::ScaleFitting(double width) const {
+    if (FixedPeriod) return {*FixedPeriod, start_, finish_, *metrics_, WeekStart};
+    return TimeScale::Fitting(start_, finish_, width, *metrics_, WeekStart);
 }
 
 void Vwindow::EndColumns(bool firstRowFixed) {
@@ -227,7 +232,7 @@ void Vwindow::ComputePositions() {
     if (timeAt_ >= 0 && !periodChosen_) {
         double room = page_.width;
         for (const Column& column : columns_) room -= column.width;
-        scale_ = TimeScale::Fitting(start_, finish_, room, *metrics_);
+        scale_ = ScaleFitting(room);
         if (WideTimeColumns) scale_.Widen(room, *metrics_);
         periodChosen_ = true;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -106,6 +107,8 @@ class Vwindow {
     /// The reverse, for a position in the time columns.
     DateTime XToDate(int x) const;
     Period ThePeriod() const;
+    /// As of the last layout.
+    const TimeScale& Scale() const { return scale_; }
     using UpperLabel = TimeScale::UpperLabel;
     /// The labels of the upper heading line: text and the columns from first up to, not including, last.
     const std::vector<UpperLabel>& UpperLabels() const;
@@ -128,11 +131,13 @@ class Vwindow {
     bool IsLaidOut() const { return laidOut_; }
     /// In drawing order.
     const std::vector<DrawItem>& Items() const { return picture_.Items(); }
-    /// Replaces `found` by the indexes, in drawing order, of the items that touch the heights from `top` to
-    /// `bottom`.
-    void ItemsBetween(int top, int bottom, std::vector<std::int32_t>& found) const {
-        picture_.Between(top, bottom, found);
+    /// Replaces `found` by the indexes, in drawing order, of the items that lie in a part of the surface.
+    void ItemsIn(int left, int top, int right, int bottom, std::vector<std::int32_t>& found) const {
+        picture_.Between(top, bottom, found, left, right);
     }
+
+    /// How many lines of the picture are neither level nor upright.
+    int SlantedLines() const { return picture_.SlantedLines(); }
 
     /// Colours are adapted to black and white in print and on the clipboard.
     bool AdjustColors = false;
@@ -150,10 +155,15 @@ class Vwindow {
     };
     void SetPage(const Page& page) { page_ = page; }
     const Page& ThePage() const { return page_; }
+    /// None: the finest with which the chart fits a page.
+    std::optional<Period> FixedPeriod;
+    TimeScale::WeekStart WeekStart = TimeScale::WeekStart::Monday;
     /// Time columns are wider than their labels need, to fill a page: for plots, which have little else.
     bool WideTimeColumns = false;
     /// Text columns are at most 30 average characters wide and wrap to more lines.
     bool WrapText = false;
+    /// The height that a free drawing leaves empty at the end of each page that it is cut into.
+    int PageFoot = 0;
 
   private:
     struct CellData {
@@ -166,6 +176,7 @@ class Vwindow {
         int width;
     };
 
+    TimeScale ScaleFitting(double width) const;
     int TimeCols() const { return timeAt_ < 0 ? 0 : scale_.Count(); }
     /// The column without regard to time columns, or -1 if it is one of those.
     int TitledColumn(int col) const;

@@ -15,12 +15,12 @@ namespace {
 
 enum class Output { Svg, Png, Pdf };
 
-Output OutputOf(const std::string& fileName) {
+Output OutputOf(const std::string& fileName, bool data = false) {
     if (EndsWithText(fileName, ".svg")) return Output::Svg;
     if (EndsWithText(fileName, ".png")) return Output::Png;
     if (EndsWithText(fileName, ".pdf")) return Output::Pdf;
-    throw CliError("The chart cannot be written to \"" + fileName +
-                   "\". Its name must end in .svg, .png or .pdf.");
+    throw CliError("The chart cannot be written to \"" + fileName + "\". Its name must end in .svg, .png" +
+                   (data ? ", .pdf, .json or .csv." : " or .pdf."));
 }
 
 /// Fonts need the toolkit to be up, which needs no display.
@@ -47,30 +47,46 @@ QByteArray MakeFile(const ShownSurface& shown, Output output, bool fit) {
 
 }  // namespace
 
-void RequireChartFile(const std::string& fileName) {
-    OutputOf(fileName);
+void RequireChartFile(const std::string& fileName, bool data) {
+    if (data && (EndsWithText(fileName, ".json") || EndsWithText(fileName, ".csv"))) return;
+    OutputOf(fileName, data);
 }
 
-void WriteChart(CliSession& session, const std::string& fileName, const ChartKind& kind, bool fit) {
-    const auto toolkit = StartToolkit();
-    Settings settings(session.platform);
+void WriteResultFile(const std::string& fileName, const std::string& bytes) {
+    const std::string problem =
+        SaveFile(fileName, QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    if (!problem.empty()) throw CliError(problem);
+}
+
+ChartFile::ChartFile(CliSession& session, const ChartKind& kind)
+    : toolkit_(StartToolkit()), settings_(session.platform) {
     try {
-        settings.ReadConfigFile();
+        settings_.ReadConfigFile();
     } catch (const Fault& fault) {
         session.streams.err << "Warning: " << fault.Description() << "\n";
     }
-    const QtTextMetrics metrics(ToFont(settings.FontOf(kind.form)));
-    const auto chart = kind.make({session.workspace, settings, session.iterative.Results(), metrics});
-    chart->TheVwindow().SetPage(PageOf(DefaultPageLayout()));
-    chart->Start();
-    const ShownSurface shown{chart->TheVwindow(), metrics, chart->Caption()};
-    std::string problem;
+    metrics_ = std::make_unique<QtTextMetrics>(ToFont(settings_.FontOf(kind.form)));
+    form_ = kind.make({session.workspace, settings_, session.iterative.Results(), *metrics_, session.solver});
+    form_->TheVwindow().SetPage(PageOf(DefaultPageLayout()));
+}
+
+ChartFile::~ChartFile() = default;
+
+void ChartFile::Write(const std::string& fileName, bool fit) const {
+    const ShownSurface shown{form_->TheVwindow(), *metrics_, form_->Caption()};
+    QByteArray bytes;
     try {
-        problem = SaveFile(fileName, MakeFile(shown, OutputOf(fileName), fit));
+        bytes = MakeFile(shown, OutputOf(fileName), fit);
     } catch (const Fault& fault) {
-        problem = fault.Description();
+        throw CliError(fault.Description());
     }
-    if (!problem.empty()) throw CliError(problem);
+    WriteResultFile(fileName, bytes.toStdString());
+}
+
+void WriteChart(CliSession& session, const std::string& fileName, const ChartKind& kind, bool fit) {
+    ChartFile chart(session, kind);
+    chart.Form().Start();
+    chart.Write(fileName, fit);
 }
 
 }  // namespace vortan

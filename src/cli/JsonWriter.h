@@ -19,6 +19,12 @@ class JsonWriter {
         body();
         End('}');
     }
+    template <class Body>
+    void Array(Body&& body) {
+        Begin('[');
+        body();
+        End(']');
+    }
     void Value(std::nullptr_t) { Raw("null"); }
     void Value(bool value) { Raw(value ? "true" : "false"); }
     void Value(std::int64_t value) { Raw(std::to_string(value)); }
@@ -48,9 +54,7 @@ class JsonWriter {
     template <class Body>
     void ArrayMember(const char* name, Body&& body) {
         Name(name);
-        Begin('[');
-        body();
-        End(']');
+        Array(body);
     }
     template <class Body>
     void ObjectMember(const char* name, Body&& body) {

@@ -10,6 +10,20 @@
 
 namespace vortan {
 
+namespace {
+
+/// CliError, with the names that there are, if there is none of that name.
+template <class T>
+T* FindNamed(const std::string& what, const KeyedList<T>& list, const std::string& name) {
+    if (T* found = list.Find(name)) return found;
+    std::string known;
+    for (const T* each : list) known += (known.empty() ? "" : ", ") + each->Key();
+    throw CliError("There is no " + what + " \"" + name + "\" in memory. " +
+                   (known.empty() ? "There are none." : "There are: " + known + "."));
+}
+
+}  // namespace
+
 void RequirePlanFile(const std::string& name) {
     if (!IsPlanFile(name)) {
         throw CliError("The file \"" + name +
@@ -52,16 +66,11 @@ void CliSession::Save(const std::string& fileName) {
 }
 
 void CliSession::SelectProject(const std::string& name) {
-    if (name.empty()) return;
-    Vproject* project = workspace.ProjectList().Find(name);
-    if (!project) {
-        std::string known;
-        for (const Vproject* each : workspace.ProjectList())
-            known += (known.empty() ? "" : ", ") + each->ProjectName();
-        throw CliError("There is no project \"" + name + "\" in memory. " +
-                       (known.empty() ? "There are none." : "There are: " + known + "."));
-    }
-    workspace.SetThisProject(project);
+    if (!name.empty()) workspace.SetThisProject(FindNamed("project", workspace.ProjectList(), name));
+}
+
+void CliSession::SelectTemplate(const std::string& name) {
+    if (!name.empty()) workspace.SetThisTemplate(FindNamed("template", workspace.TemplateList(), name));
 }
 
 void CliSession::SelectJournal(const std::string& text) {

@@ -38,6 +38,8 @@ struct CliSession {
     void Save(const std::string& fileName);
     /// Makes the project of that name active; nothing for an empty name. CliError if there is none.
     void SelectProject(const std::string& name);
+    /// The same with a template.
+    void SelectTemplate(const std::string& name);
     /// Makes the journal of that date active in all projects that have it. CliError if the active one has
     /// not.
     void SelectJournal(const std::string& date);

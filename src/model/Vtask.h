@@ -56,12 +56,14 @@ class alignas(64) Vtask : public JournaledObject<Vtask> {
     double Efficiency() const { return efficiency_.At(Index()); }
     void SetEfficiency(double value) { Let(efficiency_, value); }
     Money MaterialCost() const { return materialCost_.At(Index()); }
+    Money MaterialCostAt(std::int32_t journalIndex) const { return materialCost_.At(journalIndex); }
     void SetMaterialCost(Money value) { Let(materialCost_, value); }
 
     // What a solve finds. To write it is no change of the plan.
     /// The material cost of a task that stands for a subproject.
     void SetSubprojectCost(Money value) { LetResult(materialCost_, value); }
     Money LaborCost() const { return laborCost_.At(Index()); }
+    Money LaborCostAt(std::int32_t journalIndex) const { return laborCost_.At(journalIndex); }
     void SetLaborCost(Money value) { LetResult(laborCost_, value); }
     DateTime EarlyStart() const { return earlyStart_.At(Index()); }
     DateTime EarlyStartAt(std::int32_t journalIndex) const { return earlyStart_.At(journalIndex); }

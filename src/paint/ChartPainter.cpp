@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <optional>
 #include <unordered_set>
 
 #include "charts/AdjustColors.h"
@@ -18,6 +19,8 @@ namespace {
 
 constexpr Color kGridLine = 0xC8C8C8, kTimeLine = 0xE4E4E4, kHeading = 0xF2F0EC;
 
+constexpr int kSlanted = -16;    // in a key, apart from what stands for triangles
+constexpr double kMargin = 150;  // twips around a part from which a line can still reach into it
 constexpr int kHatchStep = 105;  // twips between two lines of a hatch
 
 /// The lines of a hatch in the area x1, y1 to x2, y2, which has its corners in order. Lines of one kind lie
@@ -46,6 +49,24 @@ void AddHatch(QVector<QLineF>& lines, const QRectF& area, Hatch hatch) {
         });
 }
 
+/// What of a line lies in an area; none of it: nothing.
+std::optional<QLineF> Clipped(const QLineF& line, const QRectF& area) {
+    double first = 0, last = 1;
+    const auto keep = [&](double from, double step, double low, double high) {
+        if (step == 0) {
+            if (from < low || from > high) last = -1;
+            return;
+        }
+        const auto [enter, leave] = std::minmax({(low - from) / step, (high - from) / step});
+        first = std::max(first, enter);
+        last = std::min(last, leave);
+    };
+    keep(line.x1(), line.dx(), area.left(), area.right());
+    keep(line.y1(), line.dy(), area.top(), area.bottom());
+    if (first > last) return std::nullopt;
+    return QLineF(line.pointAt(first), line.pointAt(last));
+}
+
 /// The row or column that was `found` at a position, or the nearest of `count`.
 int Nearest(int found, int position, int count) {
     if (found >= 0) return found;
@@ -66,15 +87,10 @@ void ChartPainter::Paint(QPainter& painter, const QRect& part, double pixel) con
     painter.fillRect(part, Qt::white);
     painter.setFont(metrics_.DrawingFont());
     if (surface_.TheStyle() != Vwindow::Style::Free) PaintGrid(painter, part, pixel);
-    surface_.ItemsBetween(part.top(), part.bottom() + 1, found_);
+    surface_.ItemsIn(part.left(), part.top(), part.right() + 1, part.bottom() + 1, found_);
     DropCovered(part, pixel);
     for (const std::int32_t index : found_) {
         const DrawItem& item = surface_.Items()[static_cast<std::size_t>(index)];
-        const QRect box(QPoint(std::min(item.x1, item.x2), item.y1),
-                        QPoint(std::max(item.x1, item.x2), item.y2));
-        if (item.kind != DrawItem::Kind::Text &&
-            (box.left() > part.right() + kTwipsPerPixel || box.right() < part.left() - kTwipsPerPixel))
-            continue;
         if (blackAndWhite_) {
             PaintItem(painter, Adjusted(item), pixel);
         } else {
@@ -122,6 +138,17 @@ void ChartPainter::DropCovered(const QRect& part, double pixel) const {
                 static_cast<std::int32_t>(item.border),
                 item.width};
     };
+    // A slanted line by the pixels where it enters and leaves.
+    const QRectF near = QRectF(part).adjusted(-kMargin, -kMargin, kMargin, kMargin);
+    const auto slantedKeyOf = [&](const DrawItem& item) -> std::optional<Key> {
+        const auto inside = Clipped(QLineF(item.x1, item.y1, item.x2, item.y2), near);
+        if (!inside) return std::nullopt;
+        const auto pixelAt = [&](double position) {
+            return static_cast<std::int32_t>(std::floor(position / pixel));
+        };
+        return Key{kSlanted - item.width, pixelAt(inside->x1()), pixelAt(inside->y1()),
+                   pixelAt(inside->x2()), pixelAt(inside->y2()), static_cast<std::int32_t>(item.border)};
+    };
     std::unordered_set<Key, Hash> seen;
     seen.reserve(found_.size());
     auto kept = found_.end();
@@ -130,6 +157,9 @@ void ChartPainter::DropCovered(const QRect& part, double pixel) const {
         bool covered = false;
         if (item.kind == DrawItem::Kind::Line && (item.x1 == item.x2 || item.y1 == item.y2)) {
             covered = !seen.insert(keyOf(item)).second;
+        } else if (item.kind == DrawItem::Kind::Line && IsDense()) {
+            const auto key = slantedKeyOf(item);
+            covered = !key || !seen.insert(*key).second;
         } else if (item.kind == DrawItem::Kind::Triangle && item.border == item.fill) {
             covered = !seen.insert({-static_cast<int>(item.apex), item.x1, item.y1, item.x2, item.y2,
                                     static_cast<std::int32_t>(item.fill)})
@@ -277,7 +307,8 @@ void ChartPainter::PaintItem(QPainter& painter, const DrawItem& item, double pix
             // Square ends close the gaps between the short pieces of a curve.
             pen.setCapStyle(item.width > 1 ? Qt::SquareCap : Qt::FlatCap);
             painter.setPen(pen);
-            painter.setRenderHint(QPainter::Antialiasing, item.x1 != item.x2 && item.y1 != item.y2);
+            painter.setRenderHint(QPainter::Antialiasing,
+                                  item.x1 != item.x2 && item.y1 != item.y2 && !IsDense());
             painter.drawLine(item.x1, item.y1, item.x2, item.y2);
             painter.setRenderHint(QPainter::Antialiasing, false);
             return;

@@ -26,6 +26,9 @@ class ChartPainter {
     void PaintCut(QPainter& painter, const QRect& part, double pixel) const;
 
   private:
+    /// So many slanted lines that nobody sees single ones, and smoothing each takes long. Asked of the whole
+    /// surface, so that it looks alike however it is painted in parts.
+    bool IsDense() const { return surface_.SlantedLines() > 4000; }
     void DropCovered(const QRect& part, double pixel) const;
     void PaintGrid(QPainter& painter, const QRect& part, double pixel) const;
     void PaintHeading(QPainter& painter, int firstCol, int lastCol, double pixel) const;

@@ -305,27 +305,32 @@ TEST(Vwindow, AFreeDrawingGrowsWithItsPicture) {
     EXPECT_EQ(w.Items()[0].y2, 2500) << "corners are put in order";
 }
 
-TEST(Vwindow, ItemsBetweenAreThoseOfAFullSearch) {
+TEST(Vwindow, ItemsInAPartAreThoseOfAFullSearch) {
     Vwindow w(Style::Free, metrics);
     w.ClearLayout();
     std::mt19937 random(7);
     const auto upTo = [&](unsigned limit) { return static_cast<int>(random() % limit); };
     for (int i = 0; i < 3000; ++i) {
         const int y = upTo(200000) - 500, height = upTo(50) == 0 ? upTo(200000) : upTo(5000);
-        w.DrawLine(0, y, 0, y - height);
+        const int x = upTo(20000);
+        w.DrawLine(x, y, x - upTo(9000), y - height);
     }
-    w.DrawLine(0, -2e9, 0, 3e9);
-    w.DrawLine(0, 2e9, 0, 2e9);
+    w.DrawLine(5000, -2e9, 5000, 3e9);
+    w.DrawLine(5000, 2e9, 5000, 2e9);
     std::vector<std::int32_t> found, expected;
+    const int left = 4000, right = 6000;
     const std::pair<int, int> ranges[] = {
         {0, 0}, {3200, 6399}, {150000, 170000}, {-9000, -1}, {1999999999, 2100000000}, {5, 4}};
     for (const auto& [top, bottom] : ranges) {
         expected.clear();
         for (std::size_t i = 0; i < w.Items().size() && top <= bottom; ++i) {
             const auto [low, high] = std::minmax(w.Items()[i].y1, w.Items()[i].y2);
-            if (low - 15LL <= bottom && high + 15LL >= top) expected.push_back(static_cast<std::int32_t>(i));
+            const auto [from, to] = std::minmax(w.Items()[i].x1, w.Items()[i].x2);
+            const bool across = from - 15LL <= right && to + 15LL >= left;
+            if (low - 15LL <= bottom && high + 15LL >= top && across)
+                expected.push_back(static_cast<std::int32_t>(i));
         }
-        w.ItemsBetween(top, bottom, found);
+        w.ItemsIn(left, top, right, bottom, found);
         EXPECT_EQ(found, expected) << top;
     }
 }

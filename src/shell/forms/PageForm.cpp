@@ -9,9 +9,11 @@ PageForm::PageForm(Desktop& desktop) : desktop_(desktop) {
 }
 
 PageForm::~PageForm() {
+    // A page that was never shown has no parent and may outlive the memory.
+    if (unloaded_) return;
     desktop_.workspace.RemoveListener(this);
     // Closed with the program: the main window is not there to be told.
-    if (!unloaded_ && desktop_.host) desktop_.host->FormClosed(*this);
+    if (desktop_.host) desktop_.host->FormClosed(*this);
 }
 
 void PageForm::Show(const std::function<bool()>& fill) {

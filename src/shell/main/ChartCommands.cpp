@@ -4,18 +4,23 @@
 #include <functional>
 #include <optional>
 
+#include "charts/ChartKinds.h"
 #include "charts/CrashForm.h"
 #include "charts/GanttForm.h"
+#include "charts/HistogramForm.h"
 #include "charts/RiskForm.h"
 #include "model/NumberText.h"
 #include "model/Rounding.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
+#include "model/Vresource.h"
+#include "model/Vtemplate.h"
 #include "shell/entry/ProjectEntryForm.h"
 #include "shell/main/MainForm.h"
 #include "shell/main/PreferencesForm.h"
 #include "shell/pages/ChartPage.h"
 #include "shell/pages/CrashDataForm.h"
+#include "shell/pages/FilterForm.h"
 #include "shell/widgets/ProgressForm.h"
 
 namespace vortan {
@@ -44,6 +49,37 @@ bool ExplainOutcome(Platform& platform, const IterativeSolve::Outcome& outcome) 
     return outcome.done;
 }
 
+ChartPage::Maker MakerOf(Desktop& desktop, const ChartKind& kind) {
+    return [&desktop, &kind](const TextMetrics& metrics) {
+        return kind.make(
+            {desktop.workspace, desktop.settings, desktop.iterative.Results(), metrics, desktop.solver});
+    };
+}
+
+/// Of the histogram in front.
+void AskForFilter(MainForm& main) {
+    Desktop& desktop = main.TheDesktop();
+    const auto chart = [&desktop] {
+        return static_cast<HistogramForm*>(ChartPage::InFront(desktop, "HistogramForm"));
+    };
+    const Vtemplate* from = desktop.workspace.ThisTemplate();
+    if (!chart() || !from) return;
+    std::vector<FilterForm::Choice> choices;
+    for (const Vresource* resource : from->ResourceList()) {
+        if (!resource->Include()) continue;
+        const auto& filter = chart()->Filter();
+        choices.push_back({resource->Department(), resource->BuildNodeText(), resource->ResourceID(),
+                           !filter || filter->Takes(*resource)});
+    }
+    const std::size_t all = choices.size();
+    FilterForm::Start(desktop, choices, [&main, chart, all](const std::vector<std::int32_t>& ids) {
+        if (!chart()) return;
+        chart()->SetFilter(ids.size() == all ? std::nullopt
+                                             : std::optional(HistogramFilter{{}, {ids.begin(), ids.end()}}));
+        StartHistogramForm(main);
+    });
+}
+
 /// Of the crash steps that there are.
 void ShowCrashForm(Desktop& desktop) {
     ChartPage::Start(desktop, "CrashForm", [&desktop](const TextMetrics& metrics) {
@@ -64,6 +100,20 @@ void StartGanttForm(MainForm& main) {
     ChartPage::Start(desktop, "GanttForm", [&desktop](const TextMetrics& metrics) {
         auto chart = std::make_unique<GanttForm>(desktop.workspace, desktop.settings, metrics);
         chart->PreferencesCommandClick = [&desktop] { PreferencesForm::Start(desktop); };
+        return chart;
+    });
+}
+
+void StartChart(MainForm& main, const char* kind) {
+    const ChartKind& row = ChartKindOf(kind);
+    ChartPage::Start(main.TheDesktop(), row.form, MakerOf(main.TheDesktop(), row));
+}
+
+void StartHistogramForm(MainForm& main) {
+    const auto make = MakerOf(main.TheDesktop(), ChartKindOf("histogram"));
+    ChartPage::Start(main.TheDesktop(), "HistogramForm", [&](const TextMetrics& metrics) {
+        auto chart = make(metrics);
+        static_cast<HistogramForm&>(*chart).FilterCommandClick = [&main] { AskForFilter(main); };
         return chart;
     });
 }

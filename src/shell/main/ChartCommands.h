@@ -19,6 +19,9 @@ struct IterativeChoices {
 
 // Each shows its chart as the page in front, or says why it cannot.
 void StartGanttForm(MainForm& main);
+void StartHistogramForm(MainForm& main);
+/// A chart that needs nothing of the desktop but what all charts are made of; `kind` as in ChartKinds.
+void StartChart(MainForm& main, const char* kind);
 void StartRiskForm(MainForm& main);
 void StartCrashForm(MainForm& main);
 

@@ -1,17 +1,26 @@
 #include "shell/pages/ChartPage.h"
 
 #include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <map>
+#include <utility>
 
 #include "charts/Twips.h"
+#include "model/Vtask.h"
 #include "paint/Text.h"
 #include "shell/desk/CommonDialogs.h"
 #include "shell/desk/FormHost.h"
 #include "shell/desk/Printing.h"
+#include "shell/entry/ResourceEntryForm.h"
+#include "shell/entry/SubprojectEntryForm.h"
+#include "shell/entry/TaskEntryForm.h"
 
 namespace vortan {
 namespace {
@@ -61,17 +70,22 @@ class OptionsBox : public QGroupBox {
 
 }  // namespace
 
-void ChartPage::Start(Desktop& desktop, const char* name, const Maker& make) {
+ChartForm* ChartPage::InFront(Desktop& desktop, const char* name) {
     ChildForm* open = desktop.host->FullPage();
-    if (open && open->FormName() == name) {
+    return open && open->FormName() == name ? static_cast<ChartPage*>(open)->chart_.get() : nullptr;
+}
+
+void ChartPage::Start(Desktop& desktop, const char* name, const Maker& make) {
+    if (InFront(desktop, name)) {
+        ChildForm* open = desktop.host->FullPage();
         static_cast<ChartPage*>(open)->Restart();
-        desktop.host->ShowForm(*open);
+        if (desktop.host->FullPage() == open) desktop.host->ShowForm(*open);
         return;
     }
     auto* page = new ChartPage(desktop, make);
     page->Show([page] {
         page->Restart();
-        return page->chart_->TheVwindow().IsLaidOut();
+        return page->chart_->TheVwindow().IsLaidOut() && !page->chart_->IsEmpty();
     });
 }
 
@@ -80,28 +94,76 @@ ChartPage::ChartPage(Desktop& desktop, const Maker& make) : PageForm(desktop) {
     chart_ = make(*metrics_);
     setObjectName(Q(chart_->Name()));
     view_ = std::make_unique<SurfaceView>(chart_->TheVwindow(), *metrics_);
+    ConnectView();
+    auto* layout = new QGridLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    if (chart_->StaysAsBuilt()) layout->addWidget(NewBehindLine(), 0, 0, 1, 2);
+    layout->addWidget(view_.get(), 1, 1);
+    setFocusProxy(view_.get());
+    const auto frame = chart_->Frame();
+    if (frame.options.empty()) return;
+    options_ = NewOptionsFrame(frame);
+    optionsBeside_ = frame.beside;
+    if (optionsBeside_) layout->addWidget(options_, 1, 0, Qt::AlignTop);
+}
+
+void ChartPage::ConnectView() {
+    view_->installEventFilter(this);
     view_->TipAt = [this](int x, int y) {
         std::string tip;
         desktop_.Run("Chart:TipAt", [&] { tip = chart_->TipAt(x, y); });
         return tip;
     };
     view_->PressAt = [this](int x, int y) {
-        desktop_.Run("Chart:Vwindow_MouseDown", [&] { chart_->TheVwindow().Press(x, y); });
+        bool drags = false;
+        desktop_.Run("Chart:Vwindow_MouseDown", [&] {
+            chart_->TheVwindow().Press(x, y);
+            drags = chart_->BeginDrag(x, y);
+        });
+        return drags;
     };
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(view_.get());
-    setFocusProxy(view_.get());
-    const auto frame = chart_->Frame();
-    if (!frame.options.empty()) options_ = NewOptionsFrame(frame);
+    view_->DragTo = [this](int, int y) {
+        auto state = ChartForm::DragState::None;
+        desktop_.Run("Chart:Vwindow_MouseMove", [&] { state = chart_->DragTo(y); });
+        if (state != ChartForm::DragState::Still) view_->SurfaceChanged();
+        return state != ChartForm::DragState::None;
+    };
+    view_->EndDrag = [this] { desktop_.Run("Chart:Vwindow_MouseUp", [this] { chart_->EndDrag(); }); };
+    view_->DoubleClickAt = [this](int x, int y) {
+        desktop_.Run("Chart:Vwindow_DblClick", [&] { Open(chart_->SubjectAt(x, y)); });
+    };
+    view_->Cursor = [this] { return Cursor(); };
+}
+
+QWidget* ChartPage::NewBehindLine() {
+    behindLine_ = new QFrame;
+    behindLine_->setObjectName("BehindFrame");
+    auto* row = new QHBoxLayout(behindLine_);
+    const int gap = fontMetrics().height() / 2;
+    row->setContentsMargins(gap, gap / 2, gap, gap / 2);
+    behindText_ = new QLabel;
+    behindText_->setObjectName("BehindLabel");
+    behindText_->setWordWrap(true);
+    auto* build = new QPushButton("Build &anew (F5)");
+    build->setObjectName("BuildAnewCommand");
+    connect(build, &QPushButton::clicked, this, [this] { BuildAnew(); });
+    row->addWidget(behindText_, 1);
+    row->addWidget(build);
+    behindLine_->hide();
+    return behindLine_;
 }
 
 QGroupBox* ChartPage::NewOptionsFrame(const ChartForm::OptionsFrame& frame) {
-    auto* box = new OptionsBox(Q(frame.caption), this);
+    QGroupBox* box =
+        frame.beside ? new QGroupBox(Q(frame.caption), this) : new OptionsBox(Q(frame.caption), view_.get());
     box->setObjectName(Q(frame.name));
     box->setAutoFillBackground(true);
     auto* column = new QVBoxLayout(box);
-    for (const ChartForm::Option& option : frame.options) column->addWidget(NewOption(option));
+    for (const ChartForm::Option& option : frame.options) {
+        optionControls_.push_back(NewOption(option));
+        column->addWidget(optionControls_.back());
+    }
     const int line = fontMetrics().height();
     box->setMinimumWidth(fontMetrics().horizontalAdvance(box->title()) + 2 * line);
     box->adjustSize();
@@ -109,12 +171,17 @@ QGroupBox* ChartPage::NewOptionsFrame(const ChartForm::OptionsFrame& frame) {
 }
 
 QWidget* ChartPage::NewOption(const ChartForm::Option& option) {
+    QWidget* control = option.kind == ChartForm::Option::Kind::List ? NewList(option) : NewButton(option);
+    control->setObjectName(Q(option.name));
+    return control;
+}
+
+QWidget* ChartPage::NewButton(const ChartForm::Option& option) {
     using Kind = ChartForm::Option::Kind;
     QAbstractButton* control = nullptr;
     if (option.kind == Kind::Button) control = new QPushButton(Q(option.caption));
     if (option.kind == Kind::Check) control = new QCheckBox(Q(option.caption));
     if (option.kind == Kind::Choice) control = new QRadioButton(Q(option.caption));
-    control->setObjectName(Q(option.name));
     control->setChecked(option.on);
     const auto clicked = [this, option](bool on) {
         desktop_.Run("ChartPage:Option_Click", [&] {
@@ -133,25 +200,138 @@ QWidget* ChartPage::NewOption(const ChartForm::Option& option) {
     return control;
 }
 
+QWidget* ChartPage::NewList(const ChartForm::Option& option) {
+    auto* list = new QComboBox;
+    for (const std::string& item : option.items) list->addItem(Q(item));
+    list->setCurrentIndex(option.chosen);
+    list->setAccessibleName(Q(option.caption));
+    list->setToolTip(Q(option.caption));
+    connect(list, &QComboBox::currentIndexChanged, this, [this, option](int item) {
+        desktop_.Run("ChartPage:Option_Click", [&] {
+            option.choose(item);
+            Restart();
+        });
+    });
+    return list;
+}
+
+void ChartPage::RefreshOptions() {
+    const auto frame = chart_->Frame();
+    for (std::size_t i = 0; i < optionControls_.size(); ++i) {
+        const QSignalBlocker quiet(optionControls_[i]);
+        if (auto* button = qobject_cast<QAbstractButton*>(optionControls_[i])) {
+            if (button->isCheckable()) button->setChecked(frame.options[i].on);
+        } else {
+            static_cast<QComboBox*>(optionControls_[i])->setCurrentIndex(frame.options[i].chosen);
+        }
+    }
+}
+
 void ChartPage::Restart() {
     auto metrics = std::make_unique<QtTextMetrics>(FontOfForm(desktop_, objectName()));
     chart_->TheVwindow().SetFont(*metrics);
     chart_->TheVwindow().SetPage(desktop_.host->ThePrinting().Page());
     view_->SetMetrics(*metrics);
     metrics_ = std::move(metrics);
+    if (behindLine_) behindLine_->hide();
     desktop_.Run("Chart:Start", [this] { chart_->Start(); });
     setWindowTitle(Q(chart_->Caption()));
+    RefreshOptions();
     view_->SurfaceChanged();
     PlaceOptions();
+    if (chart_->IsEmpty() && desktop_.host->FullPage() == this) Unload();
 }
 
 void ChartPage::PlaceOptions() {
-    if (options_) static_cast<OptionsBox*>(options_)->Place(view_->ContentSize());
+    if (options_ && !optionsBeside_) static_cast<OptionsBox*>(options_)->Place(view_->ContentSize());
 }
 
 void ChartPage::Do(const char* section, ChartForm::Answer answer) {
     if (answer == ChartForm::Answer::Start) Hear(section, [this] { Restart(); });
     if (answer == ChartForm::Answer::Unload) Hear(section, [this] { Unload(); });
+}
+
+void ChartPage::NewSolution() {
+    const auto answer = chart_->AnswersTo().newSolution;
+    Do("ChartPage:NewSolution", answer);
+    if (answer == ChartForm::Answer::Nothing) FallBehind();
+}
+
+void ChartPage::ObjectsChanged(const std::vector<Change>&) {
+    FallBehind();
+}
+
+void ChartPage::FallBehind() {
+    if (!behindLine_) return;
+    behindText_->setText(QString("The plan has changed since this chart was built.") +
+                         (chart_->HasMovedBoxes() ? " Boxes that you have moved will go back." : ""));
+    behindLine_->show();
+}
+
+void ChartPage::BuildAnew() {
+    desktop_.Run("ChartPage:BuildAnewCommand_Click", [this] {
+        if (desktop_.workspace.ThisProjectSolved()) Restart();
+    });
+}
+
+void ChartPage::Open(const ChartForm::Subject& subject) {
+    if (subject.resource) {
+        ResourceEntryForm::StartModify(desktop_, *subject.resource);
+    } else if (subject.task && subject.task->Subproject()) {
+        SubprojectEntryForm::StartModify(desktop_, *subject.task);
+    } else if (subject.task) {
+        TaskEntryForm::StartModify(desktop_, *subject.task);
+    }
+}
+
+std::optional<QRect> ChartPage::Cursor() const {
+    const auto box = chart_->Cursor();
+    if (!box) return std::nullopt;
+    return QRect(QPoint(box->x1, box->y1), QPoint(box->x2, box->y2));
+}
+
+/// Whether the key meant a walk through the boxes of the chart.
+bool ChartPage::Walk(int key, bool moves) {
+    using Key = ChartForm::Key;
+    static const std::map<std::pair<int, bool>, Key> kKeys = {
+        {{Qt::Key_Left, false}, Key::Left}, {{Qt::Key_Right, false}, Key::Right},
+        {{Qt::Key_Up, false}, Key::Up},     {{Qt::Key_Down, false}, Key::Down},
+        {{Qt::Key_Up, true}, Key::MoveUp},  {{Qt::Key_Down, true}, Key::MoveDown}};
+    const auto found = kKeys.find({key, moves});
+    if (found == kKeys.end()) return false;
+    bool walked = false;
+    desktop_.Run("Chart:Vwindow_KeyDown", [&] { walked = chart_->Press(found->second); });
+    if (!walked) return Cursor().has_value();
+    view_->SurfaceChanged();
+    if (const auto cursor = Cursor()) view_->ScrollTo(*cursor);
+    return true;
+}
+
+/// Of the view: keys that it would scroll by, and its size.
+bool ChartPage::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != view_.get()) return false;
+    if (event->type() == QEvent::Resize) PlaceOptions();
+    if (event->type() != QEvent::KeyPress) return false;
+    const auto& key = static_cast<const QKeyEvent&>(*event);
+    return Walk(key.key(), key.modifiers().testFlag(Qt::ControlModifier));
+}
+
+void ChartPage::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Escape:
+            if (view_->Dragging()) return view_->StopDrag();
+            desktop_.Run("ChartPage:Form_KeyDown", [this] { Unload(); });
+            return;
+        case Qt::Key_F5:
+            if (chart_->StaysAsBuilt()) BuildAnew();
+            return;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            desktop_.Run("ChartPage:Form_KeyDown", [this] { Open(chart_->SubjectAtCursor()); });
+            return;
+        default:
+            QWidget::keyPressEvent(event);
+    }
 }
 
 std::optional<ShownSurface> ChartPage::Surface() {
@@ -161,11 +341,6 @@ std::optional<ShownSurface> ChartPage::Surface() {
 bool ChartPage::ChangeFont() {
     if (ShowFont(desktop_, objectName())) Restart();
     return true;
-}
-
-void ChartPage::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
-    PlaceOptions();
 }
 
 }  // namespace vortan

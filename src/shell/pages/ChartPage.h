@@ -1,9 +1,12 @@
 #pragma once
 
 #include <QGroupBox>
+#include <QLabel>
 #include <QWidget>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "charts/ChartForm.h"
 #include "paint/QtTextMetrics.h"
@@ -21,31 +24,53 @@ class ChartPage : public PageForm {
     /// starts it and shows it as far as it was drawn.
     static void Start(Desktop& desktop, const char* name, const Maker& make);
 
+    /// The chart of that name, if it is in front.
+    static ChartForm* InFront(Desktop& desktop, const char* name);
+
     std::optional<ShownSurface> Surface() override;
     bool ChangeFont() override;
 
     void NewThisProject() override { Do("ChartPage:NewThisProject", chart_->AnswersTo().newThisProject); }
     void NewThisTemplate() override { Do("ChartPage:NewThisTemplate", chart_->AnswersTo().newThisTemplate); }
     void NewJournal() override { Do("ChartPage:NewJournal", chart_->AnswersTo().newJournal); }
-    void NewSolution() override { Do("ChartPage:NewSolution", chart_->AnswersTo().newSolution); }
+    void NewSolution() override;
+    void ObjectsChanged(const std::vector<Change>& changes) override;
 
   protected:
-    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     ChartPage(Desktop& desktop, const Maker& make);
+    void ConnectView();
+    QWidget* NewBehindLine();
     QGroupBox* NewOptionsFrame(const ChartForm::OptionsFrame& frame);
     QWidget* NewOption(const ChartForm::Option& option);
+    QWidget* NewButton(const ChartForm::Option& option);
+    QWidget* NewList(const ChartForm::Option& option);
+    /// Shows the options as the chart has them now.
+    void RefreshOptions();
     /// In the font of the form and for the printer's page, from what is in memory. A fault of the chart is
     /// told, and leaves it as far as it was drawn.
     void Restart();
     void PlaceOptions();
     void Do(const char* section, ChartForm::Answer answer);
+    /// The plan or its solution has changed: a chart that stays as it was built says so.
+    void FallBehind();
+    void BuildAnew();
+    /// Opens the entry form of a task or resource, if it is one.
+    void Open(const ChartForm::Subject& subject);
+    bool Walk(int key, bool moves);
+    std::optional<QRect> Cursor() const;
 
     std::unique_ptr<QtTextMetrics> metrics_;
     std::unique_ptr<ChartForm> chart_;
     std::unique_ptr<SurfaceView> view_;
     QGroupBox* options_ = nullptr;
+    bool optionsBeside_ = false;
+    std::vector<QWidget*> optionControls_;  // in the order of the frame
+    QWidget* behindLine_ = nullptr;
+    QLabel* behindText_ = nullptr;
 };
 
 }  // namespace vortan

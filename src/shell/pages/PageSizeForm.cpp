@@ -18,9 +18,21 @@ namespace {
 
 constexpr double kPreviewScale = 1.0 / 5;
 constexpr double kShadow = 100;  // twips on the screen
+constexpr std::ptrdiff_t kManyPages = 50;
 constexpr QRgb kSheet = qRgb(0xE0, 0xE0, 0xE0);
 // Buttons by their index, which is that of PageCuts::Choice.
 constexpr auto kFirstChosen = {PageCuts::Choice::ReduceToFit, PageCuts::Choice::CenterOnPage};
+
+std::ptrdiff_t CountPages(const std::vector<Piece>& pieces) {
+    return std::count_if(pieces.begin(), pieces.end(), [](const Piece& piece) { return piece.newPage; });
+}
+
+/// Nobody prints a stack of paper by mistake.
+bool WantsPages(Platform& platform, std::ptrdiff_t pages) {
+    return pages <= kManyPages ||
+           platform.MessageBox("This will print " + std::to_string(pages) + " pages.  Do you want that?",
+                               "Many Pages", BoxIcon::Question, BoxButtons::YesNo) == BoxAnswer::Yes;
+}
 
 /// A sheet of paper with its shadow, the part that can be printed on, and the surface over it, at a fifth of
 /// the size.
@@ -132,10 +144,8 @@ void PageSizeForm::Refresh() {
     for (std::size_t i = 0; i < buttons_.size(); ++i)
         buttons_[i]->setEnabled(cuts.IsEnabled(static_cast<Choice>(i)));
     for (const Choice choice : {Choice::MultipleHeadings, Choice::SingleHeading}) {
-        const auto pieces = cuts.Pieces(choice);
-        const auto pages =
-            std::count_if(pieces.begin(), pieces.end(), [](const Piece& piece) { return piece.newPage; });
-        buttons_[static_cast<std::size_t>(choice)]->setToolTip(QString("%1 pages").arg(pages));
+        buttons_[static_cast<std::size_t>(choice)]->setToolTip(
+            QString("%1 pages").arg(CountPages(cuts.Pieces(choice))));
     }
 }
 
@@ -159,7 +169,8 @@ void PageSizeForm::ContinueCommandClick(Choice choice) {
     const auto shown = source.Surface();
     if (!shown || !shown->surface.IsComplete()) return;
     const auto pieces = PageCuts(PageStatsOf(shown->surface, host.ThePrinting().Page())).Pieces(choice);
-    if (!pieces.empty()) host.Note(host.ThePrinting().Print(&host.MainWindow(), platform, *shown, pieces));
+    if (pieces.empty() || !WantsPages(platform, CountPages(pieces))) return;
+    host.Note(host.ThePrinting().Print(&host.MainWindow(), platform, *shown, pieces));
 }
 
 QSize PageSizeForm::sizeHint() const {

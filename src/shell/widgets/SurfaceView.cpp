@@ -8,6 +8,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "paint/ChartPainter.h"
 #include "paint/Text.h"
@@ -17,6 +18,7 @@ namespace {
 
 // Of the window, how much the headings may take at most.
 constexpr double kMostFixed = 0.7;
+constexpr int kCursorWidth = 3;  // pixels
 
 }  // namespace
 
@@ -106,6 +108,10 @@ void SurfaceView::paintEvent(QPaintEvent* event) {
             painter.restore();
         }
     }
+    const auto cursor = hasFocus() && Cursor ? Cursor() : std::nullopt;
+    if (!cursor) return;
+    painter.setPen(QPen(palette().color(QPalette::Active, QPalette::Highlight), kCursorWidth));
+    painter.drawRect(ToPixels(*cursor));
 }
 
 void SurfaceView::wheelEvent(QWheelEvent* event) {
@@ -138,9 +144,56 @@ int SurfaceView::CellTop(int row) const {
     return ToPixels(surface_.RowPos(row)) - (fixed ? 0 : verticalScrollBar()->value());
 }
 
+/// Of a surface without headings.
+QRect SurfaceView::ToPixels(const QRect& part) const {
+    const QPoint scroll(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    return QRect(QPoint(ToPixels(part.left()), ToPixels(part.top())) - scroll,
+                 QPoint(ToPixels(part.right()), ToPixels(part.bottom())) - scroll);
+}
+
+void SurfaceView::ScrollTo(const QRect& part) {
+    const QRect place = ToPixels(part), window = viewport()->rect();
+    const auto scroll = [](QScrollBar* bar, int before, int behind) {
+        if (before < 0) {
+            bar->setValue(bar->value() + before);
+        } else if (behind > 0) {
+            bar->setValue(bar->value() + std::min(behind, before));
+        }
+    };
+    scroll(horizontalScrollBar(), place.left(), place.right() - window.right());
+    scroll(verticalScrollBar(), place.top(), place.bottom() - window.bottom());
+}
+
 void SurfaceView::mousePressEvent(QMouseEvent* event) {
     const QPoint at = ToSurface(event->position().toPoint());
-    if (PressAt) PressAt(at.x(), at.y());
+    dragging_ = PressAt && PressAt(at.x(), at.y());
+    if (dragging_) viewport()->setCursor(Qt::SizeVerCursor);
+}
+
+/// A drag that leaves the window takes the surface along.
+void SurfaceView::mouseMoveEvent(QMouseEvent* event) {
+    if (!dragging_ || !DragTo) return;
+    const QPoint place = event->position().toPoint();
+    if (const int beyond = place.y() - std::clamp(place.y(), 0, viewport()->height()))
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + beyond);
+    const QPoint at = ToSurface(place);
+    if (!DragTo(at.x(), at.y())) StopDrag();
+}
+
+void SurfaceView::mouseReleaseEvent(QMouseEvent*) {
+    StopDrag();
+}
+
+void SurfaceView::StopDrag() {
+    if (!std::exchange(dragging_, false)) return;
+    viewport()->unsetCursor();
+    if (EndDrag) EndDrag();
+}
+
+void SurfaceView::mouseDoubleClickEvent(QMouseEvent* event) {
+    StopDrag();
+    const QPoint at = ToSurface(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && DoubleClickAt) DoubleClickAt(at.x(), at.y());
 }
 
 bool SurfaceView::viewportEvent(QEvent* event) {

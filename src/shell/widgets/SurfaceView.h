@@ -3,6 +3,7 @@
 #include <QAbstractScrollArea>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "charts/Twips.h"
@@ -28,8 +29,20 @@ class SurfaceView : public QAbstractScrollArea {
     int CellTop(int row) const;
     /// What to tell about the place under the mouse; empty for nothing.
     std::function<std::string(int x, int y)> TipAt;
-    /// A mouse button goes down at a place of the surface.
-    std::function<void(int x, int y)> PressAt;
+    /// A mouse button goes down at a place of the surface: whether a drag begins.
+    std::function<bool(int x, int y)> PressAt;
+    /// The drag goes on to there: whether it still does.
+    std::function<bool(int x, int y)> DragTo;
+    std::function<void()> EndDrag;
+    std::function<void(int x, int y)> DoubleClickAt;
+    /// What the keyboard stands on, as a rectangle of the surface; it has a frame.
+    std::function<std::optional<QRect>()> Cursor;
+
+    bool Dragging() const { return dragging_; }
+    /// As letting go of the mouse does.
+    void StopDrag();
+    /// Scrolls as far as it takes.
+    void ScrollTo(const QRect& part);
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -37,6 +50,9 @@ class SurfaceView : public QAbstractScrollArea {
     void scrollContentsBy(int dx, int dy) override;
     void wheelEvent(QWheelEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     QSize viewportSizeHint() const override { return ContentSize(); }
 
@@ -47,9 +63,11 @@ class SurfaceView : public QAbstractScrollArea {
     QSize Fixed() const;
     QPoint ToSurface(const QPoint& pixel) const;
     void FitScrollBars();
+    QRect ToPixels(const QRect& part) const;
 
     const Vwindow& surface_;
     const QtTextMetrics* metrics_;
+    bool dragging_ = false;
 };
 
 }  // namespace vortan

@@ -1,8 +1,10 @@
 #include <QFile>
 #include <QImage>
+#include <regex>
 
 #include "cli/CliRun.h"
 #include "persist/Settings.h"
+#include "support/Json.h"
 #include "support/Paths.h"
 
 namespace vortan {
@@ -59,6 +61,55 @@ TEST_F(ChartCommandTest, RiskAndCrashDrawTheirCurves) {
     }
 }
 
+TEST_F(ChartCommandTest, OptionsChooseWhatTheDataHold) {
+    const std::string shed = FileWith("shed.vta", UsualShed());
+    const std::string programme = ExampleFile("programme.vta"), house = ExampleFile("house.vta");
+    const auto data = [&](std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), "chart");
+        arguments.emplace_back("--json");
+        return Json::Parse(Done(arguments));
+    };
+    const auto texts = [](const Json& list, const char* member) {
+        std::string all;
+        for (const Json& item : list.Items()) all += item[member].Text() + ";";
+        return all;
+    };
+    const std::pair<std::vector<std::string>, const char*> histograms[] = {
+        {{}, "Ann;Bob;"},
+        {{"--only", " Bob ,Nobody's"}, "Bob;"},
+        {{"--only", "\"Bob\",1"}, "Ann;Bob;"},
+        {{"--only", "None"}, "Ann;Bob;"},
+        {{"--by-department"}, "None;"}};
+    for (const auto& [options, rows] : histograms) {
+        std::vector<std::string> arguments{"chart", "histogram", shed, "--json", "--scale", "month"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        const Json histogram = Json::Parse(Run(arguments).out);
+        EXPECT_EQ(texts(histogram["rows"], "label"), rows);
+        EXPECT_EQ(histogram["periods"].Items().size(), 1u);
+    }
+    const std::pair<std::vector<std::string>, const char*> budgets[] = {
+        {{"--cost", "total"}, "Plan Total;Current Total;"},
+        {{"--current", "--cost", "labor,material"}, "Current Material;Current Labor;"},
+        {{"--plan", "--earned-value", "--cost", "labor"}, "BCWS;BCWP;ACWP;"}};
+    for (const auto& [options, curves] : budgets) {
+        std::vector<std::string> arguments{"budget", programme};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        EXPECT_EQ(texts(data(arguments)["curves"], "label"), curves);
+    }
+    EXPECT_TRUE(data({"budget", programme})["curves"].Items()[1]["cut"].Flag());
+    EXPECT_FALSE(data({"budget", programme, "--past-today"})["curves"].Items()[1]["cut"].Flag());
+    EXPECT_EQ(data({"budget", programme, "--journal", "1/11/2027"})["curves"].Items().size(), 3u);
+    // Plans that are loaded together, and the one to show.
+    const std::string barn =
+        FileWith("barn.vta", std::regex_replace(UsualShed(), std::regex("Shed|Crew"), "Barn"));
+    EXPECT_EQ(data({"budget", shed, barn, "--project", "Barn"})["project"].Text(), "Barn");
+    EXPECT_EQ(data({"histogram", shed, barn})["template"].Text(), "Crew");
+    EXPECT_EQ(data({"histogram", shed, barn, "--template", "Barn"})["template"].Text(), "Barn");
+    EXPECT_EQ(Done({"chart", "budget", shed, "-o", PathOf("b.csv"), "--cost", "total"}), "");
+    EXPECT_TRUE(FileBytes(PathOf("b.csv")).starts_with("Date,Plan Total\r\n9/4/2001,"));
+    EXPECT_TRUE(Drawn(house, "h.svg", {"--scale", "month"}).contains("Slab cures"));
+}
+
 TEST_F(ChartCommandTest, RefusalsSayWhy) {
     const std::string house = ExampleFile("house.vta");
     const std::pair<std::vector<std::string>, const char*> cases[] = {
@@ -68,11 +119,28 @@ TEST_F(ChartCommandTest, RefusalsSayWhy) {
         {{"chart", "gantt", house, "-o", PathOf("none/house.svg")}, "none/house.svg\" could not be written"},
         {{"chart", "gantt", PathOf("none.vta"), "-o", PathOf("a.svg")}, "none.vta"},
         {{"chart", "gantt", house, "-o", PathOf("a.svg"), "--project", "Barn"}, "no project \"Barn\""},
+        {{"chart", "gantt", house, "-o", PathOf("a.svg"), "--json"}, "--json"},
+        {{"chart", "gantt", house, "-o", "house.json"}, "must end in .svg, .png or .pdf"},
+        {{"chart", "budget", house}, "--output is required"},
+        {{"chart", "budget", house, "-o", "house.gif"}, ".pdf, .json or .csv"},
+        {{"chart", "budget", house, "--json", "--by-department"}, "--by-department"},
+        {{"chart", "budget", house, "--json", "--cost", "labor,wages"}, "\"wages\" is no cost"},
+        {{"chart", "histogram", house, "--json", "--plan"}, "--plan"},
+        {{"chart", "histogram", house, "--json", "--scale", "year"}, "\"year\" is no time scale"},
+        {{"chart", "histogram", house, "--json", "--template", "Barn"}, "There are: Hillside Builders."},
+        {{"chart", "histogram", FileWith("p.vta", SmallPlan("Shed")), "--json"}, "There is no template"},
     };
     for (const auto& [arguments, reason] : cases) ExpectPart(Refused(arguments), reason);
-    const CliOutcome halted = Run({"chart", "gantt", ExampleFile("overtime.vta"), "-o", PathOf("a.svg")});
-    EXPECT_EQ(halted.exitCode, kExitHalted);
-    ExpectPart(halted.err, "Overtime needed");
+    for (const char* kind : {"gantt", "histogram", "budget"}) {
+        const CliOutcome halted = Run({"chart", kind, ExampleFile("overtime.vta"), "-o", PathOf("a.svg")});
+        EXPECT_EQ(halted.exitCode, kExitHalted);
+        ExpectPart(halted.err, "Overtime needed");
+    }
+    const CliOutcome empty = Run({"chart", "histogram", house, "--only", "Nobody", "-o", PathOf("e.svg")});
+    EXPECT_EQ(empty.exitCode, kExitHalted);
+    ExpectPart(empty.err, "has no department or resource \"Nobody\"");
+    ExpectPart(empty.err, "There are no resources to display.");
+    EXPECT_FALSE(std::filesystem::exists(PathOf("e.svg")));
 }
 
 }  // namespace
