@@ -1,14 +1,5 @@
 #include "model/Change.h"
 
-#include <functional>
-
-#include "model/Vassignment.h"
-#include "model/Vdependency.h"
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vshift.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
 #include "support/ModelBench.h"
 
 namespace vortan {

@@ -1,11 +1,5 @@
-#include <gtest/gtest.h>
-
 #include <random>
 
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
 #include "support/ModelBench.h"
 
 namespace vortan {

@@ -1,34 +1,57 @@
-#include <gtest/gtest.h>
+#include <map>
 
-#include <algorithm>
-#include <functional>
-
-#include "model/Vassignment.h"
-#include "model/Vdependency.h"
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
 #include "support/LoadedPlan.h"
 #include "support/Paths.h"
 #include "support/PlanGenerator.h"
-#include "support/ScheduleChecker.h"
 
 namespace vortan {
 namespace {
 
-std::string Violations(const LoadedPlan& plan) {
-    const auto violations = ScheduleViolations(plan.workspace, plan.solver);
-    return violations.empty() ? "" : violations.front();
+/// Nothing is booked twice, all of it lies in a slice of its task, which costs what was booked for it, and no
+/// slice begins before what it waits for. Says nothing of how a schedule is to be found.
+void ExpectSound(const LoadedPlan& plan) {
+    constexpr double kTolerance = 1e-6;  // days
+    std::map<const Vtask*, std::vector<Vslice>> slices;
+    std::map<const Vtask*, Money> booked;
+    for (std::int32_t i = 0; i < plan.solver.SliceCount(); ++i) {
+        const Vslice slice = plan.solver.Slice(i);
+        slices[slice.task].push_back(slice);
+    }
+    for (const Vtemplate* pool : plan.workspace.TemplateList()) {
+        for (const Vresource* resource : pool->ResourceList()) {
+            DateTime end;
+            for (const Vslot& slot : plan.solver.HeldSlots(*resource)) {
+                EXPECT_GE(slot.startTime, end);
+                end = slot.endTime;
+                booked[slot.taskRequired] += slot.laborCost;
+                const auto& own = slices[slot.taskRequired];
+                EXPECT_TRUE(std::any_of(own.begin(), own.end(), [&](const Vslice& slice) {
+                    return slot.startTime >= AddDays(slice.earlyStart, -kTolerance) &&
+                           slot.endTime <= AddDays(slice.earlyFinish, kTolerance);
+                })) << NameOf(slot.taskRequired);
+            }
+        }
+    }
+    for (const auto& [task, own] : slices) {
+        EXPECT_EQ(task->EarlyFinish(), own.back().earlyFinish) << NameOf(task);
+        if (task->Subproject()) continue;
+        EXPECT_EQ(task->LaborCost(), booked[task]) << NameOf(task);
+        for (const Vdependency* each : task->DependencyList()) {
+            if (!each->Include()) continue;
+            for (const Vslice& slice : own)
+                EXPECT_TRUE(slice.fromPercent < each->ToPercent() ||
+                            slice.earlyStart >= AddDays(each->DepDate(), each->Offset() - kTolerance))
+                    << NameOf(task);
+        }
+    }
 }
 
-TEST(CheckerTest, SchedulesKeepAllRules) {
+TEST(RepeatTest, SchedulesAreSound) {
     int checked = 0;
     const auto check = [&](const std::string& text, const std::string& name) {
+        SCOPED_TRACE(name);
         const LoadedPlan plan(text);
-        if (!plan.Complete()) return;
-        EXPECT_EQ(Violations(plan), "") << name;
-        ++checked;
+        if (plan.Complete()) ++checked, ExpectSound(plan);
     };
     for (const std::string& directory : {TestFile("golden/solve"), ExampleFile("")}) {
         for (const std::string& path : FilesIn(directory, ".vta")) check(ReadTextFile(path), path);
@@ -40,64 +63,17 @@ TEST(CheckerTest, SchedulesKeepAllRules) {
     EXPECT_GE(checked, 220);
 }
 
-/// Changes made behind the solver's back, which the checker must notice.
-TEST(CheckerTest, DamageIsReported) {
-    PlanKnobs knobs;
-    knobs.tasks = 10;
-    knobs.spread = 3;
-    knobs.partials = 0;
-    knobs.rule = static_cast<int>(SolveRule::DayExtend);
-    const std::string text = GeneratePlan(1, knobs);
-    const std::pair<const char*, std::function<void(Vtask&)>> cases[] = {
-        {"Labor cost of the task", [](Vtask& t) { t.SetLaborCost(t.LaborCost() + Money::FromUnits(1)); }},
-        {"Early start", [](Vtask& t) { t.SetEarlyStart(AddDays(t.EarlyStart(), 1)); }},
-        {"Early finish", [](Vtask& t) { t.SetEarlyFinish(AddMinutes(t.EarlyFinish(), 1)); }},
-        {"Starts before", [](Vtask& t) { t.DependencyList()[0]->SetOffset(40); }},
-        {"Date of a dependency", [](Vtask& t) { t.DependencyList()[0]->SetDepDate(DateTime(37000)); }},
-        {"Not cut where", [](Vtask& t) { t.DependencyList()[0]->SetFromPercent(41); }},
-        {"In order ahead", [](Vtask& t) { t.DependencyList()[0]->SetTaskRequired(&t); }},
-        {"Cost of a booking",
-         [](Vtask& t) {
-             for (Vresource* each : t.AssignmentList()[0]->ResourceRequired()->Template()->ResourceList())
-                 each->SetBurdenedRate(Money::FromUnits(77777777));
-         }},
-        {"Kind of time", [](Vtask& t) { t.Project()->SetSolveRules(SolveRule::NormalExtend); }},
-    };
-    for (const auto& [sentence, damage] : cases) {
-        const LoadedPlan plan(text);
-        ASSERT_EQ(Violations(plan), "");
-        for (Vtask* task : plan.workspace.ProjectList()[0]->TaskList()) {
-            const auto& dependencies = task->DependencyList();
-            if (dependencies.empty() || !dependencies[0]->TaskRequired() || task->AssignmentList().empty())
-                continue;
-            damage(*task);
-            break;
-        }
-        const auto found = ScheduleViolations(plan.workspace, plan.solver);
-        EXPECT_TRUE(std::any_of(found.begin(), found.end(), [&](const std::string& each) {
-            return each.starts_with(sentence);
-        })) << sentence;
-    }
-}
-
-TEST(RepeatTest, SolvingAgainGivesTheSame) {
-    for (std::uint64_t seed = 4000; seed < 4040; ++seed) {
-        LoadedPlan plan(GeneratePlan(seed, MixedKnobs(seed)));
-        const std::string first = ResultText(plan);
-        plan.Solve();
-        EXPECT_EQ(ResultText(plan), first) << "seed " << seed;
-    }
-}
-
 TEST(RepeatTest, WhatWasSolvedBeforeLeavesNoTrace) {
     LoadedPlan used;
-    for (std::uint64_t seed = 5000; seed < 5040; ++seed) {
+    for (std::uint64_t seed = 5000; seed < 5060; ++seed) {
         const std::string text = GeneratePlan(seed, MixedKnobs(seed));
         used.workspace.FreeAllMemory();
         used.Load(text);
-        used.Solve();
-        LoadedPlan fresh(text);
-        EXPECT_EQ(ResultText(used), ResultText(fresh)) << "seed " << seed;
+        const std::string fresh = ResultText(LoadedPlan(text));
+        for (const char* run : {"other plans before", "itself before"}) {
+            used.Solve();
+            EXPECT_EQ(ResultText(used), fresh) << "seed " << seed << ", " << run;
+        }
     }
 }
 

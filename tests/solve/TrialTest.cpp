@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "solve/Solution.h"
 #include "support/LoadedPlan.h"
 #include "support/PlanGenerator.h"
@@ -12,17 +10,10 @@ std::string TextOf(Bookings& bookings, std::int32_t resource, std::int32_t first
     std::string text;
     for (std::int32_t day = first; day < last; ++day) {
         bookings.ForEachSlot(resource, day, [&](const SlotView& slot) {
-            char line[80];
-            std::snprintf(line, sizeof line, "%.17g-%.17g %d\n", slot.startTime.Days(), slot.endTime.Days(),
-                          slot.task);
-            text += line;
+            text += FactLine("slot", {slot.startTime.Days(), slot.endTime.Days(), double(slot.task)});
         });
-        for (const Reach reach : Bookings::kReaches) {
-            const std::int32_t next = bookings.NextDay(resource, day, reach);
-            if (next != day)
-                text += std::to_string(day) + " to " + std::to_string(next) + " of " +
-                        std::to_string(static_cast<int>(reach)) + "\n";
-        }
+        for (const Reach reach : Bookings::kReaches)
+            text += FactLine("next", {double(bookings.NextDay(resource, day, reach))});
     }
     return text;
 }

@@ -1,6 +1,5 @@
 #include "support/LoadedPlan.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -8,13 +7,7 @@
 #include <sstream>
 
 #include "model/Fault.h"
-#include "model/Vdependency.h"
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
 #include "persist/Records.h"
-#include "support/CheckModel.h"
 
 namespace vortan {
 

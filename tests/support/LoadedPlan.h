@@ -6,9 +6,10 @@
 #include <string_view>
 #include <vector>
 
-#include "model/Workspace.h"
 #include "solve/Solver.h"
+#include "support/CheckModel.h"
 #include "support/ScriptedPlatform.h"
+#include "support/TextPlan.h"
 
 namespace vortan {
 
@@ -23,6 +24,8 @@ class LoadedPlan {
         Solve();
     }
 
+    /// Makes what the words of MakePlan tell.
+    void Make(const std::string& words) { MakePlan(workspace, words); }
     /// Reads the records into what is there. A damaged text fails the test.
     void Load(std::string_view text);
     /// A whole solve, from the start.

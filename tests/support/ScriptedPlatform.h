@@ -51,6 +51,7 @@ class ScriptedPlatform : public Platform {
     std::vector<std::string> boxTexts;    ///< of all boxes that came
     std::vector<std::string> statusMessages;
     std::vector<std::string> solveStatuses;
+    bool keepsSolveStatuses = true;
     bool solveTimerArmed = false;
     int beeps = 0;
     std::string offered;  ///< by the last input box
@@ -78,7 +79,9 @@ class ScriptedPlatform : public Platform {
     }
     void Beep() override { ++beeps; }
     void StatusMessage(const std::string& text) override { statusMessages.push_back(text); }
-    void SolveStatus(const std::string& text) override { solveStatuses.push_back(text); }
+    void SolveStatus(const std::string& text) override {
+        if (keepsSolveStatuses) solveStatuses.push_back(text);
+    }
     void ServeEvents() override {
         if (onServeEvents) onServeEvents();
     }

@@ -41,16 +41,10 @@ TEST(TreesDrag, PairsThatMeanNothingSaySo) {
 TEST(TreesDrag, ResourcesAreAssigned) {
     TreeBench bench;
     bench.Drag(bench.NodeOf(bench.bob), bench.NodeOf(bench.dig));
-    ASSERT_EQ(bench.dig->AssignmentList().size(), 1U);
-    const Vassignment& made = *bench.dig->AssignmentList()[0];
-    EXPECT_EQ(made.ResourceRequired(), bench.bob);
-    EXPECT_EQ(made.Hours(), 8);
     EXPECT_TRUE(bench.alpha->Dirty());
-
     // Onto a dependency: its task is meant.
     Node& dependency = bench.NodeOf(bench.needsDig);
     bench.Drag(bench.NodeOf(bench.cid), dependency);
-    EXPECT_EQ(bench.build->AssignmentList().size(), 2U);
     EXPECT_EQ(
         bench.SeenProject(),
         "Alpha\n 1: Dig\n  2: Bob @8 MoTuWeThFr\n 2: Build\n  1: Dig\n  1: Ann @8 MoTuWeThFr\n  10: Cid @8 "
@@ -63,13 +57,6 @@ TEST(TreesDrag, TasksDependOnTheTasksThatAreDroppedOnThem) {
     bench.Drag(bench.NodeOf(bench.build), bench.NodeOf(bench.last));
     bench.Drag(bench.NodeOf(bench.link), bench.NodeOf(bench.last));
     bench.Drag(bench.NodeOf(bench.build), bench.NodeOf(bench.last));
-    ASSERT_EQ(bench.last->DependencyList().size(), 3U) << "nothing forbids the same again";
-    const Vdependency& made = *bench.last->DependencyList()[0];
-    EXPECT_EQ(made.TaskRequired(), bench.build);
-    EXPECT_EQ(made.FromPercent(), 100);
-    EXPECT_EQ(made.ToPercent(), 0);
-    EXPECT_EQ(made.Offset(), 0);
-    EXPECT_EQ(bench.last->DependencyList()[1]->TaskRequired(), bench.link);
     EXPECT_TRUE(bench.alpha->Dirty());
     EXPECT_EQ(bench.SeenProject(),
               "Alpha\n 1: Dig\n +2: Build\n +3: Beta\n 10\n  2: Build\n  2: Build\n  3: Beta\n");
@@ -95,7 +82,10 @@ TEST(TreesDrag, ResourcesBecomeManagers) {
     bench.Drag(bench.NodeOf(bench.ann), bench.NodeOf(bench.link));
     EXPECT_EQ(bench.alpha->Manager(), bench.bob);
     EXPECT_EQ(bench.beta->Manager(), bench.ann);
-    EXPECT_TRUE(bench.beta->Dirty());
+    bench.beta->SetDirty(false);
+    bench.platform.ExpectBox("Project Manager Assigned", BoxAnswer::Ok);
+    bench.Drag(bench.NodeOf(bench.ann), bench.NodeOf(bench.link));
+    EXPECT_TRUE(bench.beta->Dirty()) << "confirmed, though nothing differs";
 }
 
 TEST(TreesDrag, ThePointerTellsWhatADropWouldDo) {
@@ -181,6 +171,9 @@ TEST(TreesDrag, TheEdgesScroll) {
         EXPECT_EQ(top(), before + step.lines);
     }
     bench.trees.Drag().Cancel();
+    const int scrolled = top();
+    bench.workspace.BroadcastNewJournal();
+    EXPECT_TRUE(top() == scrolled && scrolled > 0) << "a tree that is built anew stays where it was";
 }
 
 }  // namespace

@@ -26,6 +26,10 @@ TEST(Trees, ShowNodesInTheirOrderWithChildrenOnDemand) {
     }
     EXPECT_EQ(bench.SeenProject(),
               "Alpha\n 1: Dig\n 2: Build\n  1: Ann @8 MoTuWeThFr\n 3: Beta\n  1: Wire\n 10\n");
+    for (Vproject* project : {bench.alpha, bench.beta}) project->AddJournal(DateTime(37140));
+    bench.last->SetInclude(false), bench.build->SetInclude(false);
+    bench.workspace.BroadcastNewJournal();
+    EXPECT_EQ(bench.SeenProject(), "Alpha\n 1: Dig\n 3: Beta\n  1: Wire\n");
 }
 
 TEST(Trees, PutANewNodeBeforeTheFirstThatSortsAfterIt) {
@@ -67,7 +71,7 @@ TEST(Trees, HaveOneSelectedNode) {
     bench.Key(bench.trees.TemplateTree(), Qt::Key_Down);
     EXPECT_EQ(bench.Marked(), "2: Bob;");
     EXPECT_EQ(bench.trees.DragNode(), &bench.NodeOf(bench.bob));
-    bench.trees.SetDragNode(&bench.NodeOf(bench.annBuilds));
+    bench.Select(bench.annBuilds);
     EXPECT_EQ(bench.Marked(), "1: Ann @8 MoTuWeThFr;");
     EXPECT_EQ(counter.count, 4);
 
@@ -91,7 +95,7 @@ TEST(Trees, LeadFromObjectsToNodesAndBack) {
     for (const PlanObject& object : objects) {
         EXPECT_EQ(trees.FindObjectFromNode(trees.FindNodeFromObject(object)), object) << object.index();
     }
-    EXPECT_EQ(&trees.FindNodeFromObject(bench.beta), &trees.FindNodeFromObject(bench.link));
+    EXPECT_EQ(&bench.NodeOf(bench.beta), &bench.NodeOf(bench.link));
     EXPECT_EQ(trees.FindProjectFromNode(bench.NodeOf(bench.link)), bench.beta);
     EXPECT_EQ(trees.FindProjectFromNodeText("Beta"), bench.beta);
     EXPECT_EQ(trees.TaskOfNode(bench.NodeOf(bench.annBuilds)), bench.build);
@@ -116,7 +120,7 @@ TEST(Trees, LeadFromObjectsToNodesAndBack) {
 
 TEST(Trees, StayOpenAndClosedWhileTheProjectIsTheSame) {
     TreeBench bench;
-    bench.trees.SetDragNode(&bench.NodeOf(bench.annBuilds));
+    bench.Select(bench.annBuilds);
     bench.NodeOf(bench.wire);
     bench.Click(*bench.NodeOf(bench.cid).Parent);
     bench.Key(bench.trees.TemplateTree(), Qt::Key_Left);
@@ -132,7 +136,7 @@ TEST(Trees, StayOpenAndClosedWhileTheProjectIsTheSame) {
     EXPECT_EQ(bench.trees.DragNode(), nullptr);
 
     // A part that is made anew takes up the selected node again.
-    bench.trees.SetDragNode(&bench.NodeOf(bench.annBuilds));
+    bench.Select(bench.annBuilds);
     bench.trees.ProjectTree().RebuildTaskSubTree(*bench.build, true);
     EXPECT_EQ(bench.trees.DragNode(), &bench.NodeOf(bench.annBuilds));
     TreeBench::Task(bench.alpha, 5, "Roof");
@@ -184,7 +188,7 @@ TEST(Trees, ExpandAllOpensOneMoreLevelOfWhatIsSeen) {
               bench.trees.ProjectTree().Tree().IndexOf(&bench.NodeOf(bench.wire)));
     bench.trees.Commands().GlobalExpand(true);
     EXPECT_NE(bench.SeenProject().find("\n   1: Deep\n"), std::string::npos);
-    bench.trees.SetDragNode(&bench.NodeOf(bench.wire));
+    bench.Select(bench.wire);
     bench.trees.Commands().GlobalExpand(false);
     EXPECT_EQ(bench.SeenProject(), "Alpha\n 1: Dig\n +2: Build\n +3: Beta\n 10\n");
     EXPECT_EQ(bench.Marked(), "3: Beta;") << "what hides the selected node";
