@@ -143,18 +143,6 @@ TEST(Journals, DatesAreChangedAndChosen) {
     }
 }
 
-TEST(Journals, NodeTextsMarkPlanAndCurrent) {
-    ModelBench model;
-    Vproject* project = model.Project("P", 3);
-    Vtemplate* pool = model.Template("T", 2);
-    EXPECT_EQ(project->JournalNodeText(0), "12/31/1899 [Plan only]");
-    project->SetCurrentIndex(2);
-    EXPECT_EQ(project->JournalNodeText(0), "12/31/1899 [Plan]");
-    EXPECT_EQ(project->JournalNodeText(1), "1/1/1900");
-    EXPECT_EQ(project->JournalNodeText(2), "1/2/1900 [Current]");
-    EXPECT_EQ(pool->JournalNodeText(0), "12/31/1899");
-}
-
 // Every field of every class follows, or its values slip into the wrong journals.
 TEST(Journals, AllFieldsFollowAddingAndDeleting) {
     ModelBench model;

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,13 @@ std::string Texts(const std::vector<Value>& values, Format&& format) {
     return all;
 }
 
+std::vector<std::string> Words(const std::string& text) {
+    std::vector<std::string> words;
+    std::istringstream in(text);
+    for (std::string word; std::getline(in, word, '|');) words.push_back(word);
+    return words;
+}
+
 TEST(NumberText, Doubles) {
     const std::vector<double> values = {0,    -0.0,    -17,  0.85, -0.5,   1.0 / 3, 0.1 + 0.2, 1e-7,
                                         1e-8, 1.5e-10, 1e14, 1e15, 1.5e20, kMax,    HUGE_VAL,  NAN};
@@ -51,61 +59,17 @@ TEST(NumberText, MoneyBothWays) {
 }
 
 TEST(NumberText, ScanTakesTheLongestNumberInFront) {
-    const char* const texts[] = {"",
-                                 "abc",
-                                 "-",
-                                 ".",
-                                 "+.e1",
-                                 "- 3",
-                                 "0x10",
-                                 "nan",
-                                 "  12",
-                                 "\t-12",
-                                 ".85",
-                                 "5.",
-                                 "-.5x",
-                                 "1e3",
-                                 "1D3",
-                                 "1e",
-                                 "1e+",
-                                 "1,234",
-                                 "2.5e-1",
-                                 "1e400",
-                                 "-1e400",
-                                 "1e-99999999999999999999",
-                                 "5E-324",
-                                 "2.2250738585072011e-308",
-                                 "9007199254740993",
-                                 "123456789012345678901234567890",
-                                 ".00000000000000000000000000001"};
-    const double values[] = {0,
-                             0,
-                             0,
-                             0,
-                             0,
-                             0,
-                             0,
-                             0,
-                             12,
-                             -12,
-                             .85,
-                             5,
-                             -.5,
-                             1000,
-                             1,
-                             1,
-                             1,
-                             1,
-                             .25,
-                             kMax,
-                             -kMax,
-                             0,
-                             5e-324,
-                             2.2250738585072011e-308,
-                             9007199254740992.0,
-                             123456789012345678901234567890.0,
-                             1e-29};
-    for (std::size_t i = 0; i < std::size(texts); ++i) EXPECT_EQ(ScanNumber(texts[i]), values[i]) << texts[i];
+    const auto scan = [](const std::string& text) { return FormatNumber(ScanNumber(text)); };
+    EXPECT_EQ(Texts(Words("|abc|-|.|+.e1|- 3|0x10|nan|1e-99999999999999999999"), scan), "0 0 0 0 0 0 0 0 0");
+    EXPECT_EQ(Texts(Words("  12|\t-12|.85|5.|-.5x|1e3|1D3|1e|1e+|1,234|2.5e-1"), scan),
+              "12 -12 .85 5 -.5 1000 1 1 1 1 .25");
+    EXPECT_EQ(ScanNumber("1e400") - ScanNumber("-1e400"), HUGE_VAL);
+    EXPECT_EQ(ScanNumber("1e400"), kMax);
+    EXPECT_EQ(ScanNumber("5E-324"), 5e-324);
+    EXPECT_EQ(ScanNumber("2.2250738585072011e-308"), 2.2250738585072011e-308);
+    EXPECT_EQ(ScanNumber("9007199254740993"), 9007199254740992.0);
+    EXPECT_EQ(ScanNumber("123456789012345678901234567890"), 123456789012345678901234567890.0);
+    EXPECT_EQ(ScanNumber(".00000000000000000000000000001"), 1e-29);
     EXPECT_EQ(ScanNumber("0." + std::string(500, '0') + "25E+501"), 2.5);
     std::string digits(400, '7');
     EXPECT_EQ(ScanNumber(digits), kMax);
@@ -119,9 +83,8 @@ TEST(NumberText, ScanTakesTheLongestNumberInFront) {
 }
 
 TEST(NumberText, ScanMoneyRoundsHalfToEvenAndSaturates) {
-    const std::vector<const char*> texts = {"0.00005", "0.00015", "0.000050001", "0.00025",
-                                            "1.00005", "12E-2x",  "1e-5",        "9e-99999"};
-    EXPECT_EQ(Texts(texts, [](const char* text) { return std::to_string(ScanMoney(text).Units()); }),
+    EXPECT_EQ(Texts(Words("0.00005|0.00015|0.000050001|0.00025|1.00005|12E-2x|1e-5|9e-99999"),
+                    [](const std::string& text) { return std::to_string(ScanMoney(text).Units()); }),
               "0 2 1 2 10000 1200 0 0");
     for (const char* text : {"922337203685477.58075", "1e15", "99999999999999999999999999", "1e999999999999"})
         EXPECT_EQ(ScanMoney(text).Units(), kMaxUnits) << text;
@@ -131,8 +94,8 @@ TEST(NumberText, ScanMoneyRoundsHalfToEvenAndSaturates) {
 }
 
 TEST(NumberText, ScanInt32RoundsHalfToEvenAndSaturates) {
-    const std::vector<const char*> texts = {"0.5", "2.5", "2147483647", "1e20", "-1e20", " 480 minutes", "x"};
-    EXPECT_EQ(Texts(texts, [](const char* text) { return std::to_string(ScanInt32(text)); }),
+    EXPECT_EQ(Texts(Words("0.5|2.5|2147483647|1e20|-1e20| 480 minutes|x"),
+                    [](const std::string& text) { return std::to_string(ScanInt32(text)); }),
               "0 2 2147483647 2147483647 -2147483648 480 0");
 }
 

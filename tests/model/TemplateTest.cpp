@@ -107,19 +107,5 @@ TEST(Assignment, AResourceBringsItsDay) {
     EXPECT_EQ(loose->Hours(), 0) << "without a project nothing is taken over";
 }
 
-TEST(Assignment, PercentOfTheResourcesWeek) {
-    ModelBench model;
-    Vtemplate* pool = model.Template("T");
-    pool->FindOrCreateShift("Standard");
-    Vresource* resource = pool->FindOrCreateResource(1);
-    Vassignment* assignment = model.Assignment(model.Project("P")->FindOrCreateTask(1), resource);
-    EXPECT_FLOAT_EQ(assignment->PercentOfWeek(), 1);
-    for (const int day : {3, 5}) assignment->SetWorkDay(day, false);
-    for (const int day : {0, 8}) assignment->SetWorkDay(day, true);
-    EXPECT_FLOAT_EQ(assignment->PercentOfWeek(), 0.6F);
-    resource->SetShift(nullptr);
-    EXPECT_EQ(assignment->PercentOfWeek(), 0) << "no normal hours to compare with";
-}
-
 }  // namespace
 }  // namespace vortan

@@ -287,18 +287,6 @@ TEST_F(FileCommandsTest, BackupsRunOnceInTheirMinute) {
     EXPECT_EQ(backups(), (Names{"Backup20.vtb", "Backup40.vtb"})) << "the same minute of the next hour";
 }
 
-TEST_F(FileCommandsTest, StartUpReadsTheSettings) {
-    files.StartUp();
-    EXPECT_EQ(workspace.BackupMinutes, 0);
-    EXPECT_EQ(workspace.FileDialogPath, std::filesystem::current_path().string());
-
-    WriteBytes(Path("Vortan.cfg"), PackText("INITIALIZATION\r\nAutomaticBackupCombo,5\r\nBarOption\r\n"));
-    Settings damaged(platform);
-    FileCommands next(workspace, damaged);
-    EXPECT_THROW(next.StartUp(), Fault);
-    EXPECT_EQ(workspace.BackupMinutes, 5);
-}
-
 TEST_F(FileCommandsTest, ShutDownWritesTheSettings) {
     files.StartUp();
     Load("A")->SetDirty(true);

@@ -380,18 +380,6 @@ TEST_F(RecordsTest, ADeletedShiftStaysWithItsResources) {
     }
 }
 
-TEST_F(RecordsTest, AShiftThatTheTemplateLacksIsReported) {
-    const std::string plan = FileBytes(kSmallGolden);
-    EXPECT_TRUE(LoadText(workspace, plan).missingShifts.empty());
-    Workspace second(platform);
-    const LoadReport report = LoadText(second, Replace(plan, "  Shift,Standard", "  Shift,Lost"));
-    ASSERT_EQ(report.missingShifts.size(), 1u);
-    EXPECT_NE(report.missingShifts[0].find("\"Lost\""), std::string::npos);
-    EXPECT_EQ(
-        (std::vector{report.shifts, report.resources, report.tasks, report.dependencies, report.assignments}),
-        (std::vector{3, 2, 3, 5, 2}));
-}
-
 TEST_F(RecordsTest, ABlankLineEndsTheReadingWhereverItStands) {
     const auto lines = Lines(SmallPlan("P", {1, 2}));
     for (std::size_t cut = 0; cut <= lines.size(); ++cut) {

@@ -103,39 +103,27 @@ TEST_F(SettingsTest, ADamagedFileIsAFaultOnce) {
 }
 
 TEST_F(SettingsTest, PreferencesAreKnownByTheirFirstLetter) {
-    const struct {
-        const char* text;
-        Subprojects subprojects;
-        Arrows arrows;
-        DateDeps dateDeps;
-        bool on;
-        int minutes;
-    } cases[] = {
-        {"", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, false, 0},
-        {"All", Subprojects::All, Arrows::All, DateDeps::Hidden, false, 0},
-        {"Tasks", Subprojects::Flat, Arrows::None, DateDeps::Triangle, false, 0},
-        {"Control", Subprojects::OneLevel, Arrows::Control, DateDeps::Hidden, false, 0},
-        {"Line", Subprojects::OneLevel, Arrows::None, DateDeps::LineToTop, false, 0},
-        {"Short", Subprojects::OneLevel, Arrows::None, DateDeps::ShortArrow, false, 0},
-        {"Do not show", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, false, 0},
-        {"X", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, true, 0},
-        {"10 or so", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, false, 10},
-        {"-1", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, false, 0},
-        {"32768", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, false, 32767},
-    };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.text);
+    const auto read = [this](const std::string& text) {
         for (const char* key : {"SubprojectDisplayCombo", "DependencyArrowsCombo", "DateDependencyCombo",
                                 "SortByDateCheck", "AutomaticBackupCombo", "EfficiencyText"})
-            settings.WriteSettings(key, test.text);
-        const Preferences read = settings.ThePreferences();
-        EXPECT_EQ(read.subprojects, test.subprojects);
-        EXPECT_EQ(read.arrows, test.arrows);
-        EXPECT_EQ(read.dateDeps, test.dateDeps);
-        EXPECT_EQ(read.sortByDate, test.on);
-        EXPECT_EQ(read.backupMinutes, test.minutes);
-        EXPECT_EQ(read.efficiency, test.text);
-    }
+            settings.WriteSettings(key, text);
+        const Preferences all = settings.ThePreferences();
+        EXPECT_EQ(all.efficiency, text);
+        return std::tuple(all.subprojects, all.arrows, all.dateDeps, all.sortByDate, all.backupMinutes);
+    };
+    constexpr auto kLevel = Subprojects::OneLevel;
+    constexpr auto kNone = Arrows::None;
+    constexpr auto kHidden = DateDeps::Hidden;
+    for (const char* text : {"", "Do not show", "-1"})
+        EXPECT_EQ(read(text), std::tuple(kLevel, kNone, kHidden, false, 0)) << text;
+    EXPECT_EQ(read("All"), std::tuple(Subprojects::All, Arrows::All, kHidden, false, 0));
+    EXPECT_EQ(read("Tasks"), std::tuple(Subprojects::Flat, kNone, DateDeps::Triangle, false, 0));
+    EXPECT_EQ(read("Control"), std::tuple(kLevel, Arrows::Control, kHidden, false, 0));
+    EXPECT_EQ(read("Line"), std::tuple(kLevel, kNone, DateDeps::LineToTop, false, 0));
+    EXPECT_EQ(read("Short"), std::tuple(kLevel, kNone, DateDeps::ShortArrow, false, 0));
+    EXPECT_EQ(read("X"), std::tuple(kLevel, kNone, kHidden, true, 0));
+    EXPECT_EQ(read("10 or so"), std::tuple(kLevel, kNone, kHidden, false, 10));
+    EXPECT_EQ(read("32768"), std::tuple(kLevel, kNone, kHidden, false, 32767));
 }
 
 TEST_F(SettingsTest, TheNewestOfNineRecentFilesIsInFront) {

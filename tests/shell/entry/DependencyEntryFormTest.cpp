@@ -67,7 +67,7 @@ TEST_F(DependencyEntryFormTest, LoadsEachKind) {
         double offset;
         const char *sentence, *code, *projectText;
     } cases[] = {
-        {nullptr, 100, 30, 0, "finish until prerequisite date 9/7/2001.", "DF 0 100", "Bridge"},
+        {nullptr, 100, 30, 0, "finish until prerequisite date 9/7/2001.", "DF 30 100", "Bridge"},
         {nullptr, 20, 0, 1.5, "proceed beyond 20% until 1.5 days after prerequisite date 9/7/2001.",
          "DP 0 20", "Bridge"},
         {dig, 0, 0, -7, "start until 1 week before prerequisite task 1: Dig starts.", "SS 0 0", "Bridge"},

@@ -77,21 +77,5 @@ TEST(Estimates, WhatCannotBeStoredIsRefused) {
             << one.box << " " << one.text;
 }
 
-TEST(Estimates, WhatCanBeEntered) {
-    const std::pair<const char*, const char*> cases[] = {{"", ""},      {"3", ""},     {"L", "4"},
-                                                         {"L3", "345"}, {"Lm", "147"}, {"L3m", "012345678"}};
-    for (const auto& [flags, boxes] : cases) {
-        Estimates made;
-        const std::string all = flags;
-        made.live = all.find('L') != std::string::npos;
-        made.three = all.find('3') != std::string::npos;
-        made.manyRows = all.find('m') != std::string::npos;
-        std::string live;
-        for (int box = 0; box < Estimates::kBoxes; ++box)
-            live += made.BoxLive(box) ? std::to_string(box) : "";
-        EXPECT_EQ(live, boxes) << flags;
-    }
-}
-
 }  // namespace
 }  // namespace vortan
