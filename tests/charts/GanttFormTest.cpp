@@ -197,10 +197,7 @@ class NestedPlan : public GanttBench {
 };
 
 TEST(GanttFormTest, RowsFollowDisplayAndOrder) {
-    const struct {
-        const char *display, *byDate;
-        Texts rows;
-    } cases[] = {
+    const std::tuple<const char*, const char*, Texts> cases[] = {
         {"One level only", "-", {"1", "2: B", "3"}},
         {"All subprojects", "-", {"1", "2: B", "2: C", "3"}},
         {"Tasks only (flatten)", "-", {"1", "1: b", "1: c", "3: b", "3"}},
@@ -208,13 +205,12 @@ TEST(GanttFormTest, RowsFollowDisplayAndOrder) {
         {"All subprojects", "X", {"2: B", "2: C", "1", "3"}},
         {"Tasks only (flatten)", "X", {"3: b", "1: c", "1: b", "1", "3"}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.display);
+    for (const auto& [display, byDate, rows] : cases) {
         NestedPlan g;
-        g.Set("SubprojectDisplayCombo", c.display);
-        g.Set("SortByDateCheck", c.byDate);
+        g.Set("SubprojectDisplayCombo", display);
+        g.Set("SortByDateCheck", byDate);
         g.form.Start();
-        EXPECT_EQ(g.Column(0), c.rows);
+        EXPECT_EQ(g.Column(0), rows) << display;
     }
 }
 
@@ -297,9 +293,8 @@ TEST(GanttFormTest, CellsTellLeaderDependenciesAndTimeLeft) {
 
     EXPECT_EQ(g.form.TipAt(g.X(1), g.Y(1) + 175),
               "1\nStart: 9/3/2001\nFinish: 9/5/2001\nSlack: 1.5 days\nResources: Ann, Bob");
-    for (const auto& [day, row, down] : {std::tuple(3, 1, 175), {1, 1, 30}, {1, 1, 240}, {1, 4, 175}}) {
+    for (const auto& [day, row, down] : {std::tuple(3, 1, 175), {1, 1, 30}, {1, 1, 240}, {1, 4, 175}})
         EXPECT_EQ(g.form.TipAt(g.X(day), g.Y(row) + down), "") << day << " " << row << " " << down;
-    }
 }
 
 TEST(GanttFormTest, TheKeyNamesWhatIsThere) {

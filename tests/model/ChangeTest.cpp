@@ -29,9 +29,8 @@ class ChangeTest : public testing::Test, public Listener {
         heard.clear();
         command();
         model.workspace.DeliverChanges();
-        for (JournalOwner* owner : Owners()) {
+        for (JournalOwner* owner : Owners())
             EXPECT_EQ(owner->Dirty(), std::find(dirty.begin(), dirty.end(), owner) != dirty.end());
-        }
         return heard;
     }
     template <class T>

@@ -16,10 +16,9 @@ class JournalCommandsTest : public testing::Test {
     void Answer(const char* text) { model.platform.ExpectInput({true, text}); }
     std::string Journals() const {
         std::string all;
-        for (const JournalOwner* owner : std::initializer_list<const JournalOwner*>{top, sub, other, pool}) {
+        for (const JournalOwner* owner : std::initializer_list<const JournalOwner*>{top, sub, other, pool})
             all += std::to_string(static_cast<int>(owner->Journal().Days())) + "/" +
                    std::to_string(owner->NumJournals()) + " ";
-        }
         return all;
     }
 

@@ -100,9 +100,8 @@ TEST(NumberText, ScanInt32RoundsHalfToEvenAndSaturates) {
 }
 
 TEST(NumberText, Booleans) {
-    for (const char* text : {"True", "TRUE", "true", " tRuE ", "-1", "1", "0.5"}) {
+    for (const char* text : {"True", "TRUE", "true", " tRuE ", "-1", "1", "0.5"})
         EXPECT_EQ(ParseBool(text), true) << text;
-    }
     for (const char* text : {"False", "false", "0", "-0", "0.0"}) EXPECT_EQ(ParseBool(text), false) << text;
     for (const char* text : {"", "yes", "Truely", "Tru", "1x", "-"})
         EXPECT_EQ(ParseBool(text), std::nullopt) << text;

@@ -35,9 +35,8 @@ std::string PlanLines(std::size_t length, unsigned seed) {
         "TASK\r\n  Key,", "  OverheadRate,.",    "  Include,True\r\n  EarlyFinish,"};
     std::mt19937 random(seed);
     std::string text;
-    for (unsigned line = 0; text.size() < length; ++line) {
+    for (unsigned line = 0; text.size() < length; ++line)
         text += kNames[random() % std::size(kNames)] + std::to_string(line / 3 + random() % 20) + "\r\n";
-    }
     return text;
 }
 

@@ -64,7 +64,7 @@ std::string Join(const std::vector<std::string>& lines) {
 const std::string kSmallGolden = TestFile("golden/solve/m33.vta");
 
 TEST_F(RecordsTest, EveryPlanIsSavedAsItWasRead) {
-    const auto plans = GoldenPlans();
+    const auto plans = FilesIn(TestFile("golden/solve"), ".vta");
     ASSERT_GT(plans.size(), 20u);
     for (const std::string& plan : plans) {
         SCOPED_TRACE(plan);
@@ -250,10 +250,7 @@ TEST_F(RecordsTest, AFieldThatJoinedLaterStandsOnlyWhereItSaysSomething) {
 /// What a later version adds has its own message; what only looks odd is damage.
 TEST_F(RecordsTest, AFileOfALaterVersionIsNotCalledDamaged) {
     const std::string plan = SmallPlan("P", {1, 2}) + DependencyOn("P", 1);
-    const struct {
-        const char *behind, *line;
-        bool newer;
-    } cases[] = {
+    const std::tuple<std::string, const char*, bool> cases[] = {
         {"  LateFinish,12/30/1899 12:00am\r\n", "  SolveRank,3\r\n", true},
         {"  Manager,\"\"\r\n", "  Calendar2,\"\",x,1\r\n", true},
         {"  Offset,0\r\n", "  Lag,2\r\n", true},
@@ -272,11 +269,10 @@ TEST_F(RecordsTest, AFileOfALaterVersionIsNotCalledDamaged) {
         {"  LateStart,12/30/1899 12:00am\r\n", "  SolveRank,3\r\n", false},  // in the midst of a record
         {"", "CALENDAR\r\n", false},
     };
-    for (const auto& test : cases) {
-        const std::string behind = test.behind;
-        const std::string fault = FaultOf(Replace(plan, behind, behind + test.line));
-        EXPECT_EQ(fault.find("written by a newer version") != std::string::npos, test.newer) << fault;
-        EXPECT_EQ(fault.find("when expecting") != std::string::npos, !test.newer) << fault;
+    for (const auto& [behind, line, newer] : cases) {
+        const std::string fault = FaultOf(Replace(plan, behind, behind + line));
+        EXPECT_EQ(fault.find("written by a newer version") != std::string::npos, newer) << fault;
+        EXPECT_EQ(fault.find("when expecting") != std::string::npos, !newer) << fault;
         EXPECT_NE(fault.find("plan.vta"), std::string::npos);
         EXPECT_NE(fault.find("\nLine "), std::string::npos);
     }

@@ -34,8 +34,8 @@ void ExpectCircle(const Solver& solver) {
 struct GoldenTest : CliFixture, testing::WithParamInterface<std::string> {};
 
 TEST_P(GoldenTest, SolvesToTheKnownAnswer) {
-    const LoadedPlan plan(ReadTextFile(TestFile("golden/solve/" + GetParam() + ".vta")));
-    QJsonObject golden = ParseJson(ReadTextFile(TestFile("golden/solve/" + GetParam() + ".json"))).toObject();
+    const LoadedPlan plan(FileBytes(TestFile("golden/solve/" + GetParam() + ".vta")));
+    QJsonObject golden = ParseJson(FileBytes(TestFile("golden/solve/" + GetParam() + ".json"))).toObject();
     QJsonObject solved = ParseJson(SolveJson(plan.workspace, plan.solver)).toObject();
     if (golden["status"] == "Circular dependency") {
         ExpectCircle(plan.solver);
@@ -51,14 +51,15 @@ TEST_P(GoldenCrashTest, TakesTheKnownSteps) {
     std::vector<std::string> arguments{"crash", stem.substr(0, stem.rfind('.')) + ".vta", "--json",
                                        "--increment", "0.25"};
     if (stem.ends_with(".detailed")) arguments.emplace_back("--detailed");
-    const QJsonValue golden = ParseJson(ReadTextFile(stem + ".json"));
+    const QJsonValue golden = ParseJson(FileBytes(stem + ".json"));
     EXPECT_EQ(JsonDifference(ParseJson(Done(arguments)), golden, Tolerance(0.01)), "");
 }
 
 /// The stems of the files with that extension.
 std::vector<std::string> StemsIn(const char* directory, const char* extension) {
     std::vector<std::string> names;
-    for (const std::string& path : FilesIn(TestFile(directory), extension)) names.push_back(StemOf(path));
+    for (const std::string& path : FilesIn(TestFile(directory), extension))
+        names.push_back(std::filesystem::path(path).stem().string());
     return names;
 }
 

@@ -120,7 +120,7 @@ bool KnownToBothSolvers(const std::string& message) {
 TEST(SlowSolverTest, AgreesOnPlansWithKnownAnswers) {
     int compared = 0;
     for (const std::string& path : FilesIn(TestFile("golden/solve"), ".vta")) {
-        const std::string text = ReadTextFile(path);
+        const std::string text = FileBytes(path);
         if (!KnownToBothSolvers(LoadedPlan(text).solver.SolveMessage())) continue;
         EXPECT_EQ(Difference(text), "") << path;
         ++compared;
@@ -161,7 +161,7 @@ TEST(SlowSolverTest, AgreesWhereTasksWait) {
 
 /// An assignment that is not included still settles which resource of a task is looked at first.
 TEST(SlowSolverTest, AgreesOnTheResourceAtFaultBehindAnExcludedAssignment) {
-    const std::string text = ReadTextFile(TestFile("plans/ExcludedAssignmentFirst.vta"));
+    const std::string text = FileBytes(TestFile("plans/ExcludedAssignmentFirst.vta"));
     EXPECT_EQ(LoadedPlan(text).solver.SolveMessage(), "Overtime needed");
     EXPECT_EQ(Difference(text), "");
 }

@@ -29,20 +29,18 @@ inline void WriteBytes(const std::string& name, std::string_view bytes) {
 /// The names in a directory, sorted.
 inline std::vector<std::string> NamesIn(const std::string& directory) {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(directory)) {
+    for (const auto& entry : std::filesystem::directory_iterator(directory))
         names.push_back(entry.path().filename().string());
-    }
     std::sort(names.begin(), names.end());
     return names;
 }
 
-/// Plans of all sizes with several projects, templates and journals.
-inline std::vector<std::string> GoldenPlans() {
-    std::vector<std::string> plans;
-    for (const std::string& name : NamesIn(TestFile("golden/solve"))) {
-        if (name.ends_with(".vta")) plans.push_back(TestFile("golden/solve/" + name));
-    }
-    return plans;
+/// The files of a directory with that extension (".vta"), sorted.
+inline std::vector<std::string> FilesIn(const std::string& directory, const std::string& extension) {
+    std::vector<std::string> files;
+    for (const std::string& name : NamesIn(directory))
+        if (name.ends_with(extension)) files.push_back(directory + "/" + name);
+    return files;
 }
 
 inline LoadReport LoadText(Workspace& workspace, std::string_view text, bool packed = false) {

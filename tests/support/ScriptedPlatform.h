@@ -20,9 +20,8 @@ class ScriptedPlatform : public Platform {
   public:
     ScriptedPlatform() : directory_(MakeDirectory()) {}
     ~ScriptedPlatform() override {
-        for (const Box& box : boxes_) {
+        for (const Box& box : boxes_)
             ADD_FAILURE() << "The box \"" << box.title << "\" (" << box.fragment << ") never came";
-        }
         if (!inputs_.empty()) ADD_FAILURE() << inputs_.size() << " input boxes never came";
         if (!fileNames_.empty()) ADD_FAILURE() << fileNames_.size() << " file dialogs never came";
         std::error_code ignored;

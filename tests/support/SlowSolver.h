@@ -365,9 +365,8 @@ class SlowSolver {
         Resources resources;
         for (const Vassignment* assignment : task->AssignmentList()) {
             const Vresource* resource = assignment->ResourceRequired();
-            if (std::find(resources.begin(), resources.end(), resource) == resources.end()) {
+            if (std::find(resources.begin(), resources.end(), resource) == resources.end())
                 resources.push_back(resource);
-            }
         }
         while (result.earlyFinish < targetFinish || remaining > 0) {
             if (Halted()) return;

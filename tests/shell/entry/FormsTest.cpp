@@ -264,10 +264,7 @@ TEST_P(FormsTest, MakesAnObjectUponOkAlone) {
 }
 
 TEST(Forms, OkChangesNothingThatWasNotTyped) {
-    const struct {
-        PlanObject (*object)(TreeBench&);
-        const char *form, *focus;
-    } cases[] = {
+    const std::tuple<PlanObject (*)(TreeBench&), const char*, const char*> cases[] = {
         {[](TreeBench& b) { return PlanObject(b.alpha); }, "ProjectEntryForm", "SolveRulesCombo"},
         {[](TreeBench& b) { return PlanObject(b.link); }, "SubprojectEntryForm", "TaskIdText"},
         {[](TreeBench& b) { return PlanObject(b.build); }, "TaskEntryForm", "DescriptionText"},
@@ -282,17 +279,17 @@ TEST(Forms, OkChangesNothingThatWasNotTyped) {
     bench.needsDig->SetOffset(-1.0 / 7);
     bench.ann->SetBurdenedRate(Money::FromUnits(333333));
     bench.NodeOf(bench.annBuilds);
-    for (const auto& one : cases) {
+    for (const auto& [object, form, focus] : cases) {
         for (const Qt::Key end : {Qt::Key_Escape, Qt::Key_Return}) {
-            SCOPED_TRACE(one.form);
+            SCOPED_TRACE(form);
             bench.Clean();
             const std::string before = bench.Everything();
-            bench.Select(one.object(bench));
+            bench.Select(object(bench));
             bench.trees.Commands().Modify();
-            EXPECT_EQ(S(bench.Dialog().objectName()), one.form);
-            EXPECT_EQ(bench.Focus(), one.focus);
+            EXPECT_EQ(S(bench.Dialog().objectName()), form);
+            EXPECT_EQ(bench.Focus(), focus);
             bench.Press(end);
-            EXPECT_FALSE(bench.IsOpen(one.form));
+            EXPECT_FALSE(bench.IsOpen(form));
             EXPECT_EQ(bench.alpha->Dirty() || bench.crew->Dirty(), end == Qt::Key_Return);
             bench.Clean();
             EXPECT_EQ(bench.Everything(), before);
@@ -322,6 +319,49 @@ TEST(Forms, NeedWhatTheObjectIsToBelongTo) {
     for (const char* button : {"Toolbar.Shift", "Toolbar.Resource"}) {
         empty.platform.ExpectBox("No Templates in Memory", BoxAnswer::Ok);
         empty.Click(button);
+    }
+}
+
+TEST(Forms, ChangesReachAsFarAsTheOptionSays) {
+    Shell shell;
+    Workspace& workspace = MakePlan(
+        shell.desktop.workspace, R"(project Master; project Middle; project Leaf; project Side; project Other
+        project Master; task 1 is Middle; task 2 is Side; project Middle; task 1 is Leaf)");
+    workspace.SetThisProject(workspace.ProjectList().Find("Middle"));
+    workspace.BroadcastNewThisProject();
+    int rule = static_cast<int>(SolveRule::NormalExtend);
+    for (const auto& [option, reached] : {std::pair("ApplyOption(0)", "Middle "),
+                                          {"ApplyOption(1)", "Middle Leaf "},
+                                          {"ApplyOption(2)", "Master Middle Leaf Side "}}) {
+        ++rule;
+        for (Vproject* project : workspace.ProjectList()) project->SetDirty(false);
+        shell.Choose("ProjectModifyMenu");
+        EXPECT_EQ(shell.Focus(), "SolveRulesCombo");
+        shell.Find<QComboBox>("SolveRulesCombo").setCurrentIndex(rule);
+        shell.Click(option);
+        shell.Click("OkCommand");
+        std::string changed, dirty;
+        for (const Vproject* project : workspace.ProjectList()) {
+            if (static_cast<int>(project->SolveRules()) == rule) changed += project->ProjectName() + " ";
+            if (project->Dirty()) dirty += project->ProjectName() + " ";
+        }
+        EXPECT_EQ(changed, reached);
+        EXPECT_EQ(dirty, reached);
+    }
+}
+
+TEST(Forms, ATemplateTakesAnotherName) {
+    Shell shell;
+    Workspace& workspace = MakePlan(shell.desktop.workspace, "template Crew");
+    Vtemplate* crew = workspace.ThisTemplate();
+    workspace.BroadcastNewThisTemplate();
+    for (const char* name : {"People", "Team"}) {
+        shell.Choose("TemplateModifyMenu");
+        shell.Do(std::string("TemplateNameText=") + name);
+        shell.Press(Qt::Key_Return);
+        EXPECT_EQ(crew->TemplateName(), name);
+        EXPECT_EQ(shell.main.findChild<QComboBox*>("TemplateCombo")->currentText(), name);
+        EXPECT_EQ(shell.NodeOf(crew).Text, name);
     }
 }
 

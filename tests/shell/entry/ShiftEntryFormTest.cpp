@@ -40,21 +40,18 @@ class ShiftEntryFormTest : public FormBench {
 };
 
 TEST_F(ShiftEntryFormTest, AMouseDragSelectsARunInReadingOrder) {
-    const struct {
-        std::vector<int> cells;
-        int first, last;
-    } drags[] = {{{At(8, 0)}, At(8, 0), At(8, 0)},
-                 {{At(8, 0), At(9, 10)}, At(8, 0), At(9, 10)},
-                 {{At(9, 10), At(8, 0)}, At(8, 0), At(9, 10)},
-                 {{At(5, 30), At(7, 0), At(5, 40)}, At(5, 30), At(5, 40)},
-                 {{At(5, 30), At(7, 0), At(4, 55)}, At(4, 55), At(5, 30)},
-                 {{At(0, 0), At(23, 55)}, At(0, 0), At(23, 55)}};
+    const std::tuple<std::vector<int>, int, int> drags[] = {
+        {{At(8, 0)}, At(8, 0), At(8, 0)},
+        {{At(8, 0), At(9, 10)}, At(8, 0), At(9, 10)},
+        {{At(9, 10), At(8, 0)}, At(8, 0), At(9, 10)},
+        {{At(5, 30), At(7, 0), At(5, 40)}, At(5, 30), At(5, 40)},
+        {{At(5, 30), At(7, 0), At(4, 55)}, At(4, 55), At(5, 30)},
+        {{At(0, 0), At(23, 55)}, At(0, 0), At(23, 55)}};
     Open();
-    for (const auto& drag : drags) {
-        Sweep(drag.cells);
-        EXPECT_EQ(White(), std::pair(drag.first, drag.last));
-        EXPECT_EQ(Grid().AnchorCell(), drag.cells.front());
-        EXPECT_EQ(Grid().CurrentCell(), drag.cells.back());
+    for (const auto& [cells, first, last] : drags) {
+        Sweep(cells);
+        EXPECT_EQ(White(), std::pair(first, last));
+        EXPECT_TRUE(Grid().AnchorCell() == cells.front() && Grid().CurrentCell() == cells.back());
     }
     Sweep({At(8, 0), At(13, 40)});
     EXPECT_EQ(Find<QLabel>("SelectionLabel").text(), "Selected:\n8:00am to 1:45pm");
@@ -101,24 +98,20 @@ TEST_F(ShiftEntryFormTest, TheDayIsPaintedByKeyboard) {
     Find<QWidget>("HolidayMultiplierText").setFocus();
     Press(Qt::Key_Tab);
     ASSERT_EQ(Focus(), "Grid");
-    const struct {
-        Qt::Key key;
-        Qt::KeyboardModifiers with;
-        int current;
-        std::pair<int, int> white;
-    } presses[] = {{Qt::Key_Up, {}, 0, {-1, -2}},
-                   {Qt::Key_O, {}, 0, {-1, -2}},  // paints the one cell
-                   {Qt::Key_Down, {}, 12, {-1, -2}},
-                   {Qt::Key_Down, kShift, 24, {12, 24}},
-                   {Qt::Key_Left, kShift, 23, {12, 23}},
-                   {Qt::Key_B, {}, 23, {-1, -2}},
-                   {Qt::Key_End, kControl | kShift, 287, {23, 287}},
-                   {Qt::Key_Up, {}, At(22, 55), {-1, -2}},  // moves on and drops the selection
-                   {Qt::Key_Space, {}, At(22, 55), {At(22, 55), At(22, 55)}}};
-    for (const auto& press : presses) {
-        QTest::keyClick(&Grid(), press.key, press.with);
-        EXPECT_EQ(Grid().CurrentCell(), press.current);
-        EXPECT_EQ(White(), press.white);
+    const std::tuple<Qt::Key, Qt::KeyboardModifiers, int, std::pair<int, int>> presses[] = {
+        {Qt::Key_Up, {}, 0, {-1, -2}},
+        {Qt::Key_O, {}, 0, {-1, -2}},  // paints the one cell
+        {Qt::Key_Down, {}, 12, {-1, -2}},
+        {Qt::Key_Down, kShift, 24, {12, 24}},
+        {Qt::Key_Left, kShift, 23, {12, 23}},
+        {Qt::Key_B, {}, 23, {-1, -2}},
+        {Qt::Key_End, kControl | kShift, 287, {23, 287}},
+        {Qt::Key_Up, {}, At(22, 55), {-1, -2}},  // moves on and drops the selection
+        {Qt::Key_Space, {}, At(22, 55), {At(22, 55), At(22, 55)}}};
+    for (const auto& [key, with, current, white] : presses) {
+        QTest::keyClick(&Grid(), key, with);
+        EXPECT_EQ(Grid().CurrentCell(), current);
+        EXPECT_EQ(White(), white);
     }
     Press(Qt::Key_Tab);
     EXPECT_EQ(Focus(), "GroupCommand(0)");

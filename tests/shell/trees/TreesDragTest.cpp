@@ -155,20 +155,18 @@ TEST(TreesDrag, TheEdgesScroll) {
     auto& timer = *bench.main.findChild<QTimer*>("ScrollTreeTimer");
     bench.BeginDrag(bob);
     const auto top = [&] { return bench.trees.ProjectTree().View().verticalScrollBar()->value(); };
-    const struct {
-        int y, ticks, lines;
-    } steps[] = {{viewport.height() / 2, 0, 0},
-                 {viewport.height() - 3, 5, 5},
-                 {viewport.height() / 2, 0, 0},
-                 {3, 3, -3}};
-    for (const auto& step : steps) {
-        bench.Mouse(QEvent::MouseMove, bench.ViewOf(bob), viewport.mapToGlobal(QPoint(50, step.y)),
+    const std::tuple<int, int, int> steps[] = {{viewport.height() / 2, 0, 0},
+                                               {viewport.height() - 3, 5, 5},
+                                               {viewport.height() / 2, 0, 0},
+                                               {3, 3, -3}};
+    for (const auto& [y, ticks, lines] : steps) {
+        bench.Mouse(QEvent::MouseMove, bench.ViewOf(bob), viewport.mapToGlobal(QPoint(50, y)),
                     Qt::LeftButton);
-        EXPECT_EQ(timer.isActive(), step.ticks > 0);
+        EXPECT_EQ(timer.isActive(), ticks > 0);
         const int before = top();
         QTimerEvent tick(timer.timerId());
-        for (int i = 0; i < step.ticks; ++i) QCoreApplication::sendEvent(&timer, &tick);
-        EXPECT_EQ(top(), before + step.lines);
+        for (int i = 0; i < ticks; ++i) QCoreApplication::sendEvent(&timer, &tick);
+        EXPECT_EQ(top(), before + lines);
     }
     bench.trees.Drag().Cancel();
     const int scrolled = top();

@@ -65,10 +65,7 @@ TEST(TreesPopup, OpensWithARightClickAtTheNode) {
 }
 
 TEST(TreesPopup, DeletingSaysWhatRefersToTheObject) {
-    const struct {
-        PlanObject (*object)(TreeBench&);
-        const char *word, *told;
-    } cases[] = {
+    const std::tuple<PlanObject (*)(TreeBench&), std::string, const char*> cases[] = {
         {[](TreeBench& b) { return PlanObject(b.dig); }, "task", "1 dependency of other tasks."},
         {[](TreeBench& b) { return PlanObject(b.build); }, "task", ""},
         {[](TreeBench& b) { return PlanObject(b.link); }, "subproject", "The project Beta stays in memory"},
@@ -83,16 +80,15 @@ TEST(TreesPopup, DeletingSaysWhatRefersToTheObject) {
         {[](TreeBench& b) { return PlanObject(b.alpha); }, "project",
          "It has 4 tasks.  1 subproject stays in memory as a master project."},
     };
-    for (const auto& one : cases) {
+    for (const auto& [object, word, told] : cases) {
         TreeBench bench;
         bench.alpha->SetDirty(false);
         bench.crew->SetDirty(false);
-        Node& node = bench.NodeOf(one.object(bench));
+        Node& node = bench.NodeOf(object(bench));
         const std::string key = node.Key;
         const NodeTree& tree = *node.Tree;
         const bool inProject = &tree == &bench.trees.ProjectTree().Tree();
         bench.trees.SetDragNode(&node);
-        const std::string word = one.word;
         for (const BoxAnswer answer : {BoxAnswer::No, BoxAnswer::Yes}) {
             SCOPED_TRACE(word);
             bench.platform.ExpectBox("Confirm Delete " + word, answer);
@@ -104,8 +100,8 @@ TEST(TreesPopup, DeletingSaysWhatRefersToTheObject) {
         const std::string text = bench.platform.boxTexts.back();
         const std::string question = "Are you sure you want to delete this " + word + "?";
         EXPECT_EQ(text.substr(0, question.size()), question);
-        EXPECT_EQ(text.size() > question.size(), *one.told != 0) << text;
-        EXPECT_NE(text.find(one.told), std::string::npos) << text;
+        EXPECT_EQ(text.size() > question.size(), *told != 0) << text;
+        EXPECT_NE(text.find(told), std::string::npos) << text;
         EXPECT_EQ(bench.trees.DragNode(), nullptr);
         EXPECT_EQ(bench.Marked(), "");
         const bool owned = word != "project" && word != "template";

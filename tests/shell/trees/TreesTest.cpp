@@ -33,10 +33,8 @@ TEST(Trees, ShowNodesInTheirOrderWithChildrenOnDemand) {
 }
 
 TEST(Trees, PutANewNodeBeforeTheFirstThatSortsAfterIt) {
-    const struct {
-        const char* order;  // kinds and texts as they come
-        const char* result;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
+        // kinds and texts as they come, and in order
         {"t10 t9 t1 t10:b", "t1 t9 t10 t10:b"},
         {"r2:b r10 r1 r2:a", "r1 r2:b r2:a r10"},
         {"db dA dc dB", "dA db dB dc"},
@@ -44,13 +42,13 @@ TEST(Trees, PutANewNodeBeforeTheFirstThatSortsAfterIt) {
         {"hnight hDay gyard gOffice gYard", "hDay hnight gOffice gyard gYard"},
         {"d\xC3\xA4 d\xC3\x84 dz", "dz d\xC3\xA4 d\xC3\x84"},
     };
-    for (const auto& one : cases) {
+    for (const auto& [order, expected] : cases) {
         Nodes nodes;
-        for (const QString& word : Q(one.order).split(' '))
+        for (const QString& word : Q(order).split(' '))
             AddNode(nodes, MakeNode("", S(word.mid(1)), S(word.left(1))));
         std::string result;
         for (const auto& node : nodes) result += (result.empty() ? "" : " ") + node->Tag + node->Text;
-        EXPECT_EQ(result, one.result);
+        EXPECT_EQ(result, expected);
     }
 }
 
@@ -92,9 +90,8 @@ TEST(Trees, LeadFromObjectsToNodesAndBack) {
     const PlanObject objects[] = {bench.alpha, bench.dig,       bench.link,
                                   bench.wire,  bench.needsDig,  bench.crew,
                                   bench.bob,   bench.annBuilds, bench.crew->ShiftList()[1]};
-    for (const PlanObject& object : objects) {
+    for (const PlanObject& object : objects)
         EXPECT_EQ(trees.FindObjectFromNode(trees.FindNodeFromObject(object)), object) << object.index();
-    }
     EXPECT_EQ(&bench.NodeOf(bench.beta), &bench.NodeOf(bench.link));
     EXPECT_EQ(trees.FindProjectFromNode(bench.NodeOf(bench.link)), bench.beta);
     EXPECT_EQ(trees.FindProjectFromNodeText("Beta"), bench.beta);
