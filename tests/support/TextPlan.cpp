@@ -37,12 +37,9 @@ class PlanMaker {
         } else if (what == "project") {
             project_ = WithJournals(workspace_.FindOrCreateProject(Word()));
             if (!workspace_.ThisProject()) workspace_.SetThisProject(project_);
-            while (words_ >> std::ws && !words_.eof()) {
-                if (words_.peek() == '"')
-                    project_->SetDescription(Word());
-                else if (Word() == "rule")
-                    project_->SetSolveRules(SolveRule{std::stoi(Word())});
-            }
+            ForEachWord(*project_, [this](const std::string&) {
+                project_->SetSolveRules(SolveRule{std::stoi(Word())});
+            });
         } else if (what == "task") {
             Task(*project_->FindOrCreateTask(std::stoi(Word())));
         } else {
@@ -68,26 +65,26 @@ class PlanMaker {
         return owner;
     }
 
-    void Resource(Vresource& resource) {
+    /// What is in quotes describes the object.
+    template <class Object, class Act>
+    void ForEachWord(Object& object, Act&& act) {
         while (words_ >> std::ws && !words_.eof()) {
             if (words_.peek() == '"') {
-                resource.SetDescription(Word());
-                continue;
+                object.SetDescription(Word());
+            } else {
+                act(Word());
             }
-            const std::string word = Word();
+        }
+    }
+    void Resource(Vresource& resource) {
+        ForEachWord(resource, [&](const std::string& word) {
             if (word == "in") resource.SetDepartment(Word());
             if (word == "on") resource.SetShift(template_->FindOrCreateShift(Word()));
             if (word[0] == '$') resource.SetBurdenedRate(Money::FromDouble(std::stod(word.substr(1))));
-        }
+        });
     }
-
     void Task(Vtask& task) {
-        while (words_ >> std::ws && !words_.eof()) {
-            if (words_.peek() == '"') {
-                task.SetDescription(Word());
-                continue;
-            }
-            const std::string word = Word();
+        ForEachWord(task, [&](const std::string& word) {
             if (word == "work" || word == "clock" || word == "days") {
                 task.SetEffortUnits(word == "work" ? -60 : word == "clock" ? 60 : 1440);
                 Estimate(task, Word());
@@ -105,7 +102,7 @@ class PlanMaker {
             } else {
                 ADD_FAILURE() << "What is " << word << "?";
             }
-        }
+        });
     }
     static void Estimate(Vtask& task, const std::string& word) {
         const auto first = word.find('/'), last = word.rfind('/');
