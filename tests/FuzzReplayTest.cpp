@@ -31,9 +31,8 @@ TEST(FuzzReplay, EveryTargetSurvivesItsCorpus) {
 TEST(FuzzReplay, EveryCorpusHasATarget) {
     std::set<std::string> names;
     for (const FuzzTarget* const target : FuzzTarget::All()) names.insert(target->Name);
-    for (const auto& entry : fs::directory_iterator(vortan::FuzzCorpus())) {
+    for (const auto& entry : fs::directory_iterator(vortan::FuzzCorpus()))
         EXPECT_TRUE(names.count(entry.path().filename().string())) << entry.path();
-    }
 }
 
 }  // namespace

@@ -27,29 +27,28 @@ std::string JsonOf(const Data& data) {
 }
 
 /// Boxes in their order and links in any, without texts.
-std::string PlacesIn(const Json& json) {
+std::string PlacesIn(const QJsonValue& json) {
     std::string text;
-    for (const Json& box : json["boxes"].Items()) {
-        text += box["project"].Text();
+    for (const QJsonValue box : json["boxes"].toArray()) {
+        text += box["project"].toString().toStdString();
         for (const char* name : {"number", "task", "from", "to", "col", "row"})
-            text += " " + std::to_string(box[name].Int());
+            text += " " + std::to_string(box[name].toInt());
         text += "\n";
     }
     std::multiset<std::pair<int, int>> links;
-    for (const Json& link : json["links"].Items())
-        links.emplace(link.Items()[0].Int(), link.Items()[1].Int());
+    for (const QJsonValue link : json["links"].toArray()) links.emplace(link[0].toInt(), link[1].toInt());
     for (const auto& [from, to] : links) text += std::to_string(from) + "-" + std::to_string(to) + " ";
-    return text + std::to_string(json["columns"].Int()) + " by " + std::to_string(json["rows"].Int());
+    return text + std::to_string(json["columns"].toInt()) + " by " + std::to_string(json["rows"].toInt());
 }
 
 TEST(PrecedenceData, GoldenPlansHaveTheKnownPlaces) {
     int compared = 0;
     for (const std::string& path : FilesIn(TestFile("golden/reports"), ".json")) {
         if (!path.ends_with(".precedence.json")) continue;
-        LoadedPlan plan(ReadTextFile(path.substr(0, path.size() - 16) + ".vta"));
+        LoadedPlan plan(FileBytes(path.substr(0, path.size() - 16) + ".vta"));
         PrecedenceForm form(plan.workspace, plan.solver, metrics);
         for (int i = 0; i < 2; ++i) form.Start();
-        EXPECT_EQ(PlacesIn(Json::Parse(JsonOf(form))), PlacesIn(Json::Parse(ReadTextFile(path)))) << path;
+        EXPECT_EQ(PlacesIn(ParseJson(JsonOf(form))), PlacesIn(ParseJson(FileBytes(path)))) << path;
         ++compared;
     }
     EXPECT_EQ(compared, 6);

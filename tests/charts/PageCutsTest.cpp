@@ -19,24 +19,20 @@ PageStats Stats(std::vector<int> colPos, std::vector<int> rowPos, int fixedCols 
 }
 
 TEST(PageCuts, ButtonsFollowTheFit) {
-    const struct {
-        int width, height;
-        bool headings;
-        float fit;
-        const char* enabled;  // by index
-    } cases[] = {
+    const std::tuple<int, int, bool, float, const char*> cases[] = {
+        // what is enabled, by index
         {1000, 500, true, 1, "11000011"},    {2000, 250, true, 0.5, "11101111"},
         {2000, 250, false, 0.5, "11101011"}, {500, 100, true, 2, "11010011"},
         {100, 1000, true, 0.5, "11101111"},  {1, 1, true, 500, "11010011"},
     };
-    for (const auto& c : cases) {
-        PageStats stats = Stats({0, c.width}, {0, c.height});
-        stats.hasHeadings = c.headings;
+    for (const auto& [width, height, headings, fit, expected] : cases) {
+        PageStats stats = Stats({0, width}, {0, height});
+        stats.hasHeadings = headings;
         const PageCuts cuts(stats);
-        EXPECT_EQ(cuts.Fit(), c.fit);
+        EXPECT_EQ(cuts.Fit(), fit);
         std::string enabled;
         for (int i = 0; i < 8; ++i) enabled += cuts.IsEnabled(static_cast<Choice>(i)) ? '1' : '0';
-        EXPECT_EQ(enabled, c.enabled) << c.width;
+        EXPECT_EQ(enabled, expected) << width;
     }
 }
 
@@ -74,6 +70,8 @@ TEST(PageCuts, PagesAreCutAlongTheGrid) {
         "p 0 0 200 100 0 0\n  900 0 1400 100 200 0\n  0 450 200 700 0 100\n  900 450 1400 700 200 100\n");
     EXPECT_EQ(Text(chart.Pieces(Choice::SingleHeading)),
               "p 0 0 900 450 0 0\np 900 0 1400 450 0 0\np 0 450 900 700 0 0\np 900 450 1400 700 0 0\n");
+    const PageCuts exact(Stats({0, 500, 1000}, {0, 250, 500}));
+    EXPECT_EQ(Text(exact.Pieces(Choice::SingleHeading)), "p 0 0 1000 500 0 0\n");
     // Rows to be repeated, but no columns: the corner is empty and starts the page all the same.
     const PageCuts table(Stats({0, 900}, {0, 100, 400, 800}, 0, 1));
     EXPECT_EQ(Text(table.Pieces(Choice::MultipleHeadings)),
@@ -97,19 +95,6 @@ TEST(PageCuts, WhatIsLargerThanAPageIsClipped) {
     EXPECT_EQ(Text(fixed.Pieces(Choice::MultipleHeadings)),
               "p 0 0 0 50 0 0\n  0 0 600 50 0 0\n  0 50 0 50 0 50\n  0 50 600 50 0 50\n"
               "p 0 0 0 50 0 0\n  600 0 1100 50 0 0\n  0 50 0 50 0 50\n  600 50 1100 50 0 50\n");
-}
-
-TEST(PageCuts, StatsOfASurface) {
-    const FixedMetrics metrics;
-    Vwindow w(Vwindow::Style::Table, metrics);
-    w.ClearLayout();
-    w.AddColumn("Name", Alignment::Left);
-    w.AddRow();
-    w.EndLayout(1, 0);
-    const PageStats stats = PageStatsOf(w, {.width = 600, .height = 400});
-    EXPECT_EQ(stats.colPos, (std::vector{0, 500}));
-    EXPECT_EQ(stats.rowPos, (std::vector{0, 350, 700}));
-    EXPECT_EQ(PageCuts(stats).Fit(), 400.0F / 700);
 }
 
 TEST(AdjustColors, ColoursStayApart) {

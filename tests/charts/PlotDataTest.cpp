@@ -11,6 +11,7 @@
 #include "support/Json.h"
 #include "support/LoadedPlan.h"
 #include "support/ModelBench.h"
+#include "support/TextPlan.h"
 
 namespace vortan {
 namespace {
@@ -19,10 +20,15 @@ using Period = TimeScale::Period;
 const FixedMetrics metrics;
 
 template <class Form>
-Json DataOf(const Form& form) {
+QJsonValue DataOf(const Form& form) {
     JsonWriter json;
     WriteChartJson(json, form.Data());
-    return Json::Parse(json.Line());
+    return ParseJson(json.Line());
+}
+
+/// A plan of one resource.
+std::string ShedText(const std::string& tasks) {
+    return PlanText("template Crew; resource 1 \"Ann\" $50; project Shed rule 1; " + tasks);
 }
 
 std::string StemOfPlan(const std::string& path) {
@@ -30,19 +36,19 @@ std::string StemOfPlan(const std::string& path) {
 }
 
 TEST(PlotData, GoldenPlansGiveTheKnownNumbers) {
-    const auto tolerance = [](const std::string&) { return 1e-6; };
+    const auto tolerance = [](const QString&) { return 1e-6; };
     int compared = 0;
     for (const std::string& path : FilesIn(TestFile("golden/reports"), ".json")) {
         const bool histogram = path.ends_with(".histogram.json");
         if (!histogram && !path.ends_with(".budget.json")) continue;
-        LoadedPlan plan(ReadTextFile(StemOfPlan(path) + ".vta"));
+        LoadedPlan plan(FileBytes(StemOfPlan(path) + ".vta"));
         HistogramForm hours(plan.workspace, plan.solver, metrics);
         BudgetForm costs(plan.workspace, metrics);
         hours.TheVwindow().FixedPeriod = Period::Day;
         // Twice: what the first start leaves must not matter.
         for (int i = 0; i < 2; ++i) histogram ? hours.Start() : costs.Start();
-        const Json golden = Json::Parse(ReadTextFile(path));
-        EXPECT_EQ((histogram ? DataOf(hours) : DataOf(costs)).Difference(golden, tolerance), "") << path;
+        const QJsonValue golden = ParseJson(FileBytes(path));
+        EXPECT_EQ(JsonDifference(histogram ? DataOf(hours) : DataOf(costs), golden, tolerance), "") << path;
         ++compared;
     }
     EXPECT_EQ(compared, 12);
@@ -104,7 +110,7 @@ TEST(HistogramFormTest, HoursAddUpByPeriod) {
 }
 
 TEST(HistogramFormTest, AShortSlotMakesARowWithoutHours) {
-    HistogramBench bench(ShedPlan(1, {{1, "Look", kEffortHours, 5, {{}}, {{1, 8}}}}));
+    HistogramBench bench(ShedText("task 1 \"Look\" work 5 start by 1"));
     EXPECT_EQ(bench.Hours(Period::Day), "Ann 0; = 0");
     EXPECT_FALSE(bench.form.IsEmpty());
     EXPECT_EQ(bench.form.TheVwindow().Cell(1, 0), "0.0");
@@ -313,15 +319,14 @@ TEST(PlotForms, AnyPlanGivesAChart) {
     const std::string names[] = {std::string(10000, 'x'), "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D",
                                  "\xF0\x9F\x9A\xA7,\""};
     for (const std::string& name : names) {
-        HistogramBench bench(ShedPlan(
-            1, {{1, "Dig", kEffortHours, 480, {{}}, {{1, 8}}},
-                {2, "Late", kEffortHours, 480, {{1}, {0, 100, 0, "0", "09/03/2101 08:00am"}}, {{1, 8}}}}));
+        HistogramBench bench(ShedText(
+            "task 1 \"Dig\" work 480 start by 1; task 2 \"Late\" work 480 after 1 start=9/3/2101_8:00 by 1"));
         bench.Resource("Crew", 1)->SetDescription(name);
         bench.Resource("Crew", 1)->SetDepartment(name);
         for (const bool byDepartment : {false, true}) {
             bench.form.SetByDepartment(byDepartment);
             bench.form.Start();
-            EXPECT_EQ(DataOf(bench.form)["rows"].Items()[0]["label"].Text(), name);
+            EXPECT_EQ(DataOf(bench.form)["rows"].toArray().at(0)["label"].toString().toStdString(), name);
             const Vwindow& surface = bench.form.TheVwindow();
             EXPECT_EQ(surface.ContentWidth(), surface.ColPos(surface.Cols()))
                 << "a key in the room that it has";

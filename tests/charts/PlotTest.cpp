@@ -1,13 +1,9 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
 
 #include "charts/CrashForm.h"
 #include "charts/FixedMetrics.h"
 #include "charts/PlotAxis.h"
 #include "charts/RiskForm.h"
-#include "model/Vproject.h"
-#include "model/Vtask.h"
 #include "support/ModelBench.h"
 
 namespace vortan {
@@ -85,6 +81,7 @@ TEST(RiskFormTest, TheCurveClimbsToAllIterations) {
     EXPECT_EQ(
         Plot::Lines(bench.surface, kProbability),
         "0 0 0.5 0; 0.5 0 0.5 2.5; 0.5 2.5 0.5 5; 0.5 5 2 5; 2 5 2 7.5; 2 7.5 3 7.5; 3 7.5 3 10; 3 10 3 10");
+    EXPECT_EQ(bench.surface.UpperLabels().size(), 1U) << "one month, in a scale that was made wider";
     const auto& items = bench.surface.Items();
     const auto line = std::find_if(items.begin(), items.end(),
                                    [](const DrawItem& item) { return item.border == kMostLikely; });

@@ -1,12 +1,6 @@
 #include "charts/ZoomTable.h"
 
 #include "charts/FixedMetrics.h"
-#include "model/Vassignment.h"
-#include "model/Vdependency.h"
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
 #include "support/LoadedPlan.h"
 
 namespace vortan {
@@ -14,40 +8,12 @@ namespace {
 
 constexpr int kYear = 2001;
 
-/// Tasks from Monday 2001-09-03 on, each with one resource of its own.
 class ZoomTableTest : public ::testing::Test {
   protected:
-    ZoomTableTest() {
-        project->AddJournal(DateTime(37137));
-        project->SetSolveRules(SolveRule::Unlimited);
-        plan.workspace.SetThisProject(project);
-        end = Task(99, 0, nullptr);
-    }
-    /// Resources take over the first shift, so it must be there before them.
-    Vtemplate* Template() {
-        Vtemplate* made = plan.workspace.FindOrCreateTemplate("Plant");
-        made->AddJournal(DateTime(37137));
-        made->FindOrCreateShift("Standard");
-        return made;
-    }
-    Vtask* Task(int id, int hours, Vresource* resource) {
-        Vtask* task = project->FindOrCreateTask(id);
-        task->SetDescription("");
-        task->SetMostLikely(hours * 60);
-        Depend(task, nullptr);
-        if (!resource) return task;
-        auto* assignment = plan.workspace.NewVObject<Vassignment>();
-        assignment->SetTask(task);
-        assignment->SetResourceRequired(resource);
-        assignment->SetHours(8);
-        Depend(end, task);
-        return task;
-    }
-    void Depend(Vtask* task, Vtask* required) {
-        auto* dependency = plan.workspace.NewVObject<Vdependency>();
-        dependency->SetTask(task);
-        dependency->SetTaskRequired(required);
-        dependency->SetDepDate(DateTime(37137));
+    /// Makes tasks from Monday on, behind which 99 ends.
+    void Solve(const std::string& words) {
+        plan.Make(words);
+        plan.Solve();
     }
     /// The keys of the days from the third of September on.
     std::string Keys(int days) {
@@ -76,50 +42,41 @@ class ZoomTableTest : public ::testing::Test {
 
     LoadedPlan plan;
     FixedMetrics metrics;
-    Vtemplate* plant = Template();
-    Vproject* project = plan.workspace.FindOrCreateProject("House");
-    Vresource* miller = plant->FindOrCreateResource(7);
-    Vtask* end = nullptr;
+    Vtemplate* plant = MakePlan(plan.workspace, R"(template Plant; resource 7 "Miller"
+                                                   project House rule 6; task 99 start)")
+                           .ThisTemplate();
 };
 
 TEST_F(ZoomTableTest, TheMostDemandingBookingOfADayCounts) {
     plan.Solve();
     EXPECT_EQ(Keys(7), "1111122") << "nothing booked";
-    Task(1, 20, miller);
-    plan.Solve();
+    Solve("task 1 work 1200 start by 7; task 99 after 1");
     EXPECT_EQ(Keys(7), "3331122");
-
     // A second task on the same resource takes its overtime, and then what is left of the day.
-    Task(2, 8, miller);
-    Task(3, 16, miller);
-    plan.Solve();
+    Solve("task 2 work 480 start by 7; task 3 work 960 start by 7; task 99 after 2 after 3");
     EXPECT_EQ(Keys(2), "93");
-
     // Weekends are normal time for those who work then, off days for those who are made to.
-    Vresource* night = plant->FindOrCreateResource(8);
+    plan.Make("resource 8");
+    Vresource* night = plant->FindResource(8);
     for (int day = 1; day <= 7; ++day) night->SetWorkDay(day, day >= 6 || day == 1);
-    Vtask* late = Task(4, 30, night);
-    plan.Solve();
+    Solve("task 4 work 1800 start by 8; task 99 after 4");
     EXPECT_EQ(Keys(7).substr(4), "333");
     night->SetWorkDay(7, false);
-    late->AssignmentList().front()->SetWorkDay(7, true);
+    plan.Task("House", 4)->AssignmentList().front()->SetWorkDay(7, true);
     plan.Solve();
     EXPECT_EQ(Keys(7).substr(4), "343");
-
     night->Delete();
     EXPECT_EQ(Keys(7).substr(4), "322");
 }
 
 TEST_F(ZoomTableTest, RowsAreTheSlotsThatTasksHold) {
-    miller->SetDescription("Miller");
-    Task(1, 6, miller)->SetDescription("Dig");
-    plan.Solve();
+    Solve("task 1 \"Dig\" work 360 start by 7; task 99 after 1");
+    const Vresource& miller = *plant->FindResource(7);
     const std::string morning = "8:00:00 AM|12:00:00 PM|House: <stub>|1: Dig|Normal|C0FFC0\n";
     const std::string noon = "1:00:00 PM|3:00:00 PM|House: <stub>|1: Dig|Normal|C0FFC0\n";
-    EXPECT_EQ(Table(false, *miller, 37137), morning + noon);
-    EXPECT_EQ(Table(true, *miller, 37137.9), "Plant|7: Miller|" + morning + "Plant|7: Miller|" + noon);
-    EXPECT_EQ(Table(true, *miller, 37138), "");
-    EXPECT_EQ(Table(true, *miller, 99999), "");
+    EXPECT_EQ(Table(false, miller, 37137), morning + noon);
+    EXPECT_EQ(Table(true, miller, 37137.9), "Plant|7: Miller|" + morning + "Plant|7: Miller|" + noon);
+    EXPECT_EQ(Table(true, miller, 37138) + Table(true, miller, 99999), "");
 }
 
 }  // namespace

@@ -45,17 +45,15 @@ TEST_F(CheckCommandTest, AGoodFileIsCounted) {
 TEST_F(CheckCommandTest, DamageIsToldWithWhatCouldBeRead) {
     const std::string plan = UsualShed();
     const std::string packed = PackText(plan);
+    const std::string bad = Replaced(plan, "  EffortUnits,1440", "  EffortUnit,1440");
+    const std::string cut = plan.substr(0, plan.find("  EffortUnits,1440") + 13);
+    const std::string half = packed.substr(0, packed.size() / 2);
+    const std::string sum = packed.substr(0, packed.size() - 1) + static_cast<char>(packed.back() ^ 1);
     const std::tuple<const char*, std::string, std::vector<const char*>> cases[] = {
-        {"bad.vta",
-         Replaced(plan, "  EffortUnits,1440", "  EffortUnit,1440"),
-         {"1 template, 1 shift, 2 resources", "bad.vta", "\nLine "}},
-        {"cut.vta",
-         plan.substr(0, plan.find("  EffortUnits,1440") + 13),
-         {"1 project, ", "Error reading file"}},
-        {"cut.vtb", packed.substr(0, packed.size() / 2), {"cut off before its end"}},
-        {"sum.vtb",
-         packed.substr(0, packed.size() - 1) + static_cast<char>(packed.back() ^ 1),
-         {"The check sum does not match."}},
+        {"bad.vta", bad, {"1 template, 1 shift, 2 resources", "bad.vta", "\nLine "}},
+        {"cut.vta", cut, {"1 project, ", "Error reading file"}},
+        {"cut.vtb", half, {"cut off before its end"}},
+        {"sum.vtb", sum, {"The check sum does not match."}},
         {"new.vta", plan + "NOTE\r\n", {"1 project, 6 tasks", "a newer version", "\nLine "}},
     };
     for (const auto& [name, bytes, parts] : cases) {
@@ -77,6 +75,7 @@ TEST_F(CheckCommandTest, WhatLinksNameAndNoRecordCompletesIsTold) {
          {"Never completed: task 7 of project Barn\n", "Night", "Project Barn: no journals\n"})
         ExpectPart(out, part);
     ExpectNoPart(out, "Never completed: task 1 ");
+    ExpectPart(Done({"check", FileWith("empty.vta", "")}), "0 projects, 0 tasks");
     ExpectPart(Done({"check", FileWith("blank.vta", UsualShed() + "\r\n\r\n\r\n\r\nPROJECT\r\n")}),
                "Text behind a blank line is not read: line ");
 }
@@ -100,13 +99,18 @@ TEST_F(JournalCommandTest, AJournalIsAddedMadeThePlanAndActivated) {
     };
     Done({"journal", plan, "--add", "2001-09-10", "--save", out});
     EXPECT_EQ(journals(), "Project Shed\n  9/3/2001 [Plan]\n  9/10/2001 [Current]\n");
-    Done({"journal", out, "--plan", "9/10/2001", "--save", out});
-    EXPECT_EQ(journals(), "Project Shed\n  9/3/2001\n  9/10/2001 [Plan only]\n");
-    Done({"journal", out, "--activate", "9/3/2001", "--save", out});
-    EXPECT_EQ(journals(), "Project Shed\n  9/3/2001 [Current]\n  9/10/2001 [Plan]\n");
-    Done({"journal", out, "--add", "9/17/2001"});
-    EXPECT_EQ(journals(), "Project Shed\n  9/3/2001 [Current]\n  9/10/2001 [Plan]\n")
-        << "written without --save";
+    const std::tuple<const char*, const char*, const char*> steps[] = {
+        {"--plan", "9/10/2001", "  9/3/2001\n  9/10/2001 [Plan only]\n"},
+        {"--plan", "9/3/2001", "  9/3/2001 [Plan]\n  9/10/2001 [Current]\n"},
+        {"--plan", "9/10/2001", "  9/3/2001\n  9/10/2001 [Plan only]\n"},
+        {"--activate", "9/3/2001", "  9/3/2001 [Current]\n  9/10/2001 [Plan]\n"},
+    };
+    for (const auto& [option, date, expected] : steps) {
+        Done({"journal", out, option, date, "--save", out});
+        Done({"journal", out, "--add", "9/17/2001"});
+        EXPECT_EQ(journals(), std::string("Project Shed\n") + expected)
+            << "nothing is written without --save";
+    }
     ExpectPart(Done({"solve", out, "--journal", "9/10/2001"}), "Journal 9/10/2001 [Plan only]");
 }
 

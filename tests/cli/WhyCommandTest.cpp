@@ -6,12 +6,11 @@ namespace {
 
 class WhyCommandTest : public CliFixture {
   protected:
-    std::string Why(int taskID, const std::string& plan) {
-        return Run({"why", FileWith("why.vta", plan), "--task", std::to_string(taskID)}).out;
+    std::string Why(int taskID, const std::string& plan, std::vector<std::string> more = {}) {
+        more.insert(more.begin(), {"why", FileWith("why.vta", plan), "--task", std::to_string(taskID)});
+        return Run(more).out;
     }
-    std::string WhyJson(int taskID, const std::string& plan) {
-        return Run({"why", FileWith("why.vta", plan), "--task", std::to_string(taskID), "--json"}).out;
-    }
+    std::string WhyJson(int taskID, const std::string& plan) { return Why(taskID, plan, {"--json"}); }
 };
 
 TEST_F(WhyCommandTest, TheWholeStoryOfAWaitingTask) {
@@ -63,28 +62,28 @@ TEST_F(WhyCommandTest, EveryCauseIsNamed) {
 
 TEST_F(WhyCommandTest, WhatDecidedTheStartIsTold) {
     // The dependencies of task 2 on task 1, which works 8 hours from Monday morning on.
-    const std::pair<std::vector<DependencyPart>, const char*> cases[] = {
-        {{{}}, "It starts at 9/3/2001 8:00 AM, the date set for it.\n"},
-        {{{0, 100, 0, "2"}},
+    const std::string start = "start=9/3/2001_8:00";
+    const std::pair<std::string, const char*> cases[] = {
+        {start, "It starts at 9/3/2001 8:00 AM, the date set for it.\n"},
+        {start + "+2",
          "It starts at 9/5/2001 8:00 AM, 2 days after the date set for it (9/3/2001 8:00 AM).\n"},
-        {{{1}}, "It starts at 9/3/2001 5:00 PM, when task 1: Dig is done.\n"},
-        {{{}, {1, 50, 0}}, "It starts at 9/3/2001 12:00 PM, when task 1: Dig reaches 50%.\n"},
-        {{{1, 0, 0}}, "It starts at 9/3/2001 8:00 AM, when task 1: Dig begins.\n"},
-        {{{1, 100, 0, "1.5"}},
+        {"after 1", "It starts at 9/3/2001 5:00 PM, when task 1: Dig is done.\n"},
+        {start + " after 1:50", "It starts at 9/3/2001 12:00 PM, when task 1: Dig reaches 50%.\n"},
+        {"after 1:0", "It starts at 9/3/2001 8:00 AM, when task 1: Dig begins.\n"},
+        {"after 1+1.5",
          "It starts at 9/5/2001 5:00 AM, 1.5 days after task 1: Dig is done (9/3/2001 5:00 PM).\n"},
-        {{{1, 100, 0, "-.125"}},
+        {"after 1-.125",
          "It starts at 9/3/2001 2:00 PM, 3 hours before task 1: Dig is done (9/3/2001 5:00 PM).\n"},
-        {{{}, {1, 100, 25}},
+        {start + " after 1>25",
          "Its part from 25% to 100% starts at 9/3/2001 5:00 PM, when task 1: Dig is done.\n"},
-        {{{}, {1, 0, 75}},
+        {start + " after 1:0>75",
          "Its part from 75% to 100% starts at 9/4/2001 12:00 PM, as soon as the part before it is done.\n"},
     };
     for (const auto& [dependencies, text] : cases) {
-        SCOPED_TRACE(text);
-        ExpectPart(Why(2, ShedPlan(1, {{1, "Dig", kEffortHours, 8 * 60, {{}}, {{1, 8}}},
-                                       {2, "Walls", kEffortHours, 16 * 60, dependencies, {{2, 8}}},
-                                       {3, "Paint", kEffortHours, 60, {{1}, {2}}, {{1, 8}}}})),
-                   text);
+        const std::string words =
+            "template Crew; resource 1; resource 2; project Shed rule 1; task 1 \"Dig\" work 480 " + start +
+            " by 1; task 2 work 960 " + dependencies + " by 2; task 3 work 60 after 1 after 2 by 1";
+        ExpectPart(Why(2, PlanText(words)), text);
     }
 }
 

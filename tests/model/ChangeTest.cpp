@@ -1,14 +1,5 @@
 #include "model/Change.h"
 
-#include <functional>
-
-#include "model/Vassignment.h"
-#include "model/Vdependency.h"
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vshift.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
 #include "support/ModelBench.h"
 
 namespace vortan {
@@ -38,9 +29,8 @@ class ChangeTest : public testing::Test, public Listener {
         heard.clear();
         command();
         model.workspace.DeliverChanges();
-        for (JournalOwner* owner : Owners()) {
+        for (JournalOwner* owner : Owners())
             EXPECT_EQ(owner->Dirty(), std::find(dirty.begin(), dirty.end(), owner) != dirty.end());
-        }
         return heard;
     }
     template <class T>

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 
 #include "model/Fault.h"
@@ -15,6 +16,7 @@ namespace {
 
 class ErrTrapTest : public testing::Test {
   protected:
+    ErrTrapTest() { platform.programFile = "vortan-of-tests"; }
     std::string Log() {
         std::ifstream file(platform.Directory() + "/ErrTrap.log");
         return {std::istreambuf_iterator<char>(file), {}};
@@ -22,22 +24,9 @@ class ErrTrapTest : public testing::Test {
     void Expect(BoxAnswer answer, const std::string& text) {
         platform.ExpectBox("Internal Error", answer, text);
     }
-
-    std::string Header(const std::string& message, const std::string& section, const std::string& action) {
-        return std::string(79, '-') + "\n" + message +
-               "\n\n"
-               "Time:         09/03/01 12:00:00pm\n"
-               "Section:      " +
-               section +
-               "\nExe file:     vortan-of-tests\n"
-               "Exe version:  " +
-               GetAppVersion() +
-               "\nExe date:     \n"
-               "User action:  " +
-               action + "\n";
+    bool Run(const std::function<void()>& command) {
+        return errTrap.RunCommand("Main:OpenMenu_Click", command);
     }
-
-    ErrTrapTest() { platform.programFile = "vortan-of-tests"; }
 
     ScriptedPlatform platform;
     ErrTrap errTrap{platform};
@@ -48,74 +37,87 @@ void Inner() {
     { const Section passedThrough("Vfile:ReadToken"); }
     Refuse("Assertion failed");
 }
-void Middle() {
-    const Section here("Vproject:LoadData");
-    Inner();
-}
 void Outer() {
     const Section here("Main:OpenFile");
-    Middle();
+    Inner();
+}
+void Descend(int depth, const std::function<void()>& bottom) {
+    const Section here("Main:Descend");
+    depth == 0 ? bottom() : Descend(depth - 1, bottom);
 }
 
-TEST_F(ErrTrapTest, ACommandWithoutFaultLeavesNoTrace) {
-    EXPECT_TRUE(errTrap.RunCommand("Main:OpenMenu_Click", [] { const Section here("Main:OpenFile"); }));
-    EXPECT_EQ(Log(), "");
+TEST_F(ErrTrapTest, WhatShowsNoBoxLeavesNoTrace) {
+    EXPECT_TRUE(Run([] { const Section here("Main:OpenFile"); }));
     EXPECT_TRUE(platform.statusMessages.empty());
-}
-
-TEST_F(ErrTrapTest, AbortLogsTheCallChainOutermostFirst) {
-    Expect(BoxAnswer::Abort, "Internal error 10000: Assertion failed");
-    EXPECT_FALSE(errTrap.RunCommand("Main:OpenMenu_Click", Outer));
-    EXPECT_EQ(Log(), Header("Internal error 10000: Assertion failed", "Vfile:ExpectToken", "[Abort]") +
-                         "Call chain:\n  Main:OpenMenu_Click\n  Main:OpenFile\n  Vproject:LoadData\n"
-                         "  Vfile:ExpectToken\n");
-    EXPECT_EQ(platform.statusMessages, std::vector<std::string>{""});
-}
-
-TEST_F(ErrTrapTest, RetryRunsTheWholeCommandAgain) {
-    Expect(BoxAnswer::Retry, "");
-    Expect(BoxAnswer::Ignore, "");  // which logs no chain
-    int runs = 0;
-    EXPECT_FALSE(errTrap.RunCommand("Main:OpenMenu_Click", [&] {
-        if (++runs < 3) Outer();
-    }));
-    EXPECT_EQ(runs, 2);
-    const std::string message = "Internal error 10000: Assertion failed";
-    EXPECT_EQ(Log(), Header(message, "Vfile:ExpectToken", "[Retry]") +
-                         Header(message, "Vfile:ExpectToken", "[Ignore]"));
-}
-
-TEST_F(ErrTrapTest, AFaultAlreadyShownEndsTheCommandSilently) {
-    EXPECT_FALSE(errTrap.RunCommand("Main:OpenMenu_Click", [] { throw Fault(Fault::kUnwinding, ""); }));
+    EXPECT_FALSE(Run([] { throw Fault(Fault::kUnwinding, ""); })) << "a fault that was shown already";
     EXPECT_EQ(Log(), "");
+    platform.logDirectory = platform.Directory() + "/missing";
+    Expect(BoxAnswer::Abort, "");
+    EXPECT_FALSE(Run(Outer));
+    EXPECT_FALSE(std::filesystem::exists(platform.logDirectory));
 }
 
-TEST_F(ErrTrapTest, AFaultCaughtOnTheWayLeavesNothingInTheChain) {
-    Expect(BoxAnswer::Abort, "second");
-    errTrap.RunCommand("Main:OpenMenu_Click", [] {
-        try {
-            Outer();
-        } catch (const Fault&) {
-        }
+TEST_F(ErrTrapTest, RetryRunsTheWholeCommandAgainAndEachAnswerIsLogged) {
+    Expect(BoxAnswer::Retry, "Internal error 10000: Assertion failed");
+    Expect(BoxAnswer::Ignore, "");  // which logs no chain
+    Expect(BoxAnswer::Abort, "");
+    int runs = 0;
+    EXPECT_FALSE(Run([&] { ++runs, Outer(); }));
+    EXPECT_EQ(runs, 2);
+    EXPECT_FALSE(Run(Outer));
+    std::string expected;
+    for (const char* answer : {"Retry", "Ignore", "Abort"}) {
+        expected += std::string(79, '-') +
+                    "\nInternal error 10000: Assertion failed\n\nTime:         09/03/01 12:00:00pm\n"
+                    "Section:      Vfile:ExpectToken\nExe file:     vortan-of-tests\nExe version:  " +
+                    GetAppVersion() + "\nExe date:     \nUser action:  [" + answer + "]\n";
+    }
+    EXPECT_EQ(Log(), expected + "Call chain:\n  Main:OpenMenu_Click\n  Main:OpenFile\n  Vfile:ExpectToken\n");
+    EXPECT_EQ(platform.statusMessages.back(), "");
+}
+
+TEST_F(ErrTrapTest, TheChainIsThatOfTheFault) {
+    int done = 0;
+    const auto caught = [] {
+        EXPECT_THROW(Outer(), Fault);
         const Section here("Main:OpenAgain");
         Refuse("second");
-    });
-    EXPECT_NE(Log().find("Call chain:\n  Main:OpenMenu_Click\n  Main:OpenAgain\n"), std::string::npos)
-        << Log();
-}
-
-TEST_F(ErrTrapTest, ACommandWithinACommandEndsAlone) {
-    Expect(BoxAnswer::Abort, "inner");
-    Expect(BoxAnswer::Abort, "outer");
-    EXPECT_FALSE(errTrap.RunCommand("Main:SolveTimer_Timer", [&] {
+    };
+    const auto nested = [&] {
         const Section here("Solve:DoEverything");
         EXPECT_FALSE(errTrap.RunCommand("Main:AutoBackupTimer_Timer", [] { Refuse("inner"); }));
         Refuse("outer");
-    }));
-    const std::string log = Log();
-    EXPECT_NE(log.find("Call chain:\n  Main:AutoBackupTimer_Timer\n-"), std::string::npos) << log;
-    EXPECT_NE(log.find("Call chain:\n  Main:SolveTimer_Timer\n  Solve:DoEverything\n"), std::string::npos)
-        << log;
+    };
+    const auto steps = [&] {
+        const Section here("Main:LoadFile");
+        Steps all;
+        all.Do(Outer);
+        all.Do([] { throw std::out_of_range("second"); });
+        all.Do([&] { ++done; });
+        all.End();
+    };
+    const struct {
+        std::function<void()> command;
+        std::vector<const char*> boxes;
+        const char* chain;
+    } cases[] = {
+        {caught, {"second"}, "  Main:OpenAgain\n"},
+        {nested, {"inner", "outer"}, "  Solve:DoEverything\n"},
+        {steps,
+         {"Internal error 10000: Assertion failed\n\nInternal error 5: second"},
+         "  Main:LoadFile\n  Main:OpenFile\n  Vfile:ExpectToken\n"},
+    };
+    for (const auto& each : cases) {
+        for (const char* text : each.boxes) Expect(BoxAnswer::Abort, text);
+        EXPECT_FALSE(Run(each.command));
+        EXPECT_TRUE(Log().ends_with(std::string("Call chain:\n  Main:OpenMenu_Click\n") + each.chain))
+            << Log();
+    }
+    EXPECT_NE(Log().find("Call chain:\n  Main:AutoBackupTimer_Timer\n-"), std::string::npos);
+    EXPECT_EQ(done, 1);
+    Expect(BoxAnswer::Abort, "deep");
+    EXPECT_FALSE(Run([] { Descend(5000, [] { Refuse("deep"); }); }));
+    EXPECT_NE(Log().find("Call chain:\n  Main:OpenMenu_Click\n  Main:Descend\n"), std::string::npos);
 }
 
 TEST_F(ErrTrapTest, WorkCanWaitUntilTheLastBoxIsAnswered) {
@@ -128,49 +130,9 @@ TEST_F(ErrTrapTest, WorkCanWaitUntilTheLastBoxIsAnswered) {
         heard += errTrap.BoxOpen() ? "box " : "none ";
         if (heard == "box ") errTrap.RunCommand("Main:ResizeTimer_Timer", [] { Refuse("inner"); });
     };
-    errTrap.RunCommand("Main:OpenMenu_Click", [] { Refuse("outer"); });
+    Run([] { Refuse("outer"); });
     EXPECT_EQ(heard, "box box answered box answered ");
     EXPECT_FALSE(errTrap.BoxOpen());
-}
-
-TEST_F(ErrTrapTest, StepsTellOfAllTheirFaults) {
-    Expect(BoxAnswer::Abort, "Internal error 10000: Assertion failed\n\nInternal error 5: second");
-    int done = 0;
-    errTrap.RunCommand("Main:OpenMenu_Click", [&] {
-        const Section here("Main:LoadFile");
-        Steps steps;
-        steps.Do(Outer);
-        steps.Do([] {
-            const Section also("Main:NewThisProject");
-            throw std::out_of_range("second");
-        });
-        steps.Do([&] { ++done; });
-        steps.End();
-    });
-    EXPECT_EQ(done, 1);
-    EXPECT_TRUE(
-        Log().ends_with("Call chain:\n  Main:OpenMenu_Click\n  Main:LoadFile\n  Main:OpenFile\n"
-                        "  Vproject:LoadData\n  Vfile:ExpectToken\n"))
-        << Log();
-}
-
-void Descend(int depth, const std::function<void()>& bottom) {
-    const Section here("Main:Descend");
-    if (depth == 0) return bottom();
-    Descend(depth - 1, bottom);
-}
-
-TEST_F(ErrTrapTest, AVeryDeepFaultStillNamesTheCommand) {
-    Expect(BoxAnswer::Abort, "deep");
-    EXPECT_FALSE(errTrap.RunCommand("Main:OpenMenu_Click", [] { Descend(5000, [] { Refuse("deep"); }); }));
-    EXPECT_NE(Log().find("Call chain:\n  Main:OpenMenu_Click\n  Main:Descend\n"), std::string::npos);
-}
-
-TEST_F(ErrTrapTest, ALogThatCannotBeWrittenIsDoneWithout) {
-    platform.logDirectory = platform.Directory() + "/missing";
-    Expect(BoxAnswer::Abort, "");
-    EXPECT_FALSE(errTrap.RunCommand("Main:OpenMenu_Click", Outer));
-    EXPECT_FALSE(std::filesystem::exists(platform.logDirectory));
 }
 
 TEST_F(ErrTrapTest, TheDateOfTheProgramFileIsLogged) {
@@ -178,10 +140,8 @@ TEST_F(ErrTrapTest, TheDateOfTheProgramFileIsLogged) {
     std::ofstream(platform.programFile) << "x";
     errTrap.WriteErrorLog("message", "Main:Start", BoxAnswer::Ignore);
     const std::string log = Log();
-    const auto at = log.find("Exe date:     ");
-    ASSERT_NE(at, std::string::npos);
-    const std::string date = log.substr(at + 14, log.find('\n', at) - at - 14);
-    EXPECT_TRUE(ParseDate(date)) << date;
+    const auto at = log.find("Exe date:     ") + 14;
+    EXPECT_TRUE(ParseDate(log.substr(at, log.find('\n', at) - at))) << log;
 }
 
 }  // namespace

@@ -1,10 +1,5 @@
 #include "model/JournalCommands.h"
 
-#include <gtest/gtest.h>
-
-#include "model/Vproject.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
 #include "support/ModelBench.h"
 
 namespace vortan {
@@ -21,10 +16,9 @@ class JournalCommandsTest : public testing::Test {
     void Answer(const char* text) { model.platform.ExpectInput({true, text}); }
     std::string Journals() const {
         std::string all;
-        for (const JournalOwner* owner : std::initializer_list<const JournalOwner*>{top, sub, other, pool}) {
+        for (const JournalOwner* owner : std::initializer_list<const JournalOwner*>{top, sub, other, pool})
             all += std::to_string(static_cast<int>(owner->Journal().Days())) + "/" +
                    std::to_string(owner->NumJournals()) + " ";
-        }
         return all;
     }
 
@@ -39,21 +33,17 @@ class JournalCommandsTest : public testing::Test {
 };
 
 TEST_F(JournalCommandsTest, NewAddsToAllRelativesAndTemplates) {
-    Answer("soon");
-    Answer("2/30/1900");
-    Answer("1/2/1900");
+    for (const InputAnswer& nothing : {InputAnswer{false, "1/2/1900"}, {true, ""}}) {
+        model.platform.ExpectInput(nothing);
+        EXPECT_FALSE(NewJournal(model.workspace));
+    }
+    EXPECT_EQ(Journals(), "1/2 1/2 1/2 1/2 ");
+    EXPECT_EQ(screen.broadcasts, 0);
+    for (const char* text : {"soon", "2/30/1900", "1/2/1900"}) Answer(text);
     EXPECT_TRUE(NewJournal(model.workspace));
     EXPECT_EQ(model.platform.beeps, 2);
     EXPECT_EQ(Journals(), "3/3 3/3 1/2 3/3 ");
     EXPECT_EQ(screen.broadcasts, 1);
-}
-
-TEST_F(JournalCommandsTest, NewCanBeCancelled) {
-    model.platform.ExpectInput({false, "1/2/1900"});
-    Answer("");
-    for (int i = 0; i < 2; ++i) EXPECT_FALSE(NewJournal(model.workspace));
-    EXPECT_EQ(Journals(), "1/2 1/2 1/2 1/2 ");
-    EXPECT_EQ(screen.broadcasts, 0);
 }
 
 TEST_F(JournalCommandsTest, NewOfAJournalThatThereIs) {
@@ -131,9 +121,14 @@ TEST_F(JournalCommandsTest, PlanIsSetInAllRelativesOrInNone) {
     EXPECT_EQ(RefusalOf([&] { SetAsPlan(model.workspace); }),
               "Project.Journal (1/1/1900) <> ThisProject.Journal (12/31/1899)");
     sub->SetCurrentIndex(1);
-    SetAsPlan(model.workspace);
-    EXPECT_EQ(std::vector({top->PlanIndex(), sub->PlanIndex(), other->PlanIndex()}), std::vector({1, 1, 0}));
-    EXPECT_EQ(screen.broadcasts, 1);
+    for (int time = 1; time < 3; ++time) {
+        for (Vproject* project : {top, sub, other}) project->SetDirty(false);
+        SetAsPlan(model.workspace);
+        EXPECT_EQ(std::vector({top->PlanIndex(), sub->PlanIndex(), other->PlanIndex()}),
+                  std::vector({1, 1, 0}));
+        EXPECT_TRUE(top->Dirty() && sub->Dirty() && !other->Dirty());
+        EXPECT_EQ(screen.broadcasts, time);
+    }
 }
 
 }  // namespace

@@ -1,11 +1,5 @@
-#include <gtest/gtest.h>
-
 #include <random>
 
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
 #include "support/ModelBench.h"
 
 namespace vortan {
@@ -75,18 +69,12 @@ TYPED_TEST(JournaledRandomTest, AgreesWithOneValuePerJournal) {
     }
 }
 
-struct AddCase {
-    double date;
-    bool added;
-    const char *dates, *values;
-    int current;
-};
-
 TEST(Journals, AddingCopiesTheNeighbourBefore) {
-    for (const AddCase& wanted :
-         {AddCase{5, true, "5 10 20 30", "1 1 2 3", 0}, AddCase{15, true, "10 15 20 30", "1 1 2 3", 1},
-          AddCase{25, true, "10 20 25 30", "1 2 2 3", 2}, AddCase{35, true, "10 20 30 35", "1 2 3 3", 3},
-          AddCase{10, false, "10 20 30", "1 2 3", 0}, AddCase{30, false, "10 20 30", "1 2 3", 2}}) {
+    const std::tuple<double, bool, const char*, const char*, int> cases[] = {
+        {5, true, "5 10 20 30", "1 1 2 3", 0},   {15, true, "10 15 20 30", "1 1 2 3", 1},
+        {25, true, "10 20 25 30", "1 2 2 3", 2}, {35, true, "10 20 30 35", "1 2 3 3", 3},
+        {10, false, "10 20 30", "1 2 3", 0},     {30, false, "10 20 30", "1 2 3", 2}};
+    for (const auto& [date, added, dates, values, current] : cases) {
         ModelBench model;
         Vproject* project = model.workspace.FindOrCreateProject("P");
         for (const double day : {30.0, 10.0, 20.0}) EXPECT_TRUE(project->AddJournal(DateTime(day)));
@@ -96,12 +84,12 @@ TEST(Journals, AddingCopiesTheNeighbourBefore) {
             task->SetPessimistic(i + 1);
         }
         project->SetPlanIndex(1);
-        EXPECT_EQ(project->AddJournal(DateTime(wanted.date)), wanted.added);
-        EXPECT_EQ(project->CurrentIndex(), wanted.current);
-        EXPECT_EQ(project->Journal().Days(), wanted.date);
+        EXPECT_EQ(project->AddJournal(DateTime(date)), added);
+        EXPECT_EQ(project->CurrentIndex(), current);
+        EXPECT_EQ(project->Journal().Days(), date);
         EXPECT_EQ(project->PlanIndex(), 1);
-        EXPECT_EQ(InJournals(project, [&] { return project->Journal().Days(); }), wanted.dates);
-        EXPECT_EQ(InJournals(project, [&] { return task->Pessimistic(); }), wanted.values);
+        EXPECT_EQ(InJournals(project, [&] { return project->Journal().Days(); }), dates);
+        EXPECT_EQ(InJournals(project, [&] { return task->Pessimistic(); }), values);
     }
 }
 
@@ -149,18 +137,6 @@ TEST(Journals, DatesAreChangedAndChosen) {
     }
 }
 
-TEST(Journals, NodeTextsMarkPlanAndCurrent) {
-    ModelBench model;
-    Vproject* project = model.Project("P", 3);
-    Vtemplate* pool = model.Template("T", 2);
-    EXPECT_EQ(project->JournalNodeText(0), "12/31/1899 [Plan only]");
-    project->SetCurrentIndex(2);
-    EXPECT_EQ(project->JournalNodeText(0), "12/31/1899 [Plan]");
-    EXPECT_EQ(project->JournalNodeText(1), "1/1/1900");
-    EXPECT_EQ(project->JournalNodeText(2), "1/2/1900 [Current]");
-    EXPECT_EQ(pool->JournalNodeText(0), "12/31/1899");
-}
-
 // Every field of every class follows, or its values slip into the wrong journals.
 TEST(Journals, AllFieldsFollowAddingAndDeleting) {
     ModelBench model;
@@ -180,11 +156,9 @@ TEST(Journals, AllFieldsFollowAddingAndDeleting) {
     assignment->ForEachField(split);
     resource->ForEachField(split);
     EXPECT_EQ(ModelFaults(model.workspace), "") << "every row has a value for each journal";
-    for (JournalOwner* owner : {static_cast<JournalOwner*>(project), static_cast<JournalOwner*>(pool)})
-        owner->AddJournal(DateTime(2.5));
+    project->AddJournal(DateTime(2.5)), pool->AddJournal(DateTime(2.5));
     EXPECT_EQ(ModelFaults(model.workspace), "");
-    for (JournalOwner* owner : {static_cast<JournalOwner*>(project), static_cast<JournalOwner*>(pool)})
-        owner->DeleteJournal();
+    project->DeleteJournal(), pool->DeleteJournal();
 }
 
 }  // namespace

@@ -1,11 +1,3 @@
-#include <gtest/gtest.h>
-
-#include "model/Vassignment.h"
-#include "model/Vdependency.h"
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
 #include "support/ModelBench.h"
 
 namespace vortan {
@@ -67,8 +59,7 @@ TEST(Task, DeletingKeepsEarlierJournals) {
         project->SetCurrentIndex(wanted.deletedIn);
         task->Delete();
         const bool gone = *wanted.left == 0;
-        EXPECT_EQ(project->TaskList().empty(), gone);
-        EXPECT_EQ(task->Id() == 0, gone);
+        EXPECT_TRUE(project->TaskList().empty() == gone && (task->Id() == 0) == gone);
         EXPECT_EQ(dependency->Id() == 0, gone);
         if (gone) continue;
         EXPECT_EQ(InJournals(project, [&] { return task->Include(); }), wanted.left);
@@ -83,19 +74,17 @@ TEST(Dependency, DeletingFromJournals) {
         Vproject* project = model.Project("P", 3);
         Vtask* task = project->FindOrCreateTask(1);
         Vtemplate* pool = model.Template("T", 3);
-        project->SetCurrentIndex(wanted.madeIn);
-        pool->SetCurrentIndex(wanted.madeIn);
+        const auto activate = [&](int journal) {
+            project->SetCurrentIndex(journal), pool->SetCurrentIndex(journal);
+        };
+        activate(wanted.madeIn);
         Vdependency* dependency = model.Dependency(task, nullptr);
         Vassignment* assignment = model.Assignment(task, nullptr);
         Vresource* resource = pool->FindOrCreateResource(1);
-        project->SetCurrentIndex(wanted.deletedIn);
-        pool->SetCurrentIndex(wanted.deletedIn);
-        dependency->Delete();
-        assignment->Delete();
-        resource->Delete();
+        activate(wanted.deletedIn);
+        dependency->Delete(), assignment->Delete(), resource->Delete();
         const bool gone = *wanted.left == 0;
-        EXPECT_EQ(task->DependencyList().size(), gone ? 0U : 1U);
-        EXPECT_EQ(task->AssignmentList().size(), gone ? 0U : 1U);
+        EXPECT_EQ(task->DependencyList().size() + task->AssignmentList().size(), gone ? 0U : 2U);
         EXPECT_EQ(InJournals(pool, [&] { return resource->Include(); }), gone ? "0 0 0" : wanted.left);
         EXPECT_EQ(pool->FindResource(1), resource) << "a resource stays in its list";
         if (gone) continue;
@@ -112,14 +101,7 @@ TEST(Dependency, NodeTexts) {
     near->SetDescription("Dig");
     Vtask* far = model.Project("Q")->FindOrCreateTask(3);
     far->SetDescription("");
-    struct Case {
-        Vtask* required;
-        double date;
-        int from, to;
-        double offset;
-        const char* text;
-    };
-    const Case cases[] = {
+    const std::tuple<Vtask*, double, int, int, double, const char*> cases[] = {
         {near, 0, 100, 0, 0, "2: Dig"},
         {near, 0, 100, 0, -1.5, "2: Dig - 1.5 days"},
         {near, 0, 0, 100, 1, "2: Dig: FS + 1 day"},
@@ -130,13 +112,13 @@ TEST(Dependency, NodeTexts) {
         {nullptr, 37137.5, 100, 100, 0, "9/3/2001 12:00:00 PM: FD"},
     };
     Vdependency* dependency = model.Dependency(mine, nullptr);
-    for (const Case& each : cases) {
-        dependency->SetTaskRequired(each.required);
-        dependency->SetDepDate(DateTime(each.date));
-        dependency->SetFromPercent(static_cast<std::uint8_t>(each.from));
-        dependency->SetToPercent(static_cast<std::uint8_t>(each.to));
-        dependency->SetOffset(each.offset);
-        EXPECT_EQ(dependency->BuildNodeText(), each.text);
+    for (const auto& [required, date, from, to, offset, text] : cases) {
+        dependency->SetTaskRequired(required);
+        dependency->SetDepDate(DateTime(date));
+        dependency->SetFromPercent(static_cast<std::uint8_t>(from));
+        dependency->SetToPercent(static_cast<std::uint8_t>(to));
+        dependency->SetOffset(offset);
+        EXPECT_EQ(dependency->BuildNodeText(), text);
     }
     dependency->SetTaskRequired(far);
     far->Delete();
@@ -195,17 +177,14 @@ TEST(Project, DatesAndCostsComeFromIncludedTasks) {
     SetDates(project->FindOrCreateTask(2), 102, 109, 2);
     project->SetCurrentIndex(1);
     SetDates(project->FindOrCreateTask(3), 90, 120, -1);
-    EXPECT_EQ(project->EarlyStart(), DateTime(90));
-    EXPECT_EQ(project->EarlyFinish(), DateTime(120));
-    EXPECT_EQ(project->LateFinish(), DateTime(119));
-    EXPECT_EQ(project->LateStart(), DateTime(89));
-    EXPECT_EQ(project->LaborCost(), Money::FromUnits(30));
+    const auto all = [&] {
+        return std::vector{project->EarlyStart().Days(),         project->EarlyFinish().Days(),
+                           project->LateStart().Days(),          project->LateFinish().Days(),
+                           double(project->LaborCost().Units()), double(project->MaterialCost().Units())};
+    };
+    EXPECT_EQ(all(), (std::vector<double>{90, 120, 89, 119, 30, 21}));
     project->SetCurrentIndex(0);
-    EXPECT_EQ(project->EarlyStart(), DateTime(100));
-    EXPECT_EQ(project->EarlyFinish(), DateTime(109));
-    EXPECT_EQ(project->LateFinish(), DateTime(111));
-    EXPECT_EQ(project->LateStart(), DateTime(102));
-    EXPECT_EQ(project->MaterialCost(), Money::FromUnits(14));
+    EXPECT_EQ(all(), (std::vector<double>{100, 109, 102, 111, 20, 14}));
 }
 
 TEST(Project, DateRangeCoversTheFirstJournal) {
@@ -225,11 +204,11 @@ TEST(Project, DateRangeCoversTheFirstJournal) {
     };
     EXPECT_EQ(range(true), std::pair(200.0, 210.0)) << "a journal without tasks has no dates";
     project->SetCurrentIndex(0);
-    SetDates(project->FindOrCreateTask(2), 190, 205, 0);
+    SetDates(project->FindOrCreateTask(2), 190, 215, 0);
     project->SetCurrentIndex(1);
     SetDates(project->FindTask(2), 195, 206, 0);
     EXPECT_EQ(range(false), std::pair(195.0, 210.0));
-    EXPECT_EQ(range(true), std::pair(190.0, 210.0));
+    EXPECT_EQ(range(true), std::pair(190.0, 215.0));
 }
 
 TEST(Task, ControlDependencyIsTheLatestAtTheStart) {

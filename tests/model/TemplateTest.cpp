@@ -1,10 +1,3 @@
-#include <gtest/gtest.h>
-
-#include "model/Vassignment.h"
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vshift.h"
-#include "model/Vtemplate.h"
 #include "support/ModelBench.h"
 
 namespace vortan {
@@ -76,16 +69,11 @@ TEST(Shift, TheDay) {
         EXPECT_NE(RefusalOf([&] { shift->Matrix(hour); }), "none");
         EXPECT_NE(RefusalOf([&] { shift->SetMatrix(hour, "N"); }), "none");
     }
-    struct Case {
-        int hour;
-        const char* letters;
-        float hours;
-    };
     EXPECT_FLOAT_EQ(shift->NormalHours(), 8);
-    for (const Case& each : {Case{0, "NNNNXXXXXXXX", 8.3F}, Case{0, "", 8}, Case{23, "XXXXXXXXXXXN", 8.1F},
-                             Case{0, "nz", 8.1F}}) {
-        shift->SetMatrix(each.hour, each.letters);
-        EXPECT_FLOAT_EQ(shift->NormalHours(), each.hours) << each.letters;
+    for (const auto& [hour, letters, hours] :
+         {std::tuple(0, "NNNNXXXXXXXX", 8.3F), {0, "", 8.0F}, {23, "XXXXXXXXXXXN", 8.1F}, {0, "nz", 8.1F}}) {
+        shift->SetMatrix(hour, letters);
+        EXPECT_FLOAT_EQ(shift->NormalHours(), hours) << letters;
     }
     EXPECT_EQ(shift->Matrix(0), "nz");
     EXPECT_EQ(shift->Period(0), 'X') << "letters that mean nothing, and missing ones, are no working time";
@@ -117,20 +105,6 @@ TEST(Assignment, AResourceBringsItsDay) {
     loose->SetResourceRequired(crane);
     EXPECT_EQ(loose->ResourceRequired(), crane);
     EXPECT_EQ(loose->Hours(), 0) << "without a project nothing is taken over";
-}
-
-TEST(Assignment, PercentOfTheResourcesWeek) {
-    ModelBench model;
-    Vtemplate* pool = model.Template("T");
-    pool->FindOrCreateShift("Standard");
-    Vresource* resource = pool->FindOrCreateResource(1);
-    Vassignment* assignment = model.Assignment(model.Project("P")->FindOrCreateTask(1), resource);
-    EXPECT_FLOAT_EQ(assignment->PercentOfWeek(), 1);
-    for (const int day : {3, 5}) assignment->SetWorkDay(day, false);
-    for (const int day : {0, 8}) assignment->SetWorkDay(day, true);
-    EXPECT_FLOAT_EQ(assignment->PercentOfWeek(), 0.6F);
-    resource->SetShift(nullptr);
-    EXPECT_EQ(assignment->PercentOfWeek(), 0) << "no normal hours to compare with";
 }
 
 }  // namespace

@@ -1,10 +1,5 @@
 #include "model/Workspace.h"
 
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <utility>
-
 #include "persist/FieldWriter.h"
 #include "support/ModelBench.h"
 
@@ -65,13 +60,11 @@ TEST(Workspace, GuardsShowTheirWarning) {
         const char *title, *part;
     } cases[] = {
         {&Workspace::ThisProjectSet, Mode::Idle, "No Projects in Memory", "There are no projects loaded"},
-        {&Workspace::ThisTemplateSet, Mode::Idle, "No Templates in Memory",
-         "use the Template menu to create"},
+        {&Workspace::ThisTemplateSet, Mode::Idle, "No Templates in Memory", "use the Template menu"},
         {&Workspace::ThisProjectSolved, Mode::Halted, "No Projects in Memory", ""},
         {&Workspace::ThisProjectSolved, Mode::Halted, "Solve Error",
          "until the error in solve is corrected."},
-        {&Workspace::ThisProjectSolved, Mode::Running, "Waiting For Solve To Complete",
-         "background solve is"},
+        {&Workspace::ThisProjectSolved, Mode::Running, "Waiting For Solve To Complete", "background solve"},
         {&Workspace::ThisProjectSolved, Mode::Suspended, "Waiting For Solve To Complete", ""},
     };
     for (const auto& each : cases) {

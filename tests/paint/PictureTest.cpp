@@ -1,5 +1,7 @@
+#include <QBuffer>
 #include <QImage>
 #include <QPainter>
+#include <QPdfWriter>
 #include <QRegularExpression>
 #include <QSvgRenderer>
 #include <numeric>
@@ -7,6 +9,7 @@
 #include "charts/Twips.h"
 #include "model/Fault.h"
 #include "paint/Pictures.h"
+#include "paint/Printout.h"
 #include "paint/ScreenColor.h"
 
 namespace vortan {
@@ -119,6 +122,41 @@ TEST_F(PictureTest, InBlackAndWhiteNothingHasColour) {
                 ASSERT_LT(image.pixelColor(x, y).saturation(), 8) << x << " " << y;
         }
     }
+}
+
+TEST_F(PictureTest, ACellWithTheMarkForTheCentreIsDrawnThere) {
+    Vwindow table(Vwindow::Style::Table, metrics);
+    table.ClearLayout();
+    table.AddColumn(std::string(40, 'M'), Alignment::Left);
+    table.AddRow();
+    table.SetCell(1, 0, "M");
+    for (const bool centre : {false, true}) {
+        table.SetCellMarkC(1, 0, centre);
+        table.EndLayout(0, 0);
+        const QImage image = QImage::fromData(MakePicture({table, metrics, "T"}, PictureType::Png), "PNG");
+        const QRect left(3, table.RowPos(1) / kPixel + 3, table.ColPos(1) / kPixel / 3, 15);
+        QImage blank = image.copy(left);
+        blank.fill(blank.pixel(blank.width() - 1, 0));
+        EXPECT_EQ(image.copy(left) == blank, centre);
+    }
+}
+
+/// The line at the head tells of pages where there is more than one.
+TEST_F(PictureTest, TwoPagesAreNumbered) {
+    surface.DrawRect(0, 0, 2000, 2000, kBlack, kGreen);
+    const ShownSurface shown = Shown();
+    const std::vector<Piece> pieces(2, {true, 1, 0, 0, 2000, 2000, 0, 0});
+    const auto print = [&](int pages) {
+        QByteArray data;
+        QBuffer buffer(&data);
+        buffer.open(QIODevice::WriteOnly);
+        QPdfWriter pdf(&buffer);
+        Printout job(pdf, shown, pages);
+        for (const Piece& piece : pieces) job.PrintPiece(piece);
+        job.EndDoc();
+        return data.size();
+    };
+    EXPECT_GT(print(2), print(1) + 100);
 }
 
 TEST_F(PictureTest, WhatIsTooLargeForPixelsIsRefused) {

@@ -2,12 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <random>
 
 #include "persist/Crc16.h"
-#include "support/Paths.h"
+#include "support/PlanFiles.h"
 
 namespace vortan {
 namespace {
@@ -15,11 +13,8 @@ namespace {
 using namespace std::string_literals;
 
 std::string Golden(const std::string& name) {
-    std::ifstream file(TestFile("golden/packed/" + name), std::ios::binary);
-    EXPECT_TRUE(file.good()) << name;
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    return FileBytes(TestFile("golden/packed/" + name));
 }
-
 std::string RandomText(std::string_view alphabet, std::size_t length, unsigned seed) {
     std::mt19937 random(seed);
     std::string text;
@@ -40,9 +35,8 @@ std::string PlanLines(std::size_t length, unsigned seed) {
         "TASK\r\n  Key,", "  OverheadRate,.",    "  Include,True\r\n  EarlyFinish,"};
     std::mt19937 random(seed);
     std::string text;
-    for (unsigned line = 0; text.size() < length; ++line) {
+    for (unsigned line = 0; text.size() < length; ++line)
         text += kNames[random() % std::size(kNames)] + std::to_string(line / 3 + random() % 20) + "\r\n";
-    }
     return text;
 }
 
@@ -60,10 +54,7 @@ std::string Echoes(std::size_t length, unsigned seed) {
 
 void ExpectRoundTrip(const std::string& text, const std::string& packed) {
     const UnpackResult result = UnpackText(packed);
-    EXPECT_TRUE(result.text == text);
-    EXPECT_TRUE(result.suffixFound);
-    EXPECT_TRUE(result.crcMatches);
-    EXPECT_FALSE(result.tooLarge);
+    EXPECT_TRUE(result.text == text && result.suffixFound && result.crcMatches && !result.tooLarge);
     EXPECT_EQ(result.bytesUsed, packed.size());
 }
 
@@ -80,17 +71,10 @@ std::string Packed(const std::string& text) {
 }
 
 TEST(PackText, WritesTheGoldenFilesByteForByte) {
-    for (const char* const name : {"p0", "p1", "p2"}) {
-        SCOPED_TRACE(name);
-        const std::string text = Golden(name + ".vta"s);
-        const std::string packed = Golden(name + ".vtb"s);
-        EXPECT_TRUE(PackText(text) == packed);
-        ExpectRoundTrip(text, packed);
-    }
-    EXPECT_EQ(PackText("A"), Golden("A.vtb"));
-    EXPECT_EQ(PackText(""), Golden("empty.vtb"));
-    ExpectRoundTrip("A", Golden("A.vtb"));
-    ExpectRoundTrip("", Golden("empty.vtb"));
+    for (const char* const name : {"p0", "p1", "p2"})
+        EXPECT_TRUE(Packed(Golden(name + ".vta"s)) == Golden(name + ".vtb"s)) << name;
+    EXPECT_EQ(Packed("A"), Golden("A.vtb"));
+    EXPECT_EQ(Packed(""), Golden("empty.vtb"));
 }
 
 // How many bytes the packed form of a text has, and their check sum: what an earlier version wrote is written
@@ -109,12 +93,7 @@ TEST(PackText, WritesTheSameBytesOfAnyText) {
             overlaps += Packed(text);
         }
     }
-    const struct {
-        const char* name;
-        std::string packed;
-        std::size_t size;
-        int sum;
-    } cases[] = {
+    const std::tuple<const char*, std::string, std::size_t, int> cases[] = {
         {"one letter", Packed(std::string(40000, 'z')), 656, 18489},
         {"two letters", Packed(RandomText("ab", 30000, 1)), 8680, 11737},
         {"the window's last own bytes", Packed(RandomText("\xFE\xFF", 30000, 2)), 9516, 23775},
@@ -124,10 +103,8 @@ TEST(PackText, WritesTheSameBytesOfAnyText) {
         {"short texts", shortTexts, 49244, 40918},
         {"overlaps", overlaps, 63646, 43810},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(c.packed.size(), c.size) << c.name;
-        EXPECT_EQ(SumOf(c.packed), c.sum) << c.name;
-    }
+    for (const auto& [name, packed, size, sum] : cases)
+        EXPECT_TRUE(packed.size() == size && SumOf(packed) == sum) << name;
 }
 
 TEST(PackText, StartsARunOverWhoseSourceItsOwnCopyDestroyed) {

@@ -57,9 +57,8 @@ TEST_F(SettingsTest, SurviveTheRun) {
     settings.AddRecentFile("/home/m/plans, old/a.vtb");
     ASSERT_TRUE(settings.WriteConfigFile());
     Settings next(platform);
-    for (std::size_t i = 0; i < values.size(); ++i) {
+    for (std::size_t i = 0; i < values.size(); ++i)
         EXPECT_EQ(next.ReadSettings("Key" + std::to_string(i)), values[i]);
-    }
     EXPECT_EQ(next.ReadSettings("Two lines"), "1  2");
     EXPECT_EQ(next.ReadSettings(" key, \"blank\" "), "kept");
     EXPECT_EQ(next.RecentFiles(), Names{"/home/m/plans, old/a.vtb"});
@@ -72,9 +71,7 @@ TEST_F(SettingsTest, SurviveTheRun) {
 }
 
 TEST_F(SettingsTest, ADamagedFileIsAFaultOnce) {
-    const struct {
-        const char *text, *fragment;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"", "when expecting \"INITIALIZATION\""},
         {"BarOption,-\r\nKey,read\r\nLast,x\r\n", "when expecting \"INITIALIZATION\""},
         {"INITIALIZATION\r\nKey,read\r\nBarOption\r\nLast,x\r\n", "there is no value for BarOption"},
@@ -84,86 +81,67 @@ TEST_F(SettingsTest, ADamagedFileIsAFaultOnce) {
          "Of the lines behind it, 1 cannot"},
         {"INITIALIZATION\r\nKey,read\r\nLast,x\r\nBarOption,-", "cut off"},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.text);
-        WriteFile(test.text);
+    for (const auto& [text, fragment] : cases) {
+        SCOPED_TRACE(text);
+        WriteFile(text);
         Settings damaged(platform);
         try {
             damaged.WriteSettings("Mine", "lost with the fault");
             ADD_FAILURE() << "no fault";
         } catch (const Fault& fault) {
-            EXPECT_NE(fault.Description().find(test.fragment), std::string::npos) << fault.Description();
+            EXPECT_NE(fault.Description().find(fragment), std::string::npos) << fault.Description();
             EXPECT_NE(fault.Description().find(File()), std::string::npos);
         }
         EXPECT_EQ(damaged.ReadSettings("BarOption"), "X");
-        EXPECT_EQ(damaged.ReadSettings("Key") + damaged.ReadSettings("Last"), *test.text ? "readx" : "");
+        EXPECT_EQ(damaged.ReadSettings("Key") + damaged.ReadSettings("Last"), *text ? "readx" : "");
         EXPECT_TRUE(damaged.WriteConfigFile());
         EXPECT_TRUE(Settings(platform).ThePreferences().bars);  // the file is whole again
     }
 }
 
 TEST_F(SettingsTest, PreferencesAreKnownByTheirFirstLetter) {
-    const struct {
-        const char* text;
-        Subprojects subprojects;
-        Arrows arrows;
-        DateDeps dateDeps;
-        bool on;
-        int minutes;
-    } cases[] = {
-        {"", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, false, 0},
-        {"All", Subprojects::All, Arrows::All, DateDeps::Hidden, false, 0},
-        {"Tasks", Subprojects::Flat, Arrows::None, DateDeps::Triangle, false, 0},
-        {"Control", Subprojects::OneLevel, Arrows::Control, DateDeps::Hidden, false, 0},
-        {"Line", Subprojects::OneLevel, Arrows::None, DateDeps::LineToTop, false, 0},
-        {"Short", Subprojects::OneLevel, Arrows::None, DateDeps::ShortArrow, false, 0},
-        {"Do not show", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, false, 0},
-        {"X", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, true, 0},
-        {"10 or so", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, false, 10},
-        {"-1", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, false, 0},
-        {"32768", Subprojects::OneLevel, Arrows::None, DateDeps::Hidden, false, 32767},
-    };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.text);
+    const auto read = [this](const std::string& text) {
         for (const char* key : {"SubprojectDisplayCombo", "DependencyArrowsCombo", "DateDependencyCombo",
                                 "SortByDateCheck", "AutomaticBackupCombo", "EfficiencyText"})
-            settings.WriteSettings(key, test.text);
-        const Preferences read = settings.ThePreferences();
-        EXPECT_EQ(read.subprojects, test.subprojects);
-        EXPECT_EQ(read.arrows, test.arrows);
-        EXPECT_EQ(read.dateDeps, test.dateDeps);
-        EXPECT_EQ(read.sortByDate, test.on);
-        EXPECT_EQ(read.backupMinutes, test.minutes);
-        EXPECT_EQ(read.efficiency, test.text);
-    }
+            settings.WriteSettings(key, text);
+        const Preferences all = settings.ThePreferences();
+        EXPECT_EQ(all.efficiency, text);
+        return std::tuple(all.subprojects, all.arrows, all.dateDeps, all.sortByDate, all.backupMinutes);
+    };
+    constexpr auto kLevel = Subprojects::OneLevel;
+    constexpr auto kNone = Arrows::None;
+    constexpr auto kHidden = DateDeps::Hidden;
+    for (const char* text : {"", "Do not show", "-1"})
+        EXPECT_EQ(read(text), std::tuple(kLevel, kNone, kHidden, false, 0)) << text;
+    EXPECT_EQ(read("All"), std::tuple(Subprojects::All, Arrows::All, kHidden, false, 0));
+    EXPECT_EQ(read("Tasks"), std::tuple(Subprojects::Flat, kNone, DateDeps::Triangle, false, 0));
+    EXPECT_EQ(read("Control"), std::tuple(kLevel, Arrows::Control, kHidden, false, 0));
+    EXPECT_EQ(read("Line"), std::tuple(kLevel, kNone, DateDeps::LineToTop, false, 0));
+    EXPECT_EQ(read("Short"), std::tuple(kLevel, kNone, DateDeps::ShortArrow, false, 0));
+    EXPECT_EQ(read("X"), std::tuple(kLevel, kNone, kHidden, true, 0));
+    EXPECT_EQ(read("10 or so"), std::tuple(kLevel, kNone, kHidden, false, 10));
+    EXPECT_EQ(read("32768"), std::tuple(kLevel, kNone, kHidden, false, 32767));
 }
 
 TEST_F(SettingsTest, TheNewestOfNineRecentFilesIsInFront) {
     for (int i = 1; i <= 10; ++i) settings.AddRecentFile("/f" + std::to_string(i));
     EXPECT_EQ(settings.RecentFiles(),
               (Names{"/f10", "/f9", "/f8", "/f7", "/f6", "/f5", "/f4", "/f3", "/f2"}));
-    settings.AddRecentFile("/F8");  // up, in whatever case; what stands behind it stays
+    // Up, in whatever case; what stands behind it stays.
+    for (const char* name : {"/F8", "/F8", "/f2"}) settings.AddRecentFile(name);
     EXPECT_EQ(settings.RecentFiles(),
-              (Names{"/F8", "/f10", "/f9", "/f7", "/f6", "/f5", "/f4", "/f3", "/f2"}));
-    settings.AddRecentFile("/F8");
-    EXPECT_EQ(settings.RecentFiles()[1], "/f10");
-    settings.AddRecentFile("/f2");
-    EXPECT_EQ(settings.RecentFiles().back(), "/f3");
+              (Names{"/f2", "/F8", "/f10", "/f9", "/f7", "/f6", "/f5", "/f4", "/f3"}));
     EXPECT_EQ(settings.ReadSettings("RecentFile1"), "/f2");
 }
 
 TEST_F(SettingsTest, FontsHaveDefaults) {
     const FormFont plain = settings.FontOf("Gantt");
-    EXPECT_EQ(plain.name, "Times New Roman");
-    EXPECT_EQ(plain.size, 9);
-    EXPECT_FALSE(plain.bold || plain.italic);
+    EXPECT_TRUE(plain.name == "Times New Roman" && plain.size == 9 && !plain.bold && !plain.italic);
     settings.WriteSettings("Gantt.FontSize", "12");  // counts with a name only
     EXPECT_EQ(settings.FontOf("Gantt").size, 9);
     settings.SetFont("Gantt", {"Serif", 10.5, true, false});
     const FormFont chosen = settings.FontOf("Gantt");
-    EXPECT_EQ(chosen.name, "Serif");
-    EXPECT_EQ(chosen.size, 10.5);
-    EXPECT_TRUE(chosen.bold && !chosen.italic);
+    EXPECT_TRUE(chosen.name == "Serif" && chosen.size == 10.5 && chosen.bold && !chosen.italic);
     for (const char* const size : {"", "0", "-3", "1e9", "large"}) {
         settings.WriteSettings("Gantt.FontSize", size);
         EXPECT_EQ(settings.FontOf("Gantt").size, 9) << size;

@@ -39,9 +39,8 @@ TEST(TextEncoding, FilesBecomeUtf8) {
     EXPECT_EQ(ToUtf8("\xC3\xA9 \xE9"), "\xC3\x83\xC2\xA9 \xC3\xA9");
     EXPECT_EQ(ToUtf8("\x80 100 \x96 M\xFCller \xFF"), "\xE2\x82\xAC 100 \xE2\x80\x93 M\xC3\xBCller \xC3\xBF");
     EXPECT_EQ(ToUtf8("\x83\x8A\x9F\xA0"), "\xC6\x92\xC5\xA0\xC5\xB8\xC2\xA0");
-    for (const char* const undefined : {"\x81", "\x8D", "\x8F", "\x90", "\x9D"}) {
+    for (const char* const undefined : {"\x81", "\x8D", "\x8F", "\x90", "\x9D"})
         EXPECT_EQ(ToUtf8(undefined), "\xEF\xBF\xBD");
-    }
 }
 
 }  // namespace

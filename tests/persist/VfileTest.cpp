@@ -32,9 +32,8 @@ TEST_F(Vfile, TheNameTellsTheType) {
     EXPECT_EQ(FileTypeOf("plan.vtb"), FileType::Bundle);
     EXPECT_EQ(FileTypeOf("/a.b/PLAN.VTA"), FileType::Ascii);
     EXPECT_EQ(FileTypeOf("Vortan.Cfg"), FileType::Configuration);
-    for (const char* const name : {"", "vta", "plan", "plan.vta.bak", "plan.mpp", "planvta"}) {
+    for (const char* const name : {"", "vta", "plan", "plan.vta.bak", "plan.mpp", "planvta"})
         EXPECT_EQ(FileTypeOf(name), FileType::Unknown) << name;
-    }
     EXPECT_THROW(ReadFileText(platform, "plan.txt", file), Fault);
     EXPECT_THROW(WriteFileText(platform, "plan.txt", "x"), Fault);
 }

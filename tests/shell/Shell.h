@@ -6,15 +6,10 @@
 #include <QDialog>
 #include <QRegularExpression>
 #include <QTest>
+#include <QTimer>
+#include <functional>
 #include <string>
 
-#include "model/Vassignment.h"
-#include "model/Vdependency.h"
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vshift.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
 #include "paint/Text.h"
 #include "shell/desk/Desktop.h"
 #include "shell/main/MainForm.h"
@@ -24,9 +19,30 @@
 #include "shell/trees/ProjectTreeForm.h"
 #include "shell/trees/TemplateTreeForm.h"
 #include "shell/trees/Trees.h"
+#include "support/CheckModel.h"
 #include "support/ScriptedPlatform.h"
 
 namespace vortan {
+
+/// What `open` gives, which opens a modal box; `answer` acts on the box once it is all there.
+template <class Open>
+auto InBox(Open&& open, const std::function<void(QWidget&)>& answer) {
+    bool came = false;
+    int ticks = 0;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, [&] {
+        QWidget* box = QApplication::activeModalWidget();
+        if (!box || came || !box->isVisible() || ++ticks < 4) return;
+        came = true;
+        answer(*box);
+    });
+    look.start(0);
+    struct Check {
+        const bool& came;
+        ~Check() { EXPECT_TRUE(came) << "no box came"; }
+    } const check{came};
+    return open();
+}
 
 /// A user at the keyboard and the mouse of a main window.
 class Driver {

@@ -1,9 +1,4 @@
-#include "model/Vassignment.h"
-#include "model/Vproject.h"
-#include "model/Vtask.h"
 #include "solve/CrashSolve.h"
-
-#include <gtest/gtest.h>
 
 #include <cmath>
 
@@ -15,10 +10,9 @@ namespace {
 /// One task of 100 hours of elapsed time, for the figures that follow from an efficiency of 0.8.
 struct WorkedExample : testing::Test {
     WorkedExample() {
-        plan.Project();
-        task = plan.AddTask(1, -60, {6000});
+        plan.MakeSolved("task 1 work 6000 start by 1");
+        task = plan.Task("P", 1);
         task->SetEfficiency(0.8);
-        plan.Assign(task, 1);
         plan.Solve();
     }
     IterativePlan plan;
@@ -76,10 +70,8 @@ TEST_F(WorkedExample, SomeSlicesAreNeverCrashed) {
 /// Two equal chains side by side: each step helps one of them only, the earlier first.
 TEST(CrashSolveTest, ParallelPathsTakeTurns) {
     IterativePlan plan;
-    plan.Project();
-    for (const int id : {1, 2}) plan.Assign(plan.AddTask(id, -60, {4800}), id);
-    plan.AddTask(3, 60, {0}, {1, 2});
-    plan.Solve();
+    plan.MakeSolved(
+        "task 1 work 4800 start by 1; task 2 work 4800 start by 2; task 3 clock 0 after 1 after 2");
     ASSERT_TRUE(plan.iterative.CrashSolve(true, 0.5, nullptr).done);
     const auto& steps = plan.Results().crashList;
     ASSERT_GE(steps.size(), 5U);
@@ -91,21 +83,16 @@ TEST(CrashSolveTest, ParallelPathsTakeTurns) {
 }
 
 TEST(CrashSolveTest, ARuleThatHaltsIsRefusedInAnyProject) {
+    const std::string refusal =
+        "The project Other: <stub> has a solve rule that halts on an error.  Crash requires";
     IterativePlan plan;
-    plan.Project();
-    plan.AddTask(1, 60, {60});
-    Vproject* other = plan.workspace.FindOrCreateProject("Other");
-    other->AddJournal(DateTime(IterativePlan::kStart));
     for (int rule = 0; rule < kSolveRules; ++rule) {
-        other->SetSolveRules(SolveRule{rule});
-        plan.Solve();
+        plan.MakeSolved("task 1 clock 60 start; project Other rule " + std::to_string(rule));
         const auto outcome = plan.iterative.CrashSolve(true, 0.25, nullptr);
         const bool halts = rule == 0 || rule == 2 || rule == 4;
         EXPECT_EQ(outcome.done, !halts) << rule;
-        EXPECT_EQ(outcome.message.find("The project Other: <stub> has a solve rule that halts on an error.  "
-                                       "Crash requires") == 0,
-                  halts)
-            << outcome.message;
+        EXPECT_EQ(outcome.message.starts_with(refusal), halts) << outcome.message;
+        plan.workspace.FreeAllMemory();
     }
 }
 

@@ -1,9 +1,5 @@
-#include <algorithm>
-
 #include "cli/CliRun.h"
 #include "cli/SolveJson.h"
-#include "model/Vdependency.h"
-#include "model/Vtask.h"
 #include "support/Json.h"
 #include "support/LoadedPlan.h"
 #include "support/Paths.h"
@@ -13,8 +9,8 @@ namespace {
 
 /// Of dates, in days, and of money.
 auto Tolerance(double money) {
-    return [money](const std::string& name) {
-        return name.ends_with("ost") ? money : name.ends_with("Hours") ? 1e-9 : 1e-7;
+    return [money](const QString& name) {
+        return name.endsWith("ost") ? money : name.endsWith("Hours") ? 1e-9 : 1e-7;
     };
 }
 
@@ -38,16 +34,14 @@ void ExpectCircle(const Solver& solver) {
 struct GoldenTest : CliFixture, testing::WithParamInterface<std::string> {};
 
 TEST_P(GoldenTest, SolvesToTheKnownAnswer) {
-    const LoadedPlan plan(ReadTextFile(TestFile("golden/solve/" + GetParam() + ".vta")));
-    const Json golden = Json::Parse(ReadTextFile(TestFile("golden/solve/" + GetParam() + ".json")));
-    const Json solved = Json::Parse(SolveJson(plan.workspace, plan.solver));
-    if (golden["status"].Text() != "Circular dependency") {
-        EXPECT_EQ(solved.Difference(golden, Tolerance(0.001)), "");
-        return;
+    const LoadedPlan plan(FileBytes(TestFile("golden/solve/" + GetParam() + ".vta")));
+    QJsonObject golden = ParseJson(FileBytes(TestFile("golden/solve/" + GetParam() + ".json"))).toObject();
+    QJsonObject solved = ParseJson(SolveJson(plan.workspace, plan.solver)).toObject();
+    if (golden["status"] == "Circular dependency") {
+        ExpectCircle(plan.solver);
+        for (QJsonObject* each : {&golden, &solved}) each->remove("problem");
     }
-    ExpectCircle(plan.solver);
-    for (const char* part : {"status", "mode", "order", "tasks", "slots"})
-        EXPECT_EQ(solved[part].Difference(golden[part], Tolerance(0.001), part), "");
+    EXPECT_EQ(JsonDifference(solved, golden, Tolerance(0.001)), "");
 }
 
 struct GoldenCrashTest : GoldenTest {};
@@ -57,14 +51,15 @@ TEST_P(GoldenCrashTest, TakesTheKnownSteps) {
     std::vector<std::string> arguments{"crash", stem.substr(0, stem.rfind('.')) + ".vta", "--json",
                                        "--increment", "0.25"};
     if (stem.ends_with(".detailed")) arguments.emplace_back("--detailed");
-    const Json golden = Json::Parse(ReadTextFile(stem + ".json"));
-    EXPECT_EQ(Json::Parse(Done(arguments)).Difference(golden, Tolerance(0.01)), "");
+    const QJsonValue golden = ParseJson(FileBytes(stem + ".json"));
+    EXPECT_EQ(JsonDifference(ParseJson(Done(arguments)), golden, Tolerance(0.01)), "");
 }
 
 /// The stems of the files with that extension.
 std::vector<std::string> StemsIn(const char* directory, const char* extension) {
     std::vector<std::string> names;
-    for (const std::string& path : FilesIn(TestFile(directory), extension)) names.push_back(StemOf(path));
+    for (const std::string& path : FilesIn(TestFile(directory), extension))
+        names.push_back(std::filesystem::path(path).stem().string());
     return names;
 }
 

@@ -1,11 +1,6 @@
-#include "model/Vdependency.h"
-#include "model/Vproject.h"
-#include "model/Vtask.h"
 #include "solve/RiskSolve.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
+#include <array>
 #include <random>
 #include <set>
 
@@ -80,11 +75,8 @@ TEST(RiskSolveTest, AnyNumberOfWorkersFindsTheSame) {
 /// that of the sample of the short task.
 TEST(RiskSolveTest, EqualDatesStandInTheOrderOfIterations) {
     IterativePlan plan;
-    plan.Project();
-    plan.AddTask(1, 1440, {1440 * 300});
-    plan.Assign(plan.AddTask(2, -60, {3000, 6000, 12000}), 1);
-    plan.AddTask(3, 60, {0}, {1, 2});
-    plan.Solve();
+    plan.MakeSolved(
+        "task 1 days 432000 start; task 2 work 3000/6000/12000 start by 1; task 3 clock 0 after 1 after 2");
     for (const bool quick : {false, true}) {
         plan.Solve();
         plan.iterative.SetSeed(99);
@@ -102,15 +94,20 @@ TEST(RiskSolveTest, EqualDatesStandInTheOrderOfIterations) {
 /// The finish of small plans by plain sampling, far more often than the risk solve does.
 TEST(RiskSolveTest, QuantilesAgreeWithPlainSampling) {
     struct Case {
-        const char* name;
-        std::vector<std::vector<std::int32_t>> estimates;  ///< of tasks 1, 2 ..., minutes
+        std::vector<std::array<int, 3>> estimates;  ///< of tasks 1, 2 ..., minutes
         bool parallel;
+        const char* plan;
     };
     const Case cases[] = {
-        {"one", {{9480, 12480, 15480}}, true},
-        {"two in a row", {{4000, 10000, 30000}, {9000, 10000, 12000}}, false},
-        {"two side by side", {{4000, 10000, 16000}, {4000, 10000, 16000}}, true},
-        {"three side by side", {{4000, 10000, 16000}, {8000, 10000, 20000}, {7000, 9000, 40000}}, true},
+        {{{9480, 12480, 15480}}, true, "task 1 clock 9480/12480/15480 start; task 9 clock 0 after 1"},
+        {{{4000, 10000, 30000}, {9000, 10000, 12000}},
+         false,
+         "task 1 clock 4000/10000/30000 start; task 2 clock 9000/10000/12000 after 1; task 9 clock 0 after "
+         "2"},
+        {{{4000, 10000, 16000}, {8000, 10000, 20000}, {7000, 9000, 40000}},
+         true,
+         "task 1 clock 4000/10000/16000 start; task 2 clock 8000/10000/20000 start;"
+         "task 3 clock 7000/9000/40000 start; task 9 clock 0 after 1 after 2 after 3"},
     };
     for (const Case& each : cases) {
         std::mt19937 random(5);
@@ -125,15 +122,7 @@ TEST(RiskSolveTest, QuantilesAgreeWithPlainSampling) {
         }
         std::sort(finishes.begin(), finishes.end());
         IterativePlan plan;
-        plan.Project();
-        std::vector<std::int32_t> open;
-        for (const auto& task : each.estimates) {
-            const auto id = static_cast<std::int32_t>(open.size()) + 1;
-            plan.AddTask(id, 60, task,
-                         each.parallel || id == 1 ? std::vector<std::int32_t>{} : std::vector{id - 1});
-            open.push_back(id);
-        }
-        plan.AddTask(9, 60, {0}, open);
+        plan.Make(kCrew + each.plan);
         for (const bool quick : {false, true}) {
             plan.Solve();
             ASSERT_TRUE(plan.iterative.RiskSolve(quick, 4000, nullptr).done);
@@ -141,46 +130,33 @@ TEST(RiskSolveTest, QuantilesAgreeWithPlainSampling) {
             for (const double p : {0.05, 0.2, 0.5, 0.8, 0.95}) {
                 const double wanted = finishes[static_cast<std::size_t>(p * 200'000)] / kMinutesPerDay;
                 const double found = dates[static_cast<std::size_t>(p * 4000)].Days() - IterativePlan::kStart;
-                EXPECT_NEAR(found / wanted, 1, 0.01) << each.name << " at " << p << (quick ? ", quick" : "");
+                EXPECT_NEAR(found / wanted, 1, 0.01) << each.plan << " at " << p << (quick ? ", quick" : "");
             }
-            EXPECT_EQ(dates[2000] > AddDays(dates[0], 0.1), each.estimates.size() > 1) << each.name;
+            EXPECT_EQ(dates[2000] > AddDays(dates[0], 0.1), each.estimates.size() > 1) << each.plan;
         }
     }
 }
 
 /// Without work in the plan or in the sample a slice has no duration, whatever dates drive its task; where
-/// only the plan has none there is nothing to scale by.
+/// only the plan has none there is nothing to scale by. A sample of 0 costs nothing.
 TEST(RiskSolveTest, ASliceWithoutMinutesEndsWhereItStarts) {
-    constexpr int n = 4;
     const struct {
-        const char* name;
-        int units;
-        std::vector<std::int32_t> estimates;
-        std::vector<double> days;  ///< from the start, of each run
+        const char* task;          // without units, to the end of the start date
+        std::vector<double> days;  // from the start, of each run
     } cases[] = {
-        {"no estimate", 0, {0}, {0, 0, 0, 0}},
-        {"an estimate beside the dates", 0, {600}, {1, 1, 1, 1}},
-        {"unplanned work", 0, {0, 0, 6000}, {0, 0, 1, 1}},
-        {"less than no work", 0, {-6000, 600, 600}, {0, 0, 1, 1}},
-        {"no duration", 60, {0, 0, 6000}, {0, 0, 0, 0}},
+        {"clock 0/0/0 dates start", {0, 0, 0, 0}},    {"clock 600 dates start", {1, 1, 1, 1}},
+        {"clock 0/0/6000 dates start", {0, 0, 1, 1}}, {"clock -6000/600/600 dates start", {0, 0, 1, 1}},
+        {"clock 0/0/6000 start", {0, 0, 0, 0}},
     };
     for (const auto& each : cases) {
         IterativePlan plan;
-        plan.Project();
-        plan.AddTask(1, each.units, each.estimates);  // without units, to the end of the start date
-        plan.Solve();
-        ASSERT_TRUE(plan.iterative.RiskSolve(true, n, nullptr).done);
-        for (std::size_t i = 0; i < n; ++i)
-            EXPECT_EQ(plan.Results().riskDates[i + 1].Days() - 37137, each.days[i]) << each.name << i;
+        plan.MakeSolved(std::string("task 1 ") + each.task);
+        ASSERT_TRUE(plan.iterative.RiskSolve(true, 4, nullptr).done);
+        for (std::size_t i = 0; i < 4; ++i)
+            EXPECT_EQ(plan.Results().riskDates[i + 1].Days() - 37137, each.days[i]) << each.task << i;
     }
-}
-
-/// A sample of 0 costs nothing.
-TEST(RiskSolveTest, CostsFallWithTheSample) {
     IterativePlan plan;
-    plan.Project();
-    plan.Assign(plan.AddTask(1, -60, {-6000, 600, 600}), 1);
-    plan.Solve();
+    plan.MakeSolved("task 1 work -6000/600/600 start by 1");
     ASSERT_TRUE(plan.iterative.RiskSolve(true, 2, nullptr).done);
     EXPECT_EQ(plan.Results().riskCosts[1], Money());
     EXPECT_EQ(plan.Results().riskDates[1], DateTime(IterativePlan::kStart));
@@ -240,8 +216,7 @@ TEST_F(IterativeSolveTest, CancelAtAnyReportChangesNothing) {
 }
 
 TEST_F(IterativeSolveTest, TheModeAndTheTextsTellWhatGoesOn) {
-    for (const bool risk : {true, false}) {
-        plan.platform.statusMessages.clear();
+    for (const int kind : {1, 3}) {
         plan.platform.solveStatuses.clear();
         int last = 0;
         TestProgress progress([&](int percent) {
@@ -251,16 +226,13 @@ TEST_F(IterativeSolveTest, TheModeAndTheTextsTellWhatGoesOn) {
             EXPECT_LE(last = percent, 99);
             return false;
         });
-        ASSERT_TRUE(Run(risk ? 1 : 3, &progress).done);
+        ASSERT_TRUE(Run(kind, &progress).done);
         EXPECT_GT(last, 0);
-        const std::string verb = risk ? "Risk " : "Crashing ";
-        EXPECT_EQ(
-            plan.platform.statusMessages,
-            (std::vector<std::string>{(risk ? "Risk" : "Crash") + std::string(" solve in progress"), ""}));
+        const std::string verb = kind == 1 ? "Risk " : "Crashing ";
+        EXPECT_EQ(plan.platform.statusMessages.back(), "");
         EXPECT_EQ(plan.platform.solveStatuses.front(), verb + "0% ...");
         EXPECT_EQ(plan.platform.solveStatuses.back(), verb + std::to_string(last) + "% ...");
         EXPECT_EQ(plan.solver.Mode(), SolveMode::Restart);
-        EXPECT_TRUE(plan.platform.solveTimerArmed);
         plan.Solve();
         EXPECT_TRUE(plan.Complete());
     }
@@ -284,13 +256,9 @@ TEST_F(IterativeSolveTest, AFaultInTheProgressEndsTheSolve) {
 TEST(RiskSolveTest, ATrialThatHaltsBreaksTheSolveOff) {
     for (const int workers : {1, 2, 5}) {
         IterativePlan plan;
-        plan.Project(SolveRule::NormalHalt);
-        plan.Assign(plan.AddTask(1, -60, {480, 960, 1920}), 1);
-        Vtask* second = plan.AddTask(2, -60, {960});
-        plan.Assign(second, 1);
-        second->DependencyList().front()->SetDepDate(DateTime(IterativePlan::kStart + 2));
-        plan.AddTask(3, 60, {0}, {1, 2});
-        plan.Solve();
+        plan.MakeSolved(
+            "project P rule 0; task 1 work 480/960/1920 start by 1;"
+            "task 2 work 960 start=9/5/2001 by 1; task 3 clock 0 after 1 after 2");
         ASSERT_TRUE(plan.Complete());
         plan.iterative.SetWorkers(workers);
         // The first row of scores rises; 960 + z * 320 goes beyond the second day from z = 0 on.
@@ -310,21 +278,10 @@ TEST(RiskSolveTest, NumbersOutOfRangeAreRefusedInWords) {
     PlanKnobs knobs;
     knobs.tasks = 700;
     const IterativePlan small(GeneratePlan(1, MixedKnobs(1))), large(GeneratePlan(1, knobs));
-    const std::tuple<const IterativePlan*, double, const char*> cases[] = {
-        {&small, 0, "from 1 to 1,000,000."},
-        {&small, -3, "from 1 to 1,000,000."},
-        {&small, 1'000'001, "from 1 to 1,000,000."},
-        {&small, std::nan(""), "from 1 to 1,000,000."},
-        {&small, 1, ""},
-        {&small, 1'000'000, ""},
-        {&large, 100'000, ""},
-        {&large, 1'000'000, "iterations over"},
-    };
-    for (const auto& [plan, iterations, part] : cases) {
-        const auto complaint = plan->iterative.CheckRisk(iterations);
-        EXPECT_EQ(complaint.has_value(), *part != '\0') << iterations;
-        EXPECT_NE(complaint.value_or("").find(part), std::string::npos) << part;
-    }
+    for (const double iterations : {0.0, -3.0, 1'000'001.0, std::nan("")})
+        EXPECT_TRUE(small.iterative.CheckRisk(iterations).value_or("").ends_with("from 1 to 1,000,000."));
+    for (const double iterations : {1.0, 1'000'000.0}) EXPECT_FALSE(small.iterative.CheckRisk(iterations));
+    EXPECT_FALSE(large.iterative.CheckRisk(100'000));
     // What is offered instead is accepted.
     const std::string text = large.iterative.CheckRisk(1'000'000).value_or("");
     std::string offer = text.substr(text.find("Enter ") + 6);

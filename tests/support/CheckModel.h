@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <utility>
 
@@ -44,10 +45,9 @@ inline std::string ModelFaults(const Workspace& workspace) {
             check(resource->Template() == pool, *resource, "Template");
             rows(*pool, *resource);
         }
-        for (const Vshift* shift : pool->ShiftList()) {
+        for (const Vshift* shift : pool->ShiftList())
             check(pool->ShiftList().Find(shift->ShiftName()) == shift && shift->Template() == pool, *shift,
                   "ShiftList");
-        }
     }
     const auto inMemory = [&](const Vproject* project) {
         return !project || workspace.ProjectList().Find(project->ProjectName()) == project;

@@ -1,28 +1,15 @@
 #include "support/LoadedPlan.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 
 #include "model/Fault.h"
-#include "model/Vdependency.h"
-#include "model/Vproject.h"
-#include "model/Vresource.h"
-#include "model/Vtask.h"
-#include "model/Vtemplate.h"
-#include "persist/Records.h"
-#include "support/CheckModel.h"
 
 namespace vortan {
 
 void LoadedPlan::Load(std::string_view text) {
     try {
-        TokenReader reader(text, "plan.vta");
-        LoadReport report;
-        LoadRecords(workspace, reader, report);
+        LoadText(workspace, text);
     } catch (const Fault& fault) {
         ADD_FAILURE() << fault.what();
     }
@@ -99,26 +86,6 @@ std::string ResultText(const LoadedPlan& plan) {
         }
     }
     return text;
-}
-
-std::string ReadTextFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) ADD_FAILURE() << "Cannot read " << path;
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-std::vector<std::string> FilesIn(const std::string& directory, const std::string& extension) {
-    std::vector<std::string> names;
-    std::error_code missing;
-    for (const auto& entry : std::filesystem::directory_iterator(directory, missing)) {
-        if (entry.path().extension() == extension) names.push_back(entry.path().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
-std::string StemOf(const std::string& path) {
-    return std::filesystem::path(path).stem().string();
 }
 
 std::string DateText(DateTime date) {

@@ -6,8 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "model/Workspace.h"
 #include "solve/Solver.h"
+#include "support/CheckModel.h"
+#include "support/PlanFiles.h"
 #include "support/ScriptedPlatform.h"
 
 namespace vortan {
@@ -23,6 +24,8 @@ class LoadedPlan {
         Solve();
     }
 
+    /// Makes what the words of MakePlan tell.
+    void Make(const std::string& words) { MakePlan(workspace, words); }
     /// Reads the records into what is there. A damaged text fails the test.
     void Load(std::string_view text);
     /// A whole solve, from the start.
@@ -53,12 +56,6 @@ std::string FactLine(const std::string& name, std::initializer_list<double> valu
 std::string NameOf(const Vtask* task);
 /// The first line in which two such texts differ; empty: none.
 std::string FirstDifference(const std::string& is, const std::string& should);
-
-std::string ReadTextFile(const std::string& path);
-/// The files of a directory with that extension (".vta"), sorted; none if there is no such directory.
-std::vector<std::string> FilesIn(const std::string& directory, const std::string& extension);
-/// The file's name without directory and extension.
-std::string StemOf(const std::string& path);
 
 /// "2001-09-03 08:00"
 std::string DateText(DateTime date);

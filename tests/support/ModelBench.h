@@ -3,10 +3,6 @@
 #include <string>
 
 #include "model/Fault.h"
-#include "model/Vassignment.h"
-#include "model/Vdependency.h"
-#include "model/Vtemplate.h"
-#include "model/Workspace.h"
 #include "support/CheckModel.h"
 #include "support/ScriptedPlatform.h"
 

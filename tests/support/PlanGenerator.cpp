@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "model/DateTime.h"
+#include "model/NumberText.h"
 #include "model/ValueText.h"
 #include "model/WorkDays.h"
 
@@ -29,18 +30,13 @@ constexpr std::array<Shift, 8> kShifts = {{
 }};
 
 std::string HourLetters(char letter) {
-    switch (letter) {
-        case 'a':
-            return "NNNNNNNXXXXX";
-        case 'b':
-            return "NNNNBNNNNBNN";
-        case 'c':
-            return "XOXXONNBXOXN";
-        default:
-            return std::string(12, letter);
-    }
+    return letter == 'a'   ? "NNNNNNNXXXXX"
+           : letter == 'b' ? "NNNNBNNNNBNN"
+           : letter == 'c' ? "XOXXONNBXOXN"
+                           : std::string(12, letter);
 }
 
+constexpr const char* kNoTexts = "\r\n  Description,\"\"\r\n  ViewPassword,\"\"\r\n  ModifyPassword,\"\"\r\n";
 constexpr double kBase = 37137;  ///< 2001-09-03, a Monday
 
 /// A task already written, as what later ones may depend on.
@@ -84,8 +80,6 @@ class Generator {
     }
 
   private:
-    using Values = std::vector<std::string>;
-
     static void Field(std::string& text, const std::string& name, const std::string& value) {
         text += "  " + name + "," + value + "\r\n";
     }
@@ -106,10 +100,8 @@ class Generator {
         Journaled(text, name, std::to_string(value), [&] { return std::to_string(value + 60); });
     }
     static std::string DateValue(double days) {
-        const DateParts parts = ToParts(DateTime(days));
-        char text[80];
-        std::snprintf(text, sizeof text, "%02d/%02d/%04d %02d:%02d%s", parts.month, parts.day, parts.year,
-                      parts.hour % 12 ? parts.hour % 12 : 12, parts.minute, parts.hour < 12 ? "am" : "pm");
+        std::string text;
+        AppendFileDate(text, DateTime(days));
         return text;
     }
     template <class T, std::size_t N>
@@ -141,30 +133,23 @@ class Generator {
     static int ResourceNumber(int index) { return 3 + 4 * index; }
 
     void WriteTemplate(int index) {
-        text_ += "TEMPLATE\r\n";
-        Field(text_, "TemplateName", Quoted(TemplateName(index)));
-        for (const char* name : {"Description", "ViewPassword", "ModifyPassword"}) Field(text_, name, "\"\"");
+        text_ += "TEMPLATE\r\n  TemplateName," + Quoted(TemplateName(index)) + kNoTexts;
         JournalFields(text_);
         for (const Shift& shift : kShifts) {
-            text_ += "SHIFT\r\n";
-            Field(text_, "ShiftName", shift.name);
-            for (const char* name : {"Burdened", "Overtime", "OffDay", "Holiday"}) {
-                Field(text_, std::string(name) + "Multiplier", "2");
-            }
-            for (int hour = 0; hour < 24; ++hour) {
+            text_ += std::string("SHIFT\r\n  ShiftName,") + shift.name +
+                     "\r\n  BurdenedMultiplier,2\r\n  OvertimeMultiplier,2\r\n  OffDayMultiplier,2\r\n  "
+                     "HolidayMultiplier,2\r\n";
+            for (int hour = 0; hour < 24; ++hour)
                 Field(text_, FormatHour(hour, true), HourLetters(shift.hours[hour]));
-            }
         }
         for (int i = 0; i < knobs_.resources; ++i) WriteResource(i);
     }
 
     void WriteResource(int index) {
-        text_ += "RESOURCE\r\n";
-        Field(text_, "ResourceID", std::to_string(ResourceNumber(index)));
-        Field(text_, "Description", "R" + std::to_string(index));
+        text_ += "RESOURCE\r\n  ResourceID," + std::to_string(ResourceNumber(index)) + "\r\n  Description,R" +
+                 std::to_string(index) + "\r\n";
         Flag(text_, "Include", true);
-        Field(text_, "Department", "None");
-        Field(text_, "Title", "\"\"");
+        text_ += "  Department,None\r\n  Title,\"\"\r\n";
         for (const char* name : {"BurdenedRate", "OvertimeRate", "OffDayRate", "HolidayRate"}) {
             const auto rate = [&] {
                 return std::to_string(random_.Between(0, 199)) + "." +
@@ -197,18 +182,15 @@ class Generator {
         for (Project& project : projects_) {
             // One number more than tasks and links: the closing task's.
             for (std::size_t i = 0; i <= project.toDo.size(); ++i) project.ids.push_back(3 * int(i) + 2);
-            for (std::size_t i = project.ids.size() - 1; i > 0; --i) {
+            for (std::size_t i = project.ids.size() - 1; i > 0; --i)
                 std::swap(project.ids[i], project.ids[random_.Next() % (i + 1)]);
-            }
             WriteProject(project);
         }
     }
 
     void WriteProject(Project& project) {
         std::string& text = project.text;
-        text += "PROJECT\r\n";
-        Field(text, "ProjectName", project.name);
-        for (const char* name : {"Description", "ViewPassword", "ModifyPassword"}) Field(text, name, "\"\"");
+        text += "PROJECT\r\n  ProjectName," + project.name + kNoTexts;
         Field(text, "PlanIndex", std::to_string(random_.Between(0, current_)));
         JournalFields(text);
         const auto priority = [&] {
@@ -244,21 +226,18 @@ class Generator {
 
     void WriteTask(Project& project, int id, const std::string& subproject, int units, int minutes) {
         std::string& text = project.text;
-        text += "TASK\r\n";
-        Field(text, "TaskID", std::to_string(id));
-        Field(text, "Subproject", subproject.empty() ? "\"\"" : subproject);
-        Field(text, "Description", "T" + std::to_string(id));
+        text += "TASK\r\n  TaskID," + std::to_string(id) + "\r\n  Subproject," +
+                (subproject.empty() ? "\"\"" : subproject) + "\r\n  Description,T" + std::to_string(id) +
+                "\r\n";
         Flag(text, "Include", true);
         Journaled(text, "EffortUnits", std::to_string(units), [&] {
             return std::to_string(Pick(std::array<int, 3>{-60, 60, 0}));
         });
         for (const char* name : {"Optimistic", "MostLikely", "Pessimistic"}) Number(text, name, minutes);
-        Field(text, "Efficiency", ".85");
-        Field(text, "MaterialCost", std::to_string(random_.Between(0, 99)) + ".25");
-        Field(text, "LaborCost", "0");
-        for (const char* name : {"EarlyStart", "EarlyFinish", "LateStart", "LateFinish"}) {
+        text += "  Efficiency,.85\r\n  MaterialCost," + std::to_string(random_.Between(0, 99)) +
+                ".25\r\n  LaborCost,0\r\n";
+        for (const char* name : {"EarlyStart", "EarlyFinish", "LateStart", "LateFinish"})
             Field(text, name, DateValue(0));
-        }
     }
 
     void WritePlainTask(std::size_t index, int id) {
@@ -294,9 +273,8 @@ class Generator {
     }
 
     void WriteSomeDependency(Project& project, bool toStart, bool dated) {
-        if (written_.empty() || random_.Chance(toStart ? 40 : 10)) {
+        if (written_.empty() || random_.Chance(toStart ? 40 : 10))
             return WriteDateDependency(project, toStart ? 0 : random_.Between(0, 99));
-        }
         Written& required = written_[random_.Next() % written_.size()];
         const auto percent = [&] {
             return random_.Chance(knobs_.partials)
@@ -376,38 +354,34 @@ std::string GeneratePlan(std::uint64_t seed, const PlanKnobs& knobs) {
 
 PlanKnobs MixedKnobs(std::uint64_t seed) {
     FixedRandom random(~seed);
-    PlanKnobs knobs;
-    knobs.tasks = random.Between(2, 12);
-    knobs.masters = random.Between(1, 2);
-    knobs.subprojects = random.Between(0, 3);
-    knobs.templates = random.Between(1, 2);
-    knobs.resources = random.Between(1, 5);
-    knobs.journals = random.Between(1, 3);
-    knobs.longest = random.Between(100, 4000);
-    knobs.spread = random.Between(0, 60);
-    knobs.partials = random.Between(0, 80);
-    knobs.offsets = random.Between(0, 60);
-    knobs.oddShifts = random.Chance(70);
-    knobs.oddHours = random.Chance(70);
-    return knobs;
+    return {.tasks = random.Between(2, 12),
+            .masters = random.Between(1, 2),
+            .subprojects = random.Between(0, 3),
+            .templates = random.Between(1, 2),
+            .resources = random.Between(1, 5),
+            .journals = random.Between(1, 3),
+            .longest = random.Between(100, 4000),
+            .spread = random.Between(0, 60),
+            .partials = random.Between(0, 80),
+            .offsets = random.Between(0, 60),
+            .oddShifts = random.Chance(70),
+            .oddHours = random.Chance(70)};
 }
 
 PlanKnobs CrowdedKnobs(std::uint64_t seed, int rule) {
     FixedRandom random(~seed);
-    PlanKnobs knobs;
-    knobs.tasks = random.Between(6, 16);
-    knobs.masters = random.Between(1, 3);
-    knobs.resources = random.Between(1, 3);
-    knobs.longest = random.Between(2000, 20000);
-    knobs.spread = random.Between(0, 15);
-    knobs.partials = random.Between(0, 40);
-    knobs.offsets = random.Between(0, 40);
-    knobs.calendar = random.Between(0, 10);
-    knobs.dated = 0;
-    knobs.oddShifts = random.Chance(60);
-    knobs.oddHours = random.Chance(60);
-    knobs.rule = rule;
-    return knobs;
+    return {.tasks = random.Between(6, 16),
+            .masters = random.Between(1, 3),
+            .resources = random.Between(1, 3),
+            .longest = random.Between(2000, 20000),
+            .spread = random.Between(0, 15),
+            .partials = random.Between(0, 40),
+            .offsets = random.Between(0, 40),
+            .calendar = random.Between(0, 10),
+            .dated = 0,
+            .oddShifts = random.Chance(60),
+            .oddHours = random.Chance(60),
+            .rule = rule};
 }
 
 }  // namespace vortan

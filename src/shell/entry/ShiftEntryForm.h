@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/Vshift.h"
+#include "model/Vtemplate.h"
 #include "shell/forms/ObjectForm.h"
 #include "shell/widgets/ShiftGrid.h"
 

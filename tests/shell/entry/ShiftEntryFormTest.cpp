@@ -12,12 +12,12 @@ constexpr int At(int hour, int minute) {
 class ShiftEntryFormTest : public FormBench {
   protected:
     void Open() { Modify<ShiftEntryForm>(standard); }
-    ShiftGrid& Grid() { return *shell.Dialog().findChild<ShiftGrid*>("Grid"); }
+    ShiftGrid& Grid() { return *Dialog().findChild<ShiftGrid*>("Grid"); }
     // The mouse comes from the window system; so a move has the buttons that are held.
-    QPoint InWindow(QPoint inGrid) { return Grid().mapTo(&shell.Dialog(), inGrid); }
+    QPoint InWindow(QPoint inGrid) { return Grid().mapTo(&Dialog(), inGrid); }
     QPoint InWindow(int cell) { return InWindow(Grid().CellRect(cell).center()); }
-    void Drag(std::vector<int> cells) {
-        QWindow* window = shell.Dialog().windowHandle();
+    void Sweep(std::vector<int> cells) {
+        QWindow* window = Dialog().windowHandle();
         QTest::mousePress(window, Qt::LeftButton, {}, InWindow(cells[0]));
         for (const int cell : cells) QTest::mouseMove(window, InWindow(cell));
         QTest::mouseRelease(window, Qt::LeftButton, {}, InWindow(cells.back()));
@@ -40,26 +40,23 @@ class ShiftEntryFormTest : public FormBench {
 };
 
 TEST_F(ShiftEntryFormTest, AMouseDragSelectsARunInReadingOrder) {
-    const struct {
-        std::vector<int> cells;
-        int first, last;
-    } drags[] = {{{At(8, 0)}, At(8, 0), At(8, 0)},
-                 {{At(8, 0), At(9, 10)}, At(8, 0), At(9, 10)},
-                 {{At(9, 10), At(8, 0)}, At(8, 0), At(9, 10)},
-                 {{At(5, 30), At(7, 0), At(5, 40)}, At(5, 30), At(5, 40)},
-                 {{At(5, 30), At(7, 0), At(4, 55)}, At(4, 55), At(5, 30)},
-                 {{At(0, 0), At(23, 55)}, At(0, 0), At(23, 55)}};
+    const std::tuple<std::vector<int>, int, int> drags[] = {
+        {{At(8, 0)}, At(8, 0), At(8, 0)},
+        {{At(8, 0), At(9, 10)}, At(8, 0), At(9, 10)},
+        {{At(9, 10), At(8, 0)}, At(8, 0), At(9, 10)},
+        {{At(5, 30), At(7, 0), At(5, 40)}, At(5, 30), At(5, 40)},
+        {{At(5, 30), At(7, 0), At(4, 55)}, At(4, 55), At(5, 30)},
+        {{At(0, 0), At(23, 55)}, At(0, 0), At(23, 55)}};
     Open();
-    for (const auto& drag : drags) {
-        Drag(drag.cells);
-        EXPECT_EQ(White(), std::pair(drag.first, drag.last));
-        EXPECT_EQ(Grid().AnchorCell(), drag.cells.front());
-        EXPECT_EQ(Grid().CurrentCell(), drag.cells.back());
+    for (const auto& [cells, first, last] : drags) {
+        Sweep(cells);
+        EXPECT_EQ(White(), std::pair(first, last));
+        EXPECT_TRUE(Grid().AnchorCell() == cells.front() && Grid().CurrentCell() == cells.back());
     }
-    Drag({At(8, 0), At(13, 40)});
-    EXPECT_EQ(shell.Find<QLabel>("SelectionLabel").text(), "Selected:\n8:00am to 1:45pm");
+    Sweep({At(8, 0), At(13, 40)});
+    EXPECT_EQ(Find<QLabel>("SelectionLabel").text(), "Selected:\n8:00am to 1:45pm");
     // Without a button held, the mouse selects nothing.
-    QTest::mouseMove(shell.Dialog().windowHandle(), InWindow(At(20, 0)));
+    QTest::mouseMove(Dialog().windowHandle(), InWindow(At(20, 0)));
     EXPECT_EQ(Grid().CurrentCell(), At(13, 40));
     EXPECT_EQ(Grid().CellAt({9999, 9999}), At(23, 55));
     EXPECT_EQ(Grid().CellAt({-9, 1}), At(0, 0));
@@ -67,30 +64,30 @@ TEST_F(ShiftEntryFormTest, AMouseDragSelectsARunInReadingOrder) {
 
 TEST_F(ShiftEntryFormTest, AnOpenSelectionIsEndedByAGroupButtonOrByCancel) {
     Open();
-    Drag({At(8, 0), At(8, 5)});
+    Sweep({At(8, 0), At(8, 5)});
     EXPECT_FALSE(Enabled("OkCommand"));
     EXPECT_TRUE(Enabled("GroupCommand(1)"));
-    const auto cancelColour = [&] { return shell.Find<QPushButton>("CancelCommand").palette().button(); };
+    const auto cancelColour = [&] { return Find<QPushButton>("CancelCommand").palette().button(); };
     const QBrush open = cancelColour();
-    shell.Click("GroupCommand(1)");
+    Click("GroupCommand(1)");
     EXPECT_TRUE(Enabled("OkCommand"));
     EXPECT_FALSE(Enabled("GroupCommand(1)"));
     EXPECT_NE(cancelColour(), open);
     EXPECT_EQ(Grid().Row(8), "OONNNNNNNNNN");
 
     for (const bool byKey : {true, false}) {
-        Drag({At(9, 0), At(12, 0)});
+        Sweep({At(9, 0), At(12, 0)});
         if (byKey) {
-            shell.Press(Qt::Key_Escape);
+            Cancel();
         } else {
-            shell.Click("CancelCommand");
+            Click("CancelCommand");
         }
         EXPECT_EQ(White(), std::pair(-1, -2));
-        EXPECT_TRUE(shell.IsOpen("ShiftEntryForm"));
+        EXPECT_TRUE(IsOpen("ShiftEntryForm"));
         EXPECT_TRUE(Enabled("OkCommand"));
     }
-    shell.Press(Qt::Key_Escape);
-    EXPECT_FALSE(shell.IsOpen("ShiftEntryForm"));
+    Cancel();
+    EXPECT_FALSE(IsOpen("ShiftEntryForm"));
     EXPECT_EQ(standard->Matrix(8), "NNNNNNNNNNNN");
     EXPECT_FALSE(plant->Dirty());
 }
@@ -98,34 +95,30 @@ TEST_F(ShiftEntryFormTest, AnOpenSelectionIsEndedByAGroupButtonOrByCancel) {
 TEST_F(ShiftEntryFormTest, TheDayIsPaintedByKeyboard) {
     constexpr auto kShift = Qt::ShiftModifier, kControl = Qt::ControlModifier;
     Open();
-    shell.Find<QWidget>("HolidayMultiplierText").setFocus();
-    shell.Press(Qt::Key_Tab);
-    ASSERT_EQ(shell.Focus(), "Grid");
-    const struct {
-        Qt::Key key;
-        Qt::KeyboardModifiers with;
-        int current;
-        std::pair<int, int> white;
-    } presses[] = {{Qt::Key_Up, {}, 0, {-1, -2}},
-                   {Qt::Key_O, {}, 0, {-1, -2}},  // paints the one cell
-                   {Qt::Key_Down, {}, 12, {-1, -2}},
-                   {Qt::Key_Down, kShift, 24, {12, 24}},
-                   {Qt::Key_Left, kShift, 23, {12, 23}},
-                   {Qt::Key_B, {}, 23, {-1, -2}},
-                   {Qt::Key_End, kControl | kShift, 287, {23, 287}},
-                   {Qt::Key_Up, {}, At(22, 55), {-1, -2}},  // moves on and drops the selection
-                   {Qt::Key_Space, {}, At(22, 55), {At(22, 55), At(22, 55)}}};
-    for (const auto& press : presses) {
-        QTest::keyClick(&Grid(), press.key, press.with);
-        EXPECT_EQ(Grid().CurrentCell(), press.current);
-        EXPECT_EQ(White(), press.white);
+    Find<QWidget>("HolidayMultiplierText").setFocus();
+    Press(Qt::Key_Tab);
+    ASSERT_EQ(Focus(), "Grid");
+    const std::tuple<Qt::Key, Qt::KeyboardModifiers, int, std::pair<int, int>> presses[] = {
+        {Qt::Key_Up, {}, 0, {-1, -2}},
+        {Qt::Key_O, {}, 0, {-1, -2}},  // paints the one cell
+        {Qt::Key_Down, {}, 12, {-1, -2}},
+        {Qt::Key_Down, kShift, 24, {12, 24}},
+        {Qt::Key_Left, kShift, 23, {12, 23}},
+        {Qt::Key_B, {}, 23, {-1, -2}},
+        {Qt::Key_End, kControl | kShift, 287, {23, 287}},
+        {Qt::Key_Up, {}, At(22, 55), {-1, -2}},  // moves on and drops the selection
+        {Qt::Key_Space, {}, At(22, 55), {At(22, 55), At(22, 55)}}};
+    for (const auto& [key, with, current, white] : presses) {
+        QTest::keyClick(&Grid(), key, with);
+        EXPECT_EQ(Grid().CurrentCell(), current);
+        EXPECT_EQ(White(), white);
     }
-    shell.Press(Qt::Key_Tab);
-    EXPECT_EQ(shell.Focus(), "GroupCommand(0)");
-    shell.Press(Qt::Key_Space);
-    EXPECT_EQ(shell.Focus(), "Grid");
-    shell.Press(Qt::Key_Return);
-    EXPECT_FALSE(shell.IsOpen("ShiftEntryForm"));
+    Press(Qt::Key_Tab);
+    EXPECT_EQ(Focus(), "GroupCommand(0)");
+    Press(Qt::Key_Space);
+    EXPECT_EQ(Focus(), "Grid");
+    Ok();
+    EXPECT_FALSE(IsOpen("ShiftEntryForm"));
     EXPECT_EQ(standard->Matrix(0) + standard->Matrix(1), "OXXXXXXXXXXXBBBBBBBBBBBB");
     EXPECT_EQ(standard->Matrix(22), "XXXXXXXXXXXN");
     EXPECT_TRUE(plant->Dirty());

@@ -67,11 +67,11 @@ TEST_F(ChartCommandTest, OptionsChooseWhatTheDataHold) {
     const auto data = [&](std::vector<std::string> arguments) {
         arguments.insert(arguments.begin(), "chart");
         arguments.emplace_back("--json");
-        return Json::Parse(Done(arguments));
+        return ParseJson(Done(arguments));
     };
-    const auto texts = [](const Json& list, const char* member) {
+    const auto texts = [](const QJsonValue& list, const char* member) {
         std::string all;
-        for (const Json& item : list.Items()) all += item[member].Text() + ";";
+        for (const QJsonValue item : list.toArray()) all += item[member].toString().toStdString() + ";";
         return all;
     };
     const std::pair<std::vector<std::string>, const char*> histograms[] = {
@@ -83,9 +83,9 @@ TEST_F(ChartCommandTest, OptionsChooseWhatTheDataHold) {
     for (const auto& [options, rows] : histograms) {
         std::vector<std::string> arguments{"chart", "histogram", shed, "--json", "--scale", "month"};
         arguments.insert(arguments.end(), options.begin(), options.end());
-        const Json histogram = Json::Parse(Run(arguments).out);
+        const QJsonValue histogram = ParseJson(Run(arguments).out);
         EXPECT_EQ(texts(histogram["rows"], "label"), rows);
-        EXPECT_EQ(histogram["periods"].Items().size(), 1u);
+        EXPECT_EQ(histogram["periods"].toArray().size(), 1u);
     }
     const std::pair<std::vector<std::string>, const char*> budgets[] = {
         {{"--cost", "total"}, "Plan Total;Current Total;"},
@@ -96,15 +96,16 @@ TEST_F(ChartCommandTest, OptionsChooseWhatTheDataHold) {
         arguments.insert(arguments.end(), options.begin(), options.end());
         EXPECT_EQ(texts(data(arguments)["curves"], "label"), curves);
     }
-    EXPECT_TRUE(data({"budget", programme})["curves"].Items()[1]["cut"].Flag());
-    EXPECT_FALSE(data({"budget", programme, "--past-today"})["curves"].Items()[1]["cut"].Flag());
-    EXPECT_EQ(data({"budget", programme, "--journal", "1/11/2027"})["curves"].Items().size(), 3u);
+    EXPECT_TRUE(data({"budget", programme})["curves"].toArray().at(1)["cut"].toBool());
+    EXPECT_FALSE(data({"budget", programme, "--past-today"})["curves"].toArray().at(1)["cut"].toBool());
+    EXPECT_EQ(data({"budget", programme, "--journal", "1/11/2027"})["curves"].toArray().size(), 3u);
     // Plans that are loaded together, and the one to show.
     const std::string barn =
         FileWith("barn.vta", std::regex_replace(UsualShed(), std::regex("Shed|Crew"), "Barn"));
-    EXPECT_EQ(data({"budget", shed, barn, "--project", "Barn"})["project"].Text(), "Barn");
-    EXPECT_EQ(data({"histogram", shed, barn})["template"].Text(), "Crew");
-    EXPECT_EQ(data({"histogram", shed, barn, "--template", "Barn"})["template"].Text(), "Barn");
+    EXPECT_EQ(data({"budget", shed, barn, "--project", "Barn"})["project"].toString().toStdString(), "Barn");
+    EXPECT_EQ(data({"histogram", shed, barn})["template"].toString().toStdString(), "Crew");
+    EXPECT_EQ(data({"histogram", shed, barn, "--template", "Barn"})["template"].toString().toStdString(),
+              "Barn");
     EXPECT_EQ(Done({"chart", "budget", shed, "-o", PathOf("b.csv"), "--cost", "total"}), "");
     EXPECT_TRUE(FileBytes(PathOf("b.csv")).starts_with("Date,Plan Total\r\n9/4/2001,"));
     EXPECT_TRUE(Drawn(house, "h.svg", {"--scale", "month"}).contains("Slab cures"));

@@ -115,75 +115,42 @@ TEST(ErrorBox, TheLogNamesTheForm) {
 
 // ---- the real boxes
 
-class BoxTest : public ::testing::Test {
-  protected:
-    /// Runs `ask`, which opens a modal box, and lets `answer` act on the box.
-    template <class Ask>
-    static auto Answer(Ask&& ask, const std::function<void(QWidget&)>& answer) {
-        bool came = false;
-        int ticks = 0;
-        QTimer look;
-        QObject::connect(&look, &QTimer::timeout, [&] {
-            QWidget* box = QApplication::activeModalWidget();
-            if (!box || came || !box->isVisible() || ++ticks < 3) return;
-            came = true;
-            answer(*box);
-        });
-        look.start(0);
-        auto result = ask();
-        EXPECT_TRUE(came) << "no box came";
-        return result;
-    }
-    static void Press(QWidget& box, Qt::Key key) {
-        QTest::keyClick(box.focusWidget() ? box.focusWidget() : &box, key);
-    }
+void Press(QWidget& box, Qt::Key key) {
+    QTest::keyClick(box.focusWidget() ? box.focusWidget() : &box, key);
+}
+void Escape(QWidget& box) {
+    Press(box, Qt::Key_Escape);
+}
 
+TEST(BoxTest, EnterAndEscAnswerEveryBox) {
+    using enum BoxAnswer;
     QtPlatform platform;
-};
-
-TEST_F(BoxTest, EnterAndEscAnswerEveryBox) {
-    const struct {
-        BoxButtons buttons;
-        BoxAnswer enter, escape;
-    } cases[] = {{BoxButtons::Ok, BoxAnswer::Ok, BoxAnswer::Ok},
-                 {BoxButtons::YesNo, BoxAnswer::Yes, BoxAnswer::No},
-                 {BoxButtons::YesNoCancel, BoxAnswer::Yes, BoxAnswer::Cancel},
-                 {BoxButtons::OkCancel, BoxAnswer::Ok, BoxAnswer::Cancel},
-                 {BoxButtons::AbortRetryIgnore, BoxAnswer::Abort, BoxAnswer::Abort}};
-    for (const auto& one : cases) {
-        const auto ask = [&] {
-            return platform.MessageBoxWithDetail("<b>text", "<i>more", "title", BoxIcon::Warning,
-                                                 one.buttons);
+    const std::tuple<BoxButtons, BoxAnswer, BoxAnswer> cases[] = {
+        {BoxButtons::Ok, Ok, Ok},
+        {BoxButtons::YesNo, Yes, No},
+        {BoxButtons::YesNoCancel, Yes, Cancel},
+        {BoxButtons::OkCancel, Ok, Cancel},
+        {BoxButtons::AbortRetryIgnore, Abort, Abort}};
+    for (const auto& [buttons, enter, escape] : cases) {
+        const auto ask = [&, all = buttons] {
+            return platform.MessageBoxWithDetail("<b>text", "<i>more", "title", BoxIcon::Warning, all);
         };
-        EXPECT_EQ(Answer(ask,
-                         [](QWidget& box) {
-                             EXPECT_EQ(box.windowTitle(), "title");
-                             EXPECT_EQ(dynamic_cast<QMessageBox&>(box).text(), "<b>text");
-                             EXPECT_EQ(dynamic_cast<QMessageBox&>(box).informativeText(), "<i>more");
-                             Press(box, Qt::Key_Return);
-                         }),
-                  one.enter);
-        EXPECT_EQ(Answer(ask, [](QWidget& box) { Press(box, Qt::Key_Escape); }), one.escape);
+        const auto read = [](QWidget& box) {
+            const auto& message = dynamic_cast<QMessageBox&>(box);
+            EXPECT_EQ(box.windowTitle() + message.text() + message.informativeText(), "title<b>text<i>more");
+            Press(box, Qt::Key_Return);
+        };
+        EXPECT_EQ(InBox(ask, read), enter);
+        EXPECT_EQ(InBox(ask, Escape), escape);
     }
 }
 
-TEST_F(BoxTest, ATextIsAskedFor) {
-    const auto ask = [this] { return platform.InputBox("prompt", "title", "before"); };
-    const auto typed = Answer(ask, [](QWidget& box) {
-        QTest::keyClicks(box.focusWidget(), "after");
-        Press(box, Qt::Key_Return);
-    });
-    EXPECT_TRUE(typed.given);
-    EXPECT_EQ(typed.text, "after");
-    EXPECT_FALSE(Answer(ask, [](QWidget& box) { Press(box, Qt::Key_Escape); }).given);
-}
-
-TEST_F(BoxTest, AFontIsKeptForItsScreenAlone) {
+TEST(BoxTest, AFontIsKeptForItsScreenAlone) {
     Shell shell;
     const auto ask = [&] { return ShowFont(shell.desktop, "ProjectTreeForm"); };
-    EXPECT_FALSE(Answer(ask, [](QWidget& box) { Press(box, Qt::Key_Escape); }));
+    EXPECT_FALSE(InBox(ask, Escape));
     EXPECT_EQ(shell.desktop.settings.ReadSettings("ProjectTreeForm.FontSize"), "");
-    EXPECT_TRUE(Answer(ask, [](QWidget& box) {
+    EXPECT_TRUE(InBox(ask, [](QWidget& box) {
         auto& dialog = dynamic_cast<QFontDialog&>(box);
         EXPECT_EQ(dialog.currentFont().pointSize(), 9);
         QFont font("Liberation Sans", 14);
@@ -198,7 +165,7 @@ TEST_F(BoxTest, AFontIsKeptForItsScreenAlone) {
     EXPECT_EQ(FontOfForm(shell.desktop, "TemplateTreeForm").family(), "Times New Roman");
 }
 
-TEST_F(BoxTest, AFileNameTakesTheTypeThatIsChosen) {
+TEST(BoxTest, AFileNameTakesTheTypeThatIsChosen) {
     const auto ask = [] { return ShowSave(S(QDir::tempPath()), "NoName.vtb"); };
     const auto type = [](QWidget& box, int typesDown) {
         auto* types = box.findChild<QComboBox*>("fileTypeCombo");
@@ -210,19 +177,19 @@ TEST_F(BoxTest, AFileNameTakesTheTypeThatIsChosen) {
         QTest::mouseClick(save, Qt::LeftButton);
     };
     const std::string name = S(QDir::tempPath()) + "/plan-that-is-new";
-    EXPECT_EQ(Answer(ask, [&](QWidget& box) { type(box, 0); }), name + ".vtb");
-    EXPECT_EQ(Answer(ask, [&](QWidget& box) { type(box, 1); }), name + ".vta");
-    EXPECT_EQ(Answer(ask, [](QWidget& box) { Press(box, Qt::Key_Escape); }), "");
+    EXPECT_EQ(InBox(ask, [&](QWidget& box) { type(box, 0); }), name + ".vtb");
+    EXPECT_EQ(InBox(ask, [&](QWidget& box) { type(box, 1); }), name + ".vta");
+    EXPECT_EQ(InBox(ask, Escape), "");
     // Whatever the plan was, bundles come first; another type changes the name that is offered.
-    Answer([] { return ShowSave(S(QDir::tempPath()), "plan.vta"); },
-           [](QWidget& box) {
-               auto* types = box.findChild<QComboBox*>("fileTypeCombo");
-               EXPECT_EQ(S(types->currentText()), "VORTAN Bundle (*.vtb)");
-               EXPECT_EQ(S(dynamic_cast<QFileDialog&>(box).defaultSuffix()), "vtb");
-               for (int i = 0; i < 2; ++i) QTest::keyClick(types, Qt::Key_Down);
-               EXPECT_EQ(S(box.findChild<QLineEdit*>("fileNameEdit")->text()), "plan.mpp");
-               Press(box, Qt::Key_Escape);
-           });
+    InBox([] { return ShowSave(S(QDir::tempPath()), "plan.vta"); },
+          [](QWidget& box) {
+              auto* types = box.findChild<QComboBox*>("fileTypeCombo");
+              EXPECT_EQ(S(types->currentText()), "VORTAN Bundle (*.vtb)");
+              EXPECT_EQ(S(dynamic_cast<QFileDialog&>(box).defaultSuffix()), "vtb");
+              for (int i = 0; i < 2; ++i) QTest::keyClick(types, Qt::Key_Down);
+              EXPECT_EQ(S(box.findChild<QLineEdit*>("fileNameEdit")->text()), "plan.mpp");
+              Press(box, Qt::Key_Escape);
+          });
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "shell/pages/CalendarForm.h"
 
 #include "charts/ZoomTable.h"
-#include "model/ValueText.h"
 #include "paint/ScreenColor.h"
 #include "shell/Shell.h"
 #include "shell/pages/ZoomForm.h"

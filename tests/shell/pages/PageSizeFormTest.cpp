@@ -23,18 +23,14 @@ class PageSizeFormTest : public ::testing::Test {
     /// Presses a button of the preview, and answers the file dialog that follows with `fileName`.
     void Print(const char* button, const std::string& fileName) {
         shell.Choose("OutputPrintMenu");
-        QTimer::singleShot(0, [&] {
-            auto* dialog = dynamic_cast<QFileDialog*>(QApplication::activeModalWidget());
-            ASSERT_NE(dialog, nullptr);
-            if (fileName.empty()) {
-                dialog->reject();
-                return;
-            }
-            dialog->selectFile(Q(fileName));
-            dialog->findChild<QLineEdit*>("fileNameEdit")->setText(Q(fileName));
-            QMetaObject::invokeMethod(dialog, "accept");
-        });
-        shell.Click(button);
+        InBox([&] { shell.Click(button); },
+              [&](QWidget& box) {
+                  auto& dialog = dynamic_cast<QFileDialog&>(box);
+                  if (fileName.empty()) return dialog.reject();
+                  dialog.selectFile(Q(fileName));
+                  dialog.findChild<QLineEdit*>("fileNameEdit")->setText(Q(fileName));
+                  QMetaObject::invokeMethod(&dialog, "accept");
+              });
     }
     static qsizetype Pages(const std::string& fileName) {
         QFile file(Q(fileName));
@@ -76,27 +72,22 @@ TEST_F(PageSizeFormTest, AFileThatCannotBeWrittenIsTold) {
 }
 
 TEST_F(PageSizeFormTest, AnotherPageIsLaidOutAtOnce) {
-    const auto answer = [&](const char* orientation, bool accept) {
-        QTimer::singleShot(0, [=] {
-            auto* dialog = dynamic_cast<QDialog*>(QApplication::activeModalWidget());
-            ASSERT_NE(dialog, nullptr);
-            dialog->findChild<QComboBox*>("PaperCombo")->setCurrentText("A5");
-            dialog->findChild<QComboBox*>("OrientationCombo")->setCurrentText(orientation);
-            accept ? dialog->accept() : dialog->reject();
-        });
+    const auto choose = [](QWidget& box) {
+        box.findChild<QComboBox*>("PaperCombo")->setCurrentText("A5");
+        box.findChild<QComboBox*>("OrientationCombo")->setCurrentText("Portrait");
     };
     const auto shownPage = [&] { return shell.main.FullPage()->Surface()->surface.ThePage(); };
     const int before = shownPage().width;
-    answer("Portrait", false);
-    shell.Choose("SetupPrinterMenu");
+    InBox([&] { shell.Choose("SetupPrinterMenu"); },
+          [&](QWidget& box) { choose(box), static_cast<QDialog&>(box).reject(); });
     EXPECT_EQ(shell.main.ThePrinting().Page().width, before);
-
     shell.Choose("OutputPrintMenu");
-    answer("Portrait", true);
-    shell.Click("ContinueCommand(1)");
+    InBox([&] { shell.Click("ContinueCommand(1)"); },
+          [&](QWidget& box) { choose(box), static_cast<QDialog&>(box).accept(); });
     EXPECT_FALSE(shell.IsOpen("PageSizeForm"));
-    // 148 mm less half an inch a side.
+    // 148 by 210 mm less half an inch a side, and a line at the head.
     EXPECT_NEAR(shownPage().width, 148 / 25.4 * 1440 - 1440, 20);
+    EXPECT_NEAR(shownPage().height, 210 / 25.4 * 1440 - 1440 - 360, 20);
 }
 
 }  // namespace

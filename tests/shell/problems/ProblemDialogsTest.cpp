@@ -1,57 +1,23 @@
 #include "shell/problems/ProblemDialogs.h"
 
 #include "shell/Shell.h"
-#include "shell/trees/NodeView.h"
-#include "shell/trees/ProjectTreeForm.h"
+#include "shell/problems/OverageForm.h"
+#include "support/Paths.h"
+#include "support/TextPlan.h"
 
 namespace vortan {
 namespace {
 
-constexpr double kMonday = 37137;  // 2001-09-03
-
-/// The project House with the task 99, on which nothing waits.
+/// The project House with the task 99, on which nothing waits, and a resource 7.
 class ProblemDialogsTest : public ::testing::Test {
   protected:
     ProblemDialogsTest() {
-        workspace.SetThisTemplate(plant);
-        workspace.SetThisProject(house);
         workspace.BroadcastNewThisTemplate();
         workspace.BroadcastNewThisProject();
     }
-    Vtemplate* Template() {
-        Vtemplate* made = workspace.FindOrCreateTemplate("Plant");
-        made->AddJournal(DateTime(kMonday));
-        made->FindOrCreateShift("Standard");
-        return made;
-    }
-    Vproject* Project(const char* name, double journal = kMonday) {
-        Vproject* made = workspace.FindOrCreateProject(name);
-        made->SetDescription("");
-        made->AddJournal(DateTime(journal));
-        return made;
-    }
-    /// Starts on the Monday and is required by the last task.
-    Vtask* Task(int id, int hours = 0) {
-        Vtask* task = house->FindOrCreateTask(id);
-        task->SetDescription("");
-        task->SetMostLikely(hours * 60);
-        Depend(task, nullptr);
-        if (last) Depend(last, task);
-        return task;
-    }
-    Vdependency* Depend(Vtask* task, Vtask* required) {
-        auto* dependency = workspace.NewVObject<Vdependency>();
-        dependency->SetTask(task);
-        dependency->SetTaskRequired(required);
-        dependency->SetDepDate(DateTime(kMonday));
-        return dependency;
-    }
-    Vassignment* Assign(Vtask* task) {
-        auto* assignment = workspace.NewVObject<Vassignment>();
-        assignment->SetTask(task);
-        assignment->SetResourceRequired(miller);
-        return assignment;
-    }
+    void Make(const std::string& words) { MakePlan(workspace, words); }
+    Vproject* Project(const char* name) { return workspace.FindOrCreateProject(name); }
+    static Vdependency& LastOf(Vtask* task) { return *task->DependencyList().back(); }
     /// Solves, which must halt, and clicks on the text about it.
     void HaltAndClick(const char* status) {
         Halt(status);
@@ -74,17 +40,14 @@ class ProblemDialogsTest : public ::testing::Test {
     }
 
     Shell shell;
-    Workspace& workspace = shell.desktop.workspace;
-    Vtemplate* plant = Template();
-    Vresource* miller = plant->FindOrCreateResource(7);
-    Vproject* house = Project("House");
-    Vtask* last = nullptr;
-    Vtask* end = last = Task(99);
+    Workspace& workspace = MakePlan(shell.desktop.workspace,
+                                    R"(template Plant; resource 7; project House ""; task 99 "" start)");
+    Vproject* house = workspace.ThisProject();
 };
 
 TEST_F(ProblemDialogsTest, ADummyTiesDanglingTasksTogether) {
-    last = nullptr;
-    for (int id = 1; id < 10; ++id) Task(id);
+    for (const std::string id : {"1", "2", "3", "4", "5", "6", "7", "8", "9"})
+        Make("task " + id + " \"\" start");
     shell.platform.ExpectBox("Okay to Create Dummy Task?", BoxAnswer::No,
                              "The project House has 10:\r\n  (House) 1\r\n  (House) 2\r\n");
     HaltAndClick("Dangling tasks");
@@ -94,7 +57,7 @@ TEST_F(ProblemDialogsTest, ADummyTiesDanglingTasksTogether) {
     EXPECT_EQ(house->TaskList().size(), 10u);
     EXPECT_EQ(shell.desktop.solver.Mode(), SolveMode::Halted);
 
-    Task(10);
+    Make("task 10 \"\" start");
     shell.desktop.settings.WriteSettings("EfficiencyText", "0.7");
     shell.platform.ExpectBox("Okay to Create Dummy Task?", BoxAnswer::Yes,
                              "The project House has 11 (only the first 10 are listed):\r\n  (House) 1\r\n");
@@ -111,24 +74,24 @@ TEST_F(ProblemDialogsTest, ADummyTiesDanglingTasksTogether) {
 
 TEST_F(ProblemDialogsTest, JournalsAreBroughtTogether) {
     const struct {
-        double first,
-            second;  // journals of the other project; the second is the current one, if there is one
+        std::string journals;  // of the other project; the last is the current one
         const char *title, *has, *advice;
-        std::size_t journals;
+        std::size_t count;
     } cases[] = {
-        {kMonday, kMonday + 7, "Confirm Change Journal",
+        {"9/3/2001 9/10/2001", "Confirm Change Journal",
          "The project Shed has a journal for 9/3/2001, but its current journal set to 9/10/2001.",
          "create a journal of 9/10/2001 for project House.", 2},
-        {kMonday - 7, 0, "Confirm Add Journal",
+        {"8/27/2001", "Confirm Add Journal",
          "The project Shed does not have a journal for 9/3/2001, and its current journal set to 8/27/2001.",
          "VORTAN will add a journal of 9/3/2001 to project Shed and set it as the current journal.", 2},
-        {kMonday - 7, kMonday + 1, "Confirm Add Journal", "current journal set to 9/4/2001.",
+        {"8/27/2001 9/4/2001", "Confirm Add Journal", "current journal set to 9/4/2001.",
          "You may wish to change the active project from House to Shed.", 3},
     };
     for (const auto& one : cases) {
         SCOPED_TRACE(one.has);
-        Vproject* shed = Project("Shed", one.first);
-        if (one.second != 0) shed->AddJournal(DateTime(one.second));
+        Make("journals " + one.journals + "; project Shed \"\"");
+        Vproject* shed = Project("Shed");
+        shed->SetCurrentIndex(shed->NumJournals() - 1);
         shell.platform.ExpectBox(one.title, BoxAnswer::No, one.has);
         HaltAndClick("Journal sync error");
         EXPECT_NE(Text().find(one.advice), std::string::npos) << Text();
@@ -138,20 +101,20 @@ TEST_F(ProblemDialogsTest, JournalsAreBroughtTogether) {
         shell.Click("SolvePanel");
         ExpectComplete();
         EXPECT_EQ(shed->Journal(), house->Journal());
-        EXPECT_EQ(shed->JournalDates().size(), one.journals);
+        EXPECT_EQ(shed->JournalDates().size(), one.count);
         shed->Delete();
         workspace.FreeVobject(shed);
     }
 }
 
 TEST_F(ProblemDialogsTest, AStartToStartDependencyIsAdded) {
-    Vtask* task = Task(1);
-    task->DependencyList().front()->Delete();
+    Make(R"(task 1 ""; task 99 after 1)");
+    Vtask* task = house->FindTask(1);
     shell.platform.ExpectBox("No Dependencies", BoxAnswer::Ok, "The task 1 has no to-start dependencies.");
     HaltAndClick("Missing to-start dependency");
     EXPECT_EQ(Selected(), "1");
 
-    Depend(task, Task(2))->SetToPercent(50);
+    Make(R"(task 2 "" start; task 1 after 2>50)");
     for (const BoxAnswer answer : {BoxAnswer::No, BoxAnswer::Yes}) {
         EXPECT_EQ(task->DependencyList().size(), 1u);
         shell.platform.ExpectBox("Confirm Add Start-To-Start", answer,
@@ -164,9 +127,9 @@ TEST_F(ProblemDialogsTest, AStartToStartDependencyIsAdded) {
 }
 
 TEST_F(ProblemDialogsTest, AProjectThatItsParentDoesNotShowIsShown) {
+    Make("project Yard; project Shed; task 5");
     Vproject* shed = Project("Shed");
     shed->SetParent(Project("Yard"));
-    shed->FindOrCreateTask(5);
     shell.platform.ExpectBox("No Dependencies", BoxAnswer::Ok);
     HaltAndClick("Missing to-start dependency");
     EXPECT_EQ(Selected(), "5: <stub>");
@@ -174,10 +137,10 @@ TEST_F(ProblemDialogsTest, AProjectThatItsParentDoesNotShowIsShown) {
 }
 
 TEST_F(ProblemDialogsTest, OfOthersTheObjectIsShown) {
-    Vproject* yard = Project("Yard");
-    for (Vproject* project : {house, yard}) project->AddJournal(DateTime(kMonday + 7));
+    house->AddJournal(DateTime(37144));
+    Make("journals 9/10/2001; project Yard; project Shed \"\"; project House; task 1 \"\"; task 2 \"\"");
     const auto shown = [&](const char* status, const char* selected) {
-        workspace.SetThisProject(yard);
+        workspace.SetThisProject(Project("Yard"));
         workspace.BroadcastNewThisProject();
         HaltAndClick(status);
         EXPECT_EQ(Selected(), selected);
@@ -185,45 +148,100 @@ TEST_F(ProblemDialogsTest, OfOthersTheObjectIsShown) {
         EXPECT_EQ(shell.main.focusWidget(), &shell.main.TheTrees().ProjectTree().View());
         EXPECT_THROW(shell.Dialog(), std::runtime_error);
     };
-    Vtask *task = Task(1, 8), *other = Task(2);
+    Vtask *task = house->FindTask(1), *other = house->FindTask(2), *end = house->FindTask(99);
+    workspace.SetThisProject(house);
+    Make("task 1 work 480 start; task 2 start; task 99 after 1 after 2");
     shown("Effort without resources", "1");
-    Vassignment* assignment = Assign(task);
-    assignment->SetHours(0.005);
+    workspace.SetThisProject(house);
+    Make("task 1 by 7@.005");
     shown("No working time", "1");
-    assignment->SetHours(8);
-
-    Vdependency* circle[] = {Depend(task, other), Depend(other, task)};
+    task->AssignmentList().front()->SetHours(8);
+    workspace.SetThisProject(house);
+    Make("task 1 after 2; task 2 after 1");
     HaltAndClick("Circular dependency");
     EXPECT_TRUE(Selected() == "1" || Selected() == "2") << Selected();
-    circle[1]->Delete();
+    LastOf(other).Delete();
     other->SetInclude(false);
-    last->DependencyList().back()->Delete();
+    LastOf(end).Delete();
     shown("Missing prerequisite", "2");
-    circle[0]->Delete();
-
-    Vtask* link = house->FindOrCreateTask(3);
-    Vproject* shed = Project("Shed", kMonday + 7);
-    link->SetSubproject(shed);
-    Vdependency* partial = Depend(task, link);
-    partial->SetFromPercent(50);
+    LastOf(task).Delete();
+    Make("task 3 is Shed; task 1 after 3:50");
     shown("must be either 0% or 100%", "3: Shed: SP");
-    partial->SetFromPercent(100);
-    yard->FindOrCreateTask(1)->SetSubproject(shed);
+    LastOf(task).SetFromPercent(100);
+    Make("project Yard; task 1 is Shed");
     shown("Subproject is claimed by project Yard", "3: Shed");
 }
 
 TEST_F(ProblemDialogsTest, WhatIsGoneSinceTheSolveIsSolvedAnew) {
-    Vtask* link = house->FindOrCreateTask(2);
-    link->SetSubproject(Project("Shed"));
-    Vdependency* wrong = Depend(Task(1), link);
-    wrong->SetFromPercent(50);
+    Make("project Shed; project House; task 2 is Shed; task 1 start after 2:50; task 99 after 1");
     Halt("must be either 0% or 100%");
-    workspace.FreeVobject(wrong);
+    workspace.FreeVobject(&LastOf(house->FindTask(1)));
     shell.Click("SolvePanel");
     ExpectComplete();
     // There is nothing to click on now.
     shell.Click("SolvePanel");
     EXPECT_EQ(shell.desktop.solver.Mode(), SolveMode::Idle);
+}
+
+/// A plan that halts because a plumber is wanted twice.
+class OverageFormTest : public ::testing::Test {
+  protected:
+    OverageFormTest() {
+        shell.desktop.files.LoadFile(ExampleFile("overtime.vta"));
+        shell.Solve();
+        shell.Click("SolvePanel");
+    }
+    std::string OpenForm() { return S(shell.Dialog().objectName()); }
+
+    Shell shell;
+    Workspace& workspace = shell.desktop.workspace;
+};
+
+TEST_F(OverageFormTest, ShowsTheShortage) {
+    EXPECT_EQ(S(shell.Dialog().windowTitle()), "Overtime needed");
+    const std::pair<const char*, const char*> boxes[] = {
+        {"TemplateText", "Bath crew"},
+        {"ResourceText", "2: Ben Carter"},
+        {"ProjectText", "Bathroom: Renew the bathroom, 12 Mill Road"},
+        {"TaskText", "3: Move the radiator"},
+        {"BeginningText", "5/12/2027"},
+        {"RequestedHoursText", "6"},
+        {"AssignedHoursText", "0"}};
+    for (const auto& [box, value] : boxes) EXPECT_EQ(shell.Value(box), value) << box;
+    const Vwindow& table =
+        static_cast<TableView*>(shell.Find<QWidget>("Vwindow").parentWidget())->TheVwindow();
+    ASSERT_EQ(table.Rows(), 3);
+    EXPECT_EQ(table.Cell(1, 0) + " " + table.Cell(2, 1) + " " + table.Cell(1, 3),
+              "8:00:00 AM 5:00:00 PM 2: New water and waste pipes");
+    shell.Press(Qt::Key_Escape);
+    EXPECT_FALSE(shell.IsOpen("OverageForm"));
+    EXPECT_EQ(shell.desktop.solver.Mode(), SolveMode::Halted);
+}
+
+TEST_F(OverageFormTest, LeadsToTheAssignmentOrTheSolveRule) {
+    shell.Click("OkCommand");
+    ASSERT_EQ(OpenForm(), "AssignmentEntryForm");
+    EXPECT_EQ(shell.main.TheTrees().DragNode()->Image(), 'a');
+    EXPECT_EQ(shell.Value("HoursText"), "6");
+    shell.Press(Qt::Key_Escape);
+    shell.Click("SolvePanel");
+    shell.Do("ChangeSolveRulesOption!;OkCommand!");
+    ASSERT_EQ(OpenForm(), "ProjectEntryForm");
+    EXPECT_EQ(shell.Focus(), "SolveRulesCombo");
+    EXPECT_EQ(shell.main.TheTrees().DragNode(), nullptr);
+    shell.Do("SolveRulesCombo#1;OkCommand!");
+    shell.Solve();
+    EXPECT_EQ(shell.desktop.solver.SolveMessage(), "Solve complete");
+}
+
+TEST_F(OverageFormTest, AnAssignmentThatIsGoneLeadsNowhere) {
+    const Link<Vassignment> assignment = shell.desktop.solver.Problem()->assignment;
+    workspace.FreeVobject(assignment.Get());
+    shell.Click("OkCommand");
+    EXPECT_THROW(shell.Dialog(), std::runtime_error);
+    shell.Click("SolvePanel");
+    shell.Solve();
+    EXPECT_NE(shell.desktop.solver.SolveMessage(), "Overtime needed");
 }
 
 }  // namespace

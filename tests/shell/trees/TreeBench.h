@@ -4,6 +4,7 @@
 #include <string>
 
 #include "shell/Shell.h"
+#include "support/TextPlan.h"
 
 namespace vortan {
 
@@ -14,53 +15,21 @@ namespace vortan {
 class TreeBench : public Shell {
   public:
     TreeBench() {
-        alpha = Project("Alpha");
-        beta = Project("Beta");
-        crew = workspace.FindOrCreateTemplate("Crew");
-        crew->AddJournal(DateTime(37137));
-        for (const char* name : {"Standard", "Night"}) crew->FindOrCreateShift(name);
-        ann = Resource(1, "Ann", "yard");
-        bob = Resource(2, "Bob", "yard");
-        cid = Resource(10, "Cid", "Office");
-        dig = Task(alpha, 1, "Dig");
-        build = Task(alpha, 2, "Build");
-        last = Task(alpha, 10, "");
-        link = Task(alpha, 3, "");
-        link->SetSubproject(beta);
-        wire = Task(beta, 1, "Wire");
-        needsDig = workspace.NewVObject<Vdependency>();
-        needsDig->SetTask(build);
-        needsDig->SetTaskRequired(dig);
-        annBuilds = workspace.NewVObject<Vassignment>();
-        annBuilds->SetTask(build);
-        annBuilds->SetResourceRequired(ann);
-        workspace.SetThisProject(alpha);
-        workspace.SetThisTemplate(crew);
         for (TreeForm* form : Forms()) new QAbstractItemModelTester(&form->Tree(), Fatal, &form->Tree());
         main.resize(1000, 700);
         workspace.BroadcastNewThisProject();
         workspace.BroadcastNewThisTemplate();
         QCoreApplication::processEvents();
     }
-
     Vproject* Project(const std::string& name) {
-        Vproject* project = workspace.FindOrCreateProject(name);
-        project->SetDescription("");
-        project->AddJournal(DateTime(37137));
-        return project;
+        MakePlan(workspace, "project " + name + " \"\"");
+        return workspace.FindOrCreateProject(name);
     }
     static Vtask* Task(Vproject* project, int id, const std::string& description) {
         Vtask* task = project->FindOrCreateTask(id);
         task->SetDescription(description);
         return task;
     }
-    Vresource* Resource(int id, const std::string& name, const std::string& department) {
-        Vresource* resource = crew->FindOrCreateResource(id);
-        resource->SetDescription(name);
-        resource->SetDepartment(department);
-        return resource;
-    }
-
     /// The lines of a tree as they can be seen: indented texts; "+" before what can be opened.
     static std::string Seen(const Nodes& nodes, const std::string& indent = "") {
         std::string all;
@@ -74,14 +43,18 @@ class TreeBench : public Shell {
     std::string SeenTemplate() { return Seen(trees.TemplateTree().Tree().Roots()); }
 
     static constexpr auto Fatal = QAbstractItemModelTester::FailureReportingMode::Fatal;
-    Workspace& workspace = desktop.workspace;
+    Workspace& workspace = MakePlan(desktop.workspace, R"(template Crew; shift Night
+        resource 1 "Ann" in yard; resource 2 "Bob" in yard; resource 10 "Cid" in Office
+        project Alpha ""; project Beta ""; task 1 "Wire"
+        project Alpha; task 1 "Dig"; task 2 "Build" after 1 by 1; task 10 ""; task 3 "" is Beta)");
     Trees& trees = main.TheTrees();
-    Vproject *alpha, *beta;
-    Vtemplate* crew;
-    Vresource *ann, *bob, *cid;
-    Vtask *dig, *build, *last, *link, *wire;
-    Vdependency* needsDig;
-    Vassignment* annBuilds;
+    Vproject *alpha = workspace.ThisProject(), *beta = workspace.ProjectList()[1];
+    Vtemplate* crew = workspace.ThisTemplate();
+    Vresource *ann = crew->FindResource(1), *bob = crew->FindResource(2), *cid = crew->FindResource(10);
+    Vtask *dig = alpha->FindTask(1), *build = alpha->FindTask(2), *link = alpha->FindTask(3),
+          *last = alpha->FindTask(10), *wire = beta->FindTask(1);
+    Vdependency* needsDig = build->DependencyList().front();
+    Vassignment* annBuilds = build->AssignmentList().front();
 };
 
 }  // namespace vortan

@@ -14,41 +14,36 @@ TEST(TreesPopup, SpeaksOfTheKindOfTheNode) {
     TreeBench bench;
     Node& department = *bench.NodeOf(bench.cid).Parent;
     bench.NodeOf(bench.annBuilds);
-    const struct {
-        Node* node;
-        const char* word;
-        bool setActive;
-    } cases[] = {{&bench.NodeOf(bench.alpha), "project", false},
-                 {&bench.NodeOf(bench.link), "subproject", true},
-                 {&bench.NodeOf(bench.dig), "task", false},
-                 {&bench.NodeOf(bench.needsDig), "dependency", false},
-                 {&bench.NodeOf(bench.annBuilds), "assignment", false},
-                 {&bench.NodeOf(bench.crew), "template", false},
-                 {&bench.NodeOf(bench.crew->ShiftList()[0]), "shift", false},
-                 {&department, "department", false},
-                 {&bench.NodeOf(bench.ann), "resource", false},
-                 {bench.NodeOf(bench.link).Children[0].get(), "n/a", false}};
-    for (const auto& one : cases) {
-        SCOPED_TRACE(one.word);
-        bench.trees.SetDragNode(one.node);
+    const std::pair<Node*, std::string> cases[] = {{&bench.NodeOf(bench.alpha), "project"},
+                                                   {&bench.NodeOf(bench.link), "subproject"},
+                                                   {&bench.NodeOf(bench.dig), "task"},
+                                                   {&bench.NodeOf(bench.needsDig), "dependency"},
+                                                   {&bench.NodeOf(bench.annBuilds), "assignment"},
+                                                   {&bench.NodeOf(bench.crew), "template"},
+                                                   {&bench.NodeOf(bench.crew->ShiftList()[0]), "shift"},
+                                                   {&department, "department"},
+                                                   {&bench.NodeOf(bench.ann), "resource"},
+                                                   {bench.NodeOf(bench.link).Children[0].get(), "n/a"}};
+    for (const auto& [node, word] : cases) {
+        bench.trees.SetDragNode(node);
         bench.trees.Commands().UpdatePopupMenu();
-        for (const char* verb : {"Modify", "Delete"}) {
-            const QAction& item = Item(bench, ("Popup" + std::string(verb) + "Menu").c_str());
-            EXPECT_EQ(S(item.text()), verb + std::string(" this ") + one.word);
-            EXPECT_EQ(item.isEnabled(), one.node->Image() != 'n');
+        for (const std::string verb : {"Modify", "Delete"}) {
+            const QAction& item = Item(bench, ("Popup" + verb + "Menu").c_str());
+            EXPECT_EQ(S(item.text()), verb + " this " + word);
+            EXPECT_EQ(item.isEnabled(), node->Image() != 'n') << word;
         }
-        EXPECT_EQ(Item(bench, "PopupSetActiveMenu").isEnabled(), one.setActive);
+        EXPECT_EQ(Item(bench, "PopupSetActiveMenu").isEnabled(), word == "subproject");
     }
     // The placeholder that stands for nothing is not modified by a key either.
     bench.trees.Commands().Modify();
     bench.trees.Commands().Delete();
 
-    bench.trees.SetDragNode(&bench.NodeOf(bench.link));
+    bench.Select(bench.link);
     bench.trees.Commands().UpdatePopupMenu();
     Item(bench, "PopupSetActiveMenu").trigger();
     EXPECT_EQ(bench.workspace.ThisProject(), bench.beta);
     for (const PlanObject& object : {PlanObject(bench.link), PlanObject(bench.alpha)}) {
-        bench.trees.SetDragNode(&bench.NodeOf(object));
+        bench.Select(object);
         bench.trees.Commands().UpdatePopupMenu();
         EXPECT_EQ(Item(bench, "PopupSetActiveMenu").isEnabled(), object == PlanObject(bench.alpha));
     }
@@ -70,10 +65,7 @@ TEST(TreesPopup, OpensWithARightClickAtTheNode) {
 }
 
 TEST(TreesPopup, DeletingSaysWhatRefersToTheObject) {
-    const struct {
-        PlanObject (*object)(TreeBench&);
-        const char *word, *told;
-    } cases[] = {
+    const std::tuple<PlanObject (*)(TreeBench&), std::string, const char*> cases[] = {
         {[](TreeBench& b) { return PlanObject(b.dig); }, "task", "1 dependency of other tasks."},
         {[](TreeBench& b) { return PlanObject(b.build); }, "task", ""},
         {[](TreeBench& b) { return PlanObject(b.link); }, "subproject", "The project Beta stays in memory"},
@@ -88,16 +80,15 @@ TEST(TreesPopup, DeletingSaysWhatRefersToTheObject) {
         {[](TreeBench& b) { return PlanObject(b.alpha); }, "project",
          "It has 4 tasks.  1 subproject stays in memory as a master project."},
     };
-    for (const auto& one : cases) {
+    for (const auto& [object, word, told] : cases) {
         TreeBench bench;
         bench.alpha->SetDirty(false);
         bench.crew->SetDirty(false);
-        Node& node = bench.NodeOf(one.object(bench));
+        Node& node = bench.NodeOf(object(bench));
         const std::string key = node.Key;
         const NodeTree& tree = *node.Tree;
         const bool inProject = &tree == &bench.trees.ProjectTree().Tree();
         bench.trees.SetDragNode(&node);
-        const std::string word = one.word;
         for (const BoxAnswer answer : {BoxAnswer::No, BoxAnswer::Yes}) {
             SCOPED_TRACE(word);
             bench.platform.ExpectBox("Confirm Delete " + word, answer);
@@ -109,8 +100,8 @@ TEST(TreesPopup, DeletingSaysWhatRefersToTheObject) {
         const std::string text = bench.platform.boxTexts.back();
         const std::string question = "Are you sure you want to delete this " + word + "?";
         EXPECT_EQ(text.substr(0, question.size()), question);
-        EXPECT_EQ(text.size() > question.size(), *one.told != 0) << text;
-        EXPECT_NE(text.find(one.told), std::string::npos) << text;
+        EXPECT_EQ(text.size() > question.size(), *told != 0) << text;
+        EXPECT_NE(text.find(told), std::string::npos) << text;
         EXPECT_EQ(bench.trees.DragNode(), nullptr);
         EXPECT_EQ(bench.Marked(), "");
         const bool owned = word != "project" && word != "template";
@@ -124,9 +115,12 @@ TEST(TreesPopup, WhatIsDeletedIsGoneFromTheTextsAndTheModel) {
     const Node& dependency = bench.NodeOf(bench.needsDig);
     Vshift* standard = bench.crew->ShiftList()[0];
     const auto remove = [&](const PlanObject& object, const char* word, const char* unsaved = nullptr) {
-        bench.trees.SetDragNode(&bench.NodeOf(object));
+        bench.Select(object);
         if (unsaved) {
             bench.platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Cancel, unsaved);
+            bench.trees.Commands().Delete();
+            bench.platform.ExpectBox("Save All Changes To Disk", BoxAnswer::Yes, unsaved);
+            bench.platform.ExpectSaveFileDialog({});
             bench.trees.Commands().Delete();
             bench.platform.ExpectBox("Save All Changes To Disk", BoxAnswer::No, unsaved);
         }
@@ -154,7 +148,8 @@ TEST(TreesPopup, WhatIsDeletedIsGoneFromTheTextsAndTheModel) {
 
 TEST(TreesPopup, ADepartmentIsANameOfItsResources) {
     TreeBench bench;
-    Vresource* gone = bench.Resource(3, "Gus", "yard");
+    MakePlan(bench.workspace, R"(resource 3 "Gus" in yard)");
+    Vresource* gone = bench.crew->FindResource(3);
     gone->Delete();
     bench.crew->SetDirty(false);
     bench.trees.SetDragNode(bench.NodeOf(bench.ann).Parent);

@@ -26,13 +26,15 @@ TEST(Trees, ShowNodesInTheirOrderWithChildrenOnDemand) {
     }
     EXPECT_EQ(bench.SeenProject(),
               "Alpha\n 1: Dig\n 2: Build\n  1: Ann @8 MoTuWeThFr\n 3: Beta\n  1: Wire\n 10\n");
+    for (Vproject* project : {bench.alpha, bench.beta}) project->AddJournal(DateTime(37140));
+    bench.last->SetInclude(false), bench.build->SetInclude(false);
+    bench.workspace.BroadcastNewJournal();
+    EXPECT_EQ(bench.SeenProject(), "Alpha\n 1: Dig\n 3: Beta\n  1: Wire\n");
 }
 
 TEST(Trees, PutANewNodeBeforeTheFirstThatSortsAfterIt) {
-    const struct {
-        const char* order;  // kinds and texts as they come
-        const char* result;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
+        // kinds and texts as they come, and in order
         {"t10 t9 t1 t10:b", "t1 t9 t10 t10:b"},
         {"r2:b r10 r1 r2:a", "r1 r2:b r2:a r10"},
         {"db dA dc dB", "dA db dB dc"},
@@ -40,13 +42,13 @@ TEST(Trees, PutANewNodeBeforeTheFirstThatSortsAfterIt) {
         {"hnight hDay gyard gOffice gYard", "hDay hnight gOffice gyard gYard"},
         {"d\xC3\xA4 d\xC3\x84 dz", "dz d\xC3\xA4 d\xC3\x84"},
     };
-    for (const auto& one : cases) {
+    for (const auto& [order, expected] : cases) {
         Nodes nodes;
-        for (const QString& word : Q(one.order).split(' '))
+        for (const QString& word : Q(order).split(' '))
             AddNode(nodes, MakeNode("", S(word.mid(1)), S(word.left(1))));
         std::string result;
         for (const auto& node : nodes) result += (result.empty() ? "" : " ") + node->Tag + node->Text;
-        EXPECT_EQ(result, one.result);
+        EXPECT_EQ(result, expected);
     }
 }
 
@@ -67,7 +69,7 @@ TEST(Trees, HaveOneSelectedNode) {
     bench.Key(bench.trees.TemplateTree(), Qt::Key_Down);
     EXPECT_EQ(bench.Marked(), "2: Bob;");
     EXPECT_EQ(bench.trees.DragNode(), &bench.NodeOf(bench.bob));
-    bench.trees.SetDragNode(&bench.NodeOf(bench.annBuilds));
+    bench.Select(bench.annBuilds);
     EXPECT_EQ(bench.Marked(), "1: Ann @8 MoTuWeThFr;");
     EXPECT_EQ(counter.count, 4);
 
@@ -88,10 +90,9 @@ TEST(Trees, LeadFromObjectsToNodesAndBack) {
     const PlanObject objects[] = {bench.alpha, bench.dig,       bench.link,
                                   bench.wire,  bench.needsDig,  bench.crew,
                                   bench.bob,   bench.annBuilds, bench.crew->ShiftList()[1]};
-    for (const PlanObject& object : objects) {
+    for (const PlanObject& object : objects)
         EXPECT_EQ(trees.FindObjectFromNode(trees.FindNodeFromObject(object)), object) << object.index();
-    }
-    EXPECT_EQ(&trees.FindNodeFromObject(bench.beta), &trees.FindNodeFromObject(bench.link));
+    EXPECT_EQ(&bench.NodeOf(bench.beta), &bench.NodeOf(bench.link));
     EXPECT_EQ(trees.FindProjectFromNode(bench.NodeOf(bench.link)), bench.beta);
     EXPECT_EQ(trees.FindProjectFromNodeText("Beta"), bench.beta);
     EXPECT_EQ(trees.TaskOfNode(bench.NodeOf(bench.annBuilds)), bench.build);
@@ -116,7 +117,7 @@ TEST(Trees, LeadFromObjectsToNodesAndBack) {
 
 TEST(Trees, StayOpenAndClosedWhileTheProjectIsTheSame) {
     TreeBench bench;
-    bench.trees.SetDragNode(&bench.NodeOf(bench.annBuilds));
+    bench.Select(bench.annBuilds);
     bench.NodeOf(bench.wire);
     bench.Click(*bench.NodeOf(bench.cid).Parent);
     bench.Key(bench.trees.TemplateTree(), Qt::Key_Left);
@@ -132,7 +133,7 @@ TEST(Trees, StayOpenAndClosedWhileTheProjectIsTheSame) {
     EXPECT_EQ(bench.trees.DragNode(), nullptr);
 
     // A part that is made anew takes up the selected node again.
-    bench.trees.SetDragNode(&bench.NodeOf(bench.annBuilds));
+    bench.Select(bench.annBuilds);
     bench.trees.ProjectTree().RebuildTaskSubTree(*bench.build, true);
     EXPECT_EQ(bench.trees.DragNode(), &bench.NodeOf(bench.annBuilds));
     TreeBench::Task(bench.alpha, 5, "Roof");
@@ -184,7 +185,7 @@ TEST(Trees, ExpandAllOpensOneMoreLevelOfWhatIsSeen) {
               bench.trees.ProjectTree().Tree().IndexOf(&bench.NodeOf(bench.wire)));
     bench.trees.Commands().GlobalExpand(true);
     EXPECT_NE(bench.SeenProject().find("\n   1: Deep\n"), std::string::npos);
-    bench.trees.SetDragNode(&bench.NodeOf(bench.wire));
+    bench.Select(bench.wire);
     bench.trees.Commands().GlobalExpand(false);
     EXPECT_EQ(bench.SeenProject(), "Alpha\n 1: Dig\n +2: Build\n +3: Beta\n 10\n");
     EXPECT_EQ(bench.Marked(), "3: Beta;") << "what hides the selected node";

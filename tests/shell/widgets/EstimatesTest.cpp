@@ -17,40 +17,36 @@ std::string Rows(const Estimates& estimates) {
 }
 
 TEST(Estimates, ShowTheMinutesInTheirUnit) {
-    const struct {
-        int units, minutes;
-        const char *text, *caption;
-    } cases[] = {{-1, 90, "90", "&minutes"},
-                 {-60, 100, "1.67", "&hours"},
-                 {-480, 3600, "7.5", "d&ays (8 hours each)"},
-                 {1440, 3600, "2.5", "d&ays (24 hours each)"},
-                 {-2400, 1200, "0.5", "&weeks (5 days each)"},
-                 {10080, -10080, "-1", "&weeks (7 days each)"},
-                 {-9600, 48, "0.01", "m&onths (20 days each)"},
-                 {-9600, 47, "0", "m&onths (20 days each)"},
-                 {43200, -20, "0", "m&onths (30 days each)"},
-                 {0, 0, "0", "d&ays (24 hours each)"},
-                 {-77, 480, "1", "d&ays (8 hours each)"}};
-    for (const auto& one : cases) {
-        const Estimates made = Of(one.units, one.minutes);
+    const std::tuple<int, int, const char*, const char*> cases[] = {
+        {-1, 90, "90", "&minutes"},
+        {-60, 100, "1.67", "&hours"},
+        {-480, 3600, "7.5", "d&ays (8 hours each)"},
+        {1440, 3600, "2.5", "d&ays (24 hours each)"},
+        {-2400, 1200, "0.5", "&weeks (5 days each)"},
+        {10080, -10080, "-1", "&weeks (7 days each)"},
+        {-9600, 48, "0.01", "m&onths (20 days each)"},
+        {-9600, 47, "0", "m&onths (20 days each)"},
+        {43200, -20, "0", "m&onths (30 days each)"},
+        {0, 0, "0", "d&ays (24 hours each)"},
+        {-77, 480, "1", "d&ays (8 hours each)"}};
+    for (const auto& [units, minutes, text, caption] : cases) {
+        const Estimates made = Of(units, minutes);
         const auto& kind = Estimates::kUnits[static_cast<std::size_t>(made.unit)];
-        EXPECT_EQ(made.TextOf(7), one.text) << one.units;
-        EXPECT_STREQ(made.effortDriven ? kind.workCaption : kind.clockCaption, one.caption) << one.units;
+        EXPECT_EQ(made.TextOf(7), text) << units;
+        EXPECT_STREQ(made.effortDriven ? kind.workCaption : kind.clockCaption, caption) << units;
     }
 }
 
 TEST(Estimates, OneOfPastRestAndTotalFollowsTheOthers) {
     Estimates made = Of(-60, 3600);
-    const struct {
-        int box;
-        const char *typed, *rows;
-    } steps[] = {{1, "30", "30 30 60"},          {4, "45", "30 45 75"},
-                 {7, "60", "30 30 60"},          {1, "60", "60 0 60"},
-                 {1, "67.75", "67.75 -7.75 60"}, {4, "8h", "67.75 8 75.75"},
-                 {4, "h", "67.75 0 67.75"},      {7, "1e99", "67.75 35791326.37 35791394.12"}};
-    for (const auto& step : steps) {
-        made.Type(step.box, step.typed);
-        EXPECT_EQ(Rows(made), step.rows) << step.box << " " << step.typed;
+    const std::tuple<int, const char*, const char*> steps[] = {
+        {1, "30", "30 30 60"},          {4, "45", "30 45 75"},
+        {7, "60", "30 30 60"},          {1, "60", "60 0 60"},
+        {1, "67.75", "67.75 -7.75 60"}, {4, "8h", "67.75 8 75.75"},
+        {4, "h", "67.75 0 67.75"},      {7, "1e99", "67.75 35791326.37 35791394.12"}};
+    for (const auto& [box, typed, rows] : steps) {
+        made.Type(box, typed);
+        EXPECT_EQ(Rows(made), rows) << box << " " << typed;
     }
     made.Type(6, "1");
     EXPECT_EQ(made.minutes.optimistic, 60);
@@ -65,32 +61,12 @@ TEST(Estimates, WhatCannotBeStoredIsRefused) {
     const Estimates made = Of(-60, 120, 60);
     const char *number = "The estimate must be a number.", *negative = "The estimate must not be negative.";
     const char* large = "The estimate is too large.  A task can take at most 2147483647 minutes.";
-    const struct {
-        int box;
-        const char *text, *refusal;
-    } cases[] = {{4, "", number},          {4, "3 h", number},         {7, "-0.01", negative},
-                 {1, "-1", negative},      {4, "-1", nullptr},         {4, "-1.01", negative},
-                 {7, "0", nullptr},        {7, "35791394.1", nullptr}, {7, "35791395", large},
-                 {4, "35791393.5", large}, {4, "35791393", nullptr}};
-    for (const auto& one : cases)
-        EXPECT_EQ(made.Refusal(one.box, one.text).value_or("fits"), one.refusal ? one.refusal : "fits")
-            << one.box << " " << one.text;
-}
-
-TEST(Estimates, WhatCanBeEntered) {
-    const std::pair<const char*, const char*> cases[] = {{"", ""},      {"3", ""},     {"L", "4"},
-                                                         {"L3", "345"}, {"Lm", "147"}, {"L3m", "012345678"}};
-    for (const auto& [flags, boxes] : cases) {
-        Estimates made;
-        const std::string all = flags;
-        made.live = all.find('L') != std::string::npos;
-        made.three = all.find('3') != std::string::npos;
-        made.manyRows = all.find('m') != std::string::npos;
-        std::string live;
-        for (int box = 0; box < Estimates::kBoxes; ++box)
-            live += made.BoxLive(box) ? std::to_string(box) : "";
-        EXPECT_EQ(live, boxes) << flags;
-    }
+    const std::tuple<int, const char*, const char*> cases[] = {
+        {4, "", number},        {4, "3 h", number},       {7, "-0.01", negative},  {1, "-1", negative},
+        {4, "-1", nullptr},     {4, "-1.01", negative},   {7, "0", nullptr},       {7, "35791394.1", nullptr},
+        {7, "35791395", large}, {4, "35791393.5", large}, {4, "35791393", nullptr}};
+    for (const auto& [box, text, refusal] : cases)
+        EXPECT_EQ(made.Refusal(box, text).value_or("fits"), refusal ? refusal : "fits") << box << " " << text;
 }
 
 }  // namespace
