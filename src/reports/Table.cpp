@@ -40,6 +40,15 @@ Color MarkColor(int slotType) {
     return slotType == 9 ? 0x8080FF : slotType == 5 ? 0xC0C000 : 0xFFFF00;
 }
 
+std::int32_t Table::TitleEnd(std::int32_t column) const {
+    const auto first = columns_.begin() + column;
+    const auto end = std::find_if(first + 1, columns_.end(), [&](const TableColumn& each) {
+        return each.alignment != Alignment::DayColumn || first->alignment != Alignment::DayColumn ||
+               each.title != first->title;
+    });
+    return static_cast<std::int32_t>(end - columns_.begin());
+}
+
 std::int32_t Table::AddRow(RowSubject subject) {
     subjects_.push_back(subject);
     cells_.resize(cells_.size() + columns_.size());

@@ -63,6 +63,8 @@ class Table {
     std::vector<TableMark> marks;  ///< by row, then column
 
     const std::vector<TableColumn>& Columns() const { return columns_; }
+    /// The column behind those that share the title of `column`: neighbouring day columns do.
+    std::int32_t TitleEnd(std::int32_t column) const;
     std::int32_t Cols() const { return static_cast<std::int32_t>(columns_.size()); }
     std::int32_t Rows() const { return static_cast<std::int32_t>(subjects_.size()); }
     /// Appends an empty row, and returns its number.

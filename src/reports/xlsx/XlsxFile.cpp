@@ -131,7 +131,8 @@ class Workbook {
         format_set_font_size(caption, 14);
         WriteText(0, 0, table_.caption, caption);
         std::size_t most = 1;
-        for (std::int32_t col = 0; col < table_.Cols(); ++col) {
+        for (std::int32_t col = 0, next = 0; col < table_.Cols(); col = next) {
+            next = table_.TitleEnd(col);
             std::vector<std::string_view> lines;
             SplitLines(table_.Columns()[static_cast<std::size_t>(col)].title, lines);
             most = std::max(most, lines.size());
@@ -140,7 +141,13 @@ class Workbook {
                 if (!title.empty()) title += '\n';
                 title += line;
             }
-            WriteText(kTitleRow, col, title, HeadingFormat());
+            if (next - col > 1) {
+                Check(worksheet_merge_range(sheet_, kTitleRow, static_cast<lxw_col_t>(col), kTitleRow,
+                                            static_cast<lxw_col_t>(next - 1), title.c_str(),
+                                            HeadingFormat()));
+            } else {
+                WriteText(kTitleRow, col, title, HeadingFormat());
+            }
         }
         Check(worksheet_set_row(sheet_, kTitleRow, kLineHeight * static_cast<double>(most), nullptr));
     }
