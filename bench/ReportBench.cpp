@@ -58,7 +58,10 @@ void ReportFile(benchmark::State& state, std::string (*make)(const Table&)) {
 }
 BENCHMARK_CAPTURE(ReportFile, csv, CsvOf)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(ReportFile, html, HtmlOf)->Arg(10000)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(ReportFile, xlsx, [](const Table& table) { return XlsxOf(table, {"Summary", "$"}); })
+BENCHMARK_CAPTURE(ReportFile, xlsx,
+                  [](const Table& table) {
+                      return XlsxOf(table, {"Summary", "$"});
+                  })
     ->Arg(10000)
     ->Unit(benchmark::kMillisecond);
 
@@ -92,8 +95,7 @@ void ReportScroll(benchmark::State& state) {
         const QRect part(0, top, static_cast<int>(width * kTwipsPerPixel), screen);
         ChartPainter(surface, metrics).Paint(painter, part, kTwipsPerPixel);
         painter.end();
-        if (!first)
-            worst = std::max(worst, Milliseconds(std::chrono::steady_clock::now() - before).count());
+        if (!first) worst = std::max(worst, Milliseconds(std::chrono::steady_clock::now() - before).count());
         first = false;
         top = top + step > surface.ContentHeight() - screen ? 0 : top + step;
     }

@@ -1,5 +1,6 @@
 #include "reports/xlsx/XlsxFile.h"
 
+#include <locale.h>
 #include <stdlib.h>
 #include <xlsxwriter.h>
 
@@ -42,6 +43,22 @@ class ScratchFolder {
 
   private:
     fs::path path_;
+};
+
+/// The library writes numbers as the locale does; files have a decimal point everywhere. For this thread
+/// alone.
+class NumbersWithPoint {
+  public:
+    NumbersWithPoint() : plain_(::newlocale(LC_ALL_MASK, "C", nullptr)), before_(::uselocale(plain_)) {}
+    ~NumbersWithPoint() {
+        ::uselocale(before_);
+        if (plain_) ::freelocale(plain_);
+    }
+    NumbersWithPoint(const NumbersWithPoint&) = delete;
+    NumbersWithPoint& operator=(const NumbersWithPoint&) = delete;
+
+  private:
+    locale_t plain_, before_;
 };
 
 constexpr double kFirstSafeDay = 61;  ///< 1900-03-01: sheets count a day before it that never was
@@ -276,6 +293,7 @@ class Workbook {
 std::string XlsxOf(const Table& table, const XlsxOptions& options) {
     if (table.Rows() + 2 > LXW_ROW_MAX || table.Cols() > LXW_COL_MAX) Fail("it has too many rows or columns");
     const ScratchFolder folder;
+    const NumbersWithPoint plain;
     return Workbook(table, options, folder.Path()).Write();
 }
 
