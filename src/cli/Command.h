@@ -63,5 +63,6 @@ Command WhyCommand();
 Command RiskCommand();
 Command CrashCommand();
 Command ChartCommand();
+Command ReportCommand();
 
 }  // namespace vortan
