@@ -50,8 +50,8 @@ std::int32_t Table::TitleEnd(std::int32_t column) const {
 }
 
 std::int32_t Table::AddRow(RowSubject subject) {
+    if (subjects_.size() % kBlockRows == 0) blocks_.emplace_back(kBlockRows * columns_.size());
     subjects_.push_back(subject);
-    cells_.resize(cells_.size() + columns_.size());
     return Rows() - 1;
 }
 
