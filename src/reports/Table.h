@@ -23,9 +23,15 @@ struct HourCount {
     double hours = 0;
 };
 
+/// A stretch of time, which rows are sorted by; other programs have no number for what it shows.
+struct TimeSpan {
+    double days = 0;
+};
+
 /// What stands behind the text of a cell; the first alternative: nothing but the text. A truth is shown as
 /// "Y" or "n".
-using CellValue = std::variant<std::monostate, DateTime, Money, HourCount, std::int64_t, bool, double>;
+using CellValue =
+    std::variant<std::monostate, DateTime, Money, HourCount, std::int64_t, bool, double, TimeSpan>;
 
 struct TableCell {
     std::string text;
@@ -77,8 +83,9 @@ class Table {
     }
     const RowSubject& Subject(std::int32_t row) const { return subjects_[static_cast<std::size_t>(row)]; }
 
-    /// The rows in the order of a column's values, equal ones as they stand. Texts come in the order of their
-    /// characters and behind values, empty cells last; totals keep their places.
+    /// The rows in the order of a column's values, equal ones as they stand. Texts come in the order of the
+    /// numbers that they begin with, then of their characters, and behind values; empty cells come last, and
+    /// totals keep their places.
     std::vector<std::int32_t> SortedRows(std::int32_t column, bool descending) const;
 
   private:
