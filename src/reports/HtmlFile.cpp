@@ -54,6 +54,7 @@ std::string ValueAttributes(double value, const char* format) {
 struct AttributesOf {
     std::string operator()(std::monostate) const { return {}; }
     std::string operator()(bool) const { return {}; }
+    std::string operator()(TimeSpan) const { return {}; }
     std::string operator()(DateTime date) const {
         if (!date.IsSet()) return {};
         return ValueAttributes(date.Days(),

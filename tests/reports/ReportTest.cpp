@@ -171,10 +171,10 @@ TEST(Loading, NobodyBookedGivesNoRows) {
 }
 
 /// Three rows and a total; the middle one has no amount.
-Table SmallTable(const std::string& name = "b") {
+Table SmallTable(const std::string& name = "10: b") {
     Table table("Costs & more", {{"Name", Alignment::Left}, {"To\r\npay", Alignment::Right}}, 1);
     RowWriter(table).Text(name).Amount(Money::FromUnits(90000), "$");
-    RowWriter(table).Text("a");
+    RowWriter(table).Text("9: a");
     RowWriter(table).Text("c").Amount(Money::FromUnits(123456789), "$");
     RowWriter(table).Text("Total").Amount(Money::FromUnits(123546789), "$");
     table.totalRows = 1;
@@ -187,10 +187,15 @@ TEST(TableTest, RowsSortByValuesAndTotalsStay) {
     EXPECT_EQ(table.SortedRows(1, false), (Order{0, 2, 1, 3}));
     EXPECT_EQ(table.SortedRows(1, true), (Order{2, 0, 1, 3}));
     EXPECT_EQ(table.SortedRows(0, false), (Order{1, 0, 2, 3}));
+    LoadedPlan plan(UsualShed());
+    const Table summary = Build(plan, "summary");
+    std::string durations;
+    for (const auto row : summary.SortedRows(7, false)) durations += summary.Cell(row, 7).text + ";";
+    EXPECT_EQ(durations, "1.04 days;2.17 days;3 days;5.21 days;1.05 weeks;1.34 weeks;;");
     const FixedMetrics metrics;
     Vwindow surface(Vwindow::Style::Table, metrics);
     FillSurface(surface, table, table.SortedRows(0, false));
-    EXPECT_EQ(surface.Cell(1, 0) + surface.Cell(2, 0) + surface.Cell(4, 1), "ab$12,354.68");
+    EXPECT_EQ(surface.Cell(1, 0) + surface.Cell(2, 0) + surface.Cell(4, 1), "9: a10: b$12,354.68");
     EXPECT_TRUE(surface.IsComplete());
 }
 
@@ -213,7 +218,7 @@ TEST(TableTest, NoTextComesAliveInAFile) {
 
 TEST(TableTest, FilesSayWhatTheTableSays) {
     EXPECT_EQ(CsvOf(SmallTable("say \"hi\",\r\nx")),
-              "\xEF\xBB\xBFName,To pay\r\n\"say \"\"hi\"\",\r\nx\",$9.00\r\na,\r\nc,\"$12,345.68\"\r\n"
+              "\xEF\xBB\xBFName,To pay\r\n\"say \"\"hi\"\",\r\nx\",$9.00\r\n9: a,\r\nc,\"$12,345.68\"\r\n"
               "Total,\"$12,354.68\"\r\n");
     const std::string html = HtmlOf(SmallTable("<script>\x01\"&\r\nx"));
     ExpectPart(html, "<td>&lt;script&gt; &quot;&amp;<br>x</td>");

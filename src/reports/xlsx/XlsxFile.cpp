@@ -199,7 +199,7 @@ class Workbook {
         if (std::holds_alternative<HourCount>(value)) return "0.0";
         if (std::holds_alternative<std::int64_t>(value)) return "0";
         if (std::holds_alternative<bool>(value)) return "\"Y\";\"Y\";\"n\"";
-        return std::holds_alternative<std::monostate>(value) ? "@" : "";
+        return std::holds_alternative<double>(value) ? "" : "@";
     }
 
     lxw_format* FormatOf(const CellValue& value, Alignment alignment, int slotType) {
@@ -233,7 +233,7 @@ class Workbook {
         std::visit(
             [&](const auto& value) {
                 using T = std::decay_t<decltype(value)>;
-                if constexpr (std::is_same_v<T, std::monostate>) {
+                if constexpr (std::is_same_v<T, std::monostate> || std::is_same_v<T, TimeSpan>) {
                     if (cell.text.empty()) {
                         Check(worksheet_write_blank(sheet_, at, static_cast<lxw_col_t>(col), format));
                     } else {
