@@ -92,8 +92,9 @@ QByteArray MakePicture(const ShownSurface& shown, PictureType type, double pixel
 std::unique_ptr<QMimeData> ClipboardData(const ShownSurface& shown) {
     auto data = std::make_unique<QMimeData>();
     if (shown.surface.TheStyle() == Vwindow::Style::Table) {
-        data->setText(Q(TableAsTabs(shown.surface)));
-        data->setHtml(Q(TableAsHtml(shown.surface)));
+        const TablePart all = WholeTable(shown.surface);
+        data->setText(Q(TableAsTabs(shown.surface, all)));
+        data->setHtml(Q(TableAsHtml(shown.surface, all)));
     }
     data->setData("image/svg+xml", MakeSvg(shown));
     const QImage image = MakeImage(shown, kPicturePixels, kMostClipboardPixels);

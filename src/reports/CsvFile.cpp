@@ -44,4 +44,34 @@ std::string CsvOf(const Table& table) {
     return "\xEF\xBB\xBF" + csv.Text();
 }
 
+namespace {
+
+struct WriteData {
+    CsvWriter& csv;
+    const TableCell& cell;
+    void operator()(Money amount) const { csv.Cell(amount.ToDouble()); }
+    void operator()(HourCount count) const { csv.Cell(count.hours); }
+    void operator()(double number) const { csv.Cell(number); }
+    template <class Other>
+    void operator()(const Other&) const {
+        csv.Cell(cell.text);
+    }
+};
+
+}  // namespace
+
+std::string DataCsvOf(const Table& table) {
+    CsvWriter csv;
+    for (const TableColumn& column : table.Columns()) csv.Cell(TitleLine(column.title));
+    csv.EndLine();
+    for (std::int32_t row = 0; row < table.Rows(); ++row) {
+        for (std::int32_t col = 0; col < table.Cols(); ++col) {
+            const TableCell& cell = table.Cell(row, col);
+            std::visit(WriteData{csv, cell}, cell.value);
+        }
+        csv.EndLine();
+    }
+    return csv.Text();
+}
+
 }  // namespace vortan

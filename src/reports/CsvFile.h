@@ -26,5 +26,7 @@ class CsvWriter {
 /// has an apostrophe in front: whoever reads the file takes off one that stands before = + - @ or a control
 /// character.
 std::string CsvOf(const Table& table);
+/// For programs of one's own: a line of titles, then values as plain numbers, all else as its text.
+std::string DataCsvOf(const Table& table);
 
 }  // namespace vortan

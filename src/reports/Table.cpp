@@ -76,6 +76,29 @@ std::vector<std::int32_t> Table::SortedRows(std::int32_t column, bool descending
     return order;
 }
 
+Table Table::InOrder(const std::vector<std::int32_t>& order) const {
+    if (order.empty()) return *this;
+    Table ordered(caption, columns_, fixedColumns);
+    ordered.firstRowFixed = firstRowFixed;
+    ordered.totalRows = totalRows;
+    ordered.month = month;
+    std::vector<std::int32_t> places(order.size());
+    for (const std::int32_t row : order) {
+        const std::int32_t place = ordered.AddRow(Subject(row));
+        places[static_cast<std::size_t>(row)] = place;
+        for (std::int32_t column = 0; column < Cols(); ++column)
+            ordered.SetCell(place, column, Cell(row, column).text, Cell(row, column).value);
+    }
+    for (TableMark mark : marks) {
+        mark.row = places[static_cast<std::size_t>(mark.row)];
+        ordered.marks.push_back(mark);
+    }
+    std::sort(ordered.marks.begin(), ordered.marks.end(), [](const TableMark& a, const TableMark& b) {
+        return std::pair(a.row, a.column) < std::pair(b.row, b.column);
+    });
+    return ordered;
+}
+
 std::string TitleLine(const std::string& title) {
     std::vector<std::string_view> lines;
     SplitLines(title, lines);

@@ -87,6 +87,8 @@ class Table {
     /// numbers that they begin with, then of their characters, and behind values; empty cells come last, and
     /// totals keep their places.
     std::vector<std::int32_t> SortedRows(std::int32_t column, bool descending) const;
+    /// A copy with the rows in another order; none: as they are.
+    Table InOrder(const std::vector<std::int32_t>& order) const;
 
   private:
     static constexpr std::size_t kBlockRows = 64;
