@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <algorithm>
+#include <cstdlib>
 
 namespace vortan {
 namespace {
@@ -84,7 +85,10 @@ void GridView::GoTo(Place place, bool extend) {
 }
 
 void GridView::MoveBy(int rows, int cols, bool extend) {
-    if (current_.row < 0) return GoTo({FirstRow(), 0}, false);
+    if (current_.row < 0) {
+        GoTo({FirstRow(), 0}, false);
+        if (std::abs(rows) + std::abs(cols) == 1) return;
+    }
     GoTo({current_.row + rows, current_.col + cols}, extend);
 }
 
