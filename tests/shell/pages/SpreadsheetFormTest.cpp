@@ -89,6 +89,32 @@ TEST_F(SpreadsheetFormTest, TitlesSortUpAndDownAndTotalsStay) {
     EXPECT_EQ(Shown(1, 0), first);
 }
 
+TEST_F(SpreadsheetFormTest, TablesAreExportedAsTheyStand) {
+    const std::string folder = shell.platform.Directory() + "/";
+    const auto exportTo = [&](const std::string& name) {
+        InBox([&] { shell.Choose("OutputExportMenu"); },
+              [&](QWidget& box) {
+                  box.findChild<QLineEdit*>("fileNameEdit")->setText(Q(folder + name));
+                  QMetaObject::invokeMethod(&box, "accept");
+              });
+        return FileBytes(folder + name);
+    };
+    shell.platform.ExpectBox("Not Applicable", BoxAnswer::Ok, "There is no table to export.");
+    shell.Choose("OutputExportMenu");
+    Open(2);
+    Click(0, 1);
+    Click(0, 1);
+    const std::string first = Shown(1, 0) + "," + Shown(1, 1);
+    EXPECT_NE(exportTo("tasks.csv").find("\r\n" + first), std::string::npos);
+    EXPECT_TRUE(exportTo("tasks.xlsx").starts_with("PK"));
+    EXPECT_TRUE(exportTo("tasks.pdf").starts_with("%PDF"));
+    for (const char* chart : {"GraphicsGanttMenu", "GraphicsHistogramMenu", "GraphicsBudgetMenu",
+                              "GraphicsPrecedenceMenu", "GraphicsWorkBreakdownMenu"}) {
+        shell.Choose(chart);
+        EXPECT_NE(exportTo(chart + std::string(".html")).find("<table"), std::string::npos) << chart;
+    }
+}
+
 TEST_F(SpreadsheetFormTest, MonthsTurn) {
     Open(7);
     const DateTime month = Form().Shown().month;
