@@ -83,6 +83,10 @@ void ChartFile::Write(const std::string& fileName, bool fit) const {
     WriteResultFile(fileName, bytes.toStdString());
 }
 
+std::string ChartFile::PictureText() const {
+    return GetPictureText({form_->TheVwindow(), *metrics_, form_->Caption()});
+}
+
 void WriteChart(CliSession& session, const std::string& fileName, const ChartKind& kind, bool fit) {
     ChartFile chart(session, kind);
     chart.Form().Start();

@@ -31,6 +31,8 @@ class ChartFile {
     /// Writes the started chart: one picture, or a PDF cut into pages with headings, with `fit` reduced to
     /// one page. CliError if that fails.
     void Write(const std::string& fileName, bool fit) const;
+    /// The started chart as GetPictureText.
+    std::string PictureText() const;
 
   private:
     std::unique_ptr<QGuiApplication> toolkit_;
