@@ -42,6 +42,13 @@ done
 for folder in persist charts reports paint shell cli; do
     forbid "$folder" '#include "solve/(Solution|Network|Bookings|ForwardRun|ReverseRun)\.h"' "see behind solve/Solver.h"
 done
+for folder in "${layers[@]}" "${programs[@]}"; do
+    [ "$folder" = reports ] || forbid "$folder" '#include [<"]xlsxwriter' "make workbooks itself"
+done
+if grep -nE '#include [<"](xlsxwriter|reports/xlsx/)' src/reports/*.{h,cpp}; then
+    echo "src/reports must not use src/reports/xlsx or what is behind it" >&2
+    status=1
+fi
 forbid cli '#include ["<]shell/' "include shell"
 forbid cli '#include [<"]Q(Application|Widget|Dialog|MessageBox|MainWindow)' "open windows"
 forbid shell '#include ["<]cli/' "include cli"

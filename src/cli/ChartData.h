@@ -1,29 +1,16 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "charts/BudgetForm.h"
 #include "charts/Histogram.h"
 #include "charts/PrecedenceForm.h"
 #include "charts/WorkBreakdown.h"
 #include "cli/JsonWriter.h"
+#include "reports/CsvFile.h"
 
 /// What charts show, as data for other programs.
 namespace vortan {
-
-/// Writes a CSV text: lines end in CR LF, cells are quoted where they must be, numbers have a decimal point.
-class CsvWriter {
-  public:
-    void Cell(std::string_view text);
-    void Cell(double number) { Cell(JsonNumber(number)); }
-    void EndLine();
-    const std::string& Text() const { return out_; }
-
-  private:
-    std::string out_;
-    bool comma_ = false;
-};
 
 void WriteChartJson(JsonWriter& json, const Histogram& histogram);
 void WriteChartJson(JsonWriter& json, const BudgetForm::Shown& budget);

@@ -24,26 +24,6 @@ void ForEachPeriod(const Histogram& histogram, const Histogram::Row& row, Visit&
 
 }  // namespace
 
-void CsvWriter::Cell(std::string_view text) {
-    if (comma_) out_ += ',';
-    comma_ = true;
-    if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
-        out_ += text;
-        return;
-    }
-    out_ += '"';
-    for (const char c : text) {
-        if (c == '"') out_ += '"';
-        out_ += c;
-    }
-    out_ += '"';
-}
-
-void CsvWriter::EndLine() {
-    out_ += "\r\n";
-    comma_ = false;
-}
-
 void WriteChartJson(JsonWriter& json, const Histogram& histogram) {
     json.Object([&] {
         json.Member("chart", "histogram");
