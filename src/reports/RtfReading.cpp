@@ -53,6 +53,8 @@ void RtfPlainText::Take(const RtfToken& token) {
         } else {
             text_ += ToUtf8(std::string(1, static_cast<char>(*byte)));
         }
+    } else if (token.IsEscape()) {
+        text_ += token.Text().back();
     } else if (word == "uc") {
         fallback_ = std::max(token.Number().value_or(1), 0);
     } else if (word == "u" && token.Number()) {

@@ -19,6 +19,8 @@ class RtfToken {
     bool IsOpen() const { return text_ == "{"; }
     bool IsClose() const { return text_ == "}"; }
     bool IsText() const { return text_[0] != '{' && text_[0] != '}' && text_[0] != '\\'; }
+    /// A brace or backslash that is text.
+    bool IsEscape() const { return text_ == "\\{" || text_ == "\\}" || text_ == "\\\\"; }
     /// The letters of a control word; empty for anything else.
     std::string_view Word() const;
     bool Is(std::string_view word) const { return Word() == word; }

@@ -226,7 +226,7 @@ void StatusReport::PutText(Changes& changes, std::size_t first, std::size_t end,
         const RtfToken& token = tokens[i];
         for (const char* word : {"par", "cell", "row", "pict", "bkmkstart", "bkmkend", "sect", "field"})
             if (token.Is(word)) return;
-        if (token.IsText() || token.Byte() || token.Is("u")) places.push_back(i);
+        if (token.IsText() || token.IsEscape() || token.Byte() || token.Is("u")) places.push_back(i);
         present.Take(token);
     }
     if (present.TakeText() == text) return;

@@ -18,6 +18,7 @@
 #include "shell/main/PreferencesForm.h"
 #include "shell/main/WelcomeForm.h"
 #include "shell/pages/CalendarForm.h"
+#include "shell/pages/StatusReportForm.h"
 #include "shell/trees/NodeCommands.h"
 #include "shell/trees/ProjectTreeForm.h"
 #include "shell/trees/Trees.h"
@@ -211,7 +212,10 @@ constexpr Command kGraphics[] = {
      "&Precedence diagram",
      [](MainForm& m) { StartChart(m, "precedence"); },
      {.button = 21, .toolTip = "Precedence diagram", .needs = Solved, .page = "PrecedenceForm"}},
-    {"GraphicsStatusReportMenu", "&Status report", NotReady, {.needs = Solved}},
+    {"GraphicsStatusReportMenu",
+     "&Status report",
+     [](MainForm& m) { StatusReportForm::Start(m.TheDesktop()); },
+     {.needs = Solved}},
 };
 
 constexpr Command kOutput[] = {

@@ -54,8 +54,6 @@ TEST_F(MainFormTest, CommandsWithoutWhatTheyNeedWarnAndStop) {
 
 TEST_F(MainFormTest, SpreadsheetsNeedMore) {
     Open("house.vta");
-    shell.platform.ExpectBox("Not Ready Yet", BoxAnswer::Ok);
-    shell.Choose("GraphicsStatusReportMenu");
     shell.platform.ExpectBox("Plan Equals Current", BoxAnswer::Ok);
     shell.Choose("SpreadsheetTypeMenu(4)");
 }
