@@ -64,7 +64,7 @@ def cell_ends(widths, shade):
 
 def row(widths, cells, shade=False):
     head = r"\trhdr" if shade else ""
-    return "\n".join([rf"\trowd\trgaph90{head}\trkeep{cell_ends(widths, shade)}", *cells, r"\pard\plain\row"])
+    return "\n".join([rf"\trowd\trgaph90{head}\trkeep{cell_ends(widths, shade)}", *cells, r"\row"])
 
 
 def cell(text, style=r"\ql"):
