@@ -12,7 +12,7 @@ void WriteValue(JsonWriter& json, const CellValue& value) {
     std::visit(
         [&](const auto& held) {
             using T = std::decay_t<decltype(held)>;
-            if constexpr (std::is_same_v<T, std::monostate>) {
+            if constexpr (std::is_same_v<T, std::monostate> || std::is_same_v<T, TimeSpan>) {
                 json.Value(nullptr);
             } else if constexpr (std::is_same_v<T, HourCount>) {
                 json.Value(held.hours);

@@ -14,6 +14,10 @@ RowWriter& RowWriter::Amount(Money amount, const std::string& symbol) {
     return Text(FormatCurrency(amount, symbol), amount);
 }
 
+RowWriter& RowWriter::Span(double days) {
+    return Text(FormatDuration(days, true), TimeSpan{days});
+}
+
 RowWriter& RowWriter::HoursOf(float hours, bool blankIfZero) {
     if (blankIfZero && hours == 0) return Skip(1);
     return Text(FormatHours(hours, false), HourCount{hours});
@@ -32,6 +36,10 @@ std::string EffortText(const Vtask& task, std::int32_t journalIndex) {
     const std::string text =
         low < high ? number(low) + ";" + number(likely) + ";" + number(high) : number(likely);
     return text == "0" ? text : text + " ???";
+}
+
+TimeSpan EffortSpan(const Vtask& task, std::int32_t journalIndex) {
+    return {static_cast<double>(task.MostLikelyAt(journalIndex)) / kMinutesPerDay};
 }
 
 std::int64_t MillisecondsOf(const Vslot& slot) {

@@ -36,6 +36,7 @@ class RowWriter {
     RowWriter& Date(DateTime date);
     /// `symbol` of the currency.
     RowWriter& Amount(Money amount, const std::string& symbol);
+    RowWriter& Span(double days);
     RowWriter& YorN(bool value) { return Text(value ? "Y" : "n", value); }
     /// Blank for none, if `blankIfZero`.
     RowWriter& HoursOf(float hours, bool blankIfZero);
@@ -61,6 +62,7 @@ class ProjectTexts {
 /// The estimates of a task in a journal, empty for a subproject. One that dates drive tells its estimate in
 /// days of 24 hours, and a unit that is none is "???".
 std::string EffortText(const Vtask& task, std::int32_t journalIndex);
+TimeSpan EffortSpan(const Vtask& task, std::int32_t journalIndex);
 
 /// How long a slot is. A moment of a day is not exact in binary; its millisecond is.
 std::int64_t MillisecondsOf(const Vslot& slot);

@@ -47,13 +47,14 @@ void FillInTaskRow(Table& table, Vtask& task, const std::string& symbol) {
                                    assignments = IncludedTexts(task.AssignmentList());
     const Vproject* subproject = task.Subproject();
     const std::string description = subproject ? subproject->BuildNodeText() : task.Description();
-    const std::string effort =
-        subproject ? "<sub>" : EffortText(task, task.Project() ? task.Project()->CurrentIndex() : 0);
+    const std::int32_t journal = task.Project()->CurrentIndex();
+    const std::string effort = subproject ? "<sub>" : EffortText(task, journal);
+    const CellValue span = subproject ? CellValue() : EffortSpan(task, journal);
     const double efficiency = task.Efficiency();
     const std::size_t rows = std::max({std::size_t{1}, dependencies.size(), assignments.size()});
     for (std::size_t i = 0; i < rows; ++i) {
         RowWriter row(table, Link<Vtask>(&task));
-        row.Number(task.TaskID()).Text(description).Text(effort).Amount(task.MaterialCost(), symbol);
+        row.Number(task.TaskID()).Text(description).Text(effort, span).Amount(task.MaterialCost(), symbol);
         subproject ? row.Text("<n/a>") : row.Text(EfficiencyText(efficiency), efficiency);
         row.Text(i < dependencies.size() ? dependencies[i] : "");
         row.Text(i < assignments.size() ? assignments[i] : "");

@@ -16,7 +16,7 @@ constexpr std::string_view kStyle =
     "td.t{mso-number-format:'\\@'}"
     "thead{display:table-header-group}tr{break-inside:avoid}"
     "@page{size:landscape;margin:12mm}"
-    "@media screen{thead th{position:sticky;top:0}}"
+    "@media screen{thead{position:sticky;top:0}}"
     "@media print{body{margin:0;font-size:8pt}*{-webkit-print-color-adjust:exact;print-color-adjust:exact}}";
 
 std::string Escaped(std::string_view text) {
@@ -54,6 +54,7 @@ std::string ValueAttributes(double value, const char* format) {
 struct AttributesOf {
     std::string operator()(std::monostate) const { return {}; }
     std::string operator()(bool) const { return {}; }
+    std::string operator()(TimeSpan) const { return {}; }
     std::string operator()(DateTime date) const {
         if (!date.IsSet()) return {};
         return ValueAttributes(date.Days(),
@@ -118,7 +119,11 @@ std::string HtmlOf(const Table& table) {
                 "}";
     }
     html += "</style></head>\n<body><h1>" + Escaped(table.caption) + "</h1>\n<table>\n<thead>\n<tr>";
-    for (const TableColumn& column : table.Columns()) html += "<th>" + Escaped(column.title) + "</th>";
+    for (std::int32_t col = 0, next = 0; col < table.Cols(); col = next) {
+        next = table.TitleEnd(col);
+        html += next - col > 1 ? "<th colspan=\"" + std::to_string(next - col) + "\">" : "<th>";
+        html += Escaped(table.Columns()[static_cast<std::size_t>(col)].title) + "</th>";
+    }
     html += "</tr>\n";
     std::size_t mark = 0;
     const std::int32_t headRows = table.firstRowFixed && table.Rows() > 0 ? 1 : 0;

@@ -46,14 +46,15 @@ void TaskValues(RowWriter& row, const Vtask& task, std::int32_t journal, const s
     const DateTime start = task.EarlyStartAt(journal), finish = task.EarlyFinishAt(journal),
                    lateFinish = task.LateFinishAt(journal);
     const DateTime now = task.Project()->JournalDates()[static_cast<std::size_t>(journal)];
-    row.Text(EffortText(task, journal))
+    row.Text(EffortText(task, journal), task.Subproject() ? CellValue() : EffortSpan(task, journal))
         .Date(start)
         .Date(finish)
         .Date(task.LateStartAt(journal))
         .Date(lateFinish)
-        .Text(FormatDuration(DaysBetween(start, finish), true))
-        .Text(FormatDuration(DaysBetween(finish, lateFinish), true))
-        .Text(finish < now ? "done" : FormatDuration(DaysBetween(now, finish), true));
+        .Span(DaysBetween(start, finish))
+        .Span(DaysBetween(finish, lateFinish));
+    const double left = DaysBetween(now, finish);
+    left < 0 ? row.Text("done", TimeSpan{left}) : row.Span(left);
     const Money material = task.MaterialCostAt(journal), labor = task.LaborCostAt(journal);
     const Costs costs = {material, labor, material + labor};
     for (std::size_t i = 0; i < kCosts; ++i) {

@@ -5,6 +5,7 @@
 
 #include "charts/TextLines.h"
 #include "model/Characters.h"
+#include "model/NumberText.h"
 
 namespace vortan {
 namespace {
@@ -13,6 +14,15 @@ namespace {
 int Rank(const TableCell& cell) {
     if (cell.value.index() != 0) return static_cast<int>(cell.value.index());
     return cell.text.empty() ? 100 : 50;
+}
+
+/// The number of the object comes first in its text.
+bool TextBefore(const std::string& a, const std::string& b) {
+    if (!a.empty() && !b.empty() && IsDigit(a.front()) && IsDigit(b.front())) {
+        const double numberA = ScanNumber(a), numberB = ScanNumber(b);
+        if (numberA != numberB) return numberA < numberB;
+    }
+    return a < b;
 }
 
 bool ComesBefore(const TableCell& a, const TableCell& b, bool descending) {
@@ -24,9 +34,11 @@ bool ComesBefore(const TableCell& a, const TableCell& b, bool descending) {
         [&](const auto& value) {
             using T = std::decay_t<decltype(value)>;
             if constexpr (std::is_same_v<T, std::monostate>) {
-                return first.text < second.text;
+                return TextBefore(first.text, second.text);
             } else if constexpr (std::is_same_v<T, HourCount>) {
                 return value.hours < std::get<T>(second.value).hours;
+            } else if constexpr (std::is_same_v<T, TimeSpan>) {
+                return value.days < std::get<T>(second.value).days;
             } else {
                 return value < std::get<T>(second.value);
             }
@@ -40,9 +52,18 @@ Color MarkColor(int slotType) {
     return slotType == 9 ? 0x8080FF : slotType == 5 ? 0xC0C000 : 0xFFFF00;
 }
 
+std::int32_t Table::TitleEnd(std::int32_t column) const {
+    const auto first = columns_.begin() + column;
+    const auto end = std::find_if(first + 1, columns_.end(), [&](const TableColumn& each) {
+        return each.alignment != Alignment::DayColumn || first->alignment != Alignment::DayColumn ||
+               each.title != first->title;
+    });
+    return static_cast<std::int32_t>(end - columns_.begin());
+}
+
 std::int32_t Table::AddRow(RowSubject subject) {
+    if (subjects_.size() % kBlockRows == 0) blocks_.emplace_back(kBlockRows * columns_.size());
     subjects_.push_back(subject);
-    cells_.resize(cells_.size() + columns_.size());
     return Rows() - 1;
 }
 

@@ -23,9 +23,15 @@ struct HourCount {
     double hours = 0;
 };
 
+/// A stretch of time, which rows are sorted by; other programs have no number for what it shows.
+struct TimeSpan {
+    double days = 0;
+};
+
 /// What stands behind the text of a cell; the first alternative: nothing but the text. A truth is shown as
 /// "Y" or "n".
-using CellValue = std::variant<std::monostate, DateTime, Money, HourCount, std::int64_t, bool, double>;
+using CellValue =
+    std::variant<std::monostate, DateTime, Money, HourCount, std::int64_t, bool, double, TimeSpan>;
 
 struct TableCell {
     std::string text;
@@ -63,27 +69,36 @@ class Table {
     std::vector<TableMark> marks;  ///< by row, then column
 
     const std::vector<TableColumn>& Columns() const { return columns_; }
+    /// The column behind those that share the title of `column`: neighbouring day columns do.
+    std::int32_t TitleEnd(std::int32_t column) const;
     std::int32_t Cols() const { return static_cast<std::int32_t>(columns_.size()); }
     std::int32_t Rows() const { return static_cast<std::int32_t>(subjects_.size()); }
     /// Appends an empty row, and returns its number.
     std::int32_t AddRow(RowSubject subject = {});
-    const TableCell& Cell(std::int32_t row, std::int32_t column) const { return cells_[Place(row, column)]; }
+    const TableCell& Cell(std::int32_t row, std::int32_t column) const {
+        return blocks_[Block(row)][Place(row, column)];
+    }
     void SetCell(std::int32_t row, std::int32_t column, std::string text, CellValue value = {}) {
-        cells_[Place(row, column)] = {std::move(text), value};
+        blocks_[Block(row)][Place(row, column)] = {std::move(text), value};
     }
     const RowSubject& Subject(std::int32_t row) const { return subjects_[static_cast<std::size_t>(row)]; }
 
-    /// The rows in the order of a column's values, equal ones as they stand. Texts come in the order of their
-    /// characters and behind values, empty cells last; totals keep their places.
+    /// The rows in the order of a column's values, equal ones as they stand. Texts come in the order of the
+    /// numbers that they begin with, then of their characters, and behind values; empty cells come last, and
+    /// totals keep their places.
     std::vector<std::int32_t> SortedRows(std::int32_t column, bool descending) const;
 
   private:
+    static constexpr std::size_t kBlockRows = 64;
+
+    static std::size_t Block(std::int32_t row) { return static_cast<std::size_t>(row) / kBlockRows; }
     std::size_t Place(std::int32_t row, std::int32_t column) const {
-        return static_cast<std::size_t>(row) * columns_.size() + static_cast<std::size_t>(column);
+        return static_cast<std::size_t>(row) % kBlockRows * columns_.size() +
+               static_cast<std::size_t>(column);
     }
 
     std::vector<TableColumn> columns_;
-    std::vector<TableCell> cells_;  ///< row by row
+    std::vector<std::vector<TableCell>> blocks_;  ///< row by row; cells never move
     std::vector<RowSubject> subjects_;
 };
 

@@ -1,5 +1,6 @@
 #include "reports/xlsx/XlsxFile.h"
 
+#include <locale.h>
 #include <stdlib.h>
 #include <xlsxwriter.h>
 
@@ -42,6 +43,22 @@ class ScratchFolder {
 
   private:
     fs::path path_;
+};
+
+/// The library writes numbers as the locale does; files have a decimal point everywhere. For this thread
+/// alone.
+class NumbersWithPoint {
+  public:
+    NumbersWithPoint() : plain_(::newlocale(LC_ALL_MASK, "C", nullptr)), before_(::uselocale(plain_)) {}
+    ~NumbersWithPoint() {
+        ::uselocale(before_);
+        if (plain_) ::freelocale(plain_);
+    }
+    NumbersWithPoint(const NumbersWithPoint&) = delete;
+    NumbersWithPoint& operator=(const NumbersWithPoint&) = delete;
+
+  private:
+    locale_t plain_, before_;
 };
 
 constexpr double kFirstSafeDay = 61;  ///< 1900-03-01: sheets count a day before it that never was
@@ -131,7 +148,8 @@ class Workbook {
         format_set_font_size(caption, 14);
         WriteText(0, 0, table_.caption, caption);
         std::size_t most = 1;
-        for (std::int32_t col = 0; col < table_.Cols(); ++col) {
+        for (std::int32_t col = 0, next = 0; col < table_.Cols(); col = next) {
+            next = table_.TitleEnd(col);
             std::vector<std::string_view> lines;
             SplitLines(table_.Columns()[static_cast<std::size_t>(col)].title, lines);
             most = std::max(most, lines.size());
@@ -140,7 +158,13 @@ class Workbook {
                 if (!title.empty()) title += '\n';
                 title += line;
             }
-            WriteText(kTitleRow, col, title, HeadingFormat());
+            if (next - col > 1) {
+                Check(worksheet_merge_range(sheet_, kTitleRow, static_cast<lxw_col_t>(col), kTitleRow,
+                                            static_cast<lxw_col_t>(next - 1), title.c_str(),
+                                            HeadingFormat()));
+            } else {
+                WriteText(kTitleRow, col, title, HeadingFormat());
+            }
         }
         Check(worksheet_set_row(sheet_, kTitleRow, kLineHeight * static_cast<double>(most), nullptr));
     }
@@ -175,7 +199,7 @@ class Workbook {
         if (std::holds_alternative<HourCount>(value)) return "0.0";
         if (std::holds_alternative<std::int64_t>(value)) return "0";
         if (std::holds_alternative<bool>(value)) return "\"Y\";\"Y\";\"n\"";
-        return std::holds_alternative<std::monostate>(value) ? "@" : "";
+        return std::holds_alternative<double>(value) ? "" : "@";
     }
 
     lxw_format* FormatOf(const CellValue& value, Alignment alignment, int slotType) {
@@ -209,7 +233,7 @@ class Workbook {
         std::visit(
             [&](const auto& value) {
                 using T = std::decay_t<decltype(value)>;
-                if constexpr (std::is_same_v<T, std::monostate>) {
+                if constexpr (std::is_same_v<T, std::monostate> || std::is_same_v<T, TimeSpan>) {
                     if (cell.text.empty()) {
                         Check(worksheet_write_blank(sheet_, at, static_cast<lxw_col_t>(col), format));
                     } else {
@@ -269,6 +293,7 @@ class Workbook {
 std::string XlsxOf(const Table& table, const XlsxOptions& options) {
     if (table.Rows() + 2 > LXW_ROW_MAX || table.Cols() > LXW_COL_MAX) Fail("it has too many rows or columns");
     const ScratchFolder folder;
+    const NumbersWithPoint plain;
     return Workbook(table, options, folder.Path()).Write();
 }
 
