@@ -38,9 +38,12 @@ std::optional<int> NumberFrom(std::string_view text, std::size_t at) {
 
 /// Whether a word would take up what follows it, if no line break kept them apart.
 bool Merges(std::string_view before, std::string_view after) {
+    const char next = after.front();
+    if (before == "\\'") return HexValue(next) >= 0;
     if (before.size() < 2 || before[0] != '\\' || !IsLetter(before[1])) return false;
-    const char last = before.back(), next = after.front();
-    if (RtfToken(before).Is("bin") || (!IsLetter(last) && !IsDigit(last))) return false;
+    const RtfToken word(before);
+    if (word.Is("bin") && word.Number().value_or(0) > 0) return false;
+    if (!IsLetter(before.back()) && !IsDigit(before.back())) return false;
     return IsLetter(next) || IsDigit(next) || next == '-' || next == ' ';
 }
 

@@ -48,6 +48,10 @@ EditorWaitForm::EditorWaitForm(Desktop& desktop, const std::string& document, st
     cancel->setObjectName("CancelCommand");
     connect(finish, &QPushButton::clicked, this, [this] { Finish(); });
     connect(cancel, &QPushButton::clicked, this, [this] { Unload(); });
+    // No pipes: the editor may outlive the program.
+    editor_->setStandardInputFile(QProcess::nullDevice());
+    editor_->setStandardOutputFile(QProcess::nullDevice());
+    editor_->setStandardErrorFile(QProcess::nullDevice());
     connect(editor_, &QProcess::finished, this, [this] { EditorEnded(); });
     auto* row = new QHBoxLayout;
     row->addStretch();
