@@ -67,6 +67,8 @@ int Run(CliSession& session, const StatusReportOptions& options) {
     const Vproject* project = session.workspace.ThisProject();
     if (!project) throw CliError("There is no project in " + options.file + ".");
     std::string out = options.out;
+    constexpr std::string_view kEndings[] = {".rtf"};
+    if (!out.empty()) RequireEnding("report", out, kEndings);
     if (out.empty()) {
         out = ReportFileName(project->ProjectName());
         if (!IsReportFileName(out)) throw CliError(ReportCopyError(out));

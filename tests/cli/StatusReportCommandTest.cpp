@@ -39,6 +39,7 @@ TEST_F(StatusReportCommandTest, WhatCannotBeDoneLeavesTheDocument) {
     };
     refuse({"--document", plan}, "house.vta is no RTF document.");
     refuse({"--document", PathOf("none.rtf")}, "could not be read");
+    ExpectPart(Refused({"report", "status", plan, "-o", plan}), "must end in .rtf");
     refuse({"--marks", "G"}, "is not a pair of marks");
     refuse({"--marks", "GG"}, "more marks than rows");
     refuse({"--document", TestFile("../../data/StatusReportLayout.rtf"), "--marks", "GX"}, "is no mark");
