@@ -128,7 +128,7 @@ std::size_t RtfText::EndOfWord(std::size_t begin) const {
 
 std::string RtfText::Write(const Changes& changes) const {
     if (changes.empty()) return bytes_;
-    const std::string lineEnd = bytes_.find("\r\n") == std::string::npos ? "\n" : "\r\n";
+    const std::string lineEnd = bytes_.find('\r') == std::string::npos ? "\n" : "\r\n";
     std::string out;
     out.reserve(bytes_.size() + bytes_.size() / 64);
     std::size_t lineBegin = 0;
@@ -139,14 +139,15 @@ std::string RtfText::Write(const Changes& changes) const {
         if (change != changes.end() && change->first == i) text = (change++)->second;
         if (text.empty()) continue;
         const std::size_t length = out.size() - lineBegin;
-        if (length > 0 && (length + text.size() >= kLineLength || Merges(before, text))) {
+        // How a document begins stays together.
+        if (i > 1 && length > 0 && (length + text.size() >= kLineLength || Merges(before, text))) {
             out += lineEnd;
             lineBegin = out.size();
         }
         out += text;
         before = text;
     }
-    return out + lineEnd;
+    return before == "\\" ? out : out + lineEnd;  // a backslash at a line's end is a symbol
 }
 
 void AppendUtf8(std::string& text, char32_t character) {
