@@ -100,6 +100,10 @@ void ChartFile::Write(const std::string& fileName, bool fit) const {
     tools_.Write(form_->TheVwindow(), form_->Caption(), fileName, fit);
 }
 
+std::string ChartFile::PictureText() const {
+    return GetPictureText({form_->TheVwindow(), tools_.Metrics(), form_->Caption()});
+}
+
 void WriteChart(CliSession& session, const std::string& fileName, const ChartKind& kind, bool fit) {
     ChartFile chart(session, kind);
     chart.Form().Start();

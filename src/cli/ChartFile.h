@@ -52,6 +52,8 @@ class ChartFile {
     ChartForm& Form() { return *form_; }
     /// Writes the started chart, as DrawingTools do.
     void Write(const std::string& fileName, bool fit) const;
+    /// The started chart as GetPictureText.
+    std::string PictureText() const;
 
   private:
     DrawingTools tools_;

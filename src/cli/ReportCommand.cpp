@@ -123,8 +123,10 @@ Command KindCommand(const ReportKind& kind) {
 }  // namespace
 
 Command ReportCommand() {
-    Command report{"report", "Solve plans and print a spreadsheet of them", {}, {}};
+    Command report{
+        "report", "Solve plans and print a spreadsheet of them, or write the status report", {}, {}};
     for (const ReportKind& kind : ReportKinds()) report.kinds.push_back(KindCommand(kind));
+    report.kinds.push_back(StatusReportCommand());
     return report;
 }
 

@@ -19,6 +19,7 @@
 #include "shell/main/ReportCommands.h"
 #include "shell/main/WelcomeForm.h"
 #include "shell/pages/CalendarForm.h"
+#include "shell/pages/StatusReportForm.h"
 #include "shell/trees/NodeCommands.h"
 #include "shell/trees/ProjectTreeForm.h"
 #include "shell/trees/Trees.h"
@@ -234,7 +235,10 @@ constexpr Command kGraphics[] = {
      "&Precedence diagram",
      [](MainForm& m) { StartChart(m, "precedence"); },
      {.button = 21, .toolTip = "Precedence diagram", .needs = Solved, .page = "PrecedenceForm"}},
-    {"GraphicsStatusReportMenu", "&Status report", NotReady, {.needs = Solved}},
+    {"GraphicsStatusReportMenu",
+     "&Status report",
+     [](MainForm& m) { StatusReportForm::Start(m.TheDesktop()); },
+     {.needs = Solved}},
 };
 
 constexpr Command kOutput[] = {
