@@ -3,7 +3,7 @@
 # its layer must not use; and when there is a folder that this script does not know.
 set -eu
 cd "$(dirname "$0")/.."
-core=(model solve persist charts)
+core=(model solve persist charts reports)
 layers=("${core[@]}" paint)
 programs=(shell cli)
 rooms=(desk widgets forms entry trees pages problems main)
@@ -39,9 +39,16 @@ done
 for folder in "${core[@]}"; do
     forbid "$folder" '#include [<"]Q[A-Z]' "use the toolkit"
 done
-for folder in persist charts paint shell cli; do
+for folder in persist charts reports paint shell cli; do
     forbid "$folder" '#include "solve/(Solution|Network|Bookings|ForwardRun|ReverseRun)\.h"' "see behind solve/Solver.h"
 done
+for folder in "${layers[@]}" "${programs[@]}"; do
+    [ "$folder" = reports ] || forbid "$folder" '#include [<"]xlsxwriter' "make workbooks itself"
+done
+if grep -nE '#include [<"](xlsxwriter|reports/xlsx/)' src/reports/*.{h,cpp}; then
+    echo "src/reports must not use src/reports/xlsx or what is behind it" >&2
+    status=1
+fi
 forbid cli '#include ["<]shell/' "include shell"
 forbid cli '#include [<"]Q(Application|Widget|Dialog|MessageBox|MainWindow)' "open windows"
 forbid shell '#include ["<]cli/' "include cli"

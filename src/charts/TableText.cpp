@@ -8,9 +8,11 @@
 namespace vortan {
 namespace {
 
-/// The rows that have cells, the titles first.
-int TextRows(const Vwindow& surface) {
-    return surface.Rows() - (surface.HasFooter() ? 1 : 0);
+/// Each row of the part, the titles first if it has them.
+template <class Visit>
+void ForEachRow(const TablePart& part, Visit&& visit) {
+    if (part.titles && part.top > 0) visit(0);
+    for (int row = part.top; row <= part.bottom; ++row) visit(row);
 }
 
 std::string OneLine(std::string_view text) {
@@ -81,25 +83,29 @@ std::string HtmlCell(const Vwindow& surface, int row, int col) {
 
 }  // namespace
 
-std::string TableAsTabs(const Vwindow& surface) {
+TablePart WholeTable(const Vwindow& surface) {
+    return {0, 0, surface.Rows() - (surface.HasFooter() ? 2 : 1), surface.Cols() - 1};
+}
+
+std::string TableAsTabs(const Vwindow& surface, const TablePart& part) {
     std::string text;
-    for (int row = 0; row < TextRows(surface); ++row) {
-        for (int col = 0; col < surface.Cols(); ++col) {
-            if (col > 0) text += '\t';
+    ForEachRow(part, [&](int row) {
+        for (int col = part.left; col <= part.right; ++col) {
+            if (col > part.left) text += '\t';
             text += OneLine(row == 0 ? surface.ColumnTitle(col) : surface.Cell(row, col));
         }
         text += "\r\n";
-    }
+    });
     return text;
 }
 
-std::string TableAsHtml(const Vwindow& surface) {
+std::string TableAsHtml(const Vwindow& surface, const TablePart& part) {
     std::string text = "<table border=\"1\" style=\"border-collapse:collapse\">\n";
-    for (int row = 0; row < TextRows(surface); ++row) {
+    ForEachRow(part, [&](int row) {
         text += "<tr>";
-        for (int col = 0; col < surface.Cols(); ++col) text += HtmlCell(surface, row, col);
+        for (int col = part.left; col <= part.right; ++col) text += HtmlCell(surface, row, col);
         text += "</tr>\n";
-    }
+    });
     return text + "</table>\n";
 }
 

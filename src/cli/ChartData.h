@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "charts/BudgetForm.h"
 #include "charts/Histogram.h"
@@ -12,31 +11,9 @@
 /// What charts show, as data for other programs.
 namespace vortan {
 
-/// Writes a CSV text: lines end in CR LF, cells are quoted where they must be, numbers have a decimal point.
-class CsvWriter {
-  public:
-    void Cell(std::string_view text);
-    void Cell(double number) { Cell(JsonNumber(number)); }
-    void EndLine();
-    const std::string& Text() const { return out_; }
-
-  private:
-    std::string out_;
-    bool comma_ = false;
-};
-
 void WriteChartJson(JsonWriter& json, const Histogram& histogram);
 void WriteChartJson(JsonWriter& json, const BudgetForm::Shown& budget);
 void WriteChartJson(JsonWriter& json, const PrecedenceForm& precedence);
 void WriteChartJson(JsonWriter& json, const WorkBreakdown& breakdown);
-
-/// A line for each resource or department, a column for each period, a last line with the totals.
-std::string ChartCsv(const Histogram& histogram);
-/// A line for each day, a column for each curve, empty outside the dates of the curve.
-std::string ChartCsv(const BudgetForm::Shown& budget);
-/// A line for each box, with the numbers of those that it is before and, last, its texts.
-std::string ChartCsv(const PrecedenceForm& precedence);
-/// A line for each box, then for each line of text.
-std::string ChartCsv(const WorkBreakdown& breakdown);
 
 }  // namespace vortan

@@ -15,12 +15,9 @@ namespace {
 
 enum class Output { Svg, Png, Pdf };
 
-Output OutputOf(const std::string& fileName, bool data = false) {
+Output OutputOf(const std::string& fileName) {
     if (EndsWithText(fileName, ".svg")) return Output::Svg;
-    if (EndsWithText(fileName, ".png")) return Output::Png;
-    if (EndsWithText(fileName, ".pdf")) return Output::Pdf;
-    throw CliError("The chart cannot be written to \"" + fileName + "\". Its name must end in .svg, .png" +
-                   (data ? ", .pdf, .json or .csv." : " or .pdf."));
+    return EndsWithText(fileName, ".png") ? Output::Png : Output::Pdf;
 }
 
 /// Fonts need the toolkit to be up, which needs no display.
@@ -47,9 +44,20 @@ QByteArray MakeFile(const ShownSurface& shown, Output output, bool fit) {
 
 }  // namespace
 
+void RequireEnding(const std::string& what, const std::string& fileName,
+                   std::span<const std::string_view> endings) {
+    std::string all;
+    for (std::size_t i = 0; i < endings.size(); ++i) {
+        if (EndsWithText(fileName, endings[i])) return;
+        all += (i == 0 ? "" : i + 1 == endings.size() ? " or " : ", ") + std::string(endings[i]);
+    }
+    throw CliError("The " + what + " cannot be written to \"" + fileName + "\". Its name must end in " + all +
+                   ".");
+}
+
 void RequireChartFile(const std::string& fileName, bool data) {
-    if (data && (EndsWithText(fileName, ".json") || EndsWithText(fileName, ".csv"))) return;
-    OutputOf(fileName, data);
+    constexpr std::string_view endings[] = {".svg", ".png", ".pdf", ".json", ".csv"};
+    RequireEnding("chart", fileName, std::span(endings).first(data ? 5 : 3));
 }
 
 void WriteResultFile(const std::string& fileName, const std::string& bytes) {
@@ -58,29 +66,42 @@ void WriteResultFile(const std::string& fileName, const std::string& bytes) {
     if (!problem.empty()) throw CliError(problem);
 }
 
-ChartFile::ChartFile(CliSession& session, const ChartKind& kind)
+DrawingTools::DrawingTools(CliSession& session, const char* form)
     : toolkit_(StartToolkit()), settings_(session.platform) {
     try {
         settings_.ReadConfigFile();
     } catch (const Fault& fault) {
         session.streams.err << "Warning: " << fault.Description() << "\n";
     }
-    metrics_ = std::make_unique<QtTextMetrics>(ToFont(settings_.FontOf(kind.form)));
-    form_ = kind.make({session.workspace, settings_, session.iterative.Results(), *metrics_, session.solver});
-    form_->TheVwindow().SetPage(PageOf(DefaultPageLayout()));
+    metrics_ = std::make_unique<QtTextMetrics>(ToFont(settings_.FontOf(form)));
 }
 
-ChartFile::~ChartFile() = default;
+DrawingTools::~DrawingTools() = default;
 
-void ChartFile::Write(const std::string& fileName, bool fit) const {
-    const ShownSurface shown{form_->TheVwindow(), *metrics_, form_->Caption()};
+void DrawingTools::Write(const Vwindow& surface, const std::string& title, const std::string& fileName,
+                         bool fit) const {
     QByteArray bytes;
     try {
-        bytes = MakeFile(shown, OutputOf(fileName), fit);
+        bytes = MakeFile({surface, *metrics_, title}, OutputOf(fileName), fit);
     } catch (const Fault& fault) {
         throw CliError(fault.Description());
     }
     WriteResultFile(fileName, bytes.toStdString());
+}
+
+ChartFile::ChartFile(CliSession& session, const ChartKind& kind)
+    : tools_(session, kind.form),
+      form_(kind.make({session.workspace, tools_.TheSettings(), session.iterative.Results(), tools_.Metrics(),
+                       session.solver})) {
+    form_->TheVwindow().SetPage(PageOf(DefaultPageLayout()));
+}
+
+void ChartFile::Write(const std::string& fileName, bool fit) const {
+    tools_.Write(form_->TheVwindow(), form_->Caption(), fileName, fit);
+}
+
+std::string ChartFile::PictureText() const {
+    return GetPictureText({form_->TheVwindow(), tools_.Metrics(), form_->Caption()});
 }
 
 void WriteChart(CliSession& session, const std::string& fileName, const ChartKind& kind, bool fit) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "charts/ChartKinds.h"
 #include "cli/Session.h"
@@ -9,33 +11,52 @@
 
 class QGuiApplication;
 
-/// Charts as the desktop would show or print them, in files.
+/// Charts and reports as the desktop would show or print them, in files.
 namespace vortan {
 
-/// CliError unless the name ends in .svg, .png or .pdf, or with `data` in .json or .csv. To be asked before
-/// any work is done.
+/// CliError unless the name ends in one of `endings`. To be asked before any work is done.
+void RequireEnding(const std::string& what, const std::string& fileName,
+                   std::span<const std::string_view> endings);
+/// The same for a chart: .svg, .png or .pdf, or with `data` also .json or .csv.
 void RequireChartFile(const std::string& fileName, bool data = false);
 /// CliError if the file cannot be written.
 void WriteResultFile(const std::string& fileName, const std::string& bytes);
+
+/// What drawing needs: the toolkit, which is up without a display, and the user's settings and font.
+class DrawingTools {
+  public:
+    /// `form` is the name under which the settings keep the font.
+    DrawingTools(CliSession& session, const char* form);
+    ~DrawingTools();
+    DrawingTools(const DrawingTools&) = delete;
+    DrawingTools& operator=(const DrawingTools&) = delete;
+
+    Settings& TheSettings() { return settings_; }
+    const QtTextMetrics& Metrics() const { return *metrics_; }
+    /// Writes a complete surface: one picture, or a PDF cut into pages with headings, with `fit` reduced to
+    /// one page. CliError if that fails.
+    void Write(const Vwindow& surface, const std::string& title, const std::string& fileName, bool fit) const;
+
+  private:
+    std::unique_ptr<QGuiApplication> toolkit_;
+    Settings settings_;
+    std::unique_ptr<QtTextMetrics> metrics_;
+};
 
 /// A chart with the user's preferences and font, for the caller to start.
 class ChartFile {
   public:
     /// `session` must outlive this.
     ChartFile(CliSession& session, const ChartKind& kind);
-    ~ChartFile();
-    ChartFile(const ChartFile&) = delete;
-    ChartFile& operator=(const ChartFile&) = delete;
 
     ChartForm& Form() { return *form_; }
-    /// Writes the started chart: one picture, or a PDF cut into pages with headings, with `fit` reduced to
-    /// one page. CliError if that fails.
+    /// Writes the started chart, as DrawingTools do.
     void Write(const std::string& fileName, bool fit) const;
+    /// The started chart as GetPictureText.
+    std::string PictureText() const;
 
   private:
-    std::unique_ptr<QGuiApplication> toolkit_;
-    Settings settings_;
-    std::unique_ptr<QtTextMetrics> metrics_;
+    DrawingTools tools_;
     std::unique_ptr<ChartForm> form_;
 };
 

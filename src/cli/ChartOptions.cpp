@@ -12,6 +12,8 @@
 #include "cli/Session.h"
 #include "model/Fault.h"
 #include "model/Vtemplate.h"
+#include "reports/ChartTables.h"
+#include "reports/CsvFile.h"
 
 namespace vortan {
 namespace {
@@ -23,9 +25,8 @@ std::string JsonOf(const ChartForm& form) {
     return json.Line();
 }
 
-template <class Form>
-std::string CsvOf(const ChartForm& form) {
-    return ChartCsv(static_cast<const Form&>(form).Data());
+std::string DataOf(const ChartForm& form) {
+    return DataCsvOf(*TableOf(form, ""));
 }
 
 // ---- histogram
@@ -137,10 +138,6 @@ std::string PrecedenceJson(const ChartForm& form) {
     return json.Line();
 }
 
-std::string PrecedenceCsv(const ChartForm& form) {
-    return ChartCsv(static_cast<const PrecedenceForm&>(form));
-}
-
 // ---- work breakdown structure
 
 std::vector<Option> WorkBreakdownOptions(ChartOptions& o) {
@@ -154,11 +151,10 @@ void SetWorkBreakdown(ChartForm& form, const ChartOptions& options, CliSession&)
 
 constexpr ChartWords kWords[] = {
     {.kind = "gantt", .hasTimeScale = true},
-    {"histogram", true, true, HistogramOptions, SetHistogram, JsonOf<HistogramForm>, CsvOf<HistogramForm>},
-    {"budget", true, false, BudgetOptions, SetBudget, JsonOf<BudgetForm>, CsvOf<BudgetForm>},
-    {"precedence", false, false, PrecedenceOptions, SetPrecedence, PrecedenceJson, PrecedenceCsv},
-    {"wbs", false, false, WorkBreakdownOptions, SetWorkBreakdown, JsonOf<WorkBreakdownForm>,
-     CsvOf<WorkBreakdownForm>},
+    {"histogram", true, true, HistogramOptions, SetHistogram, JsonOf<HistogramForm>, DataOf},
+    {"budget", true, false, BudgetOptions, SetBudget, JsonOf<BudgetForm>, DataOf},
+    {"precedence", false, false, PrecedenceOptions, SetPrecedence, PrecedenceJson, DataOf},
+    {"wbs", false, false, WorkBreakdownOptions, SetWorkBreakdown, JsonOf<WorkBreakdownForm>, DataOf},
 };
 
 }  // namespace

@@ -20,8 +20,9 @@ class CommandLine {
     CommandLine() {
         app_.require_subcommand(1);
         app_.set_version_flag("--version", GetAppVersion());
-        for (const Command& command : {SolveCommand(), ConvertCommand(), CheckCommand(), JournalCommand(),
-                                       WhyCommand(), RiskCommand(), CrashCommand(), ChartCommand()})
+        for (const Command& command :
+             {SolveCommand(), ConvertCommand(), CheckCommand(), JournalCommand(), WhyCommand(), RiskCommand(),
+              CrashCommand(), ChartCommand(), ReportCommand()})
             Add(app_, command);
     }
 

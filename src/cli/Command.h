@@ -63,5 +63,7 @@ Command WhyCommand();
 Command RiskCommand();
 Command CrashCommand();
 Command ChartCommand();
+Command ReportCommand();
+Command StatusReportCommand();  ///< a kind of report
 
 }  // namespace vortan

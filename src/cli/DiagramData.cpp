@@ -45,29 +45,6 @@ void WriteChartJson(JsonWriter& json, const PrecedenceForm& precedence) {
     });
 }
 
-std::string ChartCsv(const PrecedenceForm& precedence) {
-    const Precedence& data = precedence.Data();
-    CsvWriter csv;
-    for (const char* title : {"Number", "Project", "Task", "From", "To", "Column", "Row", "Before", "Lines"})
-        csv.Cell(title);
-    csv.EndLine();
-    auto link = data.links.begin();
-    for (std::size_t place = 0; place < data.boxes.size(); ++place) {
-        const Precedence::Box& box = data.boxes[place];
-        std::string before;
-        for (; link != data.links.end() && static_cast<std::size_t>(link->first) == place; ++link)
-            before += (before.empty() ? "" : " ") + std::to_string(link->second + 1);
-        csv.Cell(static_cast<double>(place + 1));
-        csv.Cell(box.projectName);
-        for (const int number : {box.taskID, box.fromPercent, box.toPercent, box.col, box.row})
-            csv.Cell(static_cast<double>(number));
-        csv.Cell(before);
-        for (const std::string& text : TextsOf(precedence, place)) csv.Cell(text);
-        csv.EndLine();
-    }
-    return csv.Text();
-}
-
 void WriteChartJson(JsonWriter& json, const WorkBreakdown& breakdown) {
     const auto write = [&](const WorkBreakdown::Text& text, bool box) {
         json.Object([&] {
@@ -93,26 +70,6 @@ void WriteChartJson(JsonWriter& json, const WorkBreakdown& breakdown) {
             for (const auto& line : breakdown.lines) write(line, false);
         });
     });
-}
-
-std::string ChartCsv(const WorkBreakdown& breakdown) {
-    CsvWriter csv;
-    for (const char* title : {"Kind", "Level", "Text", "X", "Y", "Width", "Height"}) csv.Cell(title);
-    csv.EndLine();
-    const auto write = [&](const char* kind, const WorkBreakdown::Text& text) {
-        csv.Cell(kind);
-        csv.Cell(static_cast<double>(text.level));
-        csv.Cell(text.text);
-        csv.Cell(static_cast<double>(text.x));
-        csv.Cell(static_cast<double>(text.y));
-        const bool box = text.width > 0;
-        csv.Cell(box ? std::to_string(text.width) : "");
-        csv.Cell(box ? std::to_string(text.height) : "");
-        csv.EndLine();
-    };
-    for (const auto& box : breakdown.boxes) write("box", box);
-    for (const auto& line : breakdown.lines) write("line", line);
-    return csv.Text();
 }
 
 }  // namespace vortan

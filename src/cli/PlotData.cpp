@@ -24,26 +24,6 @@ void ForEachPeriod(const Histogram& histogram, const Histogram::Row& row, Visit&
 
 }  // namespace
 
-void CsvWriter::Cell(std::string_view text) {
-    if (comma_) out_ += ',';
-    comma_ = true;
-    if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
-        out_ += text;
-        return;
-    }
-    out_ += '"';
-    for (const char c : text) {
-        if (c == '"') out_ += '"';
-        out_ += c;
-    }
-    out_ += '"';
-}
-
-void CsvWriter::EndLine() {
-    out_ += "\r\n";
-    comma_ = false;
-}
-
 void WriteChartJson(JsonWriter& json, const Histogram& histogram) {
     json.Object([&] {
         json.Member("chart", "histogram");
@@ -74,26 +54,6 @@ void WriteChartJson(JsonWriter& json, const Histogram& histogram) {
     });
 }
 
-std::string ChartCsv(const Histogram& histogram) {
-    CsvWriter csv;
-    csv.Cell("Key");
-    csv.Cell("Label");
-    for (std::size_t i = 0; i < histogram.totals.size(); ++i)
-        csv.Cell(FormatShortDate(DateTime(histogram.bounds[i])));
-    csv.EndLine();
-    for (const auto& row : histogram.rows) {
-        csv.Cell(row.key);
-        csv.Cell(row.label);
-        ForEachPeriod(histogram, row, [&](std::int64_t tenths) { csv.Cell(Hours(tenths)); });
-        csv.EndLine();
-    }
-    csv.Cell("");
-    csv.Cell("Total");
-    for (const std::int64_t total : histogram.totals) csv.Cell(Hours(total));
-    csv.EndLine();
-    return csv.Text();
-}
-
 void WriteChartJson(JsonWriter& json, const BudgetForm::Shown& budget) {
     json.Object([&] {
         json.Member("chart", "budget");
@@ -118,30 +78,6 @@ void WriteChartJson(JsonWriter& json, const BudgetForm::Shown& budget) {
             }
         });
     });
-}
-
-std::string ChartCsv(const BudgetForm::Shown& budget) {
-    CsvWriter csv;
-    csv.Cell("Date");
-    for (const auto& curve : budget.curves) csv.Cell(curve.label);
-    csv.EndLine();
-    std::int32_t first = INT32_MAX, last = INT32_MIN;
-    for (const auto& curve : budget.curves) {
-        first = std::min(first, curve.firstDay);
-        last = std::max(last, curve.LastDay());
-    }
-    for (std::int32_t day = first; day <= last && !budget.curves.empty(); ++day) {
-        csv.Cell(FormatShortDate(DateTime(day + 1)));
-        for (const auto& curve : budget.curves) {
-            if (day < curve.firstDay || day > curve.LastDay()) {
-                csv.Cell("");
-            } else {
-                csv.Cell(curve.At(day).ToDouble());
-            }
-        }
-        csv.EndLine();
-    }
-    return csv.Text();
 }
 
 }  // namespace vortan

@@ -26,6 +26,12 @@ constexpr Unit kUnits[] = {{"months", 9600, 43200},
                            {"hours", 60, 60},
                            {"minutes", 1, 1}};
 
+const Unit* FindUnit(int effortUnits) {
+    for (const Unit& unit : kUnits)
+        if (effortUnits == -unit.effortMinutes || effortUnits == unit.calendarMinutes) return &unit;
+    return nullptr;
+}
+
 bool TakePrefix(std::string_view& text, std::string_view prefix) {
     if (prefix.empty() || text.substr(0, prefix.size()) != prefix) return false;
     text = Trim(text.substr(prefix.size()));
@@ -176,10 +182,13 @@ std::string FormatEffort(int effortUnits, int optimistic, int mostLikely, int pe
 }
 
 const char* EffortUnitName(int effortUnits) {
-    for (const Unit& unit : kUnits) {
-        if (effortUnits == -unit.effortMinutes || effortUnits == unit.calendarMinutes) return unit.name;
-    }
-    RefuseIn("Common:EffortUnitName", "Assertion failed");
+    const Unit* const unit = FindUnit(effortUnits);
+    if (!unit) RefuseIn("Common:EffortUnitName", "Assertion failed");
+    return unit->name;
+}
+
+bool IsEffortUnit(int effortUnits) {
+    return FindUnit(effortUnits) != nullptr;
 }
 
 std::string FormatTwoDecimals(float value) {

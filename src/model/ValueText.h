@@ -27,6 +27,8 @@ std::string FormatEffort(int effortUnits, int optimistic, int mostLikely, int pe
 /// "minutes", "hours", "days", "weeks" or "months". Negative units are minutes of work (a day has 8 hours,
 /// a week 5 days, a month 20), positive ones minutes on the clock. Other values, and 0, are a fault.
 const char* EffortUnitName(int effortUnits);
+/// Whether there is such a unit; 0 is none.
+bool IsEffortUnit(int effortUnits);
 /// At most two decimals, the rest cut off: 1.999 gives 1.99.
 std::string FormatTwoDecimals(float value);
 

@@ -45,12 +45,16 @@ class alignas(64) Vtask : public JournaledObject<Vtask> {
     /// Kind and unit of the estimates: negative is effort, positive calendar time, the magnitude the minutes
     /// per unit; 0 has no estimate, its dates come from dependencies.
     std::int32_t EffortUnits() const { return effortUnits_.At(Index()); }
+    std::int32_t EffortUnitsAt(std::int32_t journalIndex) const { return effortUnits_.At(journalIndex); }
     void SetEffortUnits(std::int32_t value) { Let(effortUnits_, value); }
     std::int32_t Optimistic() const { return optimistic_.At(Index()); }
+    std::int32_t OptimisticAt(std::int32_t journalIndex) const { return optimistic_.At(journalIndex); }
     void SetOptimistic(std::int32_t value) { Let(optimistic_, value); }
     std::int32_t MostLikely() const { return mostLikely_.At(Index()); }
+    std::int32_t MostLikelyAt(std::int32_t journalIndex) const { return mostLikely_.At(journalIndex); }
     void SetMostLikely(std::int32_t value) { Let(mostLikely_, value); }
     std::int32_t Pessimistic() const { return pessimistic_.At(Index()); }
+    std::int32_t PessimisticAt(std::int32_t journalIndex) const { return pessimistic_.At(journalIndex); }
     void SetPessimistic(std::int32_t value) { Let(pessimistic_, value); }
     /// How well a larger team scales, between 0 and 1.
     double Efficiency() const { return efficiency_.At(Index()); }
@@ -72,6 +76,7 @@ class alignas(64) Vtask : public JournaledObject<Vtask> {
     DateTime EarlyFinishAt(std::int32_t journalIndex) const { return earlyFinish_.At(journalIndex); }
     void SetEarlyFinish(DateTime value) { LetResult(earlyFinish_, value); }
     DateTime LateStart() const { return lateStart_.At(Index()); }
+    DateTime LateStartAt(std::int32_t journalIndex) const { return lateStart_.At(journalIndex); }
     void SetLateStart(DateTime value) { LetResult(lateStart_, value); }
     DateTime LateFinish() const { return lateFinish_.At(Index()); }
     DateTime LateFinishAt(std::int32_t journalIndex) const { return lateFinish_.At(journalIndex); }

@@ -225,6 +225,8 @@ void ChartPainter::PaintHeading(QPainter& painter, int firstCol, int lastCol, do
         if (surface_.IsTimeColumn(col)) {
             const QRect lower(QPoint(room.left(), bottom / 2), room.bottomRight());
             painter.drawText(lower, Qt::AlignCenter | Qt::TextDontClip, Q(surface_.ColumnTitle(col)));
+        } else if (surface_.ColumnAlignment(col) == Alignment::DayColumn) {
+            col = PaintDayTitles(painter, col, pixel);
         } else {
             PaintText(painter, room, LinesOf(surface_.ColumnTitle(col)), Qt::AlignCenter);
         }
@@ -239,6 +241,32 @@ void ChartPainter::PaintHeading(QPainter& painter, int firstCol, int lastCol, do
         painter.setPen(Qt::black);
         painter.drawText(room.adjusted(line / 6, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft, Q(label.text));
     }
+}
+
+/// The title that neighbouring day columns share stands once over each week of them, or over as many columns
+/// as it needs. Returns the last column of those that share one with `col`.
+int ChartPainter::PaintDayTitles(QPainter& painter, int col, double pixel) const {
+    constexpr int daysOfWeek = 7;
+    const std::string& title = surface_.ColumnTitle(col);
+    const auto shares = [&](int other) {
+        return other >= 0 && other < surface_.Cols() && !surface_.IsTimeColumn(other) &&
+               surface_.ColumnAlignment(other) == Alignment::DayColumn &&
+               surface_.ColumnTitle(other) == title;
+    };
+    int first = col, end = col + 1;
+    while (shares(first - 1)) --first;
+    while (shares(end)) ++end;
+    const int width = std::max(surface_.ColPos(col + 1) - surface_.ColPos(col), 1);
+    const int needed = WidestLine(title, surface_.Metrics()) + 2 * surface_.CellMargin();
+    const int step = std::max(daysOfWeek, (needed + width - 1) / width);
+    for (int at = first; at < end;) {
+        const int next = end - at < 2 * step ? end : at + step;
+        const QRect room(QPoint(surface_.ColPos(at), 0), QPoint(surface_.ColPos(next), surface_.RowPos(1)));
+        painter.fillRect(QRectF(room).adjusted(pixel, pixel, -pixel, -pixel), ScreenColor(kHeading));
+        PaintText(painter, room, LinesOf(title), Qt::AlignCenter);
+        at = next;
+    }
+    return end - 1;
 }
 
 void ChartPainter::PaintCell(QPainter& painter, int row, int col) const {

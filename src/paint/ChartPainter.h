@@ -32,6 +32,7 @@ class ChartPainter {
     void DropCovered(const QRect& part, double pixel) const;
     void PaintGrid(QPainter& painter, const QRect& part, double pixel) const;
     void PaintHeading(QPainter& painter, int firstCol, int lastCol, double pixel) const;
+    int PaintDayTitles(QPainter& painter, int col, double pixel) const;
     void PaintCell(QPainter& painter, int row, int col) const;
     void PaintItem(QPainter& painter, const DrawItem& item, double pixel) const;
     void PaintText(QPainter& painter, const QRect& room, const std::vector<std::string_view>& lines,

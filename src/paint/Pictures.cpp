@@ -12,6 +12,7 @@
 #include "model/Fault.h"
 #include "paint/ChartPainter.h"
 #include "paint/Text.h"
+#include "reports/StatusReport.h"
 
 namespace vortan {
 namespace {
@@ -68,6 +69,13 @@ QImage MakeImage(const ShownSurface& shown, double pixelsPerInch, double mostPix
     return image;
 }
 
+QByteArray ToPng(const QImage& image) {
+    QByteArray data;
+    QBuffer buffer(&data);
+    if (!image.save(&buffer, "PNG")) Refuse("The PNG picture could not be made.");
+    return data;
+}
+
 QByteArray MakePng(const ShownSurface& shown, double pixelsPerInch) {
     const QImage image = MakeImage(shown, pixelsPerInch, kMostPixels);
     if (image.isNull()) {
@@ -77,10 +85,7 @@ QByteArray MakePng(const ShownSurface& shown, double pixelsPerInch) {
                std::to_string(std::lround(shown.surface.ContentHeight() * perTwip)) +
                " pixels. Please make an SVG or a PDF of it.");
     }
-    QByteArray data;
-    QBuffer buffer(&data);
-    if (!image.save(&buffer, "PNG")) Refuse("The PNG picture could not be made.");
-    return data;
+    return ToPng(image);
 }
 
 }  // namespace
@@ -92,8 +97,9 @@ QByteArray MakePicture(const ShownSurface& shown, PictureType type, double pixel
 std::unique_ptr<QMimeData> ClipboardData(const ShownSurface& shown) {
     auto data = std::make_unique<QMimeData>();
     if (shown.surface.TheStyle() == Vwindow::Style::Table) {
-        data->setText(Q(TableAsTabs(shown.surface)));
-        data->setHtml(Q(TableAsHtml(shown.surface)));
+        const TablePart all = WholeTable(shown.surface);
+        data->setText(Q(TableAsTabs(shown.surface, all)));
+        data->setHtml(Q(TableAsHtml(shown.surface, all)));
     }
     data->setData("image/svg+xml", MakeSvg(shown));
     const QImage image = MakeImage(shown, kPicturePixels, kMostClipboardPixels);
@@ -102,7 +108,25 @@ std::unique_ptr<QMimeData> ClipboardData(const ShownSurface& shown) {
 }
 
 std::string GetPictureText(const ShownSurface& shown) {
-    return MakePng(shown, kPicturePixels).toHex().toStdString();
+    constexpr double kNatural = static_cast<double>(kReportPixelsWide) / kReportTwipsWide;
+    const Vwindow& surface = shown.surface;
+    const int line = static_cast<int>(kTwipsPerPixel);
+    const QRect all(0, 0, surface.ContentWidth() + line, surface.ContentHeight() + line);
+    const double perTwip = std::min({kNatural, static_cast<double>(kReportPixelsWide) / all.width(),
+                                     static_cast<double>(kReportPixelsHigh) / all.height()});
+    QImage image(kReportPixelsWide, kReportPixelsHigh, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    image.setDotsPerMeterX(static_cast<int>(std::lround(kNatural * kTwipsPerInch / 0.0254)));
+    image.setDotsPerMeterY(image.dotsPerMeterX());
+    QPainter painter(&image);
+    painter.translate((kReportPixelsWide - all.width() * perTwip) / 2,
+                      (kReportPixelsHigh - all.height() * perTwip) / 2);
+    painter.scale(perTwip, perTwip);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    const ChartPainter chart(surface, shown.metrics, surface.AdjustColors);
+    chart.Paint(painter, all, std::max(kTwipsPerPixel, 1 / perTwip));
+    painter.end();
+    return ToPng(image).toHex().toStdString();
 }
 
 }  // namespace vortan

@@ -19,7 +19,8 @@ QByteArray MakePicture(const ShownSurface& shown, PictureType type, double pixel
 /// text and as HTML. What is too large for pixels is there as SVG alone.
 std::unique_ptr<QMimeData> ClipboardData(const ShownSurface& shown);
 
-/// The data of a PNG as hexadecimal digits, as the picture group of an RTF document holds them.
+/// The data of a PNG as hexadecimal digits, as the picture group of an RTF document holds them. It has the
+/// size of pictures in reports; what is larger is reduced to it, what is smaller has white around it.
 std::string GetPictureText(const ShownSurface& shown);
 
 }  // namespace vortan

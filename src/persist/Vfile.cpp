@@ -334,4 +334,22 @@ bool WriteFileText(Platform& platform, const std::string& name, std::string_view
     return false;
 }
 
+std::string ReadFileBytes(const std::string& name, std::string& bytes) {
+    try {
+        bytes = ReadBytes(name);
+        return {};
+    } catch (const Failure& failure) {
+        return Description(failure);
+    }
+}
+
+std::string ReplaceFileBytes(Platform& platform, const std::string& name, std::string_view bytes) {
+    try {
+        ReplaceFile(name, bytes, platform.BackupDirectory());
+        return {};
+    } catch (const Failure& failure) {
+        return Description(failure);
+    }
+}
+
 }  // namespace vortan

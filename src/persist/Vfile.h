@@ -41,4 +41,9 @@ bool ReadFileText(Platform& platform, const std::string& name, FileText& out);
 /// false. A symbolic link stays one: the file that it leads to is written. An unknown type is a fault.
 bool WriteFileText(Platform& platform, const std::string& name, std::string_view text);
 
+// Files of other programs, as they are. Each returns what went wrong in the system's words, empty if nothing
+// did. Replacing is as safe as WriteFileText.
+std::string ReadFileBytes(const std::string& name, std::string& bytes);
+std::string ReplaceFileBytes(Platform& platform, const std::string& name, std::string_view bytes);
+
 }  // namespace vortan

@@ -21,8 +21,12 @@ Vtask* HolderOf(const Network& network, const SlotView& slot) {
     return slot.task >= 0 ? network.Tasks()[Index(slot.task)].object.Get() : nullptr;
 }
 
+Vslot ViewOf(const SlotView& slot, Vtask* holder) {
+    return {slot.startTime, slot.endTime, SlotTypeOf(slot.kind), holder, slot.laborCost};
+}
+
 Vslot ViewOf(const Network& network, const SlotView& slot) {
-    return {slot.startTime, slot.endTime, SlotTypeOf(slot.kind), HolderOf(network, slot), slot.laborCost};
+    return ViewOf(slot, HolderOf(network, slot));
 }
 
 /// Calls `visit(const SlotView&)` on the slots of a resource on these days, in time order.
@@ -113,8 +117,14 @@ std::vector<Vslot> Solver::Slots(const Vresource& resource, DaySpan days) const 
 
 std::vector<Vslot> Solver::HeldSlots(const Vresource& resource, DaySpan days) const {
     std::vector<Vslot> slots;
+    // A task mostly holds several slots in a row, and is far away in memory.
+    std::int32_t known = -1;
+    Vtask* holder = nullptr;
     ForEachSlot(*standing_, resource, days, [&](const SlotView& slot) {
-        if (HolderOf(standing_->network, slot)) slots.push_back(ViewOf(standing_->network, slot));
+        if (slot.task < 0) return;
+        if (slot.task != known) holder = HolderOf(standing_->network, slot);
+        known = slot.task;
+        if (holder) slots.push_back(ViewOf(slot, holder));
     });
     return slots;
 }

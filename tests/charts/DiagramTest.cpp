@@ -7,6 +7,8 @@
 #include "charts/WorkBreakdownForm.h"
 #include "cli/ChartData.h"
 #include "cli/CliRun.h"
+#include "reports/ChartTables.h"
+#include "reports/CsvFile.h"
 #include "support/Json.h"
 #include "support/LoadedPlan.h"
 #include "support/ModelBench.h"
@@ -278,7 +280,7 @@ TEST(WorkBreakdownFormTest, SubprojectsHangFromABus) {
               "550 800 550 1050 ; 500 1400 700 1400 ; 500 1300 500 1400 ; ");
     EXPECT_EQ(bench.form.SubjectAt(410, 1060).task->TaskID(), 2);
     ExpectPart(bench.form.TipAt(7150, 460), "1: A\nStart: ");
-    EXPECT_EQ(ChartCsv(bench.form.Data()).substr(0, 77),
+    EXPECT_EQ(DataCsvOf(TableOf(bench.form.Data())).substr(0, 77),
               "Kind,Level,Text,X,Y,Width,Height\r\nbox,0,P,6800,200,200,200\r\nbox,1,S,400,1050,");
     // The first one that is too wide for a page stands below all the same.
     s->SetDescription(std::string(10000, 'x'));

@@ -8,6 +8,8 @@
 #include "model/Vproject.h"
 #include "model/Vtask.h"
 #include "model/Vtemplate.h"
+#include "reports/ChartTables.h"
+#include "reports/CsvFile.h"
 #include "support/Json.h"
 #include "support/LoadedPlan.h"
 #include "support/ModelBench.h"
@@ -342,14 +344,15 @@ TEST(PlotForms, AnyPlanGivesAChart) {
     BudgetForm costs(empty.workspace, metrics);
     costs.Start();
     EXPECT_EQ(costs.Data().increment, 1);
-    EXPECT_EQ(ChartCsv(costs.Data()), "Date,Plan Material,Plan Labor,Plan Total\r\n12/31/1899,0,0,0\r\n");
+    EXPECT_EQ(DataCsvOf(TableOf(costs.Data(), "")),
+              "Date,Plan Material,Plan Labor,Plan Total\r\n12/31/1899,0,0,0\r\n");
 }
 
 TEST(ChartCsv, QuotesWhatNeedsIt) {
     HistogramBench bench;
     bench.Resource("Crew", 1)->SetDescription("Ann, \"A\"");
     bench.Hours(Period::Week);
-    EXPECT_EQ(ChartCsv(bench.form.Data()),
+    EXPECT_EQ(DataCsvOf(TableOf(bench.form.Data())),
               "Key,Label,9/2/2001,9/9/2001\r\n1,\"Ann, \"\"A\"\"\",40,28\r\n2,Bob,20,8\r\n,Total,60,36\r\n");
 }
 

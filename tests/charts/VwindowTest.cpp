@@ -138,8 +138,8 @@ TEST(Vwindow, ATableIsTextForOtherPrograms) {
     w.SetCellMarkC(2, 1, true);
     w.SetCellColor(2, 1, 0xC0FFC1);
     w.EndLayout(0, 0);
-    EXPECT_EQ(TableAsTabs(w), "Task\tTime left\r\n1: Cut & <fold>  Ann\t3d\r\n\tDone\r\n");
-    const std::string html = TableAsHtml(w);
+    EXPECT_EQ(TableAsTabs(w, WholeTable(w)), "Task\tTime left\r\n1: Cut & <fold>  Ann\t3d\r\n\tDone\r\n");
+    const std::string html = TableAsHtml(w, WholeTable(w));
     for (const char* part :
          {"<th style=\"text-align:center\">Time<br>left</th>", ">1: Cut &amp; &lt;fold&gt;<br>",
           "<td style=\"text-align:right\">3d</td>",

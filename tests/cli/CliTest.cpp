@@ -12,7 +12,8 @@ class CliTest : public CliFixture {};
 
 TEST_F(CliTest, EveryCommandHasItsHelp) {
     const std::string help = Done({"--help"});
-    for (const char* command : {"solve", "convert", "check", "journal", "why", "risk", "crash", "chart"}) {
+    for (const char* command :
+         {"solve", "convert", "check", "journal", "why", "risk", "crash", "chart", "report"}) {
         ExpectPart(help, std::string("\n  ") + command + " ");
         ExpectPart(Done({command, "--help"}), std::string("vortan-cli ") + command);
     }

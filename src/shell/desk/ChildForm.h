@@ -36,6 +36,8 @@ class ChildForm {
     virtual bool IsPrintable() const { return Class() == FormClass::FullPage; }
 
     QString FormName() { return Window().objectName(); }
+    /// Which page of the commands it is; several may be one form.
+    virtual QString PageName() { return FormName(); }
 };
 
 }  // namespace vortan

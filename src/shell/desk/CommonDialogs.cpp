@@ -4,6 +4,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFontDialog>
+#include <QRegularExpression>
 #include <cmath>
 #include <filesystem>
 
@@ -17,6 +18,18 @@ namespace {
 
 constexpr const char* kFilters = "VORTAN Bundle (*.vtb);;VORTAN Ascii (*.vta);;Microsoft Project (*.mpp)";
 
+std::string RunSaveDialog(QFileDialog& dialog) {
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    // A name typed without an extension takes that of the chosen type.
+    const auto follow = [&dialog](const QString& chosen) {
+        dialog.setDefaultSuffix(chosen.section("*.", 1).section(")", 0, 0));
+    };
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, follow);
+    follow(dialog.selectedNameFilter());
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+    return S(dialog.selectedFiles().front());
+}
+
 }  // namespace
 
 std::string ShowOpen(Desktop& desktop) {
@@ -29,18 +42,17 @@ std::string ShowOpen(Desktop& desktop) {
 
 std::string ShowSave(const std::string& directory, const std::string& suggestedName) {
     QFileDialog dialog(QApplication::activeWindow(), "Save", Q(directory), kFilters);
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
     const QFileInfo suggested(Q(suggestedName));
     if (suggested.isAbsolute()) dialog.setDirectory(suggested.path());
     dialog.selectFile(suggested.fileName());
-    // A name typed without an extension takes that of the chosen type.
-    const auto follow = [&dialog](const QString& chosen) {
-        dialog.setDefaultSuffix(chosen.section("*.", 1).section(")", 0, 0));
-    };
-    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, follow);
-    follow(dialog.selectedNameFilter());
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
-    return S(dialog.selectedFiles().front());
+    return RunSaveDialog(dialog);
+}
+
+std::string AskForFile(QWidget* parent, const char* caption, const std::string& title, const char* filters) {
+    QFileDialog dialog(parent, caption, {}, filters);
+    // Of "Mechanized Gantt chart for House: ..." what every file system takes.
+    dialog.selectFile(Q(title).section(':', 0, 0).remove(QRegularExpression("[^\\w .-]")).trimmed());
+    return RunSaveDialog(dialog);
 }
 
 QFont FontOfForm(Desktop& desktop, const QString& formName) {

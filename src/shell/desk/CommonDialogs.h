@@ -14,6 +14,9 @@ namespace vortan {
 std::string ShowOpen(Desktop& desktop);
 /// The name of a file to write, with an extension; empty on Cancel. `suggestedName` is a full or a bare name.
 std::string ShowSave(const std::string& directory, const std::string& suggestedName);
+/// The name of a file for something of that title, which is offered as far as every file system takes it;
+/// empty on Cancel. `filters` as a file dialog has them; the first one's ending is offered.
+std::string AskForFile(QWidget* parent, const char* caption, const std::string& title, const char* filters);
 /// Lets the user choose the font of a screen and stores it under its name. False on Cancel.
 bool ShowFont(Desktop& desktop, const QString& formName);
 

@@ -69,6 +69,7 @@ class Desktop {
     ErrTrap trap;
     FormHost* host = nullptr;  ///< the main window, for as long as there is one
     int calendarYear = 0;      ///< that the calendar showed last, 0 before it was open
+    DateTime byDayMonth;       ///< that the loading by day showed last, not set before it was open
 
     enum class Saving { Added, Changed, Moved };
     /// Called by entry forms for what they have saved; `Moved` when its place among its siblings may be

@@ -22,6 +22,8 @@ class FormHost {
     virtual void FormClosed(ChildForm& form) = 0;
     /// The page in front of the trees, or none.
     virtual ChildForm* FullPage() const = 0;
+    /// Whether an entry form is open, which nothing may come in the way of.
+    virtual bool IsEntering() const = 0;
 
     /// A word about what has just been done, for some seconds.
     virtual void Note(const std::string& text) = 0;

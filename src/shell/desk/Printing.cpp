@@ -4,17 +4,16 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QDoubleSpinBox>
-#include <QFileDialog>
 #include <QFormLayout>
 #include <QPrinter>
 #include <QPrinterInfo>
-#include <QRegularExpression>
 #include <algorithm>
 #include <memory>
 
 #include "paint/Printout.h"
 #include "paint/SaveFile.h"
 #include "paint/Text.h"
+#include "shell/desk/CommonDialogs.h"
 
 namespace vortan {
 namespace {
@@ -100,15 +99,6 @@ class PrinterForm : public QDialog {
     QDoubleSpinBox* margin_;
 };
 
-QString AskForPdfFile(QWidget* parent, const QString& title) {
-    QFileDialog dialog(parent, "Print to PDF File", {}, "PDF (*.pdf)");
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix("pdf");
-    // Of "Mechanized Gantt chart for House: ..." what every file system takes.
-    dialog.selectFile(title.section(':', 0, 0).remove(QRegularExpression("[^\\w .-]")).trimmed() + ".pdf");
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
-}
-
 }  // namespace
 
 Printing::Printing() : layout_(DefaultPageLayout()) {}
@@ -133,10 +123,10 @@ std::string Printing::Print(QWidget* parent, Platform& platform, const ShownSurf
         PrintPieces(*printer, shown, pieces);
         return "Sent to the printer " + S(printer_);
     }
-    const QString name = AskForPdfFile(parent, Q(shown.title));
-    if (name.isEmpty()) return {};
-    const std::string problem = SaveFile(S(name), MakePdf(layout_, shown, pieces));
-    if (problem.empty()) return "Written to " + S(name);
+    const std::string name = AskForFile(parent, "Print to PDF File", shown.title, "PDF (*.pdf)");
+    if (name.empty()) return {};
+    const std::string problem = SaveFile(name, MakePdf(layout_, shown, pieces));
+    if (problem.empty()) return "Written to " + name;
     platform.MessageBox(problem, "File Not Written", BoxIcon::Warning, BoxButtons::Ok);
     return {};
 }

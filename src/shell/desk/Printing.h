@@ -19,6 +19,7 @@ class Printing {
 
     /// What charts may fill of a page.
     Vwindow::Page Page() const;
+    const QPageLayout& Layout() const { return layout_; }
     /// Lets the user choose the printer and its page. False on Cancel: all is as it was.
     bool ShowPrinter(QWidget* parent);
     /// Prints, asking for the name of a PDF file first if that is the printer, and returns what there is to

@@ -16,8 +16,10 @@
 #include "shell/main/MainForm.h"
 #include "shell/main/OutputCommands.h"
 #include "shell/main/PreferencesForm.h"
+#include "shell/main/ReportCommands.h"
 #include "shell/main/WelcomeForm.h"
 #include "shell/pages/CalendarForm.h"
+#include "shell/pages/StatusReportForm.h"
 #include "shell/trees/NodeCommands.h"
 #include "shell/trees/ProjectTreeForm.h"
 #include "shell/trees/Trees.h"
@@ -85,14 +87,6 @@ void NotReady(MainForm& main) {
     Memory(main).NotReadyYet();
 }
 
-void ProjectUpdate(MainForm& main) {
-    const Vproject& project = *Memory(main).ThisProject();
-    if (project.PlanIndex() != project.CurrentIndex()) return NotReady(main);
-    main.TheDesktop().platform.MessageBox(
-        "This spreadsheet requires the current journal to be different from the plan journal.",
-        "Plan Equals Current", BoxIcon::Warning, BoxButtons::Ok);
-}
-
 // ---- the tables
 
 using enum Needs;
@@ -150,16 +144,46 @@ constexpr Command kJournal[] = {
 };
 
 constexpr Command kSpreadsheet[] = {
-    {"SpreadsheetTypeMenu(1)", "Resource entry", NotReady, {.needs = Template}},
-    {"SpreadsheetTypeMenu(2)", "Task entry", NotReady, {.needs = Project}},
-    {"SpreadsheetTypeMenu(3)", "Project summary", NotReady, {.needs = Solved}},
-    {"SpreadsheetTypeMenu(4)", "Project update", ProjectUpdate, {.needs = Solved}},
-    {"SpreadsheetTypeMenu(5)", "Loading by resource", NotReady, {.needs = Template}},
-    {"SpreadsheetTypeMenu(6)", "Loading by project", NotReady, {.needs = Template}},
-    {"SpreadsheetTypeMenu(7)", "Loading by day", NotReady, {.needs = Template}},
-    {"SpreadsheetTypeMenu(8)", "Overtime and overload", NotReady, {.needs = Solved}},
-    {"SpreadsheetTypeMenu(9)", "Overload", NotReady, {.needs = Solved}},
-    {"SpreadsheetTypeMenu(10)", "Date dependency", NotReady, {.needs = Project}},
+    {"SpreadsheetTypeMenu(1)",
+     "Resource entry",
+     StartReport<1>,
+     {.needs = Template, .page = "SpreadsheetTypeMenu(1)"}},
+    {"SpreadsheetTypeMenu(2)",
+     "Task entry",
+     StartReport<2>,
+     {.needs = Project, .page = "SpreadsheetTypeMenu(2)"}},
+    {"SpreadsheetTypeMenu(3)",
+     "Project summary",
+     StartReport<3>,
+     {.needs = Solved, .page = "SpreadsheetTypeMenu(3)"}},
+    {"SpreadsheetTypeMenu(4)",
+     "Project update",
+     StartReport<4>,
+     {.needs = Solved, .page = "SpreadsheetTypeMenu(4)"}},
+    {"SpreadsheetTypeMenu(5)",
+     "Loading by resource",
+     StartReport<5>,
+     {.needs = Template, .page = "SpreadsheetTypeMenu(5)"}},
+    {"SpreadsheetTypeMenu(6)",
+     "Loading by project",
+     StartReport<6>,
+     {.needs = Template, .page = "SpreadsheetTypeMenu(6)"}},
+    {"SpreadsheetTypeMenu(7)",
+     "Loading by day",
+     StartReport<7>,
+     {.needs = Template, .page = "SpreadsheetTypeMenu(7)"}},
+    {"SpreadsheetTypeMenu(8)",
+     "Overtime and overload",
+     StartReport<8>,
+     {.needs = Solved, .page = "SpreadsheetTypeMenu(8)"}},
+    {"SpreadsheetTypeMenu(9)",
+     "Overload",
+     StartReport<9>,
+     {.needs = Solved, .page = "SpreadsheetTypeMenu(9)"}},
+    {"SpreadsheetTypeMenu(10)",
+     "Date dependency",
+     StartReport<10>,
+     {.needs = Project, .page = "SpreadsheetTypeMenu(10)"}},
 };
 
 constexpr Command kCalendar[] = {
@@ -211,7 +235,10 @@ constexpr Command kGraphics[] = {
      "&Precedence diagram",
      [](MainForm& m) { StartChart(m, "precedence"); },
      {.button = 21, .toolTip = "Precedence diagram", .needs = Solved, .page = "PrecedenceForm"}},
-    {"GraphicsStatusReportMenu", "&Status report", NotReady, {.needs = Solved}},
+    {"GraphicsStatusReportMenu",
+     "&Status report",
+     [](MainForm& m) { StatusReportForm::Start(m.TheDesktop()); },
+     {.needs = Solved}},
 };
 
 constexpr Command kOutput[] = {
@@ -219,6 +246,7 @@ constexpr Command kOutput[] = {
      "&Print",
      OutputPrint,
      {.button = 14, .toolTip = "Print", .whileEntering = kPrintable}},
+    {"OutputExportMenu", "&Export table...", OutputExport, {.whileEntering = kPrintable}},
     {"OutputCopyMenu", "&Copy", OutputCopy, {.button = 13, .toolTip = "Copy", .whileEntering = kPrintable}},
 };
 

@@ -91,7 +91,7 @@ void Commands::Run(const Command& command) {
     UpdateChecks();  // the click has turned the mark over
     if (!IsMet(command.traits.needs, main_.TheDesktop().workspace)) return;
     ChildForm* page = main_.FullPage();
-    if (command.traits.page && page && page->FormName() == command.traits.page) return page->Unload();
+    if (command.traits.page && page && page->PageName() == command.traits.page) return page->Unload();
     command.run(main_);
 }
 
@@ -195,7 +195,7 @@ void Commands::UpdateChecks() {
     ChildForm* page = main_.FullPage();
     for (const Command* command : all_) {
         QAction& action = *actions_.at(command->id);
-        if (action.isCheckable()) action.setChecked(page && page->FormName() == command->traits.page);
+        if (action.isCheckable()) action.setChecked(page && page->PageName() == command->traits.page);
     }
 }
 

@@ -35,6 +35,7 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
     void ShowForm(ChildForm& form) override { forms_.Show(form); }
     void FormClosed(ChildForm& form) override { forms_.Closed(form); }
     ChildForm* FullPage() const override { return forms_.FullPage(); }
+    bool IsEntering() const override { return forms_.EntryForm() != nullptr; }
     void Note(const std::string& text) override { status_.Note(text); }
     void DisplayHelpPage(const std::string& page) override;
     void ContextHelp() override;

@@ -98,7 +98,10 @@ ChartPage::ChartPage(Desktop& desktop, const Maker& make) : PageForm(desktop) {
     auto* layout = new QGridLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    if (chart_->StaysAsBuilt()) layout->addWidget(NewBehindLine(), 0, 0, 1, 2);
+    if (chart_->StaysAsBuilt()) {
+        behindLine_ = new BehindLine("chart", [this] { BuildAnew(); });
+        layout->addWidget(behindLine_, 0, 0, 1, 2);
+    }
     layout->addWidget(view_.get(), 1, 1);
     setFocusProxy(view_.get());
     const auto frame = chart_->Frame();
@@ -134,24 +137,6 @@ void ChartPage::ConnectView() {
         desktop_.Run("Chart:Vwindow_DblClick", [&] { Open(chart_->SubjectAt(x, y)); });
     };
     view_->Cursor = [this] { return Cursor(); };
-}
-
-QWidget* ChartPage::NewBehindLine() {
-    behindLine_ = new QFrame;
-    behindLine_->setObjectName("BehindFrame");
-    auto* row = new QHBoxLayout(behindLine_);
-    const int gap = fontMetrics().height() / 2;
-    row->setContentsMargins(gap, gap / 2, gap, gap / 2);
-    behindText_ = new QLabel;
-    behindText_->setObjectName("BehindLabel");
-    behindText_->setWordWrap(true);
-    auto* build = new QPushButton("Build &anew (F5)");
-    build->setObjectName("BuildAnewCommand");
-    connect(build, &QPushButton::clicked, this, [this] { BuildAnew(); });
-    row->addWidget(behindText_, 1);
-    row->addWidget(build);
-    behindLine_->hide();
-    return behindLine_;
 }
 
 QGroupBox* ChartPage::NewOptionsFrame(const ChartForm::OptionsFrame& frame) {
@@ -262,10 +247,8 @@ void ChartPage::ObjectsChanged(const std::vector<Change>&) {
 }
 
 void ChartPage::FallBehind() {
-    if (!behindLine_) return;
-    behindText_->setText(QString("The plan has changed since this chart was built.") +
-                         (chart_->HasMovedBoxes() ? " Boxes that you have moved will go back." : ""));
-    behindLine_->show();
+    if (behindLine_)
+        behindLine_->Show(chart_->HasMovedBoxes() ? " Boxes that you have moved will go back." : "");
 }
 
 void ChartPage::BuildAnew() {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QGroupBox>
-#include <QLabel>
 #include <QWidget>
 #include <functional>
 #include <memory>
@@ -11,6 +10,7 @@
 #include "charts/ChartForm.h"
 #include "paint/QtTextMetrics.h"
 #include "shell/forms/PageForm.h"
+#include "shell/widgets/BehindLine.h"
 #include "shell/widgets/SurfaceView.h"
 
 namespace vortan {
@@ -43,7 +43,6 @@ class ChartPage : public PageForm {
   private:
     ChartPage(Desktop& desktop, const Maker& make);
     void ConnectView();
-    QWidget* NewBehindLine();
     QGroupBox* NewOptionsFrame(const ChartForm::OptionsFrame& frame);
     QWidget* NewOption(const ChartForm::Option& option);
     QWidget* NewButton(const ChartForm::Option& option);
@@ -69,8 +68,7 @@ class ChartPage : public PageForm {
     QGroupBox* options_ = nullptr;
     bool optionsBeside_ = false;
     std::vector<QWidget*> optionControls_;  // in the order of the frame
-    QWidget* behindLine_ = nullptr;
-    QLabel* behindText_ = nullptr;
+    BehindLine* behindLine_ = nullptr;
 };
 
 }  // namespace vortan

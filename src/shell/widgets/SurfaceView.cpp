@@ -77,37 +77,42 @@ void SurfaceView::scrollContentsBy(int, int) {
     viewport()->update();
 }
 
-void SurfaceView::paintEvent(QPaintEvent* event) {
-    QPainter painter(viewport());
-    const QRect window = viewport()->rect();
-    painter.fillRect(event->rect(), Qt::white);
-    if (!surface_.IsLaidOut()) return;
-    const double twips = TwipsPerPixel();
+/// The body first: its scrolled part never reaches over the headings.
+void SurfaceView::ForEachPane(const std::function<void(const QRect&, const QPoint&)>& visit) const {
     const QSize fixed = Fixed();
+    const QRect window = viewport()->rect();
     const QPoint scroll(horizontalScrollBar()->value(), verticalScrollBar()->value());
-    const ChartPainter chart(surface_, *metrics_);
-    // The body first: its scrolled part never reaches over the headings.
     for (const bool fixedRows : {false, true}) {
         for (const bool fixedCols : {false, true}) {
             const int left = fixedCols ? 0 : fixed.width(), top = fixedRows ? 0 : fixed.height();
-            const QRect place(left, top, fixedCols ? fixed.width() : window.width() - left,
-                              fixedRows ? fixed.height() : window.height() - top);
-            const QRect dirty = place.intersected(event->rect());
-            if (dirty.isEmpty()) continue;
-            const QPoint shift(fixedCols ? 0 : scroll.x(), fixedRows ? 0 : scroll.y());
-            const QRect shown = dirty.translated(shift);
-            const QRect part(
-                QPoint(static_cast<int>(shown.left() * twips), static_cast<int>(shown.top() * twips)),
-                QPoint(static_cast<int>(std::ceil((shown.right() + 1) * twips)),
-                       static_cast<int>(std::ceil((shown.bottom() + 1) * twips))));
-            painter.save();
-            painter.setClipRect(dirty);
-            painter.translate(-shift);
-            painter.scale(1 / twips, 1 / twips);
-            chart.Paint(painter, part, twips);
-            painter.restore();
+            visit(QRect(left, top, fixedCols ? fixed.width() : window.width() - left,
+                        fixedRows ? fixed.height() : window.height() - top),
+                  QPoint(fixedCols ? 0 : scroll.x(), fixedRows ? 0 : scroll.y()));
         }
     }
+}
+
+void SurfaceView::paintEvent(QPaintEvent* event) {
+    QPainter painter(viewport());
+    painter.fillRect(event->rect(), Qt::white);
+    if (!surface_.IsLaidOut()) return;
+    const double twips = TwipsPerPixel();
+    const ChartPainter chart(surface_, *metrics_);
+    ForEachPane([&](const QRect& place, const QPoint& shift) {
+        const QRect dirty = place.intersected(event->rect());
+        if (dirty.isEmpty()) return;
+        const QRect shown = dirty.translated(shift);
+        const QRect part(
+            QPoint(static_cast<int>(shown.left() * twips), static_cast<int>(shown.top() * twips)),
+            QPoint(static_cast<int>(std::ceil((shown.right() + 1) * twips)),
+                   static_cast<int>(std::ceil((shown.bottom() + 1) * twips))));
+        painter.save();
+        painter.setClipRect(dirty);
+        painter.translate(-shift);
+        painter.scale(1 / twips, 1 / twips);
+        chart.Paint(painter, part, twips);
+        painter.restore();
+    });
     const auto cursor = hasFocus() && Cursor ? Cursor() : std::nullopt;
     if (!cursor) return;
     painter.setPen(QPen(palette().color(QPalette::Active, QPalette::Highlight), kCursorWidth));

@@ -56,12 +56,16 @@ class SurfaceView : public QAbstractScrollArea {
     bool viewportEvent(QEvent* event) override;
     QSize viewportSizeHint() const override { return ContentSize(); }
 
-  private:
-    double TwipsPerPixel() const { return kTwipsPerInch / logicalDpiX(); }
-    int ToPixels(int twips) const;
+    const Vwindow& Surface() const { return surface_; }
     /// The size in pixels of what stays in view; nothing does that would fill most of the window.
     QSize Fixed() const;
     QPoint ToSurface(const QPoint& pixel) const;
+    int ToPixels(int twips) const;
+    /// The headings and the body, each with its place in the viewport and how far it is scrolled.
+    void ForEachPane(const std::function<void(const QRect& place, const QPoint& shift)>& visit) const;
+
+  private:
+    double TwipsPerPixel() const { return kTwipsPerInch / logicalDpiX(); }
     void FitScrollBars();
     QRect ToPixels(const QRect& part) const;
 

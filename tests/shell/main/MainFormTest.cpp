@@ -40,7 +40,6 @@ TEST_F(MainFormTest, CommandsWithoutWhatTheyNeedWarnAndStop) {
         EXPECT_FALSE(Enabled(action)) << action;
     EXPECT_FALSE(shell.Find<QToolButton>("Toolbar.Save").isEnabled());
     Open("house.vta");
-    warned("Not Ready Yet", {"GraphicsStatusReportMenu"});
     warned("Plan Equals Current", {"SpreadsheetTypeMenu(4)"});
 }
 

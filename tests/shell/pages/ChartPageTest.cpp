@@ -204,10 +204,19 @@ TEST_F(ChartPageTest, ACopyIsAPictureForOtherPrograms) {
     EXPECT_GT(image.width(), 1000);
     EXPECT_FALSE(data.hasText());
 
+    // In a report the chart stands in the middle of white, as wide as high as it was.
     const std::string rtf = GetPictureText(*shell.main.FullPage()->Surface());
     EXPECT_EQ(rtf.find_first_not_of("0123456789abcdef"), std::string::npos);
-    EXPECT_EQ(QImage::fromData(QByteArray::fromHex(QByteArray::fromStdString(rtf)), "PNG").size(),
-              image.size());
+    const auto fitted = QImage::fromData(QByteArray::fromHex(QByteArray::fromStdString(rtf)), "PNG");
+    EXPECT_EQ(fitted.size(), QSize(1512, 945));
+    QRect inked;
+    for (int y = 0; y < fitted.height(); ++y) {
+        for (int x = 0; x < fitted.width(); ++x)
+            if (fitted.pixelColor(x, y) != Qt::white) inked |= QRect(x, y, 1, 1);
+    }
+    EXPECT_NEAR(inked.width() / double(inked.height()), image.width() / double(image.height()), 0.02);
+    EXPECT_NEAR(inked.center().x(), 756, 3);
+    EXPECT_NEAR(inked.center().y(), 472, 3);
 }
 
 }  // namespace

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <string>
+#include <unordered_map>
+
+#include "model/Vproject.h"
+#include "model/Vtask.h"
+#include "reports/ReportKinds.h"
+
+/// The builders behind ReportKinds, and what they share.
+namespace vortan {
+
+Table BuildResourceEntrySpreadsheet(const ReportSource& source);
+Table BuildTaskEntrySpreadsheet(const ReportSource& source);
+Table BuildProjectSummarySpreadsheet(const ReportSource& source);
+Table BuildProjectUpdateSpreadsheet(const ReportSource& source);
+Table BuildLoadingSummary(const ReportSource& source, bool byResource);
+Table BuildLoadingByDay(const ReportSource& source);
+Table BuildOverageSpreadsheet(const ReportSource& source, bool includeOvertime);
+Table BuildDateDependencySpreadsheet(const ReportSource& source);
+
+/// Writes a new row of a table, cell by cell from the left.
+class RowWriter {
+  public:
+    explicit RowWriter(Table& table, RowSubject subject = {}) : table_(table), row_(table.AddRow(subject)) {}
+
+    RowWriter& Text(std::string text, CellValue value = {}) {
+        table_.SetCell(row_, column_++, std::move(text), value);
+        return *this;
+    }
+    RowWriter& Skip(std::int32_t columns) {
+        column_ += columns;
+        return *this;
+    }
+    RowWriter& Number(std::int64_t number) { return Text(std::to_string(number), number); }
+    RowWriter& Date(DateTime date);
+    /// `symbol` of the currency.
+    RowWriter& Amount(Money amount, const std::string& symbol);
+    RowWriter& Span(double days);
+    RowWriter& YorN(bool value) { return Text(value ? "Y" : "n", value); }
+    /// Blank for none, if `blankIfZero`.
+    RowWriter& HoursOf(float hours, bool blankIfZero);
+
+  private:
+    Table& table_;
+    std::int32_t row_, column_ = 0;
+};
+
+/// The texts of projects, made once each.
+class ProjectTexts {
+  public:
+    const std::string& Of(const Vproject* project) {
+        const auto [place, isNew] = texts_.try_emplace(project);
+        if (isNew && project) place->second = project->BuildNodeText();
+        return place->second;
+    }
+
+  private:
+    std::unordered_map<const Vproject*, std::string> texts_;
+};
+
+/// The estimates of a task in a journal, empty for a subproject. One that dates drive tells its estimate in
+/// days of 24 hours, and a unit that is none is "???".
+std::string EffortText(const Vtask& task, std::int32_t journalIndex);
+TimeSpan EffortSpan(const Vtask& task, std::int32_t journalIndex);
+
+/// How long a slot is. A moment of a day is not exact in binary; its millisecond is.
+std::int64_t MillisecondsOf(const Vslot& slot);
+constexpr std::int64_t kMillisecondsPerHour = 3'600'000;
+
+constexpr int kNormalSlot = 3, kOffDaySlot = 4, kOvertimeSlot = 5, kOverloadSlot = 9;
+
+}  // namespace vortan
