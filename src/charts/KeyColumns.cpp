@@ -1,7 +1,6 @@
 #include "charts/KeyColumns.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstdint>
 
 namespace vortan {
@@ -20,8 +19,9 @@ class RunMaximum {
     }
     /// Of the numbers from `begin` to before `end`, at least one.
     int Of(std::size_t begin, std::size_t end) const {
-        const auto level = static_cast<std::size_t>(std::bit_width(end - begin) - 1);
-        return std::max(levels_[level][begin], levels_[level][end - (std::size_t{1} << level)]);
+        std::size_t level = 0, length = 1;
+        for (; 2 * length <= end - begin; length *= 2) ++level;
+        return std::max(levels_[level][begin], levels_[level][end - length]);
     }
 
   private:

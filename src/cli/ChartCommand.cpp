@@ -90,7 +90,7 @@ Command KindCommand(const ChartKind& kind) {
     const auto values = std::make_shared<ChartOptions>();
     std::vector<Option> list = CommonOptions(*values, words);
     if (words.options) {
-        for (Option& option : words.options(*values)) list.push_back(std::move(option));
+        for (const Option& option : words.options(*values)) list.push_back(option);
     }
     return {kind.name, std::string("The ") + kind.title + ", with the user's preferences", std::move(list),
             [values, &kind](CliSession& session) { return Run(session, *values, kind); }};
