@@ -106,10 +106,14 @@ Table TableOf(const PrecedenceForm& precedence) {
     for (std::size_t place = 0; place < data.boxes.size(); ++place) {
         const Precedence::Box& box = data.boxes[place];
         std::string before, lines;
+        const auto add = [](std::string& list, const char* between, const std::string& text) {
+            if (!list.empty()) list += between;
+            list += text;
+        };
         for (; link != data.links.end() && static_cast<std::size_t>(link->first) == place; ++link)
-            before += (before.empty() ? "" : " ") + std::to_string(link->second + 1);
+            add(before, " ", std::to_string(link->second + 1));
         for (const std::string& text : BoxTexts(data, place, precedence.TheStyle(), precedence.Units()))
-            lines += (lines.empty() ? "" : "; ") + text;
+            add(lines, "; ", text);
         RowWriter writer(table, box.task);
         writer.Number(static_cast<std::int64_t>(place + 1)).Text(box.projectName);
         for (const int number : {box.taskID, box.fromPercent, box.toPercent, box.col, box.row})
