@@ -64,5 +64,6 @@ Command RiskCommand();
 Command CrashCommand();
 Command ChartCommand();
 Command ReportCommand();
+Command PublishCommand();
 
 }  // namespace vortan
