@@ -14,25 +14,30 @@ namespace vortan {
 
 const char* const kSurfaceStyle =
     ".chart{overflow:auto;max-height:85vh;border:1px solid var(--line)}"
-    ".chart table{border-collapse:collapse;table-layout:fixed;width:0}"
+    ".chart table{border-collapse:collapse;table-layout:fixed}"
     ".chart td{padding:0;vertical-align:top;background:var(--paper)}"
     ".chart thead{position:sticky;top:0;z-index:2}"
-    ".chart thead td{background:var(--head)}"
+    ".chart thead td{background:var(--head);font-weight:bold}"
     ".chart svg{display:block}"
-    ".chart .band{content-visibility:auto;overflow:hidden}"
+    ".chart .band{content-visibility:auto;overflow:hidden;display:grid}"
+    ".chart p{margin:0;padding:0 3px;font-size:12px;line-height:16px;white-space:pre;overflow:hidden;"
+    "unicode-bidi:plaintext;align-content:center;border:solid var(--line);border-width:0 1px 1px 0}"
+    ".chart .r{text-align:right}.chart .c{text-align:center}"
+    ".chart .b{text-align:right;align-content:end;border-bottom:0}"
     ".chart text{font:24px Arial,'Liberation Sans',Helvetica,sans-serif;fill:var(--ink);white-space:pre}"
-    ".chart .end{text-anchor:end}.chart .mid{text-anchor:middle}.chart .small{font-size:17px}"
-    ".chart .bold{font-weight:bold}"
-    ".chart .grid{fill:none;stroke:var(--line);stroke-width:1}"
-    ".chart .faint{fill:none;stroke:var(--faint);stroke-width:1}"
+    ".chart .mid{text-anchor:middle}.chart .small{font-size:17px}"
+    ".chart .grid{fill:none;stroke:var(--line);stroke-width:2}"
+    ".chart .faint{fill:none;stroke:var(--faint);stroke-width:2}"
     "@media screen and (min-width:900px){.chart td:first-child{position:sticky;left:0;z-index:1}}"
     "@media print{.chart{overflow:visible;max-height:none;border:0}.chart thead{position:static}"
-    ".chart tr{break-inside:avoid}}";
+    ".chart .band{content-visibility:visible}.chart tr{break-inside:avoid}}";
 
 namespace {
 
 constexpr double kUnit = kTwipsPerPixel / 2;  // drawings count in half pixels
-constexpr int kBandUnits = 2 * 480;           // a band and the headings stand on a page of paper
+// How high a band is: with the headings it stands on a page of paper, and small charts fill their pages
+// better.
+constexpr int kBandUnits = 2 * 620, kSmallBandUnits = 2 * 200, kSmallRows = 1000;
 constexpr int kLineUnits = 2 * PageMetrics::kLinePixels, kAscentUnits = 2 * PageMetrics::kAscentPixels;
 constexpr int kOutside = 40;  // units beyond the edge of a drawing to which lines are cut off
 
@@ -77,38 +82,37 @@ class Paths {
     std::unordered_set<std::string> drawn_;  ///< arrows share many of their lines
 };
 
-/// What stands between two edges of a surface, in units.
+/// A part of a surface that is a drawing of its own, in units. Lines are cut off a little outside.
 struct Part {
     int left, top, right, bottom;
+
+    int X(double twips) const { return Units(twips) - left; }
+    int Y(double twips) const { return Units(twips) - top; }
+    int LineX(int twips) const { return std::clamp(X(twips) / 2 * 2, -kOutside, right - left + kOutside); }
+    int LineY(int twips) const { return std::clamp(Y(twips) / 2 * 2, -kOutside, bottom - top + kOutside); }
 };
 
+/// Level and upright lines lie on whole pixels, so that many of them are one.
 std::string LinePath(const DrawItem& item, const Part& part) {
-    int x1 = Units(item.x1), y1 = Units(item.y1), x2 = Units(item.x2), y2 = Units(item.y2);
-    if (x1 == x2 || y1 == y2) {
-        for (int* x : {&x1, &x2}) *x = std::clamp(*x, part.left - kOutside, part.right + kOutside);
-        for (int* y : {&y1, &y2}) *y = std::clamp(*y, part.top - kOutside, part.bottom + kOutside);
-        if (x1 == x2 && (x1 < part.left - 2 || x1 > part.right + 2)) return {};
-        if (y1 == y2 && (y1 < part.top - 2 || y1 > part.bottom + 2)) return {};
-        const auto [low, high] = x1 == x2 ? std::minmax(y1, y2) : std::minmax(x1, x2);
-        if (x1 == x2) return "M" + PointText(x1, low) + "V" + std::to_string(high);
-        return "M" + PointText(low, y1) + "H" + std::to_string(high);
-    }
-    return "M" + PointText(x1, y1) + "L" + PointText(x2, y2);
+    const bool upright = item.x1 == item.x2;
+    if (!upright && item.y1 != item.y2)
+        return "M" + PointText(part.X(item.x1), part.Y(item.y1)) + "L" +
+               PointText(part.X(item.x2), part.Y(item.y2));
+    const auto [left, right] = std::minmax({part.LineX(item.x1), part.LineX(item.x2)});
+    const auto [top, bottom] = std::minmax({part.LineY(item.y1), part.LineY(item.y2)});
+    return "M" + PointText(left, top) +
+           (upright ? "V" + std::to_string(bottom) : "H" + std::to_string(right));
 }
 
-std::string AreaPath(const DrawItem& item) {
-    const int x1 = Units(item.x1), y1 = Units(item.y1), x2 = Units(item.x2), y2 = Units(item.y2);
-    const int middleX = Units((item.x1 + item.x2) / 2.0), middleY = Units((item.y1 + item.y2) / 2.0);
-    switch (item.kind) {
-        case DrawItem::Kind::Rect:
-            return "M" + PointText(x1, y1) + "H" + std::to_string(x2) + "V" + std::to_string(y2) + "H" +
-                   std::to_string(x1) + "z";
-        case DrawItem::Kind::Milestone:
-            return "M" + PointText(middleX, y1) + "L" + PointText(x2, middleY) + " " +
-                   PointText(middleX, y2) + " " + PointText(x1, middleY) + "z";
-        default:
-            break;
-    }
+std::string AreaPath(const DrawItem& item, const Part& part) {
+    const int x1 = part.X(item.x1), y1 = part.Y(item.y1), x2 = part.X(item.x2), y2 = part.Y(item.y2);
+    const int middleX = part.X((item.x1 + item.x2) / 2.0), middleY = part.Y((item.y1 + item.y2) / 2.0);
+    if (item.kind == DrawItem::Kind::Rect)
+        return "M" + PointText(x1, y1) + "H" + std::to_string(x2) + "V" + std::to_string(y2) + "H" +
+               std::to_string(x1) + "z";
+    if (item.kind == DrawItem::Kind::Milestone)
+        return "M" + PointText(middleX, y1) + "L" + PointText(x2, middleY) + " " + PointText(middleX, y2) +
+               " " + PointText(x1, middleY) + "z";
     if (item.apex == Apex::Right)
         return "M" + PointText(x1, y1) + "L" + PointText(x2, middleY) + " " + PointText(x1, y2) + "z";
     const bool up = item.apex == Apex::Up;
@@ -116,30 +120,40 @@ std::string AreaPath(const DrawItem& item) {
            PointText(middleX, up ? y1 : y2) + "z";
 }
 
-/// The text of one line, which stands from, around or before `x`.
-void AddText(std::string& out, int x, int y, std::string_view text, const std::string& look = {}) {
+/// The text of one line.
+void AddText(std::string& out, int x, int y, std::string_view text, const char* look = nullptr) {
     if (text.empty()) return;
-    out += "<text" + (look.empty() ? "" : " class=\"" + look + "\"") + " x=" + std::to_string(x) +
+    out += std::string("<text") + (look ? std::string(" class=") + look : "") + " x=" + std::to_string(x) +
            " y=" + std::to_string(y) + ">" + EscapedHtml(text, " ") + "</text>";
 }
 
+/// Three columns: the titled ones on both sides as texts, and the time columns between them as drawings.
 class Drawing {
   public:
     Drawing(const Vwindow& surface, PageColors& colors, const std::function<std::string(int, int)>& tip)
         : surface_(surface),
           colors_(colors),
           tip_(tip),
-          footer_(surface.Rows() - (surface.HasFooter() ? 1 : 0)),
-          width_(Units(surface.ContentWidth()) + 2) {}
+          footer_(surface.Rows() - (surface.HasFooter() ? 1 : 0)) {
+        while (timeAt_ < surface.Cols() && !surface.IsTimeColumn(timeAt_)) ++timeAt_;
+        for (timeEnd_ = timeAt_; timeEnd_ < surface.Cols() && surface.IsTimeColumn(timeEnd_);) ++timeEnd_;
+    }
 
     std::string Html() {
-        std::string html = "<table role=presentation><thead>";
+        std::string html =
+            "<table role=presentation style=\"width:" + std::to_string(PixelsOf(0, surface_.Cols())) +
+            "px\"><thead>";
         AddRow(html, 0, 1);
         html += "</thead><tbody>";
-        for (int row = 1, next = 1; row < surface_.Rows(); row = next) {
+        const int limit = footer_ > kSmallRows ? kBandUnits : kSmallBandUnits;
+        for (int row = 1, next = 1; row < footer_; row = next) {
             const int top = Top(row);
-            for (next = row + 1; next < surface_.Rows() && Top(next + 1) - top <= kBandUnits;) ++next;
+            for (next = row + 1; next < footer_ && Top(next + 1) - top <= limit;) ++next;
             AddRow(html, row, next);
+        }
+        if (footer_ < surface_.Rows()) {
+            html += "<tr><td colspan=3>";
+            AddSvg(html, {0, Top(footer_), Units(surface_.ContentWidth()) + 2, Top(footer_ + 1)}, 0, 0);
         }
         return html + "</tbody></table>";
     }
@@ -147,107 +161,92 @@ class Drawing {
   private:
     int Top(int row) const { return Units(surface_.RowPos(row)); }
     int Left(int col) const { return Units(surface_.ColPos(col)); }
+    /// Whole pixels, the same for all rows.
+    int PixelsOf(int col, int endCol) const { return (Left(endCol) - Left(col) + 1) / 2; }
 
     void AddRow(std::string& html, int row, int next) {
-        const int edge = Left(surface_.FixedCols());
         html += "<tr>";
-        AddPart(html, {0, Top(row), edge, Top(next)}, row, next);
-        AddPart(html, {edge, Top(row), width_, Top(next)}, row, next);
+        AddTexts(html, 0, timeAt_, row, next);
+        html +=
+            row == 0 ? "<td style=\"width:" + std::to_string(PixelsOf(timeAt_, timeEnd_)) + "px\">" : "<td>";
+        AddSvg(html, {Left(timeAt_), Top(row), Left(timeEnd_), Top(next)}, row, next);
+        AddTexts(html, timeEnd_, surface_.Cols(), row, next);
         html += "\n";
     }
 
-    void AddPart(std::string& html, const Part& part, int row, int next) {
-        const std::string width = std::to_string((part.right - part.left) / 2),
-                          height = std::to_string((part.bottom - part.top) / 2);
-        // The cells of a heading tell a browser how wide the columns are.
-        html += "<td" + (row == 0 ? " style=\"width:" + width + "px\"" : std::string()) +
-                "><div class=band style=\"height:" + height + "px\"><svg width=" + width +
-                " height=" + height + " viewBox=\"" + PointText(part.left, part.top) + " " +
-                std::to_string(part.right - part.left) + " " + std::to_string(part.bottom - part.top) + "\">";
-        const int firstCol = part.left == 0 ? 0 : surface_.FixedCols();
-        const int endCol = part.left == 0 ? surface_.FixedCols() : surface_.Cols();
-        AddGrid(html, part, row, next, firstCol, endCol);
-        if (row == 0) AddHeading(html, firstCol, endCol);
-        for (int at = std::max(row, 1); at < std::min(next, footer_); ++at) {
-            for (int col = firstCol; col < endCol; ++col) {
-                if (!surface_.IsTimeColumn(col)) AddCell(html, at, col);
-            }
+    /// Cells of titled columns, row by row, as high as the rows of the drawing.
+    void AddTexts(std::string& html, int col, int endCol, int row, int next) {
+        std::string columns, rows;
+        for (int at = col; at < endCol; ++at) columns += std::to_string(PixelsOf(at, at + 1)) + "px ";
+        for (int at = row; at < next; ++at) rows += std::to_string(Top(at + 1) / 2 - Top(at) / 2) + "px ";
+        html += row == 0 ? "<td style=\"width:" + std::to_string(PixelsOf(col, endCol)) + "px\">" : "<td>";
+        if (col == endCol) return;
+        html += "<div class=band style=\"height:" + std::to_string(Top(next) / 2 - Top(row) / 2) +
+                "px;grid:" + rows + "/" + columns + "\">";
+        for (int line = row; line < next; ++line) {
+            for (int at = col; at < endCol; ++at) AddCell(html, line, at);
         }
-        AddItems(html, part);
-        html += "</svg></div>";
-    }
-
-    void AddGrid(std::string& html, const Part& part, int row, int next, int firstCol, int endCol) const {
-        std::string grid, faint;
-        const int bottom = std::min(part.bottom, Top(footer_)), right = Left(endCol);
-        if (part.top >= bottom) return;
-        for (int col = firstCol; col <= endCol; ++col) {
-            const bool time = col > 0 && col < surface_.Cols() && surface_.IsTimeColumn(col) &&
-                              surface_.IsTimeColumn(col - 1);
-            (time ? faint : grid) += "M" + PointText(Left(col), part.top) + "V" + std::to_string(bottom);
-        }
-        for (int at = row; at <= std::min(next, footer_); ++at)
-            grid += "M" + PointText(part.left, Top(at)) + "H" + std::to_string(right);
-        if (row == 0) {
-            const int middle = Units(surface_.RowPos(1) / 2.0);
-            for (const auto& label : surface_.UpperLabels()) {
-                if (label.firstCol < firstCol || label.firstCol >= endCol) continue;
-                grid += "M" + PointText(Left(label.firstCol), 0) + "V" + std::to_string(part.bottom) + "M" +
-                        PointText(Left(label.firstCol), middle) + "H" + std::to_string(Left(label.lastCol));
-            }
-        }
-        if (!faint.empty()) html += "<path class=faint d=\"" + faint + "\"/>";
-        html += "<path class=grid d=\"" + grid + "\"/>";
-    }
-
-    void AddHeading(std::string& html, int firstCol, int endCol) const {
-        const int height = Top(1), half = Units(surface_.RowPos(1) / 2.0);
-        const auto middle = [&](int top, int bottom) {
-            return (top + bottom - kLineUnits) / 2 + kAscentUnits;
-        };
-        for (int col = firstCol; col < endCol; ++col) {
-            const int center = (Left(col) + Left(col + 1)) / 2;
-            if (surface_.IsTimeColumn(col)) {
-                AddText(html, center, middle(half, height), surface_.ColumnTitle(col), "mid");
-                continue;
-            }
-            std::vector<std::string_view> lines;
-            SplitLines(surface_.ColumnTitle(col), lines);
-            int y = (height - kLineUnits * static_cast<int>(lines.size())) / 2 + kAscentUnits;
-            for (const std::string_view line : lines) {
-                AddText(html, center, y, line, "mid");
-                y += kLineUnits;
-            }
-        }
-        for (const auto& label : surface_.UpperLabels()) {
-            if (label.firstCol >= firstCol && label.firstCol < endCol)
-                AddText(html, Left(label.firstCol) + 6, middle(0, half), label.text);
-        }
+        html += "</div>";
     }
 
     void AddCell(std::string& html, int row, int col) {
         lines_.clear();
         surface_.CellLines(row, col, lines_);
-        const int margin = Units(surface_.CellMargin());
-        int x = Left(col) + margin;
-        std::string look;
         const Alignment alignment =
-            surface_.CellMarkC(row, col) ? Alignment::Center : surface_.ColumnAlignment(col);
-        if (alignment == Alignment::Right || alignment == Alignment::RightBottom) {
-            x = Left(col + 1) - margin;
-            look = "end";
-        } else if (alignment != Alignment::Left) {
-            x = (Left(col) + Left(col + 1)) / 2;
-            look = "mid";
+            row == 0 || surface_.CellMarkC(row, col) ? Alignment::Center : surface_.ColumnAlignment(col);
+        html += alignment == Alignment::Left          ? "<p>"
+                : alignment == Alignment::Right       ? "<p class=r>"
+                : alignment == Alignment::RightBottom ? "<p class=b>"
+                                                      : "<p class=c>";
+        for (std::size_t i = 0; i < lines_.size(); ++i)
+            html += (i > 0 ? "<br>" : "") + EscapedHtml(lines_[i], " ");
+    }
+
+    void AddSvg(std::string& html, const Part& part, int row, int next) {
+        const int width = part.right - part.left, height = part.bottom - part.top;
+        html += "<div class=band style=\"height:" + std::to_string(part.bottom / 2 - part.top / 2) +
+                "px\"><svg width=" + std::to_string((width + 1) / 2) +
+                " height=" + std::to_string((height + 1) / 2) + " viewBox=\"0 0 " +
+                std::to_string((width + 1) / 2 * 2) + " " + std::to_string((height + 1) / 2 * 2) + "\">";
+        if (row < next) AddGrid(html, part, row, next);
+        if (row == 0 && next == 1) AddHeading(html, part);
+        AddItems(html, part);
+        html += "</svg></div>";
+    }
+
+    void AddGrid(std::string& html, const Part& part, int row, int next) const {
+        std::string grid, faint;
+        const std::string height = std::to_string(part.bottom - part.top),
+                          width = std::to_string(part.right - part.left);
+        if (row == 0) {
+            for (int col = timeAt_ + 1; col < timeEnd_; ++col)
+                faint += "M" + PointText(Left(col) - part.left, 0) + "v2000";
+            // The bands below show the same lines.
+            html += "<path id=" + Id() + " class=faint d=\"" + faint + "\"/>";
+            const int middle = part.Y(surface_.RowPos(1) / 2.0);
+            for (const auto& label : surface_.UpperLabels())
+                grid += "M" + PointText(Left(label.firstCol) - part.left, 0) + "v" + height + "M" +
+                        PointText(Left(label.firstCol) - part.left, middle) + "H" +
+                        std::to_string(Left(label.lastCol) - part.left);
+        } else {
+            html += "<use href=#" + Id() + " />";
         }
-        if (surface_.CellMarkB(row, col)) look += look.empty() ? "bold" : " bold";
-        const int height = kLineUnits * static_cast<int>(lines_.size());
-        int y = (Top(row) + Top(row + 1) - height) / 2;
-        if (alignment == Alignment::RightBottom) y = Top(row + 1) - height;
-        for (const std::string_view line : lines_) {
-            AddText(html, x, y + kAscentUnits, line, look);
-            y += kLineUnits;
-        }
+        for (int at = row + 1; at <= next; ++at)
+            grid += "M0 " + std::to_string(Top(at) - part.top - 1) + "h" + width;
+        html += "<path class=grid d=\"" + grid + "\"/>";
+    }
+
+    /// Of the lines between time columns, once in a page for each such surface.
+    std::string Id() const { return "c" + std::to_string(Left(timeEnd_)) + "-" + std::to_string(timeEnd_); }
+
+    void AddHeading(std::string& html, const Part& part) const {
+        const int half = part.Y(surface_.RowPos(1) / 2.0);
+        const auto base = [](int top, int bottom) { return (top + bottom - kLineUnits) / 2 + kAscentUnits; };
+        for (int col = timeAt_; col < timeEnd_; ++col)
+            AddText(html, (Left(col) + Left(col + 1)) / 2 - part.left, base(half, part.bottom),
+                    surface_.ColumnTitle(col), "mid");
+        for (const auto& label : surface_.UpperLabels())
+            AddText(html, Left(label.firstCol) - part.left + 6, base(0, half), label.text);
     }
 
     void AddItems(std::string& html, const Part& part) {
@@ -258,28 +257,27 @@ class Drawing {
             const DrawItem& item = surface_.Items()[static_cast<std::size_t>(index)];
             if (item.kind == DrawItem::Kind::Text) {
                 paths.Close();
-                AddDrawnText(html, item);
+                AddDrawnText(html, part, item);
             } else if (item.kind == DrawItem::Kind::Line) {
-                const std::string path = LinePath(item, part);
-                if (!path.empty()) paths.Add(colors_.ClassOf(item.border, item.border, item.width), "", path);
+                paths.Add(colors_.ClassOf(item.border, item.border, item.width), "", LinePath(item, part));
             } else {
                 const bool tells = tip_ && item.kind != DrawItem::Kind::Triangle;
                 paths.Add(item.kind == DrawItem::Kind::Rect && item.hatch != Hatch::Solid
                               ? colors_.OutlineClassOf(item.border)
                               : colors_.ClassOf(item.fill, item.border, 1),
                           tells ? tip_((item.x1 + item.x2) / 2, (item.y1 + item.y2) / 2) : "",
-                          AreaPath(item));
+                          AreaPath(item, part));
             }
         }
     }
 
-    void AddDrawnText(std::string& html, const DrawItem& item) {
+    static void AddDrawnText(std::string& html, const Part& part, const DrawItem& item) {
         std::vector<std::string_view> lines;
         SplitLines(item.text, lines);
         const double scale = item.small ? kSmallText : 1;
-        int y = Units(item.y1) + static_cast<int>(std::lround(kAscentUnits * scale));
+        int y = part.Y(item.y1) + static_cast<int>(std::lround(kAscentUnits * scale));
         for (const std::string_view line : lines) {
-            AddText(html, Units(item.x1), y, line, item.small ? "small" : "");
+            AddText(html, part.X(item.x1), y, line, item.small ? "small" : nullptr);
             y += static_cast<int>(std::lround(kLineUnits * scale));
         }
     }
@@ -287,8 +285,8 @@ class Drawing {
     const Vwindow& surface_;
     PageColors& colors_;
     const std::function<std::string(int, int)>& tip_;
-    const int footer_;  ///< the row of the footer, or that behind the last
-    const int width_;
+    const int footer_;              ///< the row of the footer, or that behind the last
+    int timeAt_ = 0, timeEnd_ = 0;  ///< the first time column, and that behind the last
     std::vector<std::string_view> lines_;
     std::vector<std::int32_t> found_;
 };

@@ -31,9 +31,9 @@ class PageColors {
     std::map<Look, std::size_t> classes_;
 };
 
-/// A laid out surface of rows as part of a page: a table of drawings, each of some rows, so that a browser
-/// need not look at those that are not in view, with the headings above and the fixed columns apart. Its
-/// fonts are those of PageMetrics. Hatches are left out.
+/// A laid out surface with a time scale as part of a page: a table of bands of some rows each, so that a
+/// browser need not look at those that are not in view. The cells are texts, the time columns drawings. Its
+/// letters are those of PageMetrics. Hatches are left out.
 ///
 /// `tip` says what is told of a filled rectangle or milestone, by its middle; empty for nothing.
 std::string SurfaceSvg(const Vwindow& surface, PageColors& colors,

@@ -13,7 +13,7 @@ const char* const kPageStyle =
     "h1{font-size:1.6em;line-height:1.2;margin:.2em 0}h2{font-size:1.2em;margin:1.6em 0 .5em}"
     "a{color:var(--link)}nav a{display:inline-block;padding:.35em .8em .35em 0}"
     ".skip:not(:focus){position:absolute;left:-9999px}"
-    "dl{display:grid;grid-template-columns:repeat(auto-fill,minmax(230px,1fr));gap:.5em 1.5em;margin:1em 0}"
+    "dl{display:grid;grid-template-columns:repeat(auto-fill,minmax(150px,1fr));gap:.5em 1.5em;margin:1em 0}"
     "dt{color:var(--soft);font-size:.9em}dd{margin:0;font-weight:bold}"
     "#problems.bad{background:var(--warn);border-left:4px solid var(--edge);padding:.1em 1em .6em}"
     ".note{color:var(--soft)}"
@@ -24,7 +24,7 @@ const char* const kPageStyle =
     ".few td{text-align:right}"
     ".data thead th,.few thead th{background:var(--head);font-weight:bold;border-bottom-color:var(--line)}"
     ".data thead th{position:sticky;top:0;z-index:1;vertical-align:bottom}"
-    ".data th button{font:inherit;color:inherit;background:none;border:0;padding:0;text-align:left;"
+    ".data th button{font:inherit;color:inherit;background:none;border:0;padding:0;text-align:inherit;"
     "cursor:pointer;width:100%}"
     ".data th button::after{content:' \\2195';color:var(--soft)}"
     ".data th[aria-sort=ascending] button::after{content:' \\2191';color:inherit}"
@@ -38,7 +38,8 @@ const char* const kPageStyle =
     "@media print{@page{size:A4 landscape;margin:12mm}body{padding:0;max-width:none;font-size:9pt}"
     "nav,.tools,.skip{display:none}.scroll{overflow:visible;max-height:none;border:0}"
     "table.data{width:100%!important;font-size:7.5pt}.data thead th{position:static}"
-    ".data th button::after{content:''}thead{display:table-header-group}tr{break-inside:avoid}"
+    ".data th button{display:contents}.data th "
+    "button::after{content:''}thead{display:table-header-group}tr{break-inside:avoid}"
     "section.long{content-visibility:visible}"
     "*{-webkit-print-color-adjust:exact;print-color-adjust:exact}}";
 

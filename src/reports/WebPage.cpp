@@ -19,6 +19,7 @@
 namespace vortan {
 namespace {
 
+constexpr int kChartPixels = 1500;  // that charts are fitted to
 constexpr int kPaperPixels = 1030;  // the width of an A4 page on its side, inside of its margins
 constexpr std::size_t kMostSentences = 20;
 
@@ -118,16 +119,17 @@ void AddProblems(std::string& out, const WebFacts& facts) {
 
 /// Start and finish out of a tip of the chart, which begins with a name.
 std::string DatesOfTip(const std::string& tip) {
-    const std::size_t start = tip.find("\nStart: ");
-    const std::size_t slack = tip.find("\nSlack: ", start);
-    if (start == std::string::npos || slack == std::string::npos) return {};
-    std::string dates = tip.substr(start + 1, slack - start - 1);
-    for (std::size_t at = dates.find(":00 "); at != std::string::npos; at = dates.find(":00 ", at)) {
-        // "8:00:00 AM", but not "8:00 AM"
-        if (at >= 3 && dates[at - 3] == ':') dates.erase(at, 3);
-        ++at;
+    constexpr std::string_view marks[] = {"\nStart: ", "\nFinish: ", "\nSlack: "};
+    std::size_t at[3] = {};
+    for (int i = 0; i < 3; ++i) {
+        at[i] = tip.find(marks[i], i > 0 ? at[i - 1] + 1 : 0);
+        if (at[i] == std::string::npos) return {};
     }
-    return dates;
+    const auto between = [&](int i) {
+        const std::size_t first = at[i] + marks[i].size();
+        return WithoutSeconds(tip.substr(first, at[i + 1] - first));
+    };
+    return between(0) + " - " + between(1);
 }
 
 void AddSurface(std::string& out, const Vwindow& surface, PageColors& colors, const char* id,
@@ -144,13 +146,15 @@ void AddSurface(std::string& out, const Vwindow& surface, PageColors& colors, co
 void AddGantt(std::string& out, const WebFacts& facts, PageColors& colors) {
     const PageMetrics metrics;
     GanttForm chart(facts.page.workspace, facts.page.settings, metrics);
-    chart.TheVwindow().SetPage({static_cast<int>(kPaperPixels * kTwipsPerPixel), 10000, 720, 720});
+    chart.TheVwindow().SetPage({static_cast<int>(kChartPixels * kTwipsPerPixel), 10000, 720, 720});
     chart.Start();
-    out +=
-        "<section id=gantt><h2>Gantt chart</h2>\n<p class=note>The blue line stands at " +
-        ShortMoment(facts.active.Journal()) +
-        ", the date of the journal. A bar tells its dates when the mouse rests on it; the table of tasks has "
-        "them too.</p>\n";
+    DateTime first, last;
+    chart.TheVwindow().GetShownDates(first, last);
+    const DateTime now = facts.active.Journal();
+    out += "<section id=gantt><h2>Gantt chart</h2>\n<p class=note>";
+    if (now >= first && now <= last)
+        out += "The blue line stands at " + ShortMoment(now) + ", the date of the journal. ";
+    out += "A bar tells its dates when the mouse rests on it; the table of tasks has them too.</p>\n";
     AddSurface(out, chart.TheVwindow(), colors, "chart", "Gantt chart; the table of tasks has the same dates",
                [&chart](int x, int y) { return DatesOfTip(chart.TipAt(x, y)); });
     out += "</section>\n";
@@ -218,7 +222,7 @@ void AddRisk(std::string& out, const WebFacts& facts, PageColors& colors) {
     const IterativeResults& results = facts.page.results;
     const PageMetrics metrics;
     RiskForm chart(facts.page.workspace, results, {}, metrics);
-    chart.TheVwindow().SetPage({static_cast<int>(kPaperPixels * kTwipsPerPixel), 10000, 720, 720});
+    chart.TheVwindow().SetPage({static_cast<int>(kChartPixels * kTwipsPerPixel), 10000, 720, 720});
     chart.Start();
     out += "<section id=risk><h2>Risk</h2>\n<p>Of " +
            NumberOf(static_cast<std::size_t>(results.riskIterations), "run") +

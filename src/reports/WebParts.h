@@ -46,7 +46,9 @@ class WebTable {
     bool first_ = false;  ///< the next cell is the first of its row
 };
 
-/// A moment without seconds where there are none; empty if it is not set.
+/// The text of a moment without seconds where there are none.
+std::string WithoutSeconds(std::string text);
+/// The same of a moment; empty if it is not set.
 std::string ShortMoment(DateTime moment);
 
 /// What a person is booked for by a task of the page.

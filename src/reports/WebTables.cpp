@@ -90,8 +90,7 @@ class TaskRows {
             table_.Cell(planned ? task.EarlyStartAt(plan) : DateTime()).Cell(planFinish);
             table_.Cell(planned ? ChangeText(planFinish, finish) : "not in the plan");
         }
-        const DateTime lateFinish = now ? task.LateFinishAt(current) : DateTime();
-        table_.Cell(lateFinish).Cell(SpanText(finish, lateFinish));
+        table_.Cell(now ? SpanText(finish, task.LateFinishAt(current)) : "");
         table_.Cell(!finish.IsSet()              ? ""
                     : finish < project.Journal() ? "done"
                                                  : SpanText(project.Journal(), finish));
@@ -125,13 +124,15 @@ WebFacts::WebFacts(const WebPageSource& thePage)
     bookings = GatherBookings(page, projects);
 }
 
-std::string ShortMoment(DateTime moment) {
-    if (!moment.IsSet()) return {};
-    std::string text = FormatDate(moment);
+std::string WithoutSeconds(std::string text) {
     const std::size_t blank = text.rfind(' ');
     if (blank != std::string::npos && blank >= 3 && text.compare(blank - 3, 3, ":00") == 0)
         text.erase(blank - 3, 3);
     return text;
+}
+
+std::string ShortMoment(DateTime moment) {
+    return moment.IsSet() ? WithoutSeconds(FormatDate(moment)) : "";
 }
 
 WebTable::WebTable(std::string& out, const char* id, const char* what, std::span<const WebColumn> columns)
@@ -144,7 +145,7 @@ WebTable::WebTable(std::string& out, const char* id, const char* what, std::span
         widths += "<col style=\"width:" + std::to_string(column.width) + "ch\">";
         heads += std::string("<th scope=col data-t=") + static_cast<char>(column.kind) + ">" + column.title;
         if (column.kind != Kind::Text)
-            styles += (styles.empty() ? "#" : ",#") + std::string(id) + " td:nth-child(" +
+            styles += (styles.empty() ? "#" : ",#") + std::string(id) + " :nth-child(" +
                       std::to_string(place) + ")";
     }
     out_ += "<style>" + styles +
@@ -193,16 +194,14 @@ void AddTaskSection(std::string& out, const WebFacts& facts) {
     std::vector<WebColumn> columns{{"Task", Kind::Text, 34}};
     if (facts.projects.size() > 1) columns.push_back({"Project", Kind::Text, 16});
     columns.insert(columns.end(), {{"People", Kind::Text, 24},
-                                   {"Estimate", Kind::Duration, 13},
+                                   {"Estimate", Kind::Duration, 20},
                                    {"Start", Kind::Date, 20},
                                    {"Finish", Kind::Date, 20}});
     if (facts.besidePlan)
         columns.insert(columns.end(), {{"Planned start", Kind::Date, 20},
                                        {"Planned finish", Kind::Date, 20},
                                        {"Finish moved", Kind::Duration, 15}});
-    columns.insert(columns.end(), {{"Latest finish", Kind::Date, 20},
-                                   {"Slack", Kind::Duration, 13},
-                                   {"Time left", Kind::Duration, 13}});
+    columns.insert(columns.end(), {{"Slack", Kind::Duration, 13}, {"Time left", Kind::Duration, 13}});
     if (facts.page.costs) columns.push_back({"Cost", Kind::Number, 16});
     if (facts.page.costs && facts.besidePlan) columns.push_back({"Planned cost", Kind::Number, 16});
     WebTable table(out, "tasks", "Tasks", columns);
