@@ -32,6 +32,10 @@ const char* const kPageStyle =
     ".tools{display:flex;flex-wrap:wrap;gap:.4em .8em;align-items:center;margin:.5em 0}"
     ".tools input{font:inherit;color:inherit;background:var(--paper);border:1px solid var(--soft);"
     "border-radius:4px;padding:.35em .5em;width:18em;max-width:100%}"
+    // Groups of rows out of sight are not laid out, which the parts of a true table would have to be.
+    "@media screen{.big,.big thead,.big tbody{display:block}.big tr{display:grid}.big colgroup{display:none}"
+    ".big tr[hidden]{display:none}.big tbody{content-visibility:auto;contain-intrinsic-size:auto 1400px}"
+    ".big thead{position:sticky;top:0;z-index:1}}"
     ":focus-visible{outline:2px solid var(--link);outline-offset:1px}"
     "section{scroll-margin-top:8px}section.long{content-visibility:auto;contain-intrinsic-size:auto 90vh}"
     "@media(max-width:600px){body{padding:10px}.data{font-size:13px}}"
@@ -83,7 +87,8 @@ function compare(a, b, sign) {
 }
 
 function enhance(table) {
-  var body = table.tBodies[0], told = Array.from(body.rows), texts = null;
+  var bodies = Array.from(table.tBodies), texts = null;
+  var told = bodies.flatMap(function (body) { return Array.from(body.rows); });
   var heads = Array.from(table.tHead.rows[0].cells), what = table.getAttribute("data-what");
 
   function sortBy(column) {
@@ -97,9 +102,8 @@ function enhance(table) {
           .sort(function (a, b) { return compare(a.key, b.key, sign); })
           .map(function (each) { return each.row; });
     }
-    var all = document.createDocumentFragment();
-    rows.forEach(function (row) { all.appendChild(row); });
-    body.appendChild(all);
+    var each = Math.ceil(rows.length / bodies.length);
+    bodies.forEach(function (body, i) { body.append.apply(body, rows.slice(i * each, (i + 1) * each)); });
   }
 
   heads.forEach(function (head, column) {

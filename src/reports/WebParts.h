@@ -27,7 +27,8 @@ struct WebColumn {
     int width;  ///< in letters
 };
 
-/// Writes a table: rows of as many cells as there are columns. The first names its row.
+/// Writes a table in groups of rows, so that a browser need not look at all of a large one: rows of as many
+/// cells as there are columns. The first names its row.
 class WebTable {
   public:
     /// `id` is the anchor, `what` names the rows. `out` must outlive this.
@@ -43,6 +44,8 @@ class WebTable {
     void Open(const std::string& attributes = {});
 
     std::string& out_;
+    std::size_t classAt_ = 0;  ///< where the classes of the table end
+    int rows_ = 0;
     bool first_ = false;  ///< the next cell is the first of its row
 };
 

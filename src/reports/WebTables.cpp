@@ -16,6 +16,8 @@ namespace {
 
 using Kind = WebColumn::Kind;
 
+constexpr int kGroupRows = 50, kBigTable = 500;
+
 void AddSlot(Booking& booking, const Vslot& slot) {
     booking.from = std::min(booking.from, slot.startTime);
     booking.until = std::max(booking.until, slot.endTime);
@@ -137,25 +139,31 @@ std::string ShortMoment(DateTime moment) {
 
 WebTable::WebTable(std::string& out, const char* id, const char* what, std::span<const WebColumn> columns)
     : out_(out) {
-    std::string widths, heads, styles;
+    const std::string table = "#" + std::string(id);
+    std::string widths, tracks, heads, numbers;
     int total = 0, place = 0;
     for (const WebColumn& column : columns) {
+        const std::string width = std::to_string(column.width) + "ch";
         ++place;
         total += column.width;
-        widths += "<col style=\"width:" + std::to_string(column.width) + "ch\">";
+        tracks += " " + width;
+        widths += "<col style=\"width:" + width + "\">";
         heads += std::string("<th scope=col data-t=") + static_cast<char>(column.kind) + ">" + column.title;
         if (column.kind != Kind::Text)
-            styles += (styles.empty() ? "#" : ",#") + std::string(id) + " :nth-child(" +
-                      std::to_string(place) + ")";
+            numbers += (numbers.empty() ? "" : ",") + table + " tr>:nth-child(" + std::to_string(place) + ")";
     }
-    out_ += "<style>" + styles +
-            "{text-align:right}</style>\n<div class=scroll tabindex=0 role=region aria-label=\"" +
-            std::string(what) + "\"><table class=data id=" + id + " style=\"width:" + std::to_string(total) +
-            "ch\" data-what=\"" + what + "\"><colgroup>" + widths + "</colgroup><thead><tr>" + heads +
-            "</thead><tbody>";
+    out_ += "<style>" + numbers + "{text-align:right}@media screen{" + table +
+            ".big tr{grid-template-columns:" + tracks +
+            "}}</style>\n<div class=scroll tabindex=0 role=region aria-label=\"" + what +
+            "\"><table id=" + id + " data-what=\"" + what + "\" style=\"width:" + std::to_string(total) +
+            "ch\" class=\"data";
+    classAt_ = out_.size();
+    out_ += "\"><colgroup>" + widths + "</colgroup><thead><tr>" + heads + "</thead><tbody>";
 }
 
 WebTable& WebTable::Row() {
+    if (rows_ > 0 && rows_ % kGroupRows == 0) out_ += "\n<tbody>";
+    ++rows_;
     out_ += "\n<tr>";
     first_ = true;
     return *this;
@@ -187,6 +195,7 @@ WebTable& WebTable::Cell(DateTime moment) {
 }
 
 void WebTable::End() {
+    if (rows_ > kBigTable) out_.insert(classAt_, " big");
     out_ += "</tbody></table></div>\n";
 }
 

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <filesystem>
 
+#include "model/Characters.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
 #include "paint/QtTextMetrics.h"
@@ -16,6 +17,7 @@ namespace vortan {
 namespace {
 
 constexpr const char* kFilters = "VORTAN Bundle (*.vtb);;VORTAN Ascii (*.vta);;Microsoft Project (*.mpp)";
+constexpr const char* kPageFilter = "Web page (*.html)";
 
 }  // namespace
 
@@ -28,7 +30,8 @@ std::string ShowOpen(Desktop& desktop) {
 }
 
 std::string ShowSave(const std::string& directory, const std::string& suggestedName) {
-    QFileDialog dialog(QApplication::activeWindow(), "Save", Q(directory), kFilters);
+    QFileDialog dialog(QApplication::activeWindow(), "Save", Q(directory),
+                       EndsWithText(suggestedName, ".html") ? kPageFilter : kFilters);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     const QFileInfo suggested(Q(suggestedName));
     if (suggested.isAbsolute()) dialog.setDirectory(suggested.path());

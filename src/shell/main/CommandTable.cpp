@@ -220,6 +220,10 @@ constexpr Command kOutput[] = {
      OutputPrint,
      {.button = 14, .toolTip = "Print", .whileEntering = kPrintable}},
     {"OutputCopyMenu", "&Copy", OutputCopy, {.button = 13, .toolTip = "Copy", .whileEntering = kPrintable}},
+    {"OutputPublishMenu",
+     "Publish as &web page...",
+     OutputPublish,
+     {.needs = Project, .separator = "OutputSeparatorMenu"}},
 };
 
 constexpr Command kSetup[] = {
