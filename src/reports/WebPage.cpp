@@ -80,8 +80,10 @@ std::vector<std::string> Complaints(const WebFacts& facts) {
                       ".");
     for (const Vproject* each : facts.projects) {
         for (const Vtask* task : each->TaskList()) {
-            const double late = DaysBetween(task->LateFinish(), task->EarlyFinish());
-            if (task->Include() && task->LateFinish().IsSet() && late * kMinutesPerDay >= 1)
+            if (!task->Include()) continue;
+            const DateTime latest = LatestFinish(*task, each->CurrentIndex());
+            const double late = DaysBetween(latest, task->EarlyFinish());
+            if (latest.IsSet() && late * kMinutesPerDay >= 1)
                 all.push_back(task->BuildNodeText() + " finishes " + FormatDuration(late, true) +
                               " after its latest finish.");
         }

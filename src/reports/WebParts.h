@@ -54,6 +54,9 @@ std::string WithoutSeconds(std::string text);
 /// The same of a moment; empty if it is not set.
 std::string ShortMoment(DateTime moment);
 
+/// Not set too where nothing says when the task has to end: a plan that was never solved ends nowhere.
+DateTime LatestFinish(const Vtask& task, std::int32_t journal);
+
 /// What a person is booked for by a task of the page.
 struct Booking {
     const Vresource* resource;

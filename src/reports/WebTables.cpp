@@ -92,7 +92,7 @@ class TaskRows {
             table_.Cell(planned ? task.EarlyStartAt(plan) : DateTime()).Cell(planFinish);
             table_.Cell(planned ? ChangeText(planFinish, finish) : "not in the plan");
         }
-        table_.Cell(now ? SpanText(finish, task.LateFinishAt(current)) : "");
+        table_.Cell(now ? SpanText(finish, LatestFinish(task, current)) : "");
         table_.Cell(!finish.IsSet()              ? ""
                     : finish < project.Journal() ? "done"
                                                  : SpanText(project.Journal(), finish));
@@ -124,6 +124,11 @@ WebFacts::WebFacts(const WebPageSource& thePage)
     for (const Vproject* project : projects)
         besidePlan = besidePlan || project->PlanIndex() != project->CurrentIndex();
     bookings = GatherBookings(page, projects);
+}
+
+DateTime LatestFinish(const Vtask& task, std::int32_t journal) {
+    const DateTime latest = task.LateFinishAt(journal);
+    return latest.Days() > 0 ? latest : DateTime();
 }
 
 std::string WithoutSeconds(std::string text) {
