@@ -23,8 +23,8 @@ struct WebPageSource {
 /// people and what they are booked for, and the risk curve if there is one of this solution. It asks for
 /// nothing from any other place, and all can be read without its script, which sorts and filters.
 ///
-/// Other projects, rates of pay and passwords are never in it. Of a solve that halted it shows what was found
-/// until then, says so first, and has no chart.
+/// Rates of pay and passwords are never in it, other projects only where a problem or a dependency names
+/// them. Of a solve that halted it shows what was found until then, says so first, and has no chart.
 std::string WebPageOf(const WebPageSource& source);
 
 }  // namespace vortan
