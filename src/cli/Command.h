@@ -65,5 +65,6 @@ Command CrashCommand();
 Command ChartCommand();
 Command ReportCommand();
 Command StatusReportCommand();  ///< a kind of report
+Command PublishCommand();
 
 }  // namespace vortan

@@ -3,6 +3,8 @@
 #include <charconv>
 #include <string_view>
 
+#include "reports/HtmlText.h"
+
 namespace vortan {
 namespace {
 
@@ -18,29 +20,6 @@ constexpr std::string_view kStyle =
     "@page{size:landscape;margin:12mm}"
     "@media screen{thead{position:sticky;top:0}}"
     "@media print{body{margin:0;font-size:8pt}*{-webkit-print-color-adjust:exact;print-color-adjust:exact}}";
-
-std::string Escaped(std::string_view text) {
-    std::string all;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if (c == '&') {
-            all += "&amp;";
-        } else if (c == '<') {
-            all += "&lt;";
-        } else if (c == '>') {
-            all += "&gt;";
-        } else if (c == '"') {
-            all += "&quot;";
-        } else if (c == '\n') {
-            all += "<br>";
-        } else if (c == '\r' && i + 1 < text.size() && text[i + 1] == '\n') {
-            continue;
-        } else {
-            all += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
-        }
-    }
-    return all;
-}
 
 std::string NumberText(double value) {
     char text[32];
@@ -82,28 +61,17 @@ const char* AlignmentText(Alignment alignment) {
     return "left";
 }
 
-/// "#rrggbb"
-std::string ColorText(Color color) {
-    constexpr char digits[] = "0123456789abcdef";
-    std::string text = "#";
-    for (const Color channel : {color & 255, color >> 8 & 255, color >> 16 & 255}) {
-        text += digits[channel >> 4];
-        text += digits[channel & 15];
-    }
-    return text;
-}
-
 std::string CellHtml(const TableCell& cell, const char* tag, int slotType) {
     std::string html = std::string("<") + tag;
     const bool guarded = MayBeFormula(cell.text);
     if (slotType != 0) {
-        html += " class=\"m\" style=\"background:" + ColorText(MarkColor(slotType)) + "\"";
+        html += " class=\"m\" style=\"background:" + HtmlColor(MarkColor(slotType)) + "\"";
     } else if (guarded) {
         html += " class=\"t\"";
     }
     html += std::visit(AttributesOf{}, cell.value) + ">";
     if (guarded) html += "&#8203;";
-    return html + Escaped(cell.text) + "</" + tag + ">";
+    return html + EscapedHtml(cell.text) + "</" + tag + ">";
 }
 
 }  // namespace
@@ -112,17 +80,17 @@ std::string HtmlOf(const Table& table) {
     std::string html =
         "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">"
         "<meta name=\"viewport\" content=\"width=device-width\">\n<title>" +
-        Escaped(table.caption) + "</title>\n<style>" + std::string(kStyle);
+        EscapedHtml(table.caption) + "</title>\n<style>" + std::string(kStyle);
     for (std::int32_t col = 0; col < table.Cols(); ++col) {
         html += "td:nth-child(" + std::to_string(col + 1) +
                 "){text-align:" + AlignmentText(table.Columns()[static_cast<std::size_t>(col)].alignment) +
                 "}";
     }
-    html += "</style></head>\n<body><h1>" + Escaped(table.caption) + "</h1>\n<table>\n<thead>\n<tr>";
+    html += "</style></head>\n<body><h1>" + EscapedHtml(table.caption) + "</h1>\n<table>\n<thead>\n<tr>";
     for (std::int32_t col = 0, next = 0; col < table.Cols(); col = next) {
         next = table.TitleEnd(col);
         html += next - col > 1 ? "<th colspan=\"" + std::to_string(next - col) + "\">" : "<th>";
-        html += Escaped(table.Columns()[static_cast<std::size_t>(col)].title) + "</th>";
+        html += EscapedHtml(table.Columns()[static_cast<std::size_t>(col)].title) + "</th>";
     }
     html += "</tr>\n";
     std::size_t mark = 0;

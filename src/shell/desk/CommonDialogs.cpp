@@ -8,6 +8,7 @@
 #include <cmath>
 #include <filesystem>
 
+#include "model/Characters.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
 #include "paint/QtTextMetrics.h"
@@ -17,6 +18,7 @@ namespace vortan {
 namespace {
 
 constexpr const char* kFilters = "VORTAN Bundle (*.vtb);;VORTAN Ascii (*.vta);;Microsoft Project (*.mpp)";
+constexpr const char* kPageFilter = "Web page (*.html)";
 
 std::string RunSaveDialog(QFileDialog& dialog) {
     dialog.setAcceptMode(QFileDialog::AcceptSave);
@@ -41,7 +43,8 @@ std::string ShowOpen(Desktop& desktop) {
 }
 
 std::string ShowSave(const std::string& directory, const std::string& suggestedName) {
-    QFileDialog dialog(QApplication::activeWindow(), "Save", Q(directory), kFilters);
+    QFileDialog dialog(QApplication::activeWindow(), "Save", Q(directory),
+                       EndsWithText(suggestedName, ".html") ? kPageFilter : kFilters);
     const QFileInfo suggested(Q(suggestedName));
     if (suggested.isAbsolute()) dialog.setDirectory(suggested.path());
     dialog.selectFile(suggested.fileName());

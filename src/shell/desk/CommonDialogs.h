@@ -12,7 +12,8 @@ namespace vortan {
 
 /// The name of a file to read; empty on Cancel.
 std::string ShowOpen(Desktop& desktop);
-/// The name of a file to write, with an extension; empty on Cancel. `suggestedName` is a full or a bare name.
+/// The name of a file to write, with an extension; empty on Cancel. `suggestedName` is a full or a bare name;
+/// one of a web page asks for a web page.
 std::string ShowSave(const std::string& directory, const std::string& suggestedName);
 /// The name of a file for something of that title, which is offered as far as every file system takes it;
 /// empty on Cancel. `filters` as a file dialog has them; the first one's ending is offered.

@@ -248,6 +248,10 @@ constexpr Command kOutput[] = {
      {.button = 14, .toolTip = "Print", .whileEntering = kPrintable}},
     {"OutputExportMenu", "&Export table...", OutputExport, {.whileEntering = kPrintable}},
     {"OutputCopyMenu", "&Copy", OutputCopy, {.button = 13, .toolTip = "Copy", .whileEntering = kPrintable}},
+    {"OutputPublishMenu",
+     "Publish as &web page...",
+     OutputPublish,
+     {.needs = Project, .separator = "OutputSeparatorMenu"}},
 };
 
 constexpr Command kSetup[] = {

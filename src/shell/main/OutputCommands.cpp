@@ -3,8 +3,12 @@
 #include <QApplication>
 #include <QClipboard>
 
+#include "model/Characters.h"
+#include "model/Vproject.h"
 #include "paint/Pictures.h"
+#include "paint/SaveFile.h"
 #include "paint/Text.h"
+#include "reports/WebPage.h"
 #include "shell/main/MainForm.h"
 #include "shell/pages/PageSizeForm.h"
 
@@ -45,6 +49,41 @@ void OutputCopy(MainForm& main) {
     if (!form) return;
     QApplication::clipboard()->setMimeData(ClipboardData(*form->Surface()).release());
     main.Note("Copied to the clipboard");
+}
+
+void OutputPublish(MainForm& main) {
+    constexpr const char* title = "Publish As Web Page";
+    Desktop& desktop = main.TheDesktop();
+    // The page of a plan that halted says what is wrong; while a solve runs there is nothing to say.
+    const auto mayPublish = [&desktop] {
+        return desktop.solver.Mode() == SolveMode::Halted ? desktop.workspace.ThisProjectSet()
+                                                          : desktop.workspace.ThisProjectSolved();
+    };
+    if (!mayPublish()) return;
+    const BoxAnswer costs =
+        desktop.platform.MessageBox("Everyone who has the page can read it. Do you want it to show costs?",
+                                    title, BoxIcon::Question, BoxButtons::YesNoCancel);
+    if (costs == BoxAnswer::Cancel) return;
+    std::string offered = desktop.workspace.ThisProject()->ProjectName();
+    for (char& c : offered) {
+        if (static_cast<unsigned char>(c) < ' ' ||
+            std::string_view("/\\:*?\"<>|").find(c) != std::string_view::npos)
+            c = '_';
+    }
+    const InputAnswer chosen =
+        desktop.platform.SaveFileDialog(desktop.workspace.FileDialogPath, offered + ".html");
+    // A solve may have begun while the questions were open.
+    if (!chosen.given || !mayPublish()) return;
+    const bool isPage = EndsWithText(chosen.text, ".html") || EndsWithText(chosen.text, ".htm");
+    const std::string name = isPage ? chosen.text : chosen.text + ".html";
+    const std::string page = WebPageOf({desktop.workspace, desktop.settings, desktop.solver,
+                                        desktop.iterative.Results(), costs == BoxAnswer::Yes});
+    const std::string problem = SaveFile(name, QByteArray(page.data(), static_cast<qsizetype>(page.size())));
+    if (problem.empty()) {
+        main.Note("Published as " + name);
+    } else {
+        desktop.platform.MessageBox(problem, title, BoxIcon::Warning, BoxButtons::Ok);
+    }
 }
 
 void SetupFont(MainForm& main) {

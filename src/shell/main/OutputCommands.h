@@ -9,4 +9,7 @@ void OutputPrint(MainForm& main);
 void OutputCopy(MainForm& main);
 void SetupFont(MainForm& main);
 
+/// Writes the active project as a web page, after questions for the costs and for the name of the file.
+void OutputPublish(MainForm& main);
+
 }  // namespace vortan

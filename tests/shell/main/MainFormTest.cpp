@@ -2,6 +2,7 @@
 
 #include "shell/Shell.h"
 #include "support/Paths.h"
+#include "support/PlanFiles.h"
 
 namespace vortan {
 namespace {
@@ -41,6 +42,30 @@ TEST_F(MainFormTest, CommandsWithoutWhatTheyNeedWarnAndStop) {
     EXPECT_FALSE(shell.Find<QToolButton>("Toolbar.Save").isEnabled());
     Open("house.vta");
     warned("Plan Equals Current", {"SpreadsheetTypeMenu(4)"});
+}
+
+TEST_F(MainFormTest, PublishesAPageOfASolvedOrHaltedPlan) {
+    const std::string folder = shell.platform.Directory() + "/";
+    const auto publish = [&](const std::string& name, BoxAnswer costs) {
+        shell.platform.ExpectBox("Publish As Web Page", costs);
+        if (costs != BoxAnswer::Cancel) shell.platform.ExpectSaveFileDialog({!name.empty(), folder + name});
+        shell.Choose("OutputPublishMenu");
+    };
+    Open("house.vta");
+    publish("house.html", BoxAnswer::Yes);
+    publish("plan.vta", BoxAnswer::No);  // a plan is never written over
+    publish("", BoxAnswer::No);
+    publish("never.html", BoxAnswer::Cancel);
+    EXPECT_EQ(NamesIn(folder), (std::vector<std::string>{"house.html", "plan.vta.html"}));
+    EXPECT_NE(FileBytes(folder + "house.html").find("Total cost"), std::string::npos);
+    EXPECT_EQ(FileBytes(folder + "plan.vta.html").find("Total cost"), std::string::npos);
+    Open("overtime.vta");
+    publish("halted.html", BoxAnswer::No);
+    EXPECT_NE(FileBytes(folder + "halted.html").find("<p>Journal sync error: "), std::string::npos);
+    shell.platform.ExpectBox("Publish As Web Page", BoxAnswer::No);
+    shell.platform.ExpectSaveFileDialog({true, folder + "no/x.html"});
+    shell.platform.ExpectBox("Publish As Web Page", BoxAnswer::Ok, "x.html");
+    shell.Choose("OutputPublishMenu");
 }
 
 TEST_F(MainFormTest, AHaltedSolveIsExplained) {
