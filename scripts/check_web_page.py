@@ -89,7 +89,7 @@ class Browser:
 COUNTS = """(() => { const rows = id => document.querySelectorAll('#' + id + ' tbody tr').length;
   return {tasks: rows('tasks'), people: rows('people'), loading: rows('loading'),
           bars: document.querySelectorAll('#chart title').length,
-          wide: document.documentElement.scrollWidth > innerWidth,
+          chart: document.getElementById('chart') !== null, wide: document.documentElement.scrollWidth > innerWidth,
           strangers: document.querySelectorAll('img,iframe,object,link,form').length +
                      document.scripts.length - 1}; })()"""
 # The longest wait for a frame on the way through the page, and what a filter and a sort take.
@@ -123,6 +123,15 @@ SORT = """(() => { const head = [...document.querySelectorAll('#tasks thead th')
           back: [...document.querySelectorAll('#tasks tbody tr')].every((r, i) => r === told[i])}; })()"""
 
 
+HOVER = """(() => { const bar = [...document.querySelectorAll('#chart tbody svg path')]
+      .find(p => /^k/.test(p.className.baseVal) && p.getAttribute('d').includes('z'));
+  if (document.querySelector('#chart title')) return true;
+  const name = bar.closest('tr').querySelector('p').firstChild.textContent;
+  const box = bar.closest('tr').querySelector('p').getBoundingClientRect();
+  bar.dispatchEvent(new PointerEvent('pointermove', {bubbles: true, clientY: box.top + 5}));
+  return bar.closest('.band').title.startsWith(name + '\\nStart: '); })()"""
+
+
 def main():
     page = sys.argv[1]
     browser, faults = Browser(), []
@@ -139,11 +148,13 @@ def main():
             shot = browser.call("Page.captureScreenshot", format="png")["data"]
             with open(f"{sys.argv[2]}/page{width}.png", "wb") as file:
                 file.write(base64.b64decode(shot))
+        if counts["chart"] and not browser.value(HOVER):
+            faults.append((width, "a bar does not tell its dates"))
         longest, filtered, sort = browser.value(SCROLL), browser.value(FILTER), browser.value(SORT)
         if not (filtered["good"] and filtered["status"] and sort["good"] and sort["back"]):
             faults.append((width, filtered, sort))
         print(f"{width}: {counts['tasks']} tasks, {counts['people']} people, {counts['loading']} bookings, "
-              f"{counts['bars']} bars; opened in {opened:.2f} s, longest step of scrolling {longest} ms, "
+              f"{counts['bars']} bars with dates of their own; opened in {opened:.2f} s, longest step of scrolling {longest} ms, "
               f"filter {filtered['took']} ms, sort {sort['took']} ms")
     browser.close()
     for fault in faults:

@@ -115,9 +115,9 @@ std::string AreaPath(const DrawItem& item, const Part& part) {
                " " + PointText(x1, middleY) + "z";
     if (item.apex == Apex::Right)
         return "M" + PointText(x1, y1) + "L" + PointText(x2, middleY) + " " + PointText(x1, y2) + "z";
-    const bool up = item.apex == Apex::Up;
-    return "M" + PointText(x1, up ? y2 : y1) + "H" + std::to_string(x2) + "L" +
-           PointText(middleX, up ? y1 : y2) + "z";
+    const int base = item.apex == Apex::Up ? y2 : y1, apex = item.apex == Apex::Up ? y1 : y2;
+    return "M" + PointText(x1, base) + "h" + std::to_string(x2 - x1) + "l" +
+           PointText(middleX - x2, apex - base) + "z";
 }
 
 /// The text of one line.

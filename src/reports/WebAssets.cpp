@@ -147,6 +147,33 @@ function enhance(table) {
   table.parentNode.before(tools);
 }
 document.querySelectorAll("table.data").forEach(enhance);
+
+// The bars of a chart too long to tell their own dates: those of the row, from the table of tasks.
+var chart = document.getElementById("chart"), tasks = document.getElementById("tasks"), rowOf = null;
+function dates(row) {
+  return Array.from(tasks.tHead.rows[0].cells).map(function (head, i) {
+    var text = row.cells[i].textContent;
+    return head.getAttribute("data-t") === "d" && text ? head.textContent + ": " + text : "";
+  }).filter(Boolean).join("\n");
+}
+function findRows() {
+  rowOf = new Map();
+  tasks.querySelectorAll("tbody tr").forEach(function (row) {
+    var name = row.cells[0].textContent.replace(unseen, "");
+    rowOf.set(name, rowOf.has(name) ? null : row);  // tasks of two projects can share a name
+  });
+}
+if (chart && !chart.querySelector("title")) chart.addEventListener("pointermove", function (event) {
+  var band = event.target.closest(".band"), names = band && band.parentNode.parentNode.querySelector(".band");
+  if (!band || !event.target.closest("svg")) return;
+  if (!rowOf) findRows();
+  var cell = Array.from(names.children).find(function (each) {
+    var box = each.getBoundingClientRect();
+    return event.clientY >= box.top && event.clientY < box.bottom;
+  });
+  var row = cell && cell.firstChild && rowOf.get(cell.firstChild.textContent);
+  band.title = row ? cell.firstChild.textContent + "\n" + dates(row) : "";
+});
 })();
 )js";
 

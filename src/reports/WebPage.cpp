@@ -21,6 +21,7 @@ namespace {
 
 constexpr int kChartPixels = 1500;  // that charts are fitted to
 constexpr int kPaperPixels = 1030;  // the width of an A4 page on its side, inside of its margins
+constexpr int kToldBars = 1000;     // rows of a chart whose bars tell their dates without the script
 constexpr std::size_t kMostSentences = 20;
 
 std::string NumberOf(std::size_t count, const std::string& what) {
@@ -157,8 +158,11 @@ void AddGantt(std::string& out, const WebFacts& facts, PageColors& colors) {
     if (now >= first && now <= last)
         out += "The blue line stands at " + ShortMoment(now) + ", the date of the journal. ";
     out += "A bar tells its dates when the mouse rests on it; the table of tasks has them too.</p>\n";
+    std::function<std::string(int, int)> tip;
+    if (chart.TheVwindow().Rows() <= kToldBars)
+        tip = [&chart](int x, int y) { return DatesOfTip(chart.TipAt(x, y)); };
     AddSurface(out, chart.TheVwindow(), colors, "chart", "Gantt chart; the table of tasks has the same dates",
-               [&chart](int x, int y) { return DatesOfTip(chart.TipAt(x, y)); });
+               tip);
     out += "</section>\n";
 }
 
