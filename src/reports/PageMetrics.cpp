@@ -1,5 +1,7 @@
 #include "reports/PageMetrics.h"
 
+#include <cmath>
+
 #include "charts/Twips.h"
 
 namespace vortan {
@@ -30,7 +32,7 @@ int PageMetrics::TextWidth(std::string_view text) const {
             width += kWideLetter;
         }
     }
-    return static_cast<int>(width * kRoom * kFontPixels * kTwipsPerPixel / 1000 + 0.5);
+    return static_cast<int>(std::lround(width * kRoom * kFontPixels * kTwipsPerPixel / 1000));
 }
 
 int PageMetrics::TextHeight() const {

@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <utility>
+#include <vector>
 
 #include "paint/Text.h"
 #include "shell/desk/FormHost.h"
@@ -69,7 +70,9 @@ EditorWaitForm::~EditorWaitForm() {
     if (editor_->state() == QProcess::NotRunning) {
         delete editor_;
     } else {
-        // Left alone: to destroy it would end the program that it runs.
+        // To destroy it would end the program that it runs, so it is kept to the very end.
+        static auto* const leftAlone = new std::vector<QProcess*>;
+        leftAlone->push_back(editor_);
         QObject::connect(editor_, &QProcess::finished, editor_, &QObject::deleteLater);
     }
     if (!unloaded_ && desktop_.host) desktop_.host->FormClosed(*this);
