@@ -11,6 +11,15 @@
 #include "shell/desk/FormHost.h"
 
 namespace vortan {
+namespace {
+
+/// To destroy it would end the program that it runs, so it is kept to the very end.
+void LeaveAlone(QProcess* process) {
+    static auto* const kept = new std::vector<QProcess*>;
+    kept->push_back(process);
+}
+
+}  // namespace
 
 int EditorWaitForm::ShortestEdit = 3000;
 
@@ -70,9 +79,7 @@ EditorWaitForm::~EditorWaitForm() {
     if (editor_->state() == QProcess::NotRunning) {
         delete editor_;
     } else {
-        // To destroy it would end the program that it runs, so it is kept to the very end.
-        static auto* const leftAlone = new std::vector<QProcess*>;
-        leftAlone->push_back(editor_);
+        LeaveAlone(editor_);
         QObject::connect(editor_, &QProcess::finished, editor_, &QObject::deleteLater);
     }
     if (!unloaded_ && desktop_.host) desktop_.host->FormClosed(*this);
