@@ -3,6 +3,7 @@
 #include <string_view>
 #include <vector>
 
+#include "charts/HtmlText.h"
 #include "charts/TextLines.h"
 
 namespace vortan {
@@ -40,17 +41,6 @@ std::string Escaped(std::string_view text) {
         }
     }
     return all;
-}
-
-/// "#rrggbb".
-std::string HtmlColor(Color color) {
-    constexpr char kDigits[] = "0123456789abcdef";
-    std::string text = "#";
-    for (const Color channel : {color & 255, color >> 8 & 255, color >> 16 & 255}) {
-        text += kDigits[channel >> 4];
-        text += kDigits[channel & 15];
-    }
-    return text;
 }
 
 const char* HtmlAlignment(const Vwindow& surface, int row, int col) {

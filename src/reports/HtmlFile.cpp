@@ -3,7 +3,7 @@
 #include <charconv>
 #include <string_view>
 
-#include "reports/HtmlText.h"
+#include "charts/HtmlText.h"
 
 namespace vortan {
 namespace {

@@ -5,9 +5,9 @@
 #include <unordered_set>
 #include <vector>
 
+#include "charts/HtmlText.h"
 #include "charts/TextLines.h"
 #include "charts/Twips.h"
-#include "reports/HtmlText.h"
 #include "reports/PageMetrics.h"
 
 namespace vortan {

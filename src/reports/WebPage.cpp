@@ -4,13 +4,13 @@
 #include <cmath>
 
 #include "charts/GanttForm.h"
+#include "charts/HtmlText.h"
 #include "charts/RiskForm.h"
 #include "charts/Twips.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
 #include "model/Vtask.h"
 #include "reports/Builders.h"
-#include "reports/HtmlText.h"
 #include "reports/PageMetrics.h"
 #include "reports/SurfaceSvg.h"
 #include "reports/WebParts.h"

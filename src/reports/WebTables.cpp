@@ -4,11 +4,11 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "charts/HtmlText.h"
 #include "model/ValueText.h"
 #include "model/Vassignment.h"
 #include "model/Vtask.h"
 #include "reports/Builders.h"
-#include "reports/HtmlText.h"
 #include "reports/WebParts.h"
 
 namespace vortan {

@@ -1,4 +1,4 @@
-#include "reports/HtmlText.h"
+#include "charts/HtmlText.h"
 
 namespace vortan {
 
