@@ -14,10 +14,17 @@ QIcon GetResIcon(const std::string& name) {
     return QIcon(Q(file));
 }
 
-QIcon NodeIcon(char kind) {
-    static const std::map<char, const char*> names = {
-        {'p', "Project"},  {'s', "Subproject"}, {'t', "Task"},       {'d', "Dependency"}, {'a', "Assignment"},
-        {'l', "Template"}, {'h', "Shift"},      {'g', "Department"}, {'r', "Resource"},   {'n', "NoDrop"}};
+QIcon NodeIcon(NodeKind kind) {
+    static const std::map<NodeKind, const char*> names = {{NodeKind::Project, "Project"},
+                                                          {NodeKind::Subproject, "Subproject"},
+                                                          {NodeKind::Task, "Task"},
+                                                          {NodeKind::Dependency, "Dependency"},
+                                                          {NodeKind::Assignment, "Assignment"},
+                                                          {NodeKind::Template, "Template"},
+                                                          {NodeKind::Shift, "Shift"},
+                                                          {NodeKind::Department, "Department"},
+                                                          {NodeKind::Resource, "Resource"},
+                                                          {NodeKind::None, "NoDrop"}};
     const auto found = names.find(kind);
     if (found == names.end()) AssertionFailed();
     return GetResIcon(std::string(found->second) + ".ico");

@@ -50,7 +50,7 @@ void DragDrop::Move(const QPoint& global, Qt::MouseButtons buttons) {
         if (!pressed_ || (global - pressedAt_).manhattanLength() < QApplication::startDragDistance()) return;
         dragging_ = true;
         over_ = nullptr;
-        pointer_ = ' ';
+        pointer_.reset();
         QApplication::setOverrideCursor(Qt::ForbiddenCursor);
     }
     TreeForm* form = FormAt(global);
@@ -115,7 +115,7 @@ TreeForm* DragDrop::FormAt(const QPoint& global) const {
 }
 
 void DragDrop::ShowPointer(bool allowed) {
-    const char kind = allowed ? trees_.DragNode()->Image() : 'n';
+    const NodeKind kind = allowed ? trees_.DragNode()->Image() : NodeKind::None;
     if (kind == pointer_) return;
     pointer_ = kind;
     ProjectTreeForm& form = trees_.ProjectTree();
@@ -158,12 +158,13 @@ void DragDrop::ScrollTick() {
 
 void DragDrop::HandleDragDrop() {
     if (!trees_.DragNode() || !trees_.DropNode()) return;
-    const std::string pair = {trees_.DragNode()->Image(), trees_.DropNode()->Image()};
-    if (pair == "rp" || pair == "rs") {
+    using enum NodeKind;
+    const NodeKind dragged = trees_.DragNode()->Image(), target = trees_.DropNode()->Image();
+    if (dragged == Resource && (target == Project || target == Subproject)) {
         CopyProjectManager();
-    } else if (pair == "rt" || pair == "rd") {
+    } else if (dragged == Resource && (target == Task || target == Dependency)) {
         AssignResourceToTask();
-    } else if (pair == "tt" || pair == "st") {
+    } else if ((dragged == Task || dragged == Subproject) && target == Task) {
         CreateTaskDependency();
     } else {
         desktop_.workspace.NotReadyYet();
@@ -171,7 +172,7 @@ void DragDrop::HandleDragDrop() {
 }
 
 void DragDrop::AssignResourceToTask() {
-    if (trees_.DropNode()->Image() == 'd') trees_.SetDropNode(trees_.DropNode()->Parent);
+    if (trees_.DropNode()->Image() == NodeKind::Dependency) trees_.SetDropNode(trees_.DropNode()->Parent);
     Vtask* task = std::get<Vtask*>(trees_.DropObject());
     Vresource* resource = std::get<Vresource*>(trees_.DragObject());
     auto* assignment = desktop_.workspace.NewVObject<Vassignment>();

@@ -2,6 +2,7 @@
 
 #include <QPoint>
 #include <QTimer>
+#include <optional>
 #include <string>
 
 #include "shell/desk/Desktop.h"
@@ -52,9 +53,9 @@ class DragDrop {
     bool dragging_ = false;
     QPoint pressedAt_;  // on the screen
     TreeForm* over_ = nullptr;
-    char pointer_ = ' ';     // kind of the picture at the mouse
-    QTimer scrollTimer_;     // ScrollTreeTimer
-    std::string scrollTag_;  // the form and Up or Down; empty while it stands still
+    std::optional<NodeKind> pointer_;  // kind of the picture at the mouse
+    QTimer scrollTimer_;               // ScrollTreeTimer
+    std::string scrollTag_;            // the form and Up or Down; empty while it stands still
 };
 
 }  // namespace vortan

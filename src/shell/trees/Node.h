@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "shell/desk/NodeKind.h"
+
 namespace vortan {
 
 class NodeTree;
@@ -20,8 +22,7 @@ struct Node {
     int Row = 0;            ///< place among the siblings
     bool Expanded = false;  ///< kept in step with the view
 
-    /// The kind: p s t d a n in the project tree, l h g r in the template tree.
-    char Image() const { return Tag.empty() ? '?' : Tag.front(); }
+    NodeKind Image() const { return Tag.empty() ? NodeKind::None : static_cast<NodeKind>(Tag.front()); }
 };
 
 }  // namespace vortan

@@ -28,10 +28,16 @@
 namespace vortan {
 namespace {
 
-std::string WordOf(char kind) {
-    static const std::map<char, const char*> words = {
-        {'p', "project"},  {'s', "subproject"}, {'t', "task"},       {'d', "dependency"}, {'a', "assignment"},
-        {'l', "template"}, {'h', "shift"},      {'g', "department"}, {'r', "resource"}};
+std::string WordOf(NodeKind kind) {
+    static const std::map<NodeKind, const char*> words = {{NodeKind::Project, "project"},
+                                                          {NodeKind::Subproject, "subproject"},
+                                                          {NodeKind::Task, "task"},
+                                                          {NodeKind::Dependency, "dependency"},
+                                                          {NodeKind::Assignment, "assignment"},
+                                                          {NodeKind::Template, "template"},
+                                                          {NodeKind::Shift, "shift"},
+                                                          {NodeKind::Department, "department"},
+                                                          {NodeKind::Resource, "resource"}};
     const auto found = words.find(kind);
     return found == words.end() ? "n/a" : found->second;
 }
@@ -61,13 +67,13 @@ QAction* NodeCommands::Add(const char* name, const QString& caption, const char*
 
 void NodeCommands::UpdatePopupMenu() {
     const Node* node = trees_.DragNode();
-    const char kind = node ? node->Image() : 'n';
-    const bool isProject = kind == 'p' || kind == 's';
+    const NodeKind kind = node ? node->Image() : NodeKind::None;
+    const bool isProject = kind == NodeKind::Project || kind == NodeKind::Subproject;
     modify_->setText(Q("Modify this " + WordOf(kind)));
     delete_->setText(Q("Delete this " + WordOf(kind)));
     // A placeholder stands for nothing.
-    modify_->setEnabled(kind != 'n');
-    delete_->setEnabled(kind != 'n');
+    modify_->setEnabled(kind != NodeKind::None);
+    delete_->setEnabled(kind != NodeKind::None);
     setActive_->setEnabled(isProject &&
                            trees_.FindProjectFromNode(*node) != desktop_.workspace.ThisProject());
 }
@@ -101,7 +107,7 @@ void NodeCommands::GlobalExpand(bool flag) {
 
 Vtask* NodeCommands::SelectedTask(const char* warning, const char* title) {
     const Node* node = trees_.DragNode();
-    if (node && node->Image() == 't') return trees_.ObjectOf<Vtask>(*node);
+    if (node && node->Image() == NodeKind::Task) return trees_.ObjectOf<Vtask>(*node);
     desktop_.platform.MessageBox(warning, title, BoxIcon::Warning, BoxButtons::Ok);
     return nullptr;
 }
@@ -121,30 +127,30 @@ void NodeCommands::AddAssignment() {
 
 void NodeCommands::Modify() {
     const Node* node = trees_.DragNode();
-    if (!node || node->Image() == 'n') return;
+    if (!node || node->Image() == NodeKind::None) return;
     switch (node->Image()) {
-        case 'p':
-        case 's': {
+        case NodeKind::Project:
+        case NodeKind::Subproject: {
             Vproject* project = trees_.FindProjectFromNode(*node);
             const bool active = project == desktop_.workspace.ThisProject();
-            if (node->Image() == 's' && !active)
+            if (node->Image() == NodeKind::Subproject && !active)
                 return SubprojectEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vtask>(*node));
             if (!active) MakeActive(project);
             return ProjectEntryForm::StartModify(desktop_, *project);
         }
-        case 't':
+        case NodeKind::Task:
             return TaskEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vtask>(*node));
-        case 'd':
+        case NodeKind::Dependency:
             return DependencyEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vdependency>(*node));
-        case 'a':
+        case NodeKind::Assignment:
             return AssignmentEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vassignment>(*node));
-        case 'l':
+        case NodeKind::Template:
             return TemplateEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vtemplate>(*node));
-        case 'h':
+        case NodeKind::Shift:
             return ShiftEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vshift>(*node));
-        case 'g':
+        case NodeKind::Department:
             return RenameDepartment(*node);
-        case 'r':
+        case NodeKind::Resource:
             return ResourceEntryForm::StartModify(desktop_, *trees_.ObjectOf<Vresource>(*node));
         default:
             AssertionFailed();
@@ -171,8 +177,8 @@ void NodeCommands::RenameDepartment(const Node& node) {
 
 void NodeCommands::Delete() {
     Node* node = trees_.DragNode();
-    if (!node || node->Image() == 'n') return;
-    if (node->Image() == 'g') {
+    if (!node || node->Image() == NodeKind::None) return;
+    if (node->Image() == NodeKind::Department) {
         desktop_.platform.MessageBox(
             "A department cannot be deleted by itself.  It goes away when its last resource is deleted or "
             "moved to another department.",
@@ -224,7 +230,7 @@ void NodeCommands::DeleteObject(Node& node) {
     TreeForm& form = node.Tree == &trees_.ProjectTree().Tree() ? static_cast<TreeForm&>(trees_.ProjectTree())
                                                                : trees_.TemplateTree();
     form.RemoveNode(node);
-    if (above->Image() == 'g' && above->Children.empty()) form.RemoveNode(*above);
+    if (above->Image() == NodeKind::Department && above->Children.empty()) form.RemoveNode(*above);
     if (subproject) {
         // It is a master project now, with a tree of its own.
         workspace.BroadcastNewThisProject();

@@ -36,12 +36,13 @@ std::unique_ptr<Node> MakeDepartment(const std::string& name) {
 
 namespace {
 
-bool IsNumbered(char kind) {
-    return kind == 's' || kind == 't' || kind == 'r' || kind == 'a';
+bool IsNumbered(NodeKind kind) {
+    return kind == NodeKind::Subproject || kind == NodeKind::Task || kind == NodeKind::Resource ||
+           kind == NodeKind::Assignment;
 }
 /// Whether nodes of this kind look for their place among their own kind only.
-bool KeepsToItself(char kind) {
-    return kind == 'a' || kind == 'g';
+bool KeepsToItself(NodeKind kind) {
+    return kind == NodeKind::Assignment || kind == NodeKind::Department;
 }
 
 long LeadingNumber(const std::string& text) {
@@ -51,7 +52,7 @@ long LeadingNumber(const std::string& text) {
 }  // namespace
 
 Node& AddNode(Nodes& siblings, std::unique_ptr<Node> fresh) {
-    const char kind = fresh->Image();
+    const NodeKind kind = fresh->Image();
     auto first = siblings.begin();
     if (KeepsToItself(kind)) {
         first = std::partition_point(first, siblings.end(),
@@ -180,7 +181,7 @@ QVariant NodeTree::data(const QModelIndex& index, int role) const {
         case Qt::DecorationRole:
             return Picture(node.Image());
         case Qt::ForegroundRole:
-            if (node.Image() == 'n') return QGuiApplication::palette().placeholderText();
+            if (node.Image() == NodeKind::None) return QGuiApplication::palette().placeholderText();
             return {};
         default:
             return {};
@@ -205,7 +206,7 @@ QPixmap OnPlate(const QPixmap& pixmap) {
 
 }  // namespace
 
-const QIcon& NodeTree::Picture(char kind) const {
+const QIcon& NodeTree::Picture(NodeKind kind) const {
     const auto known = pictures_.find(kind);
     if (known != pictures_.end()) return known->second;
     // Drawn here at the sizes that occur, since the toolkit would tint the picture of a selected line beyond

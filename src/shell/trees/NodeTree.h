@@ -80,7 +80,7 @@ class NodeTree : public QAbstractItemModel {
     }
 
     /// The picture of a kind of node.
-    const QIcon& Picture(char kind) const;
+    const QIcon& Picture(NodeKind kind) const;
 
   private:
     Nodes& Siblings(const Node& node) { return node.Parent ? node.Parent->Children : roots_; }
@@ -90,7 +90,7 @@ class NodeTree : public QAbstractItemModel {
     std::function<void(const Node&)> gone_;
     Nodes roots_;
     std::unordered_map<std::string, Node*> byKey_;
-    mutable std::map<char, QIcon> pictures_;
+    mutable std::map<NodeKind, QIcon> pictures_;
     int batches_ = 0;
 };
 

@@ -105,16 +105,17 @@ void ProjectTreeForm::RebuildTaskSubTree(Vtask& task, bool showChildren) {
 
 void ProjectTreeForm::TreeExpand(Node& node) {
     const Trees& trees = *trees_;
-    if (node.Image() == 't') {
+    if (node.Image() == NodeKind::Task) {
         ReplaceChildren(node, TaskChildren(*trees.ObjectOf<Vtask>(node), true), true);
-    } else if (node.Image() == 's') {
+    } else if (node.Image() == NodeKind::Subproject) {
         RebuildProjectSubTree(*trees.FindProjectFromNode(node), node, true);
     }
 }
 
 void ProjectTreeForm::RefreshReferences() {
     Tree().ForEach([this](Node& node) {
-        if (node.Image() == 'd' || node.Image() == 'a') trees_->RefreshNode(node);
+        if (node.Image() == NodeKind::Dependency || node.Image() == NodeKind::Assignment)
+            trees_->RefreshNode(node);
     });
 }
 

@@ -56,7 +56,8 @@ void TreeForm::ReplaceAll(const VObject* shown, const std::function<Nodes()>& bu
 Nodes TreeForm::Rebuilt(const Nodes& old, const std::function<Nodes()>& build) {
     wasExpanded_.clear();
     NodeTree::Walk(old, [this](const Node& node) {
-        if (node.Expanded || node.Image() != 't') wasExpanded_.try_emplace(node.Key, node.Expanded);
+        if (node.Expanded || node.Image() != NodeKind::Task)
+            wasExpanded_.try_emplace(node.Key, node.Expanded);
     });
     Nodes nodes = build();
     wasExpanded_.clear();

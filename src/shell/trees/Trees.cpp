@@ -108,29 +108,29 @@ PlanObject Trees::FindObjectFromNode(const Node& node) const {
     const std::string key = node.Tag.empty() ? "" : node.Tag.substr(1);
     const std::uint32_t number = NumberIn(key, 0);
     switch (node.Image()) {
-        case 'p':
+        case NodeKind::Project:
             return Matching(workspace.ProjectList().Find(key), node);
-        case 'l':
+        case NodeKind::Template:
             return Matching(workspace.TemplateList().Find(key), node);
-        case 's':
+        case NodeKind::Subproject:
             if (!node.Parent) return Matching(workspace.ProjectList().Find(key), node);
             [[fallthrough]];
-        case 't':
+        case NodeKind::Task:
             if (!node.Parent) AssertionFailed();
             return Matching(FindProjectFromNode(*node.Parent)->FindTask(static_cast<std::int32_t>(number)),
                             node);
-        case 'h':
+        case NodeKind::Shift:
             if (!workspace.ThisTemplate()) AssertionFailed();
             return Matching(workspace.ThisTemplate()->ShiftList().Find(node.Text), node);
-        case 'r': {
+        case NodeKind::Resource: {
             if (!node.Parent || !node.Parent->Parent) AssertionFailed();
             const Vtemplate* owner = workspace.TemplateList().Find(node.Parent->Parent->Text);
             if (!owner) AssertionFailed();
             return Matching(owner->FindResource(static_cast<std::int32_t>(number)), node);
         }
-        case 'd':
+        case NodeKind::Dependency:
             return FindId(TaskOfNode(node)->DependencyList(), number);
-        case 'a':
+        case NodeKind::Assignment:
             return FindId(TaskOfNode(node)->AssignmentList(), number);
         default:
             AssertionFailed();
@@ -138,7 +138,7 @@ PlanObject Trees::FindObjectFromNode(const Node& node) const {
 }
 
 Vproject* Trees::FindProjectFromNode(const Node& node) const {
-    if (node.Image() != 'p' && node.Image() != 's') AssertionFailed();
+    if (node.Image() != NodeKind::Project && node.Image() != NodeKind::Subproject) AssertionFailed();
     const PlanObject object = FindObjectFromNode(node);
     if (Vproject* const* project = std::get_if<Vproject*>(&object)) return *project;
     return std::get<Vtask*>(object)->Subproject();
@@ -152,8 +152,9 @@ Vproject* Trees::FindProjectFromNodeText(const std::string& text) const {
 }
 
 Vtask* Trees::TaskOfNode(const Node& node) const {
-    if (node.Image() == 't' || node.Image() == 's') return ObjectOf<Vtask>(node);
-    if ((node.Image() != 'd' && node.Image() != 'a') || !node.Parent) AssertionFailed();
+    if (node.Image() == NodeKind::Task || node.Image() == NodeKind::Subproject) return ObjectOf<Vtask>(node);
+    if ((node.Image() != NodeKind::Dependency && node.Image() != NodeKind::Assignment) || !node.Parent)
+        AssertionFailed();
     return ObjectOf<Vtask>(*node.Parent);
 }
 
@@ -166,32 +167,32 @@ void Trees::RefreshNode(Node& node) {
     };
     Workspace& workspace = desktop_.workspace;
     switch (node.Image()) {
-        case 'p':
+        case NodeKind::Project:
             take(*FindId(workspace.ProjectList(), id));
             break;
-        case 'l':
+        case NodeKind::Template:
             take(*FindId(workspace.TemplateList(), id));
             break;
-        case 'h':
+        case NodeKind::Shift:
             if (!workspace.ThisTemplate()) AssertionFailed();
             take(*FindId(workspace.ThisTemplate()->ShiftList(), id));
             break;
-        case 'r':
+        case NodeKind::Resource:
             if (!workspace.ThisTemplate()) AssertionFailed();
             take(*FindId(workspace.ThisTemplate()->ResourceList(), id));
             break;
-        case 's':
-        case 't':
+        case NodeKind::Subproject:
+        case NodeKind::Task:
             if (node.Parent) {
                 take(*FindId(FindProjectFromNode(*node.Parent)->TaskList(), id));
             } else {
                 take(*FindId(workspace.ProjectList(), id));
             }
             break;
-        case 'd':
+        case NodeKind::Dependency:
             take(*FindId(TaskOfNode(node)->DependencyList(), id));
             break;
-        case 'a':
+        case NodeKind::Assignment:
             take(*FindId(TaskOfNode(node)->AssignmentList(), id));
             break;
         default:

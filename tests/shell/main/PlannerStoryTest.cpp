@@ -92,7 +92,7 @@ class Planner : public Driver {
         Node* found = nullptr;
         const std::function<void(const Nodes&)> look = [&](const Nodes& nodes) {
             for (const auto& node : nodes) {
-                const bool fits = node->Image() == 't' || node->Image() == 'r';
+                const bool fits = node->Image() == NodeKind::Task || node->Image() == NodeKind::Resource;
                 if (!found && fits && node->Text.starts_with(text)) found = node.get();
                 look(node->Children);
             }

@@ -221,7 +221,7 @@ TEST_F(OverageFormTest, ShowsTheShortage) {
 TEST_F(OverageFormTest, LeadsToTheAssignmentOrTheSolveRule) {
     shell.Click("OkCommand");
     ASSERT_EQ(OpenForm(), "AssignmentEntryForm");
-    EXPECT_EQ(shell.main.TheTrees().DragNode()->Image(), 'a');
+    EXPECT_EQ(shell.main.TheTrees().DragNode()->Image(), NodeKind::Assignment);
     EXPECT_EQ(shell.Value("HoursText"), "6");
     shell.Press(Qt::Key_Escape);
     shell.Click("SolvePanel");

@@ -97,7 +97,8 @@ TEST(TreesDrag, ThePointerTellsWhatADropWouldDo) {
         if (!QApplication::overrideCursor()) return std::string("none");
         const QImage shown = QApplication::overrideCursor()->pixmap().toImage();
         for (const char kind : std::string("nr")) {
-            if (shown == tree.Picture(kind).pixmap(source.iconSize()).toImage()) return std::string(1, kind);
+            const QIcon& picture = tree.Picture(static_cast<NodeKind>(kind));
+            if (shown == picture.pixmap(source.iconSize()).toImage()) return std::string(1, kind);
         }
         return std::string("other");
     };

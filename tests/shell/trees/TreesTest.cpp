@@ -220,7 +220,8 @@ TEST(Trees, TheSelectedLineStandsOutAndIsPalerWithoutTheKeys) {
         EXPECT_LT(ground().lightness(), empty.lightness());
         EXPECT_FALSE(view.accessibleName().isEmpty());
         for (const char kind : std::string("pstdalhgrn")) {
-            const QImage picture = form->Tree().Picture(kind).pixmap({24, 24}, QIcon::Selected).toImage();
+            const QIcon& icon = form->Tree().Picture(static_cast<NodeKind>(kind));
+            const QImage picture = icon.pixmap({24, 24}, QIcon::Selected).toImage();
             EXPECT_EQ(picture.pixelColor(12, 1).alpha(), 255) << "the picture brings its own ground";
         }
     }
