@@ -33,6 +33,8 @@ class CrashForm : public ChartForm {
     /// and the later part of a task.
     static std::vector<Vcrash> MultipliersAt(const std::vector<Vcrash>& crashList, std::size_t step);
 
+    const std::vector<Vcrash>& Steps() const { return crashList_; }
+
     double CostToY(Money cost) const;
 
   private:

@@ -32,6 +32,8 @@ class RiskForm : public ChartForm {
     Answers AnswersTo() const override { return {.newThisProject = Answer::Unload}; }
     std::string TipAt(int x, int y) const override;
 
+    const IterativeResults& Results() const { return results_; }
+
     /// The height of so many iterations out of all.
     double IndexToY(std::int32_t iterations) const;
     double CostToY(double cost) const;

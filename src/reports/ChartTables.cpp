@@ -6,7 +6,10 @@
 #include "charts/GanttForm.h"
 #include "charts/HistogramForm.h"
 #include "charts/WorkBreakdownForm.h"
+#include "model/NumberText.h"
 #include "model/ValueText.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "reports/Builders.h"
 
 namespace vortan {
@@ -143,6 +146,50 @@ Table TableOf(const WorkBreakdown& breakdown) {
     return table;
 }
 
+Table TableOf(const RiskForm& risk, const std::string& currencySymbol) {
+    const IterativeResults& results = risk.Results();
+    Table table("", ColumnsOf({"Run"}, {"Finish", "% by then", "Total cost"}), 1);
+    if (!RiskForm::HasData(results)) return table;
+    const std::size_t runs = results.riskDates.size() - 1;
+    for (std::size_t i = 0; i <= runs; ++i) {
+        RowWriter writer(table);
+        if (i == 0) {
+            writer.Text("Most likely");
+        } else {
+            writer.Number(static_cast<std::int64_t>(i));
+        }
+        writer.Date(results.riskDates[i]);
+        if (i == 0) {
+            writer.Skip(1);
+        } else {
+            const double percent = 100.0 * static_cast<double>(i) / static_cast<double>(runs);
+            writer.Text(FormatNumber(static_cast<float>(percent)), percent);
+        }
+        writer.Amount(results.riskCosts[i], currencySymbol);
+    }
+    return table;
+}
+
+Table TableOf(const CrashForm& crash, const std::string& currencySymbol) {
+    Columns columns = ColumnsOf({"Step"}, {"Finish", "Total cost"});
+    columns.push_back({"Project", Alignment::Left});
+    columns.push_back({"Task", Alignment::Left});
+    for (const char* title : {"From", "To", "Multiplier"}) columns.push_back({title, Alignment::Right});
+    Table table("", std::move(columns), 1);
+    std::int64_t step = 0;
+    for (const Vcrash& crashed : crash.Steps()) {
+        const Vtask* task = crashed.task.Get();
+        RowWriter writer(table, task ? RowSubject(crashed.task) : RowSubject());
+        writer.Number(step++).Date(crashed.endDate).Amount(crashed.totalCost, currencySymbol);
+        // The first is the starting point; of a later one the task may be gone.
+        if (!task) continue;
+        writer.Text(task->Project()->BuildNodeText()).Text(task->BuildNodeText());
+        writer.Number(crashed.fromPercent).Number(crashed.toPercent);
+        writer.Text(FormatNumber(crashed.multiplier), static_cast<double>(crashed.multiplier));
+    }
+    return table;
+}
+
 std::optional<Table> TableOf(const ChartForm& chart, const std::string& currencySymbol) {
     std::optional<Table> table;
     if (const auto* histogram = dynamic_cast<const HistogramForm*>(&chart)) {
@@ -153,6 +200,10 @@ std::optional<Table> TableOf(const ChartForm& chart, const std::string& currency
         table = TableOf(*precedence);
     } else if (const auto* breakdown = dynamic_cast<const WorkBreakdownForm*>(&chart)) {
         table = TableOf(breakdown->Data());
+    } else if (const auto* risk = dynamic_cast<const RiskForm*>(&chart)) {
+        table = TableOf(*risk, currencySymbol);
+    } else if (const auto* crash = dynamic_cast<const CrashForm*>(&chart)) {
+        table = TableOf(*crash, currencySymbol);
     } else if (dynamic_cast<const GanttForm*>(&chart)) {
         table = TitledColumns(chart.TheVwindow());
     }

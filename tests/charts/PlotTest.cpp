@@ -4,6 +4,8 @@
 #include "charts/FixedMetrics.h"
 #include "charts/PlotAxis.h"
 #include "charts/RiskForm.h"
+#include "reports/ChartTables.h"
+#include "reports/CsvFile.h"
 #include "support/ModelBench.h"
 
 namespace vortan {
@@ -92,6 +94,10 @@ TEST(RiskFormTest, TheCurveClimbsToAllIterations) {
     EXPECT_EQ(line[1].text, "Most likely");
     EXPECT_EQ(line[1].x1 + line[1].x2, 2 * line->x1);
     EXPECT_EQ(bench.form.TipAt(line->x1, bench.surface.RowPos(3)), "9/4/2001\n50% finish by then");
+    const std::string csv = DataCsvOf(*TableOf(static_cast<const ChartForm&>(bench.form), "$"));
+    EXPECT_EQ(csv.substr(0, 98),
+              "Run,Finish,% by then,Total cost\r\nMost likely,9/4/2001 12:00:00 PM,,100\r\n"
+              "1,9/3/2001 12:00:00 PM,25,");
 }
 
 TEST(RiskFormTest, PointsTooCloseToSeeArePassedOverButTheLast) {
@@ -177,6 +183,8 @@ TEST(CrashFormTest, AClickAsksForTheMultipliersOfADate) {
     bench.b->Delete();
     bench.workspace.FreeVobject(bench.b);
     EXPECT_EQ(bench.Click(6.5), "7: A1/0x1.5");
+    EXPECT_EQ(DataCsvOf(*TableOf(static_cast<const ChartForm&>(bench.form), "$")).substr(56, 69),
+              "0,9/13/2001,1000,,,,,\r\n1,9/11/2001,1100,A: <stub>,1: <stub>,0,100,1.5");
     bench.crashList.resize(1);
     bench.form.Start();
     EXPECT_EQ(bench.Click(9.5), "");

@@ -47,8 +47,6 @@ NodeView::NodeView(Desktop& desktop, TreeForm& form, const QString& hint)
 
     connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) { Expanded(index); });
     connect(this, &QTreeView::collapsed, this, [this](const QModelIndex& index) { Collapsed(index); });
-    connect(model(), &QAbstractItemModel::modelAboutToBeReset, this,
-            [this] { scrolled_ = verticalScrollBar()->value(); });
     fit_.setSingleShot(true);
     fit_.setInterval(0);
     connect(&fit_, &QTimer::timeout, this, [this] { FitWidth(); });
@@ -105,13 +103,12 @@ void NodeView::ShowExpanded(const Node& node) {
     below(node.Children);
 }
 
-/// The toolkit forgets what was expanded, selected and in sight; the nodes have not.
+/// The toolkit forgets what was expanded; the nodes have not.
 void NodeView::reset() {
     const QScopedValueRollback selecting(selecting_, true);
     QTreeView::reset();
     for (const auto& root : Tree().Roots()) ShowExpanded(*root);
     executeDelayedItemsLayout();
-    verticalScrollBar()->setValue(scrolled_);
     fit_.start();
 }
 

@@ -64,7 +64,6 @@ class NodeView : public QTreeView {
     TreeForm& form_;
     QString hint_;
     QTimer fit_;
-    int scrolled_ = 0;        // lines, while the model is reset
     bool selecting_ = false;  // the program moves the current line, not the user
     bool following_ = false;  // the program expands lines, not the user
 };
