@@ -173,6 +173,13 @@ TEST(TreesDrag, TheEdgesScroll) {
     const int scrolled = top();
     bench.workspace.BroadcastNewJournal();
     EXPECT_TRUE(top() == scrolled && scrolled > 0) << "a tree that is built anew stays where it was";
+
+    QScrollBar& sideways = *bench.trees.ProjectTree().View().horizontalScrollBar();
+    bench.trees.ProjectTree().View().resize(60, 200);
+    QCoreApplication::processEvents();
+    sideways.setValue(10);
+    bench.Select(bench.dig);
+    EXPECT_EQ(sideways.value(), 10) << "choosing a line moves nothing sideways";
 }
 
 }  // namespace
