@@ -37,7 +37,7 @@ bool TokenReader::GetAnotherLine() {
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
     position_ = end + 1;
     ++lineNumber_;
-    current_ = remaining_ = Trim(line, " ");
+    current_ = remaining_ = TrimAll(line, [](char c) { return c == ' '; });
     if (lastLineHasEnd_ && found == std::string_view::npos)
         Fail("the line has no end, so the file was cut off");
     return true;
