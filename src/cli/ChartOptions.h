@@ -30,7 +30,7 @@ struct ChartOptions {
 
 /// What a kind of chart has of its own. The form given is always of that kind.
 struct ChartWords {
-    const char* kind;  ///< of ChartKinds
+    const char* kind = "";  ///< of ChartKinds
     bool hasTimeScale = false;
     bool showsTemplate = false;  ///< and so needs one
     std::vector<Option> (*options)(ChartOptions&) = nullptr;
@@ -42,7 +42,7 @@ struct ChartWords {
     std::string (*csv)(const ChartForm&) = nullptr;
 };
 
-/// Fault if there is none of that name.
+/// One that is not listed is only drawn.
 const ChartWords& ChartWordsOf(std::string_view kind);
 
 /// The names in a list with commas; one with commas or blanks of its own stands in double quotes.
