@@ -15,6 +15,29 @@ namespace vortan {
 
 /// Whether the text of a custom field is ours.
 bool IsVortan(std::string_view text);
+/// The TaskID or ResourceID that an exported row had; 0 if the text does not tell or is damaged.
+std::int32_t VortanNumber(std::string_view text);
+
+/// What an export has given a number to, or a place.
+struct ExportedPlan {
+    const MProject* file = nullptr;
+    std::unordered_map<const Vtask*, std::int32_t> tasks;          ///< UIDs
+    std::unordered_map<const Vresource*, std::int32_t> resources;  ///< UIDs
+    std::unordered_map<const Vproject*, std::int32_t> projects;    ///< UIDs of summary rows, the top one's 0
+    std::vector<const Vtemplate*> templates;                       ///< the active one first
+    /// Of each template, in the order of `templates`: the list, then deleted ones that resources work.
+    std::vector<std::vector<const Vshift*>> shifts;
+
+    const MCalendar* CalendarOf(std::int32_t uid) const;
+};
+
+/// The text for the row of a task; `links` and `assignments` are as the file shows them. For a row that
+/// stands for a subproject, also what that is.
+std::string EncodeTask(const ExportedPlan& plan, const MTask& row, const Vtask& task, bool ownsSubproject,
+                       const std::vector<const MAssignment*>& assignments);
+/// The text for the project's own summary row: the top project, the templates and their shifts.
+std::string EncodeTop(const ExportedPlan& plan, const MTask& row, const Vproject& project);
+std::string EncodeResource(const ExportedPlan& plan, const MResource& row, const Vresource& resource);
 
 /// What an import has built so far, aside: no project is in ProjectList yet. Names are given when all joins.
 struct ImportedPlan {
@@ -30,6 +53,12 @@ struct ImportedPlan {
     Vtemplate* resources = nullptr;                           ///< new, or the active one
     bool newTemplate = false;
     std::string templateName;  ///< that a new one shall have
+    /// Further templates that texts asked for, with the names that they shall have.
+    struct Template {
+        Vtemplate* made = nullptr;
+        std::string name;
+    };
+    std::vector<Template> moreTemplates;
     std::unordered_map<std::int32_t, Vresource*>
         resourceOf;                         ///< by UID; old ones of the same name and ID too
     std::vector<Vassignment*> assignments;  ///< as in file->Assignments; none where left out
