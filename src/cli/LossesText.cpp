@@ -12,9 +12,9 @@ void TellLosses(std::ostream& err, const Losses& losses, const std::string& file
         << losses.Text();
 }
 
-void WriteLosses(JsonWriter& json, const Losses& losses) {
+void WriteLosses(JsonWriter& json, const std::vector<Loss>& losses) {
     json.ArrayMember("losses", [&] {
-        for (const Loss& loss : losses.List()) {
+        for (const Loss& loss : losses) {
             json.Object([&] {
                 json.Member("object", loss.object);
                 json.Member("what", loss.what);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string>
@@ -156,6 +157,11 @@ struct MAssignment {
     std::int32_t CostRateTable = 0;  ///< 0 is A to 4 E
     std::string Text30;
     std::int32_t Line = 0;
+
+    /// Whether the flags are work days of ours: the last one says so, and one of the others is a day.
+    bool HasDays() const {
+        return Flag[10] && std::find(Flag.begin() + 1, Flag.begin() + 10, true) != Flag.begin() + 10;
+    }
 };
 
 /// Minutes since midnight, `to` up to 1440.
@@ -190,6 +196,12 @@ struct MCalendar {
     std::int32_t Line = 0;
 };
 
+/// Something that a file holds and nothing here asks for.
+struct MUnread {
+    std::string What;  ///< "Custom field Text5"
+    std::int32_t Count = 0;
+};
+
 struct MProject {
     std::string Name, Title;
     DateTime ProjectStart, ProjectFinish;
@@ -202,6 +214,7 @@ struct MProject {
     std::vector<MTask> Tasks;
     std::vector<MResource> Resources;
     std::vector<MAssignment> Assignments;
+    std::vector<MUnread> Unread;  ///< by kind
 };
 
 }  // namespace vortan

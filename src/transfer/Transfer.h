@@ -58,6 +58,9 @@ class Transfer {
     std::int16_t ToStartAnswer = 0;
 
   private:
+    bool ImportFile(const std::string& fileName);
+    static std::string CleanFileStem(const std::string& name);
+
     Workspace& workspace_;
     Losses losses_;
     std::int64_t transferCount_ = 0, transferTotal_ = 0, transferPercent_ = 0;

@@ -1,8 +1,10 @@
 // Reading of the marked texts.
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <set>
+#include <unordered_set>
 
 #include "model/Vassignment.h"
 #include "model/Vdependency.h"
@@ -18,7 +20,10 @@ namespace vortan {
 
 namespace {
 
-constexpr const char* kNoRateTables = "There are no tables of rates";
+/// Why an import loses what an export has written besides: of a row whose text tells the same, nothing is lost.
+constexpr std::array kToldOtherwise = {"There are no tables of rates", "Plans are kept as journals",
+                                       "Resources are levelled by the solve", "Work is duration times units",
+                                       "Nobody works so little"};
 
 /// The sections of a text, by their letters.
 class Sections {
@@ -230,6 +235,7 @@ class Applier {
         for (const MTask& row : plan_.file->Tasks) {
             if (row.UID == 0) top = &row;
         }
+        if (top && plan_.file->Title.empty()) plan_.projects.front().project->SetDescription("");
         if (const auto body = top ? Open(top->Text30, "Plan") : std::nullopt) {
             const Sections sections(*body);
             ApplyTemplates(sections);
@@ -243,6 +249,12 @@ class Applier {
             if (row.UID != 0) ApplyTask(row);
         }
         DropShifts();
+        losses_.RemoveIf([&](const Loss& loss) {
+            const bool otherwise =
+                std::find(kToldOtherwise.begin(), kToldOtherwise.end(), loss.why) != kToldOtherwise.end();
+            return otherwise && loss.what.find("complete") == std::string::npos &&
+                   !loss.what.starts_with("Actual") && whole_.contains(loss.object);
+        });
     }
 
   private:
@@ -262,11 +274,10 @@ class Applier {
                         "Read as any other row is");
         return body;
     }
-    static std::string ObjectOf(const MResource& row) {
-        return "Resource " + std::to_string(row.ID) + " " + row.Name;
-    }
-    static std::string ObjectOf(const MTask& row) {
-        return "Task " + std::to_string(row.ID) + " " + row.Name;
+    static std::string ObjectOf(const MResource& row) { return Numbered("Resource", row.ID, row.Name); }
+    static std::string ObjectOf(const MTask& row) { return Numbered("Task", row.ID, row.Name); }
+    static std::string Numbered(const char* what, std::int32_t id, const std::string& name) {
+        return std::string(what) + " " + std::to_string(id) + (name.empty() ? "" : " " + name);
     }
 
     template <class T>
@@ -330,7 +341,7 @@ class Applier {
     void ApplyLink(ImportedPlan::Project& place);
     void ApplyTask(const MTask& row);
     void ApplyDependencies(const Sections& sections, const MTask& row, Vtask& task);
-    void ApplyAssignments(const Sections& sections, const MTask& row, Vtask& task);
+    bool ApplyAssignments(const Sections& sections, const MTask& row, Vtask& task);
     void DropShifts();
 
     ImportedPlan& plan_;
@@ -339,6 +350,7 @@ class Applier {
     Numbers numbers_;
     std::vector<Made> templates_;
     std::set<Vshift*> keptShifts_;
+    std::unordered_set<std::string> whole_;  ///< objects of which the text tells everything
     bool missing_ = false;  ///< a prerequisite outside of the file is not in memory
     std::unordered_map<std::int32_t, std::vector<const MAssignment*>> assignments_;
 };
@@ -434,7 +446,7 @@ void Applier::ApplyResource(const MResource& row) {
     const std::string name = ObjectOf(row);
     if (const auto own = sections.Matching('r', ResourceSum(row))) {
         SetFields(resource, *own, name, NotOfResource(), only);
-        losses_.RemoveIf([&](const Loss& loss) { return loss.object == name && loss.why == kNoRateTables; });
+        whole_.insert(name);
     }
     if (const auto days = sections.Matching('w', CalendarSum(BaseCalendar(*plan_.file, row)))) {
         Vshift* byCalendar = resource.Shift();
@@ -499,7 +511,7 @@ void Applier::ApplyTask(const MTask& row) {
         SetFields(task, *own, ObjectOf(row), NotOfTask(shows, owns));
     }
     ApplyDependencies(sections, row, task);
-    ApplyAssignments(sections, row, task);
+    if (ApplyAssignments(sections, row, task)) whole_.insert(ObjectOf(row));
     task.FitJournals();
 }
 
@@ -520,10 +532,10 @@ void Applier::ApplyDependencies(const Sections& sections, const MTask& row, Vtas
     }
 }
 
-void Applier::ApplyAssignments(const Sections& sections, const MTask& row, Vtask& task) {
+bool Applier::ApplyAssignments(const Sections& sections, const MTask& row, Vtask& task) {
     const auto& shown = assignments_[row.UID];
     const auto rest = sections.Matching('a', AssignmentSum(shown));
-    if (!rest) return;
+    if (!rest) return false;
     const std::vector<Vassignment*> old = task.AssignmentList();
     workspace_.FreeVlist(old);
     for (const std::string_view item : SplitText(rest->empty() ? *rest : rest->substr(1), kItemEnd)) {
@@ -532,6 +544,7 @@ void Applier::ApplyAssignments(const Sections& sections, const MTask& row, Vtask
         SetFields(*assignment, item, ObjectOf(row));
         assignment->FitJournals();
     }
+    return true;
 }
 
 /// The shifts that the import made from calendars, where nobody works them any more.
