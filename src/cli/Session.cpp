@@ -1,6 +1,7 @@
 #include "cli/Session.h"
 
 #include "cli/JsonWriter.h"
+#include "cli/LossesText.h"
 #include "cli/TextTable.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
@@ -54,27 +55,11 @@ void CliSession::Import(const std::string& fileName) {
     }
 }
 
-void CliSession::TellLosses(const Losses& found, const std::string& fileName) {
-    streams.err << "Not everything could be carried over (" << fileName << "):\n" << found.Text();
-    losses.insert(losses.end(), found.List().begin(), found.List().end());
-}
-
 std::string CliSession::WithLosses(const std::string& json) const {
     const auto end = json.rfind('}');
     if (losses.empty() || end == std::string::npos) return json;
     JsonWriter list;
-    list.Object([&] {
-        list.ArrayMember("losses", [&] {
-            for (const Loss& each : losses) {
-                list.Object([&] {
-                    list.Member("object", each.object);
-                    list.Member("what", each.what);
-                    list.Member("why", each.why);
-                    list.Member("instead", each.instead);
-                });
-            }
-        });
-    });
+    list.Object([&] { WriteLosses(list, losses); });
     const bool empty = json[end - 1] == '{';
     return json.substr(0, end) + (empty ? "" : ",") + list.Line().substr(1);
 }

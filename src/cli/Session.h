@@ -6,6 +6,7 @@
 
 #include "cli/Cli.h"
 #include "cli/CliPlatform.h"
+#include "cli/LossesText.h"
 #include "model/Workspace.h"
 #include "solve/IterativeSolve.h"
 #include "solve/Solver.h"
@@ -37,7 +38,8 @@ struct CliSession {
         transfer.AskForTemplate = false;
         transfer.ToStartAnswer = static_cast<std::int16_t>(BoxAnswer::Yes);
         transfer.ShowLosses = [this](const Losses& found, bool, const std::string& fileName) {
-            TellLosses(found, fileName);
+            TellLosses(streams.err, found, fileName);
+            losses.insert(losses.end(), found.List().begin(), found.List().end());
         };
     }
 
@@ -74,7 +76,6 @@ struct CliSession {
 
   private:
     void Import(const std::string& fileName);
-    void TellLosses(const Losses& found, const std::string& fileName);
 };
 
 /// CliError unless the name is that of a plan file.

@@ -21,14 +21,13 @@ std::int32_t VortanNumber(std::string_view text);
 /// What an export has given a number to, or a place.
 struct ExportedPlan {
     const MProject* file = nullptr;
+    bool solved = false;  ///< the next solve finds the results of the journal in force again
     std::unordered_map<const Vtask*, std::int32_t> tasks;          ///< UIDs
     std::unordered_map<const Vresource*, std::int32_t> resources;  ///< UIDs
     std::unordered_map<const Vproject*, std::int32_t> projects;    ///< UIDs of summary rows, the top one's 0
     std::vector<const Vtemplate*> templates;                       ///< the active one first
     /// Of each template, in the order of `templates`: the list, then deleted ones that resources work.
     std::vector<std::vector<const Vshift*>> shifts;
-
-    const MCalendar* CalendarOf(std::int32_t uid) const;
 };
 
 /// The text for the row of a task; `links` and `assignments` are as the file shows them. For a row that
