@@ -11,7 +11,7 @@ class JsonWriter;
 
 /// What a transfer of `fileName` lost, a line each; nothing for none.
 void TellLosses(std::ostream& err, const Losses& losses, const std::string& fileName);
-/// The same as a member "losses", which is there even if it is empty.
+/// Of any number of transfers, as a member "losses", which is there even if it is empty.
 void WriteLosses(JsonWriter& json, const std::vector<Loss>& losses);
 
 }  // namespace vortan
