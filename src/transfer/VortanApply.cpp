@@ -20,10 +20,14 @@ namespace vortan {
 
 namespace {
 
-/// Why an import loses what an export has written besides: of a row whose text tells the same, nothing is lost.
-constexpr std::array kToldOtherwise = {"There are no tables of rates", "Plans are kept as journals",
-                                       "Resources are levelled by the solve", "Work is duration times units",
-                                       "Nobody works so little"};
+/// Whether an import lost what an export has written besides: of a row whose text tells the same, nothing is
+/// lost. What was done since, and by whom, is.
+bool ToldOtherwise(const Loss& loss) {
+    constexpr std::array kReasons = {"There are no tables of rates", "Plans are kept as journals",
+                                     "Resources are levelled by the solve", "Work is duration times units",
+                                     "Nobody works so little"};
+    return std::find(kReasons.begin(), kReasons.end(), loss.why) != kReasons.end();
+}
 
 /// The sections of a text, by their letters.
 class Sections {
@@ -250,10 +254,8 @@ class Applier {
         }
         DropShifts();
         losses_.RemoveIf([&](const Loss& loss) {
-            const bool otherwise =
-                std::find(kToldOtherwise.begin(), kToldOtherwise.end(), loss.why) != kToldOtherwise.end();
-            return otherwise && loss.what.find("complete") == std::string::npos &&
-                   !loss.what.starts_with("Actual") && whole_.contains(loss.object);
+            if (moved_.contains(loss.object) && loss.what.starts_with("Resource ID")) return true;
+            return whole_.contains(loss.object) && ToldOtherwise(loss);
         });
     }
 
@@ -350,8 +352,9 @@ class Applier {
     Numbers numbers_;
     std::vector<Made> templates_;
     std::set<Vshift*> keptShifts_;
+    std::unordered_set<std::string> moved_;  ///< resources that have their number in a further template
     std::unordered_set<std::string> whole_;  ///< objects of which the text tells everything
-    bool missing_ = false;  ///< a prerequisite outside of the file is not in memory
+    bool missing_ = false;                   ///< a prerequisite outside of the file is not in memory
     std::unordered_map<std::int32_t, std::vector<const MAssignment*>> assignments_;
 };
 
@@ -440,7 +443,10 @@ void Applier::ApplyResource(const MResource& row) {
     const Made& owner = templates_[static_cast<std::size_t>(place)];
     // Whoever has been in the active template before stays as that has it.
     if (resource.Holder()) return;
-    if (place > 0) MoveResource(sections, resource, owner);
+    if (place > 0) {
+        MoveResource(sections, resource, owner);
+        moved_.insert(ObjectOf(row));
+    }
     ApplyShown(sections, 'b', row.Name, [&](const std::string& exact) { resource.SetDescription(exact); });
     const int only = owner.sameJournals ? -1 : owner.current;
     const std::string name = ObjectOf(row);
@@ -511,7 +517,14 @@ void Applier::ApplyTask(const MTask& row) {
         SetFields(task, *own, ObjectOf(row), NotOfTask(shows, owns));
     }
     ApplyDependencies(sections, row, task);
-    if (ApplyAssignments(sections, row, task)) whole_.insert(ObjectOf(row));
+    if (!ApplyAssignments(sections, row, task)) return task.FitJournals();
+    whole_.insert(ObjectOf(row));
+    for (const MAssignment* each : shown) {
+        if (each->Units > 0) continue;
+        for (const MResource& resource : plan_.file->Resources) {
+            if (resource.UID == each->ResourceUID) whole_.insert(ObjectOf(row) + ", " + ObjectOf(resource));
+        }
+    }
     task.FitJournals();
 }
 
