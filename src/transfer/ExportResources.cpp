@@ -86,6 +86,7 @@ void PlanExport::CollectWanted(std::vector<Vresource*>& wanted) const {
     }
 }
 
+/// Those of the active template, and of others that tasks want somebody of.
 void PlanExport::ExportResources() {
     std::vector<MWorkingTime> times = {{480, 720}, {780, 1020}};
     MCalendar& standard = file_.Calendars.emplace_back();
@@ -95,26 +96,23 @@ void PlanExport::ExportResources() {
     std::vector<Vresource*> wanted;
     CollectWanted(wanted);
     std::unordered_set<const Vresource*> named(wanted.begin(), wanted.end());
-    const auto addOf = [&](Vtemplate& owner, bool all) {
+    const auto addOf = [&](Vtemplate& owner) {
         AddTemplate(owner);
         for (Vresource* resource : owner.ResourceList()) {
-            if (named.contains(resource) || (all && resource->Include())) {
+            if (named.contains(resource) || resource->Include()) {
                 ExportResource(*resource);
             } else {
                 losses_.Add(
                     "Resource " + std::to_string(resource->ResourceID()) + " " + resource->Description(),
-                    "All of it",
-                    all ? "it is not in the active journal"
-                        : "no task wants it, and its template is not the active one",
-                    "Left out");
+                    "All of it", "it is not in the active journal", "Left out");
             }
         }
     };
-    if (Vtemplate* active = workspace_.ThisTemplate()) addOf(*active, true);
+    if (Vtemplate* active = workspace_.ThisTemplate()) addOf(*active);
     for (Vtemplate* owner : workspace_.TemplateList()) {
         const bool isNamed = std::any_of(wanted.begin(), wanted.end(),
                                          [&](const Vresource* each) { return each->Template() == owner; });
-        if (owner != workspace_.ThisTemplate() && isNamed) addOf(*owner, false);
+        if (owner != workspace_.ThisTemplate() && isNamed) addOf(*owner);
     }
 }
 

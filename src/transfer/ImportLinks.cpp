@@ -102,6 +102,7 @@ void PlanImport::AddDate(Row& row, DateTime date, std::uint8_t toPercent) {
 /// cannot.
 void PlanImport::ImportTaskDependencies(Row& row) {
     const MTask& source = *row.source;
+    if (VortanTellsLinks(source)) return;
     const bool dated = source.ConstraintDate.IsSet();
     const auto kind = static_cast<MConstraint>(source.ConstraintType);
     const bool startDate =
@@ -213,7 +214,7 @@ void PlanImport::ImportLinksOfSummary(std::int32_t index) {
     const bool startDate = source.ConstraintDate.IsSet() &&
                            (kind == MConstraint::MustStartOn || kind == MConstraint::StartNoEarlierThan);
     const bool otherDate = source.ConstraintDate.IsSet() && !startDate && kind >= MConstraint::MustStartOn;
-    if (!summary.subproject) return;
+    if (!summary.subproject || VortanTellsLinks(source)) return;
     if (otherDate)
         Lose(Name(source), "Constraint of " + FormatDate(source.ConstraintDate),
              "What stands for a subproject has no dates of its own", "Left out");

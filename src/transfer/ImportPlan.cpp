@@ -152,8 +152,15 @@ void PlanImport::Build() {
 void PlanImport::Join() {
     joined_ = true;
     Vtemplate* resources = plan_.resources;
+    std::unordered_set<const Vshift*> worked;
+    for (const auto& [uid, resource] : plan_.resourceOf) worked.insert(resource->Shift());
     for (auto& [shift, name] : newShifts_) {
         if (!shift->ShiftName().empty()) continue;
+        if (!worked.contains(shift)) {  // a marked text had a better one
+            workspace_.FreeVobject(shift);
+            continue;
+        }
+        while (resources->ShiftList().Find(name)) Workspace::FixNameConflict(name);
         shift->SetTemplate(resources);
         shift->SetShiftName(name);
     }

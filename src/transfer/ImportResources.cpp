@@ -133,8 +133,11 @@ std::int32_t PlanImport::FreeResourceID(const MResource& source) {
     const bool taken = plan_.resources->FindResource(wanted) || givenIDs_.contains(wanted);
     if (wanted > 0 && !taken) return wanted;
     std::int64_t id = std::max(wanted, 0) + std::int64_t{1};
-    while (id <= std::numeric_limits<std::int32_t>::max() && usedIDs_.contains(static_cast<std::int32_t>(id)))
-        ++id;
+    const auto inUse = [this](std::int64_t number) {
+        const auto small = static_cast<std::int32_t>(number);
+        return usedIDs_.contains(small) || givenIDs_.contains(small);
+    };
+    while (id <= std::numeric_limits<std::int32_t>::max() && inUse(id)) ++id;
     if (id > std::numeric_limits<std::int32_t>::max())
         Refuse("The Resource ID " + std::to_string(wanted) + " is already in use.");
     if (wanted > 0 || source.ID != 0)

@@ -1,8 +1,10 @@
 // Reading of the marked texts.
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <set>
+#include <unordered_set>
 
 #include "model/Vassignment.h"
 #include "model/Vdependency.h"
@@ -18,7 +20,14 @@ namespace vortan {
 
 namespace {
 
-constexpr const char* kNoRateTables = "There are no tables of rates";
+/// Whether an import lost what an export has written besides: of a row whose text tells the same, nothing is
+/// lost. What was done since, and by whom, is.
+bool ToldOtherwise(const Loss& loss) {
+    constexpr std::array kReasons = {"There are no tables of rates", "Plans are kept as journals",
+                                     "Resources are levelled by the solve", "Work is duration times units",
+                                     "Nobody works so little"};
+    return std::find(kReasons.begin(), kReasons.end(), loss.why) != kReasons.end();
+}
 
 /// The sections of a text, by their letters.
 class Sections {
@@ -230,6 +239,7 @@ class Applier {
         for (const MTask& row : plan_.file->Tasks) {
             if (row.UID == 0) top = &row;
         }
+        if (top && plan_.file->Title.empty()) plan_.projects.front().project->SetDescription("");
         if (const auto body = top ? Open(top->Text30, "Plan") : std::nullopt) {
             const Sections sections(*body);
             ApplyTemplates(sections);
@@ -243,6 +253,10 @@ class Applier {
             if (row.UID != 0) ApplyTask(row);
         }
         DropShifts();
+        losses_.RemoveIf([&](const Loss& loss) {
+            if (moved_.contains(loss.object) && loss.what.starts_with("Resource ID")) return true;
+            return whole_.contains(loss.object) && ToldOtherwise(loss);
+        });
     }
 
   private:
@@ -262,11 +276,10 @@ class Applier {
                         "Read as any other row is");
         return body;
     }
-    static std::string ObjectOf(const MResource& row) {
-        return "Resource " + std::to_string(row.ID) + " " + row.Name;
-    }
-    static std::string ObjectOf(const MTask& row) {
-        return "Task " + std::to_string(row.ID) + " " + row.Name;
+    static std::string ObjectOf(const MResource& row) { return Numbered("Resource", row.ID, row.Name); }
+    static std::string ObjectOf(const MTask& row) { return Numbered("Task", row.ID, row.Name); }
+    static std::string Numbered(const char* what, std::int32_t id, const std::string& name) {
+        return std::string(what) + " " + std::to_string(id) + (name.empty() ? "" : " " + name);
     }
 
     template <class T>
@@ -330,7 +343,7 @@ class Applier {
     void ApplyLink(ImportedPlan::Project& place);
     void ApplyTask(const MTask& row);
     void ApplyDependencies(const Sections& sections, const MTask& row, Vtask& task);
-    void ApplyAssignments(const Sections& sections, const MTask& row, Vtask& task);
+    bool ApplyAssignments(const Sections& sections, const MTask& row, Vtask& task);
     void DropShifts();
 
     ImportedPlan& plan_;
@@ -339,7 +352,9 @@ class Applier {
     Numbers numbers_;
     std::vector<Made> templates_;
     std::set<Vshift*> keptShifts_;
-    bool missing_ = false;  ///< a prerequisite outside of the file is not in memory
+    std::unordered_set<std::string> moved_;  ///< resources that have their number in a further template
+    std::unordered_set<std::string> whole_;  ///< objects of which the text tells everything
+    bool missing_ = false;                   ///< a prerequisite outside of the file is not in memory
     std::unordered_map<std::int32_t, std::vector<const MAssignment*>> assignments_;
 };
 
@@ -428,13 +443,16 @@ void Applier::ApplyResource(const MResource& row) {
     const Made& owner = templates_[static_cast<std::size_t>(place)];
     // Whoever has been in the active template before stays as that has it.
     if (resource.Holder()) return;
-    if (place > 0) MoveResource(sections, resource, owner);
+    if (place > 0) {
+        MoveResource(sections, resource, owner);
+        moved_.insert(ObjectOf(row));
+    }
     ApplyShown(sections, 'b', row.Name, [&](const std::string& exact) { resource.SetDescription(exact); });
     const int only = owner.sameJournals ? -1 : owner.current;
     const std::string name = ObjectOf(row);
     if (const auto own = sections.Matching('r', ResourceSum(row))) {
         SetFields(resource, *own, name, NotOfResource(), only);
-        losses_.RemoveIf([&](const Loss& loss) { return loss.object == name && loss.why == kNoRateTables; });
+        whole_.insert(name);
     }
     if (const auto days = sections.Matching('w', CalendarSum(BaseCalendar(*plan_.file, row)))) {
         Vshift* byCalendar = resource.Shift();
@@ -499,7 +517,14 @@ void Applier::ApplyTask(const MTask& row) {
         SetFields(task, *own, ObjectOf(row), NotOfTask(shows, owns));
     }
     ApplyDependencies(sections, row, task);
-    ApplyAssignments(sections, row, task);
+    if (!ApplyAssignments(sections, row, task)) return task.FitJournals();
+    whole_.insert(ObjectOf(row));
+    for (const MAssignment* each : shown) {
+        if (each->Units > 0) continue;
+        for (const MResource& resource : plan_.file->Resources) {
+            if (resource.UID == each->ResourceUID) whole_.insert(ObjectOf(row) + ", " + ObjectOf(resource));
+        }
+    }
     task.FitJournals();
 }
 
@@ -520,10 +545,10 @@ void Applier::ApplyDependencies(const Sections& sections, const MTask& row, Vtas
     }
 }
 
-void Applier::ApplyAssignments(const Sections& sections, const MTask& row, Vtask& task) {
+bool Applier::ApplyAssignments(const Sections& sections, const MTask& row, Vtask& task) {
     const auto& shown = assignments_[row.UID];
     const auto rest = sections.Matching('a', AssignmentSum(shown));
-    if (!rest) return;
+    if (!rest) return false;
     const std::vector<Vassignment*> old = task.AssignmentList();
     workspace_.FreeVlist(old);
     for (const std::string_view item : SplitText(rest->empty() ? *rest : rest->substr(1), kItemEnd)) {
@@ -532,6 +557,7 @@ void Applier::ApplyAssignments(const Sections& sections, const MTask& row, Vtask
         SetFields(*assignment, item, ObjectOf(row));
         assignment->FitJournals();
     }
+    return true;
 }
 
 /// The shifts that the import made from calendars, where nobody works them any more.

@@ -73,6 +73,15 @@ std::int32_t VortanNumber(std::string_view text) {
     return ReadCode(body->substr(1, body->find(kSectionEnd) - 1), number) && number > 0 ? number : 0;
 }
 
+bool VortanTellsLinks(const MTask& row) {
+    const auto body = OpenVortan(row.Text30);
+    if (!body) return false;
+    for (const std::string_view section : SplitText(*body, kSectionEnd)) {
+        if (section.starts_with('d')) return section.substr(1, 8) == HashText(LinkSum(row));
+    }
+    return false;
+}
+
 FieldSet NotOfTask(bool showsSubproject, bool ownsSubproject) {
     FieldSet set;
     if (ownsSubproject) set.Add(kTaskSubproject, kTaskSubproject);

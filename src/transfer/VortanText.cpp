@@ -129,7 +129,6 @@ bool Found(const ExportedPlan& plan, const Vtask& task) {
 }
 
 void AddDependencies(std::string& body, const ExportedPlan& plan, const MTask& row, const Vtask& task) {
-    if (task.DependencyList().empty() && row.Links.empty() && row.ConstraintType == 0) return;
     std::string rest = HashText(LinkSum(row));
     const bool found = Found(plan, task) && !task.Subproject();
     for (const Vdependency* dependency : task.DependencyList()) {
@@ -145,7 +144,6 @@ void AddDependencies(std::string& body, const ExportedPlan& plan, const MTask& r
 
 void AddAssignments(std::string& body, const ExportedPlan& plan, const Vtask& task,
                     const std::vector<const MAssignment*>& assignments) {
-    if (task.AssignmentList().empty() && assignments.empty()) return;
     std::string rest = HashText(AssignmentSum(assignments));
     for (const Vassignment* assignment : task.AssignmentList()) {
         rest += kItemEnd;

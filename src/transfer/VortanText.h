@@ -17,6 +17,9 @@ namespace vortan {
 bool IsVortan(std::string_view text);
 /// The TaskID or ResourceID that an exported row had; 0 if the text does not tell or is damaged.
 std::int32_t VortanNumber(std::string_view text);
+/// Whether the text of a row tells its dependencies, since nobody has changed its links. Then there is
+/// nothing to be made of those.
+bool VortanTellsLinks(const MTask& row);
 
 /// What an export has given a number to, or a place.
 struct ExportedPlan {
