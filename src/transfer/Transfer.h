@@ -46,6 +46,8 @@ class Transfer {
 
     /// How far the phase under way is.
     int Percent() const { return static_cast<int>(transferPercent_); }
+    /// The same with the bytes of a file, without question, list or end of the status text.
+    bool ImportText(std::string bytes, const std::string& fileName);
     /// What the last transfer lost.
     const Losses& LastLosses() const { return losses_; }
 
