@@ -16,6 +16,11 @@
 #include "persist/Vfile.h"
 
 namespace vortan {
+namespace {
+
+constexpr const char* kConnecting = "Connecting to Microsoft Project";
+
+}  // namespace
 
 WorkTime::WorkTime(const MProject& file)
     : minutesPerDay_(file.MinutesPerDay > 0 ? file.MinutesPerDay : 480),
@@ -203,8 +208,7 @@ bool Transfer::ImportMSProject(const std::string& fileName) {
 }
 
 bool Transfer::ImportFile(const std::string& fileName) {
-    const std::string message = "Connecting to Microsoft Project";
-    workspace_.ThePlatform().StatusMessage(message);
+    workspace_.ThePlatform().StatusMessage(kConnecting);
     std::string bytes;
     if (const std::string wrong = ReadFileBytes(fileName, bytes); !wrong.empty()) {
         workspace_.ThePlatform().MessageBox(
@@ -212,8 +216,12 @@ bool Transfer::ImportFile(const std::string& fileName) {
             "File Open Error", BoxIcon::Stop, BoxButtons::Ok);
         return false;
     }
+    return ImportText(std::move(bytes), fileName);
+}
+
+bool Transfer::ImportText(std::string bytes, const std::string& fileName) {
     MProject file;
-    StartCount(message, 1);
+    StartCount(kConnecting, 1);
     if (!ReadMspdi(std::move(bytes), fileName, file, [this](double part) { return ShowPart(part); }))
         return false;
     if (file.Name.empty()) {

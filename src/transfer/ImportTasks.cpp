@@ -269,6 +269,7 @@ void PlanImport::ListTracking(const Row& row) {
     const MTask& source = *row.source;
     const std::string name = Name(source);
     for (const MBaseline& baseline : source.Baselines) {
+        if (baseline.Number == 0 && IsVortan(source.Text30)) continue;  // the journal that is the plan
         if (baseline.Start.IsSet() || baseline.Finish.IsSet())
             Lose(name,
                  "Baseline" + (baseline.Number == 0 ? "" : " " + std::to_string(baseline.Number)) + ": " +

@@ -13,9 +13,6 @@ namespace vortan {
 /// Told how far a long step is, 0 to 1, a few hundred times at most. False: stop, nobody wants it any more.
 using StepWatch = std::function<bool(double done)>;
 
-/// Whether a file that begins with these bytes may be in the format: XML (in any encoding) with a root
-/// element "Project". 1,000 bytes are enough.
-bool IsMspdi(std::string_view firstBytes);
 /// Whether the name ends in ".xml", in any case.
 bool IsXmlName(std::string_view name);
 

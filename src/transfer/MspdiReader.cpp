@@ -538,23 +538,6 @@ bool IsXmlName(std::string_view name) {
     return EndsWithText(name, ".xml");
 }
 
-bool IsMspdi(std::string_view firstBytes) {
-    const std::string text = XmlToUtf8(
-        std::string(firstBytes.substr(0, std::min<std::size_t>(firstBytes.size(), 4000) & ~std::size_t{1})));
-    std::string_view rest = text;
-    for (;;) {
-        const auto open = rest.find('<');
-        if (open == std::string_view::npos || open + 1 == rest.size()) return false;
-        rest.remove_prefix(open + 1);
-        const std::string_view end = rest.starts_with("!--") ? "-->" : rest.starts_with("?") ? "?>" : ">";
-        if (rest.front() != '!' && rest.front() != '?') break;
-        const auto close = rest.find(end);
-        if (close == std::string_view::npos) return false;
-        rest.remove_prefix(close + end.size());
-    }
-    return XmlElement::LocalName(rest.substr(0, rest.find_first_of(" \t\r\n/>"))) == "Project";
-}
-
 bool ReadMspdi(std::string bytes, const std::string& fileName, MProject& project, const StepWatch& watch) {
     const Section section("Transfer:ReadMspdi");
     if (bytes.size() > kMostBytes) XmlFault(fileName, 1, "the file is larger than 512 megabytes.");

@@ -16,6 +16,14 @@ bool Transfer::MSProjectInstalled(bool saving) {
     return false;
 }
 
+bool Transfer::Open(const std::string& fileName) {
+    return IsXmlName(fileName) ? ImportMSProject(fileName) : MSProjectInstalled(false);
+}
+
+bool Transfer::Save(const std::string& fileName) {
+    return IsXmlName(fileName) ? ExportToMSProject(fileName) : MSProjectInstalled(true);
+}
+
 void Transfer::StartCount(const std::string& message, std::int64_t total) {
     transferMessage_ = message;
     transferCount_ = 0;

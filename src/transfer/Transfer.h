@@ -28,6 +28,11 @@ class Transfer {
     /// done.
     std::function<void(const Losses&, bool import, const std::string& fileName)> ShowLosses;
 
+    /// Opens or saves a file of either kind, by its name: what FileCommands calls. An .xml that holds
+    /// something else is a fault.
+    bool Open(const std::string& fileName);
+    bool Save(const std::string& fileName);
+
     /// A plan file of that program's own (".mpp") cannot be read or written here: says so and how to go by
     /// XML instead. Always false.
     bool MSProjectInstalled(bool saving);
@@ -39,6 +44,10 @@ class Transfer {
     /// cancelled, or it could not be written, which the user has been told; the old file is whole.
     bool ExportToMSProject(const std::string& fileName);
 
+    /// How far the phase under way is.
+    int Percent() const { return static_cast<int>(transferPercent_); }
+    /// The same with the bytes of a file, without question, list or end of the status text.
+    bool ImportText(std::string bytes, const std::string& fileName);
     /// What the last transfer lost.
     const Losses& LastLosses() const { return losses_; }
 
