@@ -63,6 +63,7 @@ const MProject& PlanExport::Run(Vproject& top) {
     MTask& row = file_.Tasks.emplace_back();
     row.Name = file_.Name;
     row.OutlineLevel = 0;
+    row.WBS = "0";
     row.Summary = true;
     row.Type = 1;
     rows_.emplace_back();
@@ -80,12 +81,14 @@ const MProject& PlanExport::Run(Vproject& top) {
 void PlanExport::ExportProject(Vproject& project, int level, std::size_t parent) {
     workspace_.ThePlatform().StatusMessage("Exporting " + project.BuildNodeText());
     projects_.push_back(&project);
+    int place = 0;
     for (Vtask* task : project.TaskList()) {
         Vproject* subproject = task->Subproject();
         MTask& row = file_.Tasks.emplace_back();
         const std::size_t at = rows_.size();
         row.UID = row.ID = static_cast<std::int32_t>(at);
         row.OutlineLevel = level;
+        row.WBS = (level > 1 ? FileRow(parent).WBS + "." : "") + std::to_string(++place);
         row.Name = ShownName(subproject ? subproject->ProjectName() : task->Description());
         if (subproject) row.Notes = ShownNotes(subproject->Description());
         row.Type = 1;  // durations are fixed: they are those of the solution

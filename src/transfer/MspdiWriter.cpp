@@ -236,6 +236,8 @@ void WriteTask(Xml& xml, const MTask& task) {
     xml.Flag("Summary", task.Summary);
     xml.Cost("FixedCost", task.FixedCost);
     xml.Number("FixedCostAccrual", 3);
+    xml.Number("PercentComplete", 0);
+    xml.Number("PercentWorkComplete", 0);
     if (task.Cost != 0) xml.Cost("Cost", task.Cost);
     xml.Number("ConstraintType", task.ConstraintType);
     xml.Number("CalendarUID", task.CalendarUID);
