@@ -91,8 +91,10 @@ void PlanExport::ExportDependency(std::size_t at, const Vdependency& dependency)
         Lose(task, LinkText(dependency),
              partFrom && offset != 0 ? "a link there has either a percentage or a lag"
                                      : "a link there ends at the start or the finish",
-             std::string("Written as ") + LinkTypeText(link.Type) + " with the " +
-                 (partFrom && offset == 0 ? "percentage of the prerequisite" : "offset"));
+             std::string("Written as ") + LinkTypeText(link.Type) +
+                 (offset != 0 ? " with the offset"
+                  : partFrom  ? " with the percentage of the prerequisite"
+                              : ""));
     }
     std::vector<MLink>& links = FileRow(at).Links;
     if (std::any_of(links.begin(), links.end(),
@@ -108,7 +110,9 @@ void PlanExport::ExportDate(std::size_t at, const Vdependency& dependency) {
     MTask& row = FileRow(at);
     const Vtask& task = *rows_[at].task;
     const int to = dependency.ToPercent();
-    const DateTime date = InRange(&task, AddDays(dependency.DepDate(), dependency.Offset()));
+    // To the second, as the file has it.
+    const DateTime date =
+        FromParts(ToParts(InRange(&task, AddDays(dependency.DepDate(), dependency.Offset()))));
     const auto type = AtFinish(to) ? MConstraint::FinishNoEarlierThan : MConstraint::StartNoEarlierThan;
     const auto number = static_cast<std::int32_t>(type);
     if (to != 0 && to != kFinish)

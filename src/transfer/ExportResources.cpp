@@ -20,6 +20,7 @@ namespace {
 /// A calendar of that program has at most so many working times a day.
 constexpr std::size_t kMostTimes = 5;
 constexpr unsigned kMondayToFriday = 0x3E;
+constexpr double kUnitParts = 10000;  ///< as exactly as units are written
 constexpr std::int32_t kPeriodMinutes = 60 / Vshift::kPeriodsPerHour;
 
 unsigned WeekdaysOf(const Vresource& resource) {
@@ -241,7 +242,7 @@ void PlanExport::ExportAssignment(const Vtask& task, const Vassignment& assignme
     row.UID = static_cast<std::int32_t>(file_.Assignments.size());
     row.TaskUID = plan_.tasks.at(&task);
     row.ResourceUID = resource->second;
-    row.Units = static_cast<double>(assignment.PercentOfWeek());
+    row.Units = std::round(static_cast<double>(assignment.PercentOfWeek()) * kUnitParts) / kUnitParts;
     for (std::size_t day = 0; day < kDayKinds; ++day)
         row.Flag[day + 1] = assignment.WorkDay(static_cast<int>(day));
     row.Flag[10] = true;  // the days are in the flags

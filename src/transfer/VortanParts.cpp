@@ -112,7 +112,7 @@ std::uint32_t EstimateSum(const MTask& row, const std::vector<const MAssignment*
 std::uint32_t LinkSum(const MTask& row) {
     Sum sum;
     const bool dated = row.ConstraintType > static_cast<int>(MConstraint::AsLateAsPossible);
-    sum.Add(std::int64_t{row.ConstraintType}).Add(dated ? row.ConstraintDate.Days() : 0, kMinutesPerDay);
+    sum.Add(std::int64_t{row.ConstraintType}).Add(dated ? row.ConstraintDate.Days() : 0, 86400);
     for (const MLink& link : row.Links) {
         sum.Add(std::int64_t{link.PredecessorUID}).Add(static_cast<std::int64_t>(link.Type));
         sum.Add(link.Lag, 10).Add(static_cast<std::int64_t>(PlainFormat(link.LagFormat)));

@@ -10,7 +10,7 @@ namespace vortan {
 
 namespace {
 
-/// The plan in `text`, solved, as a file; `xml` is written on the way if it has a name.
+/// The plan in `text`, solved, as a file.
 std::string Solved(LoadedPlan& plan) {
     plan.Solve();
     return SaveRecords(plan.workspace);
