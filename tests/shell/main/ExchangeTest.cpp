@@ -30,7 +30,7 @@ TEST(ExchangeWithOtherProgram, OpensAPlanAndListsWhatIsLost) {
         EXPECT_TRUE(
             QApplication::clipboard()->text().startsWith("Object\tWhat\tWhy\tInstead\nTask 1 Dig\tDeadline"));
         EXPECT_EQ(shell.main.TheTrees().ProjectTree().isVisibleTo(&shell.main), true);
-        Press(box, Qt::Key_Escape);
+        QTest::keyClick(&box, Qt::Key_Escape);
     });
     EXPECT_EQ(shell.desktop.workspace.ThisProject()->ProjectName(), "Shed");
     EXPECT_TRUE(shell.desktop.workspace.ThisProject()->Dirty());
