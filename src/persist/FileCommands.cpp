@@ -76,7 +76,8 @@ bool FileCommands::RequestSave() {
     if (!IsExchangeFile(chosen.text)) {
         TellUnrecognized(chosen.text);
     } else if (Export) {
-        if (Export(chosen.text)) AddRecentFile(chosen.text);
+        if (!Export(chosen.text)) return false;
+        AddRecentFile(chosen.text);
         bool projects = false, templates = false;
         return !AnyDirty(projects, templates);
     } else {

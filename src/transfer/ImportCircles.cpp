@@ -155,7 +155,7 @@ void PlanImport::DropCircles() {
         const auto& left = row.task->DependencyList();
         const bool toStart =
             std::any_of(left.begin(), left.end(), [](const Vdependency* d) { return d->ToPercent() == 0; });
-        if (!toStart) AddDate(row, StartOf(row), 0);
+        if (!toStart) AddDate(*row.task, StartOf(row), 0);
     }
 }
 

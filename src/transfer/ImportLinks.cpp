@@ -32,8 +32,8 @@ std::string LagText(const MLink& link) {
     if (link.Lag == 0) return "";
     const MFormat format = PlainFormat(link.LagFormat);
     const std::string amount =
-        IsPercent(format) ? PlainNumber(link.Lag) : PlainNumber(std::round(link.Lag * 10) / 10);
-    const char* unit = IsPercent(format) ? "%" : IsElapsed(format) ? " elapsed minutes" : " minutes";
+        IsPercent(format) ? PlainNumber(link.Lag) : PlainNumber(std::round(link.Lag / 6) / 10);
+    const char* unit = IsPercent(format) ? "%" : IsElapsed(format) ? " elapsed hours" : " hours";
     return (link.Lag > 0 ? " +" : " ") + amount + unit;
 }
 
@@ -91,9 +91,9 @@ DateTime PlanImport::StartOf(const Row& row) const {
     return file_.ProjectStart.IsSet() ? file_.ProjectStart : plan_.importDate;
 }
 
-void PlanImport::AddDate(Row& row, DateTime date, std::uint8_t toPercent) {
+void PlanImport::AddDate(Vtask& task, DateTime date, std::uint8_t toPercent) {
     auto* dependency = workspace_.NewVObject<Vdependency>();
-    dependency->SetTask(row.task);
+    dependency->SetTask(&task);
     dependency->SetDepDate(date);
     dependency->SetToPercent(toPercent);
 }
@@ -116,7 +116,7 @@ void PlanImport::ImportTaskDependencies(Row& row) {
              "A date can only say not before", "Left out");
     std::vector<Vdependency*> made;
     bool toStart = startDate;
-    if (startDate) AddDate(row, source.ConstraintDate, 0);
+    if (startDate) AddDate(*row.task, source.ConstraintDate, 0);
     for (const MLink& link : source.Links) {
         Vdependency* dependency = ImportPredecessor(row, link, row.task);
         plan_.links[source.UID].push_back(dependency);
@@ -127,14 +127,14 @@ void PlanImport::ImportTaskDependencies(Row& row) {
     if (source.Manual && !made.empty() && !startDate) {
         Lose(Name(source), "Scheduled by hand", "All tasks are scheduled by the solve",
              "It starts not before " + FormatDate(StartOf(row)));
-        AddDate(row, StartOf(row), 0);
+        AddDate(*row.task, StartOf(row), 0);
         toStart = true;
     }
     if (made.empty() && !startDate) {
-        AddDate(row, StartOf(row), 0);
+        AddDate(*row.task, StartOf(row), 0);
         toStart = true;
     }
-    if (finishDate) AddDate(row, source.ConstraintDate, 100);
+    if (finishDate) AddDate(*row.task, source.ConstraintDate, 100);
     if (!toStart) AddDefaultToStart(row, made.front()->TaskRequired());
 }
 
@@ -219,8 +219,9 @@ void PlanImport::ImportLinksOfSummary(std::int32_t index) {
         Lose(Name(source), "Constraint of " + FormatDate(source.ConstraintDate),
              "What stands for a subproject has no dates of its own", "Left out");
     if (source.Links.empty() && !startDate && source.FixedCost == 0) return;
-    std::vector<Row*> first;
+    std::vector<Vtask*> first;
     Row* any = nullptr;
+    if (summary.inner) first.push_back(summary.inner);
     for (std::int32_t i = index + 1; i < summary.end; ++i) {
         Row& row = rows_[static_cast<std::size_t>(i)];
         if (row.subproject) continue;
@@ -231,7 +232,7 @@ void PlanImport::ImportLinksOfSummary(std::int32_t index) {
                 return !link.CrossProject && LeadsToStart(link.Type) && from != rowOf_.end() &&
                        from->second > index && from->second < summary.end;
             });
-        if (!waits) first.push_back(&row);
+        if (!waits) first.push_back(row.task);
     }
     if (source.FixedCost != 0) {
         if (any) any->task->SetMaterialCost(any->task->MaterialCost() + Money::FromDouble(source.FixedCost));
@@ -240,11 +241,11 @@ void PlanImport::ImportLinksOfSummary(std::int32_t index) {
     }
     const auto instead = [&] {
         return first.empty()       ? std::string("Left out")
-               : first.size() == 1 ? "The first task in it waits: " + Name(*first.front()->source)
+               : first.size() == 1 ? "The first task in it waits: " + first.front()->BuildNodeText()
                                    : "The " + std::to_string(first.size()) + " first tasks in it wait";
     };
     if (startDate) {
-        for (Row* row : first) AddDate(*row, source.ConstraintDate, 0);
+        for (Vtask* task : first) AddDate(*task, source.ConstraintDate, 0);
         Lose(Name(source), "Start not before " + FormatDate(source.ConstraintDate),
              "What stands for a subproject has no dates of its own", instead());
     }
@@ -258,8 +259,8 @@ void PlanImport::ImportLinksOfSummary(std::int32_t index) {
             LeadsToStart(link.Type) && spread_ + static_cast<std::int64_t>(first.size()) <= kMostSpread;
         bool made = false;
         if (carried && !(from != rowOf_.end() && from->second >= index && from->second < summary.end)) {
-            for (Row* row : first) {
-                if (!ImportPredecessor(summary, link, row->task)) break;
+            for (Vtask* task : first) {
+                if (!ImportPredecessor(summary, link, task)) break;
                 made = true;
             }
             if (!made && !first.empty()) continue;  // it leads nowhere, as has been listed

@@ -111,7 +111,7 @@ class PlanImport {
 
     // ImportLinks.cpp
     void ImportTaskDependencies(Row& row);
-    void AddDate(Row& row, DateTime date, std::uint8_t toPercent);
+    void AddDate(Vtask& task, DateTime date, std::uint8_t toPercent);
     DateTime StartOf(const Row& row) const;
     Vdependency* ImportPredecessor(const Row& row, const MLink& link, Vtask* task);
     void AddDefaultToStart(Row& row, Vtask* required);

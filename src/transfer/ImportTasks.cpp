@@ -161,7 +161,10 @@ void PlanImport::ImportPlainTask(Row& row) {
     float units = UnitsOf(row);
     const bool elapsed = IsElapsed(PlainFormat(source.DurationFormat)) && one;
     std::int32_t effortUnits = units == 0 || elapsed ? kCalendarDays : kEffortDays;
-    if (source.Number1 != 0) effortUnits = RoundToInt32(std::trunc(source.Number1));
+    const bool effort = source.Number1 < 0;
+    // Work that nobody does would halt the solve.
+    if (source.Number1 != 0 && (!effort || units != 0 || IsVortan(source.Text30)))
+        effortUnits = RoundToInt32(std::trunc(source.Number1));
     if (units == 0) units = kWholeWeek;
     if (elapsed) units = 1;
     for (double& minutes : estimates) {
@@ -233,7 +236,7 @@ void PlanImport::AddInsertedProject(Row& row) {
     inner.task->SetTaskID(1);
     inner.task->SetDescription(source.Name);
     ImportPlainTask(inner);
-    AddDate(inner, StartOf(inner), 0);
+    AddDate(*inner.task, StartOf(inner), 0);
     row.inner = inner.task;
 }
 
