@@ -3,7 +3,7 @@
 # its layer must not use; and when there is a folder that this script does not know.
 set -eu
 cd "$(dirname "$0")/.."
-core=(model solve persist charts reports)
+core=(model solve persist charts reports transfer)
 layers=("${core[@]}" paint)
 programs=(shell cli)
 rooms=(desk widgets forms entry trees pages problems main)
@@ -39,7 +39,7 @@ done
 for folder in "${core[@]}"; do
     forbid "$folder" '#include [<"]Q[A-Z]' "use the toolkit"
 done
-for folder in persist charts reports paint shell cli; do
+for folder in persist charts reports transfer paint shell cli; do
     forbid "$folder" '#include "solve/(Solution|Network|Bookings|ForwardRun|ReverseRun)\.h"' "see behind solve/Solver.h"
 done
 for folder in "${layers[@]}" "${programs[@]}"; do
@@ -49,6 +49,9 @@ if grep -nE '#include [<"](xlsxwriter|reports/xlsx/)' src/reports/*.{h,cpp}; the
     echo "src/reports must not use src/reports/xlsx or what is behind it" >&2
     status=1
 fi
+for folder in "${layers[@]}" "${programs[@]}"; do
+    [ "$folder" = transfer ] || forbid "$folder" '#include [<"]pugixml' "read XML itself"
+done
 forbid cli '#include ["<]shell/' "include shell"
 forbid cli '#include [<"]Q(Application|Widget|Dialog|MessageBox|MainWindow)' "open windows"
 forbid shell '#include ["<]cli/' "include cli"

@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 
 bool IsExchangeFile(const std::string& fileName) {
-    return EndsWithText(fileName, ".mpp");
+    return EndsWithText(fileName, ".mpp") || EndsWithText(fileName, ".xml");
 }
 
 }  // namespace
@@ -76,7 +76,10 @@ bool FileCommands::RequestSave() {
     if (!IsExchangeFile(chosen.text)) {
         TellUnrecognized(chosen.text);
     } else if (Export) {
-        Export(chosen.text);
+        if (!Export(chosen.text)) return false;
+        AddRecentFile(chosen.text);
+        bool projects = false, templates = false;
+        return !AnyDirty(projects, templates);
     } else {
         workspace_.NotReadyYet();
     }
@@ -171,6 +174,7 @@ bool FileCommands::LoadFile(const std::string& fileName) {
     steps.Do([&] { workspace_.BroadcastNewThisProject(); });
     if (solver) steps.Do([&] { solver->ResumeSolve(); });
     steps.Do([&] { TellWhatIsOdd(fileName); });
+    if (TellLosses) steps.Do(TellLosses);
     steps.End();
     return loaded;
 }

@@ -27,7 +27,7 @@ constexpr int kProjectShare = 60, kTemplateShare = 40;
 }  // namespace
 
 MainForm::MainForm(Desktop& desktop)
-    : desktop_(desktop), forms_(*this), commands_(*this), status_(desktop, *this) {
+    : desktop_(desktop), forms_(*this), commands_(*this), status_(desktop, *this), exchange_(desktop, *this) {
     setObjectName("MainForm");
     setWindowTitle(Q("VORTAN " + GetAppVersion()));
     setWindowIcon(GetResIcon("Vortan.ico"));

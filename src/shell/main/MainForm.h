@@ -11,6 +11,7 @@
 #include "shell/desk/Printing.h"
 #include "shell/main/ChartCommands.h"
 #include "shell/main/Commands.h"
+#include "shell/main/Exchange.h"
 #include "shell/main/FormStack.h"
 #include "shell/main/StatusBar.h"
 
@@ -75,6 +76,7 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
     StatusBar status_;
     ProjectTreeForm* projectTree_ = nullptr;
     TemplateTreeForm* templateTree_ = nullptr;
+    Exchange exchange_;
     std::unique_ptr<Trees> trees_;
     QTimer backupTimer_;
     bool closing_ = false;
