@@ -44,7 +44,7 @@ void XmlFault(const std::string& fileName, std::int32_t line, const std::string&
 }
 
 std::string_view XmlElement::Value() const {
-    return Trim(node_.child_value(), kWhite);
+    return TrimAll(node_.child_value(), [](char c) { return kWhite.find(c) != std::string_view::npos; });
 }
 
 bool XmlElement::Empty() const {

@@ -107,7 +107,7 @@ std::string CleanText(std::string_view text) {
         }
         clean = kept;
     }
-    return std::string(Trim(clean, " "));
+    return std::string(TrimAll(clean, [](char c) { return c == ' '; }));
 }
 
 }  // namespace vortan
