@@ -3,7 +3,7 @@
 # its layer must not use; and when there is a folder that this script does not know.
 set -eu
 cd "$(dirname "$0")/.."
-core=(model solve persist charts reports)
+core=(model solve persist charts reports help)
 layers=("${core[@]}" paint)
 programs=(shell cli)
 rooms=(desk widgets forms entry trees pages problems main)
