@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 core=(model solve persist charts reports help)
 layers=("${core[@]}" paint)
 programs=(shell cli)
-rooms=(desk widgets forms entry trees pages problems main)
+rooms=(desk widgets forms entry trees pages problems help main)
 status=0
 # forbid <folder> <pattern of a line> <what is wrong with it>
 forbid() {

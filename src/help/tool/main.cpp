@@ -1,5 +1,5 @@
 // Makes a source of the pages of a folder, which compiles them into a program; or only checks them.
-//   vortan-helpc FOLDER OUT.cpp [--links-may-be-missing]
+//   vortan-helpc FOLDER OUT.cpp [--only-warn]
 //   vortan-helpc FOLDER --check SOURCES   also looks up the texts of the program in the sources below a
 //   folder
 
@@ -77,23 +77,20 @@ int main(int argc, char** argv) {
     if (words.size() < 2) return 2;
     const Folder folder = ReadFolder(words[0]);
     const bool check = words[1] == "--check";
-    const bool mayMiss = words.back() == "--links-may-be-missing";
+    const bool onlyWarn = words.back() == "--only-warn";
     std::vector<HelpSource> sources;
     for (const auto& [file, text] : folder.pages) sources.push_back({file, text});
-    std::vector<HelpFault> faults, links;
+    std::vector<HelpFault> faults;
     const Manual manual(sources, faults);
-    manual.Check(links);
+    manual.Check(faults);
     if (check && words.size() > 2) {
         ProgramTexts program;
         for (const fs::path& file : FilesBelow(words[2], {".cpp", ".h"})) program.AddSource(ContentOf(file));
-        CheckTexts(manual, program, folder.pictures, links);
+        CheckTexts(manual, program, folder.pictures, faults);
     }
-    for (const auto* list : {&faults, &links}) {
-        const char* kind = list == &links && mayMiss ? "warning" : "error";
-        for (const HelpFault& fault : *list)
-            std::cerr << fault.file << ":" << std::max(fault.line, 1) << ": " << kind << ": " << fault.text
-                      << "\n";
-    }
-    if (!faults.empty() || (!links.empty() && !mayMiss)) return 1;
+    for (const HelpFault& fault : faults)
+        std::cerr << fault.file << ":" << std::max(fault.line, 1) << (onlyWarn ? ": warning: " : ": error: ")
+                  << fault.text << "\n";
+    if (!faults.empty() && !onlyWarn) return 1;
     return check || WriteSource(folder, words[1].c_str()) ? 0 : 1;
 }

@@ -16,6 +16,7 @@
 
 namespace vortan {
 
+class HelpForm;
 class ProjectTreeForm;
 class TemplateTreeForm;
 class Trees;
@@ -60,6 +61,7 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
@@ -67,6 +69,7 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
     void Connect();
     void UpdateMenu();
     bool QueryUnload();
+    HelpForm& Help();
 
     Desktop& desktop_;
     Printing printing_;
@@ -77,6 +80,8 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
     TemplateTreeForm* templateTree_ = nullptr;
     std::unique_ptr<Trees> trees_;
     QTimer backupTimer_;
+    HelpForm* help_ = nullptr;  // none before its first use
+    bool helpHidden_ = false;   // with the main window, when that was minimised
     bool closing_ = false;
 };
 

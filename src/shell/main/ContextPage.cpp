@@ -1,0 +1,74 @@
+#include "shell/main/ContextPage.h"
+
+#include <map>
+
+#include "help/HelpHistory.h"
+#include "model/Fault.h"
+#include "paint/Text.h"
+#include "shell/trees/Node.h"
+#include "shell/trees/ProjectTreeForm.h"
+#include "shell/trees/TemplateTreeForm.h"
+#include "shell/trees/Trees.h"
+
+namespace vortan {
+namespace {
+
+using Kinds = std::map<char, const char*>;
+
+std::string TreePage(TreeForm& form, const Trees& trees, bool anything, const std::string& key,
+                     const Kinds& kinds) {
+    if (!anything) return key + " Without " + key.substr(0, key.find(' '));
+    const Node* node = trees.DragNode();
+    if (!node || node->Tree != &form.Tree()) return key;
+    const auto kind = kinds.find(node->Image());
+    if (kind != kinds.end()) return kind->second;
+    Refuse(S(form.FormName()) + ".Tree.SelectedItem.Image = \"" + node->Image() + "\"");
+}
+
+/// Of a control within a control that has a name, such as the text of a list, that name.
+QString ControlName(const QWidget* control) {
+    while (control && (control->objectName().isEmpty() || control->objectName().startsWith("qt_")))
+        control = control->isWindow() ? nullptr : control->parentWidget();
+    return control ? control->objectName() : QString();
+}
+
+/// Where neither form and control nor the control alone has a page.
+std::string FormPage(ChildForm& form) {
+    static const std::map<QString, const char*> pages = {
+        {"GanttForm", "Mechanized Gantt"},
+        {"HistogramForm", "Histogram"},
+        {"BudgetForm", "Budget"},
+        {"RiskForm", "Risk analysis"},
+        {"CrashForm", "Crash analysis"},
+        {"CrashDataForm", "Crash analysis"},
+        {"PrecedenceForm", "Precedence diagram"},
+        {"WorkBreakdownForm", "Work breakdown structure"},
+        {"CalendarForm", "Calendar"},
+        {"ZoomForm", "Calendar"},
+        {"RateCalculatorForm", "Burdened Rate Calculator"},
+    };
+    const std::string caption = S(form.Window().windowTitle());
+    if (TheManual().GetHelpPage(caption)) return caption;
+    const auto found = pages.find(form.FormName());
+    return found == pages.end() ? GetFirstWord(caption) : found->second;
+}
+
+}  // namespace
+
+std::string ContextPage(ChildForm& active, const Trees& trees, const Workspace& workspace) {
+    if (&active == static_cast<ChildForm*>(&trees.ProjectTree())) {
+        const Kinds kinds = {
+            {'p', "Project"}, {'s', "Subproject"}, {'t', "Task"}, {'d', "Dependency"}, {'a', "Assignment"}};
+        return TreePage(trees.ProjectTree(), trees, workspace.ThisProject() != nullptr, "Project Tree", kinds);
+    }
+    if (&active == static_cast<ChildForm*>(&trees.TemplateTree())) {
+        const Kinds kinds = {{'l', "Template"}, {'h', "Shift"}, {'g', "Department"}, {'r', "Resource"}};
+        return TreePage(trees.TemplateTree(), trees, workspace.ThisTemplate() != nullptr, "Template Tree", kinds);
+    }
+    const std::string control = GetFirstWord(S(ControlName(active.Window().focusWidget())));
+    const std::string key = GetFirstWord(S(active.Window().windowTitle())) + "." + control;
+    const bool found = TheManual().GetHelpPage(key) || TheManual().GetHelpPage(control);
+    return found ? key : FormPage(active);
+}
+
+}  // namespace vortan
