@@ -15,9 +15,9 @@ class HelpHistory {
     /// The manual must outlive the object.
     explicit HelpHistory(const Manual& manual) : manual_(manual) {}
 
-    /// Goes to a page: by key, "+" for the nearest ahead, "-" for the one before. Returns the page, or none if
-    /// there is no such page. The key of a form and a control, as "Task.Description", finds the page of the
-    /// control if it has none of its own, and stays the title.
+    /// Goes to a page: by key, "+" for the nearest ahead, "-" for the one before. Returns the page, or none
+    /// if there is no such page. The key of a form and a control, as "Task.Description", finds the page of
+    /// the control if it has none of its own, and stays the title.
     const HelpPage* Display(std::string_view page);
 
     const std::string& CurrentPage() const { return currentPage_; }

@@ -1,9 +1,9 @@
 #include "paint/HelpDocument.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QBuffer>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QAbstractTextDocumentLayout>
 #include <QTextFrame>
 #include <QUrl>
 #include <algorithm>
@@ -25,7 +25,8 @@ QString StyleSheet(const QPalette& palette) {
     return QString(
                "h1 { font-size: x-large; margin-top: 0; margin-bottom: 10px; }"
                "h2 { font-size: large; margin-top: 14px; margin-bottom: 6px; }"
-               "p { margin-top: 0; margin-bottom: 8px; } li { margin-bottom: 4px; } .caption { margin-top: 0; }"
+               "p { margin-top: 0; margin-bottom: 8px; } li { margin-bottom: 4px; } .caption { margin-top: "
+               "0; }"
                "a { color: %1; text-decoration: underline; }"
                "th, kbd, code, pre { background-color: %2; } table { border-color: %3; margin-bottom: 8px; }"
                "pre { white-space: pre-wrap; margin: 4px 16px 8px 16px; }")
@@ -72,8 +73,8 @@ void FillHelpDocument(QTextDocument& document, const HelpPage& page, const QPale
     document.setHtml(Q(HelpHtml(page, addresses)));
 }
 
-void FitHelpPictures(QTextDocument& document, const HelpPage& page, const HelpPictures& pictures, double width,
-                     double zoom, double deviceRatio) {
+void FitHelpPictures(QTextDocument& document, const HelpPage& page, const HelpPictures& pictures,
+                     double width, double zoom, double deviceRatio) {
     bool any = false;
     for (const HelpBlock& block : page.blocks) {
         if (block.kind != HelpBlock::Kind::Picture) continue;
@@ -81,7 +82,8 @@ void FitHelpPictures(QTextDocument& document, const HelpPage& page, const HelpPi
         if (image.isNull()) continue;
         const double natural = image.width() * kDocumentPixelsPerInch / kPicturePixelsPerInch * zoom;
         const double pixels = std::max(1.0, std::min(natural, width) * deviceRatio);
-        if (pixels < image.width()) image = image.scaledToWidth(static_cast<int>(pixels), Qt::SmoothTransformation);
+        if (pixels < image.width())
+            image = image.scaledToWidth(static_cast<int>(pixels), Qt::SmoothTransformation);
         image.setDevicePixelRatio(image.width() / std::min(natural, std::max(width, 1.0)));
         document.addResource(QTextDocument::ImageResource, QUrl(Q(block.picture)), image);
         any = true;
@@ -105,8 +107,8 @@ void PrintHelpPages(QPagedPaintDevice& printer, const std::vector<const HelpPage
     for (const HelpPage* page : pages) PaintPages(printer, painter, *page, pictures, first);
 }
 
-QByteArray MakeHelpPdf(const std::vector<const HelpPage*>& pages, const QPageLayout& layout, const QString& title,
-                       const HelpPictures& pictures) {
+QByteArray MakeHelpPdf(const std::vector<const HelpPage*>& pages, const QPageLayout& layout,
+                       const QString& title, const HelpPictures& pictures) {
     QByteArray data;
     QBuffer buffer(&data);
     buffer.open(QIODevice::WriteOnly);

@@ -17,13 +17,14 @@ namespace vortan {
 /// A picture of the manual, by the name of its file; a null one if there is none.
 using HelpPictures = std::function<QImage(const std::string& file)>;
 
-/// Fills the document with a page in the colours of a palette and the document's own font. Links are `HelpLink`.
+/// Fills the document with a page in the colours of a palette and the document's own font. Links are
+/// `HelpLink`.
 void FillHelpDocument(QTextDocument& document, const HelpPage& page, const QPalette& palette);
 
 /// Makes the pictures of the page that the document shows fit into a width, in pixels of the document, at
 /// `zoom` times their size. `deviceRatio` is that of the screen.
-void FitHelpPictures(QTextDocument& document, const HelpPage& page, const HelpPictures& pictures, double width,
-                     double zoom, double deviceRatio);
+void FitHelpPictures(QTextDocument& document, const HelpPage& page, const HelpPictures& pictures,
+                     double width, double zoom, double deviceRatio);
 
 /// The address of the link to a page, and the key in it.
 QString HelpLink(const std::string& key);
@@ -34,7 +35,7 @@ void PrintHelpPages(QPagedPaintDevice& printer, const std::vector<const HelpPage
                     const HelpPictures& pictures);
 
 /// A PDF of pages, each of which begins on a new sheet, black on white.
-QByteArray MakeHelpPdf(const std::vector<const HelpPage*>& pages, const QPageLayout& layout, const QString& title,
-                       const HelpPictures& pictures);
+QByteArray MakeHelpPdf(const std::vector<const HelpPage*>& pages, const QPageLayout& layout,
+                       const QString& title, const HelpPictures& pictures);
 
 }  // namespace vortan

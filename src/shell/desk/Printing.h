@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QPageLayout>
 #include <QByteArray>
+#include <QPageLayout>
 #include <QWidget>
 #include <functional>
 #include <string>

@@ -17,7 +17,8 @@ namespace {
 constexpr int kResultLines = 8;
 
 const char kMissing[] =
-    "<p style=\"font-family:'Times New Roman'; font-size:12pt; font-weight:bold; color:#f00000\">The help screen "
+    "<p style=\"font-family:'Times New Roman'; font-size:12pt; font-weight:bold; color:#f00000\">The help "
+    "screen "
     "for %1 is missing.</p>";
 const char kListing[] = "<pre style=\"font-family:'Times New Roman'; font-size:10pt\">%1</pre>";
 
@@ -131,6 +132,7 @@ void HelpForm::DisplayHelpPage(const std::string& page) {
         ShowCurrent(history_.Display(page));
         show();
         raise();
+        activateWindow();
     });
 }
 
@@ -269,8 +271,9 @@ void HelpForm::SplitScreen(QWidget& form) {
     resize(width, height());
     move(left, help.top());
     if (left + width + frame.width() > screen.right() + 1)
-        LeaveFree(field.translated(form.frameGeometry().topLeft() + (form.geometry().topLeft() - at.topLeft())),
-                  screen);
+        LeaveFree(
+            field.translated(form.frameGeometry().topLeft() + (form.geometry().topLeft() - at.topLeft())),
+            screen);
 }
 
 /// The screen is too narrow for both: this window goes to its right edge, below the field or above it.

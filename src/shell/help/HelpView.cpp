@@ -27,7 +27,8 @@ HelpView::HelpView() : usualFont_(font()) {
     setObjectName("ViewableText");
     setOpenLinks(false);
     setUndoRedoEnabled(false);
-    connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) { LinkClicked(KeyOfHelpLink(link)); });
+    connect(this, &QTextBrowser::anchorClicked, this,
+            [this](const QUrl& link) { LinkClicked(KeyOfHelpLink(link)); });
 }
 
 void HelpView::ShowPage(const HelpPage& page) {
@@ -79,9 +80,9 @@ void HelpView::MarkWords(const std::vector<std::string>& words) {
     QStringList any;
     for (const std::string& word : words) any.append(QRegularExpression::escape(Q(word)));
     if (any.isEmpty()) return setExtraSelections({});
-    MarkText(QRegularExpression("(?<!\\w)(" + any.join('|') + ")\\w*",
-                                QRegularExpression::CaseInsensitiveOption |
-                                    QRegularExpression::UseUnicodePropertiesOption));
+    MarkText(QRegularExpression(
+        "(?<!\\w)(" + any.join('|') + ")\\w*",
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption));
 }
 
 bool HelpView::FindText(const QString& text, bool backward) {

@@ -9,7 +9,8 @@
 
 namespace vortan {
 
-/// Shows a page: text that can be selected, copied and zoomed, whose links are followed by mouse and keyboard.
+/// Shows a page: text that can be selected, copied and zoomed, whose links are followed by mouse and
+/// keyboard.
 class HelpView : public QTextBrowser {
   public:
     HelpView();

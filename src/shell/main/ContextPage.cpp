@@ -5,6 +5,7 @@
 #include "help/HelpHistory.h"
 #include "model/Fault.h"
 #include "paint/Text.h"
+#include "shell/main/Command.h"
 #include "shell/trees/Node.h"
 #include "shell/trees/ProjectTreeForm.h"
 #include "shell/trees/TemplateTreeForm.h"
@@ -35,22 +36,16 @@ QString ControlName(const QWidget* control) {
 /// Where neither form and control nor the control alone has a page.
 std::string FormPage(ChildForm& form) {
     static const std::map<QString, const char*> pages = {
-        {"GanttForm", "Mechanized Gantt"},
-        {"HistogramForm", "Histogram"},
-        {"BudgetForm", "Budget"},
-        {"RiskForm", "Risk analysis"},
-        {"CrashForm", "Crash analysis"},
-        {"CrashDataForm", "Crash analysis"},
-        {"PrecedenceForm", "Precedence diagram"},
-        {"WorkBreakdownForm", "Work breakdown structure"},
-        {"CalendarForm", "Calendar"},
-        {"ZoomForm", "Calendar"},
-        {"RateCalculatorForm", "Burdened Rate Calculator"},
-    };
+        {"CalendarForm", "Calendar"}, {"ZoomForm", "Zoom"}, {"CrashDataForm", "Crash analysis"}};
+    if (const auto found = pages.find(form.FormName()); found != pages.end()) return found->second;
+    for (const CommandMenu& menu : AllMenus()) {
+        for (const Command& command : menu.commands) {
+            if (command.traits.page && command.caption && form.PageName() == command.traits.page)
+                return S(QString(command.caption).remove('&'));
+        }
+    }
     const std::string caption = S(form.Window().windowTitle());
-    if (TheManual().GetHelpPage(caption)) return caption;
-    const auto found = pages.find(form.FormName());
-    return found == pages.end() ? GetFirstWord(caption) : found->second;
+    return TheManual().GetHelpPage(caption) ? caption : GetFirstWord(caption);
 }
 
 }  // namespace
@@ -59,15 +54,19 @@ std::string ContextPage(ChildForm& active, const Trees& trees, const Workspace& 
     if (&active == static_cast<ChildForm*>(&trees.ProjectTree())) {
         const Kinds kinds = {
             {'p', "Project"}, {'s', "Subproject"}, {'t', "Task"}, {'d', "Dependency"}, {'a', "Assignment"}};
-        return TreePage(trees.ProjectTree(), trees, workspace.ThisProject() != nullptr, "Project Tree", kinds);
+        return TreePage(trees.ProjectTree(), trees, workspace.ThisProject() != nullptr, "Project Tree",
+                        kinds);
     }
     if (&active == static_cast<ChildForm*>(&trees.TemplateTree())) {
         const Kinds kinds = {{'l', "Template"}, {'h', "Shift"}, {'g', "Department"}, {'r', "Resource"}};
-        return TreePage(trees.TemplateTree(), trees, workspace.ThisTemplate() != nullptr, "Template Tree", kinds);
+        return TreePage(trees.TemplateTree(), trees, workspace.ThisTemplate() != nullptr, "Template Tree",
+                        kinds);
     }
     const std::string control = GetFirstWord(S(ControlName(active.Window().focusWidget())));
     const std::string key = GetFirstWord(S(active.Window().windowTitle())) + "." + control;
-    const bool found = TheManual().GetHelpPage(key) || TheManual().GetHelpPage(control);
+    // Options of a chart have names of things that they are not about: "Project" in a budget.
+    const bool page = active.Class() == FormClass::FullPage;
+    const bool found = TheManual().GetHelpPage(key) || (!page && TheManual().GetHelpPage(control));
     return found ? key : FormPage(active);
 }
 
