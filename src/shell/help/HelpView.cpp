@@ -112,7 +112,10 @@ void HelpView::Zoom(int steps) {
 }
 
 void HelpView::GoToLetter(QChar letter) {
-    if (letter == 'A') return moveCursor(QTextCursor::Start);
+    if (letter == 'A') {
+        moveCursor(QTextCursor::Start);
+        return verticalScrollBar()->setValue(0);
+    }
     for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
         if (block.text() != letter) continue;
         setTextCursor(QTextCursor(block));

@@ -18,12 +18,12 @@ class ContextHelpTest : public ::testing::Test {
         shell.desktop.files.LoadFile(ExampleFile("house.vta"));
         shell.Solve();
     }
-    HelpForm& Help() {
-        shell.main.DisplayHelpPage("Index");
-        return *dynamic_cast<HelpForm*>(shell.main.findChild<QWidget*>("HelpForm"));
+    static HelpForm& Help(Shell& of) {
+        of.main.DisplayHelpPage("Index");
+        return *dynamic_cast<HelpForm*>(of.main.findChild<QWidget*>("HelpForm"));
     }
-    void PressF1(QWidget& control, const std::string& where) {
-        HelpForm& help = Help();
+    static void PressF1(Shell& of, QWidget& control, const std::string& where) {
+        HelpForm& help = Help(of);
         control.setFocus();
         QTest::keyClick(&control, Qt::Key_F1);
         const std::string page = help.History().CurrentPage();
@@ -31,7 +31,7 @@ class ContextHelpTest : public ::testing::Test {
         const QString shown = help.findChild<QTextEdit*>("ViewableText")->toPlainText();
         EXPECT_FALSE(shown.startsWith("The help screen for ")) << where << ": no page " << page;
     }
-    void Walk(QWidget& form) {
+    void Walk(Shell& of, QWidget& form) {
         const std::string name = S(form.objectName());
         walked.insert(name);
         int controls = 0;
@@ -40,14 +40,14 @@ class ContextHelpTest : public ::testing::Test {
                 control->focusPolicy() == Qt::NoFocus || control->focusProxy())
                 continue;
             ++controls;
-            PressF1(*control, name + "/" + S(control->objectName()));
+            PressF1(of, *control, name + "/" + S(control->objectName()));
         }
         EXPECT_GT(controls, 0) << name;
     }
     /// Of the form in front, which is closed then.
     void WalkAndClose() {
         ChildForm* form = shell.main.Forms().Active();
-        Walk(form->Window());
+        Walk(shell, form->Window());
         if (form->Class() != FormClass::Pane) form->Unload();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
@@ -121,10 +121,11 @@ TEST_F(ContextHelpTest, F1FindsAPageInEveryControlOfEveryForm) {
     shell.Click("RateCalculatorCommand");
     WalkAndClose();
     WalkAndClose();
-    shell.desktop.files.LoadFile(ExampleFile("overtime.vta"));
-    shell.Solve();
-    shell.Click("SolvePanel");
-    WalkAndClose();
+    Shell halted;
+    halted.desktop.files.LoadFile(ExampleFile("overtime.vta"));
+    halted.Solve();
+    halted.Click("SolvePanel");
+    Walk(halted, halted.Dialog());
 
     // Every class of a form is among them. The others wait for another program, or show nothing but a bar.
     std::set<std::string> forms;
@@ -140,12 +141,13 @@ TEST_F(ContextHelpTest, F1FindsAPageInEveryControlOfEveryForm) {
 }
 
 TEST_F(ContextHelpTest, ATreeHasThePageOfTheSelectedNode) {
-    HelpForm& help = Help();
+    HelpForm& help = Help(shell);
     Vproject& house = *shell.desktop.workspace.ThisProject();
     Vtemplate& crew = *shell.desktop.workspace.ThisTemplate();
     Vtask& task = **house.TaskList().begin();
     const auto page = [&](TreeForm& tree) {
         shell.main.activateWindow();
+        QApplication::processEvents();
         tree.View().setFocus();
         shell.Key(tree, Qt::Key_F1);
         return help.History().CurrentPage();
