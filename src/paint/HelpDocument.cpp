@@ -28,7 +28,8 @@ QString StyleSheet(const QPalette& palette) {
                "p { margin-top: 0; margin-bottom: 8px; } li { margin-bottom: 4px; } .caption { margin-top: "
                "0; }"
                "a { color: %1; text-decoration: underline; }"
-               "th, kbd, code, pre { background-color: %2; } table { border-color: %3; margin-bottom: 8px; }"
+               "th, kbd, code, pre { background-color: %2; } table { border-collapse: collapse; "
+               "border-color: %3; margin-bottom: 8px; }"
                "pre { white-space: pre-wrap; margin: 4px 16px 8px 16px; }")
         .arg(palette.color(QPalette::Link).name(), shade, palette.color(QPalette::Mid).name());
 }

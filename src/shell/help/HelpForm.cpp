@@ -111,7 +111,10 @@ void HelpForm::Connect() {
     connect(search_, &QLineEdit::returnPressed, this, [this] { OpenResult(); });
     connect(results_, &QListWidget::itemClicked, this, [this] { OpenResult(); });
     connect(results_, &QListWidget::itemActivated, this, [this] { OpenResult(); });
-    connect(find_, &QLineEdit::textChanged, this, [this] { FindNext(false); });
+    connect(find_, &QLineEdit::textChanged, this, [this] {
+        text_->BackToFound();
+        FindNext(false);
+    });
 
     AddShortcut(Qt::ALT | Qt::Key_Left, [walk] { walk(false); });
     AddShortcut(Qt::ALT | Qt::Key_Right, [walk] { walk(true); });
@@ -181,6 +184,8 @@ void HelpForm::Search() {
 void HelpForm::OpenResult() {
     if (const QListWidgetItem* item = results_->currentItem()) {
         DisplayHelpPage(S(item->data(Qt::UserRole).toString()));
+        results_->hide();
+        text_->setFocus();
         return;
     }
     if (!search_->text().trimmed().isEmpty()) desktop_.platform.Beep();
@@ -226,7 +231,8 @@ void HelpForm::keyPressEvent(QKeyEvent* event) {
     } else if ((key == Qt::Key_Down || key == Qt::Key_Up) && search_->hasFocus()) {
         results_->setCurrentRow(std::clamp(results_->currentRow() + (key == Qt::Key_Down ? 1 : -1), 0,
                                            std::max(0, results_->count() - 1)));
-    } else if (typed.isEmpty() || search_->hasFocus() || find_->hasFocus()) {
+    } else if (typed.isEmpty() || key == Qt::Key_Return || key == Qt::Key_Enter || search_->hasFocus() ||
+               find_->hasFocus()) {
         QWidget::keyPressEvent(event);
     } else if (typed.front().isLetter() && history_.CurrentPage() == "Index") {
         text_->GoToLetter(typed.front().toUpper());
@@ -271,9 +277,7 @@ void HelpForm::SplitScreen(QWidget& form) {
     resize(width, height());
     move(left, help.top());
     if (left + width + frame.width() > screen.right() + 1)
-        LeaveFree(
-            field.translated(form.frameGeometry().topLeft() + (form.geometry().topLeft() - at.topLeft())),
-            screen);
+        LeaveFree(field.translated(form.mapToGlobal(QPoint(0, 0))), screen);
 }
 
 /// The screen is too narrow for both: this window goes to its right edge, below the field or above it.

@@ -45,6 +45,7 @@ void HelpView::ShowHtml(const QString& html) {
 
 void HelpView::Fill() {
     setExtraSelections({});
+    fitted_ = {};
     if (page_) {
         FillHelpDocument(*document(), *page_, palette());
     } else {
@@ -60,6 +61,9 @@ void HelpView::FitPictures() {
     if (!page_) return;
     const QTextFrameFormat frame = document()->rootFrame()->frameFormat();
     const double room = viewport()->width() - frame.leftMargin() - frame.rightMargin();
+    // A window that comes tells its size more than once.
+    if (std::pair(room, zoom_) == fitted_) return;
+    fitted_ = {room, zoom_};
     FitHelpPictures(*document(), *page_, PictureOf, room, std::pow(kZoomStep, zoom_), devicePixelRatioF());
 }
 
@@ -98,6 +102,12 @@ bool HelpView::FindText(const QString& text, bool backward) {
     if (find(text, flags)) return true;
     setTextCursor(before);
     return false;
+}
+
+void HelpView::BackToFound() {
+    QTextCursor start = textCursor();
+    start.setPosition(start.selectionStart());
+    setTextCursor(start);
 }
 
 void HelpView::Zoom(int steps) {

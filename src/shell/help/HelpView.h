@@ -23,6 +23,8 @@ class HelpView : public QTextBrowser {
     /// Marks all places of a text and goes to the next one, or the one before; from the end to the beginning.
     /// False if there is none.
     bool FindText(const QString& text, bool backward);
+    /// The text that was found last is looked for anew, as it grows.
+    void BackToFound();
     /// Steps larger or smaller; 0 is the usual size.
     void Zoom(int steps);
     int ZoomSteps() const { return zoom_; }
@@ -47,6 +49,7 @@ class HelpView : public QTextBrowser {
     const HelpPage* page_ = nullptr;
     QString html_;  // in place of a page
     int zoom_ = 0;
+    std::pair<double, int> fitted_;  // the room and the zoom that the pictures fit
     QFont usualFont_;
 };
 
