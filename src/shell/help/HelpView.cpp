@@ -27,6 +27,7 @@ HelpView::HelpView() : usualFont_(font()) {
     setObjectName("ViewableText");
     setOpenLinks(false);
     setUndoRedoEnabled(false);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);  // else its coming would fit the pictures again
     connect(this, &QTextBrowser::anchorClicked, this,
             [this](const QUrl& link) { LinkClicked(KeyOfHelpLink(link)); });
 }
