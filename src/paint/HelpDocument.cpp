@@ -34,36 +34,67 @@ QString StyleSheet(const QPalette& palette) {
         .arg(palette.color(QPalette::Link).name(), shade, palette.color(QPalette::Mid).name());
 }
 
-void PaintPages(QPagedPaintDevice& pdf, QPainter& painter, const HelpPage& page, const HelpPictures& pictures,
-                bool& first) {
-    const double scale = pdf.logicalDpiX() / kDocumentPixelsPerInch;
-    const QSizeF sheet = QSizeF(pdf.width(), pdf.height()) / scale;
-    QTextDocument document;
-    QFont font("Sans Serif");
-    font.setPixelSize(static_cast<int>(std::round(kPdfPoints * kDocumentPixelsPerInch / kPointsPerInch)));
-    document.setDefaultFont(font);
-    QPalette white;
-    white.setColor(QPalette::AlternateBase, QColor(0xF0, 0xF0, 0xF0));
-    white.setColor(QPalette::Link, QColor(0, 0, 0xC0));
-    white.setColor(QPalette::Mid, Qt::gray);
-    FillHelpDocument(document, page, white);
-    document.setDocumentMargin(0);
-    document.setPageSize(sheet);
-    FitHelpPictures(document, page, pictures, sheet.width(), 1, scale);
-    QAbstractTextDocumentLayout::PaintContext context;
-    for (int i = 0; i < document.pageCount(); ++i) {
-        if (!first) pdf.newPage();
-        first = false;
-        painter.save();
-        painter.scale(scale, scale);
-        painter.translate(0, -i * sheet.height());
-        context.clip = QRectF(QPointF(0, i * sheet.height()), sheet);
-        context.palette.setColor(QPalette::Text, Qt::black);
-        painter.setClipRect(context.clip);
-        document.documentLayout()->draw(&painter, context);
-        painter.restore();
+/// Puts pages on sheets. One that fits below the page before goes there; others begin on a new sheet.
+class HelpPrinter {
+  public:
+    explicit HelpPrinter(QPagedPaintDevice& device)
+        : device_(device),
+          scale_(device.logicalDpiX() / kDocumentPixelsPerInch),
+          sheet_(QSizeF(device.width(), device.height()) / scale_) {
+        if (!painter_.begin(&device)) Refuse("The printer could not be started.");
     }
-}
+
+    void Print(const HelpPage& page, const HelpPictures& pictures) {
+        constexpr double kGap = 24;
+        QTextDocument document;
+        Fill(document, page, pictures);
+        const double height = document.size().height();
+        if (used_ > 0 && used_ + kGap + height <= sheet_.height()) {
+            Draw(document, used_ + kGap, height, 0);
+            used_ += kGap + height;
+            return;
+        }
+        document.setPageSize(sheet_);
+        for (int i = 0; i < document.pageCount(); ++i) {
+            if (used_ > 0 && !device_.newPage()) Refuse("The printer could not begin a new page.");
+            used_ = document.pageCount() > 1 ? sheet_.height() : height;
+            Draw(document, 0, sheet_.height(), i * sheet_.height());
+        }
+    }
+
+  private:
+    void Fill(QTextDocument& document, const HelpPage& page, const HelpPictures& pictures) const {
+        QFont font("Sans Serif");
+        font.setPixelSize(static_cast<int>(std::round(kPdfPoints * kDocumentPixelsPerInch / kPointsPerInch)));
+        document.setDefaultFont(font);
+        QPalette white;
+        white.setColor(QPalette::AlternateBase, QColor(0xF0, 0xF0, 0xF0));
+        white.setColor(QPalette::Link, QColor(0, 0, 0xC0));
+        white.setColor(QPalette::Mid, Qt::gray);
+        FillHelpDocument(document, page, white);
+        document.setDocumentMargin(0);
+        document.setTextWidth(sheet_.width());
+        FitHelpPictures(document, page, pictures, sheet_.width(), 1, scale_);
+    }
+    /// The part of the document from `from` on, as high as `height`, at `top` of the sheet.
+    void Draw(QTextDocument& document, double top, double height, double from) {
+        painter_.save();
+        painter_.scale(scale_, scale_);
+        painter_.translate(0, top - from);
+        QAbstractTextDocumentLayout::PaintContext context;
+        context.clip = QRectF(0, from, sheet_.width(), height);
+        context.palette.setColor(QPalette::Text, Qt::black);
+        painter_.setClipRect(context.clip);
+        document.documentLayout()->draw(&painter_, context);
+        painter_.restore();
+    }
+
+    QPagedPaintDevice& device_;
+    double scale_;  // dots to a pixel of the document
+    QSizeF sheet_;  // in pixels of the document
+    QPainter painter_;
+    double used_ = 0;  // of the sheet
+};
 
 }  // namespace
 
@@ -102,10 +133,8 @@ std::string KeyOfHelpLink(const QUrl& link) {
 
 void PrintHelpPages(QPagedPaintDevice& printer, const std::vector<const HelpPage*>& pages,
                     const HelpPictures& pictures) {
-    QPainter painter;
-    if (!painter.begin(&printer)) Refuse("The printer could not be started.");
-    bool first = true;
-    for (const HelpPage* page : pages) PaintPages(printer, painter, *page, pictures, first);
+    HelpPrinter sheets(printer);
+    for (const HelpPage* page : pages) sheets.Print(*page, pictures);
 }
 
 QByteArray MakeHelpPdf(const std::vector<const HelpPage*>& pages, const QPageLayout& layout,

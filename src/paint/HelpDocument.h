@@ -30,11 +30,11 @@ void FitHelpPictures(QTextDocument& document, const HelpPage& page, const HelpPi
 QString HelpLink(const std::string& key);
 std::string KeyOfHelpLink(const QUrl& link);
 
-/// Prints pages, each of which begins on a new sheet, black on white. A printer that fails is a fault.
+/// Prints pages, black on white; short ones share a sheet. A printer that fails is a fault.
 void PrintHelpPages(QPagedPaintDevice& printer, const std::vector<const HelpPage*>& pages,
                     const HelpPictures& pictures);
 
-/// A PDF of pages, each of which begins on a new sheet, black on white.
+/// The same as a PDF.
 QByteArray MakeHelpPdf(const std::vector<const HelpPage*>& pages, const QPageLayout& layout,
                        const QString& title, const HelpPictures& pictures);
 

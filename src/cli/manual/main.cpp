@@ -111,7 +111,9 @@ int main(int argc, char** argv) {
         }
     }
     const auto image = [&](const std::string& file) { return QImage(Q(pictures + "/" + file)); };
-    const QByteArray pdf = MakeHelpPdf(InReadingOrder(manual), DefaultPageLayout(), "VORTAN", image);
+    QPageLayout layout = DefaultPageLayout();
+    layout.setOrientation(QPageLayout::Portrait);
+    const QByteArray pdf = MakeHelpPdf(InReadingOrder(manual), layout, "VORTAN", image);
     done &= Save(folder + "/manual.pdf", pdf);
     return done ? 0 : 1;
 }
