@@ -3,10 +3,10 @@
 # its layer must not use; and when there is a folder that this script does not know.
 set -eu
 cd "$(dirname "$0")/.."
-core=(model solve persist charts reports transfer)
+core=(model solve persist charts reports transfer help)
 layers=("${core[@]}" paint)
 programs=(shell cli)
-rooms=(desk widgets forms entry trees pages problems main)
+rooms=(desk widgets forms entry trees pages problems help main)
 status=0
 # forbid <folder> <pattern of a line> <what is wrong with it>
 forbid() {

@@ -17,6 +17,7 @@
 
 namespace vortan {
 
+class HelpForm;
 class ProjectTreeForm;
 class TemplateTreeForm;
 class Trees;
@@ -61,6 +62,7 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
@@ -68,6 +70,7 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
     void Connect();
     void UpdateMenu();
     bool QueryUnload();
+    HelpForm& Help();
 
     Desktop& desktop_;
     Printing printing_;
@@ -79,6 +82,8 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
     Exchange exchange_;
     std::unique_ptr<Trees> trees_;
     QTimer backupTimer_;
+    HelpForm* help_ = nullptr;  // none before its first use
+    bool helpHidden_ = false;   // with the main window, when that was minimised
     bool closing_ = false;
 };
 
