@@ -324,37 +324,63 @@ void History::KeepPlace(T& object, bool first) {
     Add({&object, What::Place, std::move(detail)});
 }
 
-void History::KeepAllOf(Vproject& project) {
-    const auto keep = [this](auto* object) {
-        KeepFields(*object);
-        KeepPlace(*object, true);
-    };
-    for (Vtask* task : project.TaskList()) {
-        for (Vdependency* dependency : task->DependencyList()) keep(dependency);
-        for (Vassignment* assignment : task->AssignmentList()) keep(assignment);
-        keep(task);
+namespace {
+
+/// Calls `visit` for all that belongs to the object, in the order of its lists.
+template <class T, class Visitor>
+void ForAllOf(T& object, const Visitor& visit) {
+    if constexpr (std::is_same_v<T, Vproject>) {
+        for (Vtask* task : object.TaskList()) {
+            ForAllOf(*task, visit);
+            visit(*task);
+        }
+    }
+    if constexpr (std::is_same_v<T, Vtemplate>) {
+        for (Vshift* shift : object.ShiftList()) visit(*shift);
+        for (Vresource* resource : object.ResourceList()) visit(*resource);
+    }
+    if constexpr (std::is_same_v<T, Vtask>) {
+        for (Vdependency* dependency : object.DependencyList()) visit(*dependency);
+        for (Vassignment* assignment : object.AssignmentList()) visit(*assignment);
     }
 }
 
-void History::KeepAllOf(Vtemplate& owner) {
-    const auto keep = [this](auto* object) {
-        KeepFields(*object);
-        KeepPlace(*object, true);
-    };
-    for (Vshift* shift : owner.ShiftList()) keep(shift);
-    for (Vresource* resource : owner.ResourceList()) keep(resource);
+}  // namespace
+
+template <class T>
+void History::KeepAllOf(T& object) {
+    ForAllOf(object, [this](auto& below) {
+        KeepFields(below);
+        KeepPlace(below, true);
+    });
+}
+
+template <class Owner>
+void History::KeepWhole(Owner& owner) {
+    if (!kept_) return;
+    KeepFields(owner);
+    ForAllOf(owner, [this](auto& below) { KeepFields(below); });
+}
+template void History::KeepWhole(Vproject&);
+template void History::KeepWhole(Vtemplate&);
+
+template <class T>
+void History::Join(T& object) {
+    // An object that moves to another list was known in this step before it left the first.
+    if (known_.insert(&object).second) {
+        Note(object, true);
+        Add({&object, What::Absent, nullptr});
+    }
+    Add({&object, What::Nowhere, nullptr});
 }
 
 template <class T>
 void History::Before(T& object, ChangeKind kind) {
     if (!kept_) return;
     if (kind == ChangeKind::Joined) {
-        // An object that moves to another list was known in this step before it left the first.
-        if (known_.insert(&object).second) {
-            Note(object, true);
-            Add({&object, What::Absent, nullptr});
-        }
-        Add({&object, What::Nowhere, nullptr});
+        Join(object);
+        // Below an owner that was made aside nothing has joined yet.
+        ForAllOf(object, [this](auto& below) { Join(below); });
         return;
     }
     KeepFields(object);

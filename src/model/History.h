@@ -44,6 +44,9 @@ class History {
     /// False if there is no step. The owners of what changes are `Dirty`, and a solve is asked for.
     bool Undo() { return Move(undo_, redo_); }
     bool Redo() { return Move(redo_, undo_); }
+    /// A file is about to be read over what the project or template and all below it hold.
+    template <class Owner>
+    void KeepWhole(Owner& owner);
     /// Forgets everything, as when memory is cleared.
     void Clear();
     /// Bytes kept at most, in both directions; the oldest step goes first.
@@ -110,8 +113,10 @@ class History {
     template <class T>
     void KeepPlace(T& object, bool first = false);
     /// What leaves with the owner that leaves.
-    void KeepAllOf(Vproject& project);
-    void KeepAllOf(Vtemplate& owner);
+    template <class T>
+    void KeepAllOf(T& object);
+    template <class T>
+    void Join(T& object);
     void Add(Entry entry);
     template <class T>
     void Note(T& object, bool absent);

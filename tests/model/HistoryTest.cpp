@@ -50,7 +50,11 @@ class Planner {
 
     void Act() {
         Vtask& task = AnyTask();
-        switch (random_.Between(0, 19)) {
+        switch (random_.Between(0, 20)) {
+            case 20:
+                // A plan is merged, whose objects have the names of those that are here.
+                if (random_.Chance(10)) LoadText(workspace, GeneratePlan(7, MixedKnobs(7)));
+                return;
             case 0:
                 return task.SetDescription(Word());
             case 1:
