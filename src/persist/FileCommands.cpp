@@ -8,6 +8,7 @@
 
 #include "model/Characters.h"
 #include "model/ErrTrap.h"
+#include "model/History.h"
 #include "model/Fault.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
@@ -160,6 +161,7 @@ void FileCommands::OpenFile(const std::string& fileName) {
 bool FileCommands::LoadFile(const std::string& fileName) {
     const Section section("FileCommands:LoadFile");
     bool loaded = false;
+    const bool intoNothing = workspace_.ProjectList().empty() && workspace_.TemplateList().empty();
     Steps steps;
     SolveService* solver = workspace_.Solver();
     if (solver) solver->SuspendSolve();
@@ -173,6 +175,7 @@ bool FileCommands::LoadFile(const std::string& fileName) {
     steps.Do([&] { workspace_.BroadcastNewThisTemplate(); });
     steps.Do([&] { workspace_.BroadcastNewThisProject(); });
     if (solver) steps.Do([&] { solver->ResumeSolve(); });
+    if (intoNothing) workspace_.TheHistory().Clear();
     steps.Do([&] { TellWhatIsOdd(fileName); });
     if (TellLosses) steps.Do(TellLosses);
     steps.End();
