@@ -62,6 +62,8 @@ TEST_F(ContextHelpTest, F1FindsAPageInEveryControlOfEveryForm) {
                                           "FileOpenMenu",
                                           "FileSaveMenu",
                                           "FileExitMenu",
+                                          "EditUndoMenu",
+                                          "EditRedoMenu",
                                           "ProjectSelectMenu",
                                           "ProjectDeleteMenu",
                                           "TemplateSelectMenu",
@@ -135,7 +137,7 @@ TEST_F(ContextHelpTest, F1FindsAPageInEveryControlOfEveryForm) {
     }
     for (const char* other :
          {"MainForm", "HelpForm", "EntryForm", "PageForm", "TableForm", "TreeForm", "EditorWaitForm",
-          "StatusReportForm", "ProgressForm", "ProjectTreeForm", "TemplateTreeForm"})
+          "StatusReportForm", "LossesForm", "ProgressForm", "ProjectTreeForm", "TemplateTreeForm"})
         forms.erase(other);
     for (const std::string& form : forms) EXPECT_TRUE(walked.contains(form)) << form;
 }
