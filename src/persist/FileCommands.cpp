@@ -8,8 +8,8 @@
 
 #include "model/Characters.h"
 #include "model/ErrTrap.h"
-#include "model/History.h"
 #include "model/Fault.h"
+#include "model/History.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
