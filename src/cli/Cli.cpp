@@ -22,7 +22,7 @@ class CommandLine {
         app_.set_version_flag("--version", GetAppVersion());
         for (const Command& command :
              {SolveCommand(), ConvertCommand(), CheckCommand(), JournalCommand(), WhyCommand(), RiskCommand(),
-              CrashCommand(), ChartCommand(), ReportCommand(), PublishCommand()})
+              CrashCommand(), ShortenCommand(), ChartCommand(), ReportCommand(), PublishCommand()})
             Add(app_, command);
     }
 
