@@ -314,7 +314,10 @@ bool FlatSearch::PickMove(std::int32_t& moved, std::int32_t& ahead) {
 bool FlatSearch::MakeCandidate(std::int32_t moved, std::int32_t ahead) {
     const std::int32_t first = place_[Index(ahead)], last = place_[Index(moved)];
     if (last < first) return false;
-    ++stampNow_;
+    if (++stampNow_ == INT32_MAX) {
+        std::fill(stamp_.begin(), stamp_.end(), 0);
+        stampNow_ = 1;
+    }
     stack_.assign(1, moved);
     stamp_[Index(moved)] = stampNow_;
     while (!stack_.empty()) {

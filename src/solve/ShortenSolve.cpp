@@ -175,6 +175,7 @@ ShortenSolve::Order ShortenSolve::OrderBy(const std::vector<double>& key) const 
 
 void ShortenSolve::Run(IterationWatch& watch) {
     begin_ = Clock::now();
+    if (start_.finish == 0) return;  // nothing to place
     bound_ = LowerBound();
     watch.Tell(DateTime(best_.finish), DateTime(bound_));
     // Where ranks stand, the told order may still be the better one.

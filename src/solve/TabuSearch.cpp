@@ -271,10 +271,7 @@ void TabuSearch::Make(const Move& move) {
 void TabuSearch::Perturb() {
     FlatSearch::Order order;
     for (const auto& sequence : bestSequences_) order.insert(order.end(), sequence.begin(), sequence.end());
-    const std::int32_t step = step_;
     Begin(order);
-    step_ = bestStep_ = step;
-    std::fill(tabu_.begin(), tabu_.end(), 0);
     for (std::int32_t k = 10 + rnd_.Below(20); k > 0; --k) {
         WalkBlocks();
         if (moves_.empty()) return;

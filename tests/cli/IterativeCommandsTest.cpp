@@ -78,7 +78,7 @@ TEST_F(IterativeCommandsTest, ShortenSavesTheOrderThatItFound) {
         PlanText("template Crew; resource 1; resource 2; project P rule 1; task 1 work 4800 start by 1;"
                  "task 2 work 480 start by 1; task 3 work 4800 after 2 by 2; task 4 work 0 after 1 after 3"));
     const std::string saved = PathOf("out.vta");
-    const QJsonObject json = Json(Done({"shorten", plan, "--json", "--moves", "20", "--save", saved}));
+    const QJsonValue json = ParseJson(Done({"shorten", plan, "--json", "--moves", "20", "--save", saved}));
     EXPECT_TRUE(json["better"].toBool());
     EXPECT_TRUE(json["optimal"].toBool());
     EXPECT_EQ(json["finish"], json["bound"]);
