@@ -20,9 +20,9 @@ class CommandLine {
     CommandLine() {
         app_.require_subcommand(1);
         app_.set_version_flag("--version", GetAppVersion());
-        for (const Command& command :
-             {SolveCommand(), ConvertCommand(), CheckCommand(), JournalCommand(), WhyCommand(), RiskCommand(),
-              CrashCommand(), ChartCommand(), ReportCommand(), PublishCommand(), HelpCommand()})
+        for (const Command& command : {SolveCommand(), ConvertCommand(), CheckCommand(), JournalCommand(),
+                                       WhyCommand(), RiskCommand(), CrashCommand(), ShortenCommand(),
+                                       ChartCommand(), ReportCommand(), PublishCommand(), HelpCommand()})
             Add(app_, command);
     }
 

@@ -62,6 +62,7 @@ Command JournalCommand();
 Command WhyCommand();
 Command RiskCommand();
 Command CrashCommand();
+Command ShortenCommand();
 Command ChartCommand();
 Command ReportCommand();
 Command StatusReportCommand();  ///< a kind of report

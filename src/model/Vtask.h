@@ -12,6 +12,10 @@ namespace vortan {
 class Vassignment;
 class Vdependency;
 
+/// A place in the order of a solve, in a type of its own since files hold no negative one.
+enum class Rank : std::int32_t { AsTold = 0 };
+constexpr std::int32_t kMostRank = 999'999'999;
+
 /// One activity of a project: an amount of work, or a stretch of calendar time, with dependencies that say
 /// when and assignments that say who. Estimates are minutes for the whole task. A task with a Subproject
 /// stands for that project. Results of the solve are written back into the same record.
@@ -62,6 +66,13 @@ class alignas(64) Vtask : public JournaledObject<Vtask> {
     Money MaterialCost() const { return materialCost_.At(Index()); }
     Money MaterialCostAt(std::int32_t journalIndex) const { return materialCost_.At(journalIndex); }
     void SetMaterialCost(Money value) { Let(materialCost_, value); }
+    /// Among the tasks that nothing holds back, those of lower rank come first to their people. 0 for all
+    /// of them is the order of the waves; what no rank tells apart follows it too.
+    std::int32_t SolveRank() const { return static_cast<std::int32_t>(solveRank_.At(Index())); }
+    std::int32_t SolveRankAt(std::int32_t journalIndex) const {
+        return static_cast<std::int32_t>(solveRank_.At(journalIndex));
+    }
+    void SetSolveRank(std::int32_t value) { Let(solveRank_, Rank{value}); }
 
     // What a solve finds. To write it is no change of the plan.
     /// The material cost of a task that stands for a subproject.
@@ -126,6 +137,7 @@ class alignas(64) Vtask : public JournaledObject<Vtask> {
         visit("EarlyFinish", self.earlyFinish_, DateTime());
         visit("LateStart", self.lateStart_, DateTime());
         visit("LateFinish", self.lateFinish_, DateTime());
+        visit.Optional("SolveRank", self.solveRank_, Rank::AsTold);
     }
 
     // What a dependency of another task asks of this one shares a cache line.
@@ -136,6 +148,7 @@ class alignas(64) Vtask : public JournaledObject<Vtask> {
     std::vector<Vdependency*> dependencyList_;
     std::vector<Vassignment*> assignmentList_;
     Journaled<std::int32_t> effortUnits_, optimistic_, mostLikely_, pessimistic_;
+    Journaled<Rank> solveRank_;
     Journaled<double> efficiency_;
     Journaled<Money> materialCost_, laborCost_;
     Journaled<DateTime> earlyStart_, earlyFinish_, lateStart_, lateFinish_;

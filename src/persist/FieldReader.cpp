@@ -128,6 +128,9 @@ void FieldReader::operator()(const char* name, Journaled<SolveRule>& field) {
         return static_cast<SolveRule>(ReadNumber(reader_, 0, kSolveRules - 1, "a solve rule from 0 to 6"));
     });
 }
+void FieldReader::operator()(const char* name, Journaled<Rank>& field) {
+    Many(name, field, [&] { return Rank{ReadNumber(reader_, 0, kMostRank, "a rank from 0 to 999999999")}; });
+}
 void FieldReader::operator()(const char* name, JournaledInclude& field) {
     Journaled<bool>& values = field;
     (*this)(name, values);

@@ -5,6 +5,7 @@
 
 #include "model/FieldList.h"
 #include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "model/Workspace.h"
 #include "persist/TokenReader.h"
 
@@ -41,6 +42,7 @@ class FieldReader {
     void operator()(const char* name, Journaled<Money>& field);
     void operator()(const char* name, Journaled<DateTime>& field);
     void operator()(const char* name, Journaled<SolveRule>& field);
+    void operator()(const char* name, Journaled<Rank>& field);
     void operator()(const char* name, JournaledInclude& field);
     void operator()(const char* name, Journaled<Link<Vproject>>& field);
     void operator()(const char* name, Journaled<Link<Vtask>>& field);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "model/Workspace.h"
 
 namespace vortan {
@@ -70,6 +71,7 @@ class FieldWriter {
     void Value(Money value);
     void Value(DateTime value);
     void Value(SolveRule value) { Value(static_cast<std::int32_t>(value)); }
+    void Value(Rank value) { Value(static_cast<std::int32_t>(value)); }
     void Value(const Link<Vproject>& link);
     void Value(const Link<Vtask>& link);
     void Value(const Link<Vresource>& link);

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <string>
 
+#include "model/DateTime.h"
 #include "solve/Solver.h"
 
 namespace vortan {
@@ -16,6 +17,9 @@ class IterativeProgress {
     /// Called on the thread that asked for the solve, a few times a second. `percent` is 0 to 99,
     /// `secondsLeft` may be kUnknown. True cancels the solve.
     virtual bool Report(int percent, double secondsLeft) = 0;
+    /// Called ahead of Report where there is something to tell: the best finish so far, and one that cannot
+    /// be beaten.
+    virtual void Found(DateTime /*finish*/, DateTime /*bound*/) {}
 };
 
 /// The clock of one iterative solve: keeps the status text and asks the progress, but not too often.
@@ -36,11 +40,17 @@ class IterationWatch {
         if (now - last_ < interval_) return false;
         const double passed = std::chrono::duration<double>(now - start_).count();
         const double left = done > 0 ? passed * (1 - done) / done : IterativeProgress::kUnknown;
+        if (finish_.IsSet()) progress_->Found(finish_, bound_);
         cancelled_ = progress_->Report(shown_, left);
         last_ = Clock::now();
         return cancelled_;
     }
     bool WasCancelled() const { return cancelled_; }
+    /// For the next report.
+    void Tell(DateTime finish, DateTime bound) {
+        finish_ = finish;
+        bound_ = bound;
+    }
 
   private:
     using Clock = std::chrono::steady_clock;
@@ -56,6 +66,7 @@ class IterationWatch {
     std::chrono::milliseconds interval_;
     Clock::time_point start_ = Clock::now(), last_ = start_;
     int shown_ = 0;
+    DateTime finish_, bound_;
     bool cancelled_ = false;
 };
 

@@ -19,6 +19,16 @@ struct Vcrash {
     Money totalCost;
 };
 
+/// What a search for a shorter order found.
+struct ShortenResult {
+    bool searched = false;                 ///< there was one
+    bool better = false;                   ///< an order better than the one that stood
+    bool optimal = false;                  ///< no order can end the project earlier
+    DateTime finishBefore, finish, bound;  ///< of the active project, as are the costs
+    Money costBefore, cost;
+    std::int64_t moves = 0;  ///< orders tried, behind those that rules gave
+};
+
 /// What the last risk and crash solves found. Plain data for charts; not saved with a file.
 struct IterativeResults {
     std::int32_t riskIterations = 0;  ///< N; 0: there was no risk solve yet
@@ -30,6 +40,8 @@ struct IterativeResults {
 
     std::vector<Vcrash> crashList;
     float teamIncrement = 0;  ///< of the last crash solve; 0: there was none yet
+
+    ShortenResult shorten;
 };
 
 }  // namespace vortan

@@ -1,6 +1,7 @@
 #include "solve/IterativeSolve.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <new>
 #include <thread>
@@ -12,6 +13,7 @@
 #include "solve/CrashSolve.h"
 #include "solve/ProblemText.h"
 #include "solve/RiskSolve.h"
+#include "solve/ShortenSolve.h"
 #include "solve/Solution.h"
 
 namespace vortan {
@@ -129,6 +131,59 @@ IterativeSolve::Outcome IterativeSolve::CrashSolve(bool quick, double increment,
         results_.teamIncrement = static_cast<float>(increment);
         return "";
     });
+}
+
+std::optional<std::string> IterativeSolve::CheckShorten(const ShortenOptions& options) {
+    if (options.moves != 0) {
+        if (options.moves >= 1 && options.moves <= ShortenOptions::kMostMoves &&
+            options.moves == std::floor(options.moves))
+            return std::nullopt;
+        return "The number of moves must be a whole number from 1 to 1,000,000,000,000,000.";
+    }
+    if (options.seconds > 0 && options.seconds <= ShortenOptions::kMostSeconds) return std::nullopt;
+    return "The number of seconds must be above 0 and no more than " +
+           GroupDigits(static_cast<std::int64_t>(ShortenOptions::kMostSeconds)) + ".";
+}
+
+IterativeSolve::Outcome IterativeSolve::ShortenSolve(const ShortenOptions& options,
+                                                     IterativeProgress* progress) {
+    const Section section("Solve:ShortenSolve");
+    if (auto complaint = CheckShorten(options)) return {false, *complaint};
+    foundRanks_.clear();
+    const Outcome outcome =
+        Frame("Shorten solve in progress", "Shortening", progress, [&](IterationWatch& watch) -> std::string {
+            vortan::ShortenSolve solve(solver_, ActiveProject(), options);
+            solve.Run(watch);
+            results_.shorten = solve.Result();
+            foundRanks_ = solve.Ranks();
+            return "";
+        });
+    if (outcome.done) KeepShortened();
+    return outcome;
+}
+
+bool IterativeSolve::KeepShortened() {
+    for (const auto& [task, rank] : foundRanks_) {
+        if (task) task->SetSolveRank(rank);
+    }
+    return !std::exchange(foundRanks_, {}).empty();
+}
+
+bool IterativeSolve::SolveInToldOrder() {
+    const bool any = IsShortened();
+    for (Vproject* project : workspace_.ProjectList()) {
+        for (Vtask* task : project->TaskList()) task->SetSolveRank(0);
+    }
+    return any;
+}
+
+bool IterativeSolve::IsShortened() const {
+    for (const Vproject* project : workspace_.ProjectList()) {
+        for (const Vtask* task : project->TaskList()) {
+            if (task->SolveRank() != 0) return true;
+        }
+    }
+    return false;
 }
 
 /// Puts mode and texts back however the solve ends.

@@ -5,6 +5,8 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "solve/IterationWatch.h"
 #include "solve/IterativeResults.h"
@@ -12,6 +14,17 @@
 #include "solve/Solver.h"
 
 namespace vortan {
+
+/// How long to search for a shorter order, and for what.
+struct ShortenOptions {
+    static constexpr double kUsualSeconds = 10, kMostSeconds = 86400;
+    static constexpr double kMostMoves = 1e15;
+
+    double seconds = kUsualSeconds;
+    double moves = 0;  ///< a whole number; above 0 it takes the place of the seconds
+    std::uint64_t seed = 0;
+    bool forCost = false;  ///< least cost first, then earliest finish
+};
 
 /// The risk and crash solves of a program: what they need from one to the next, and the frame of each, which
 /// is status texts, the solver's mode, progress and cancel. The results change only when a solve has come to
@@ -34,6 +47,7 @@ class IterativeSolve {
     // well. The solution of the active project must stand.
     std::optional<std::string> CheckRisk(double iterations) const;
     static std::optional<std::string> CheckIncrement(double increment);
+    static std::optional<std::string> CheckShorten(const ShortenOptions& options);
     /// The first project whose solve rule halts; a crash solve needs rules that extend.
     static Vproject* FindHaltingProject(const Workspace& workspace);
     static std::string HaltRuleText(const Vproject& project);
@@ -42,6 +56,17 @@ class IterativeSolve {
     // ordinary solve in the end. `progress` may be none.
     Outcome RiskSolve(bool quick, std::int32_t iterations, IterativeProgress* progress);
     Outcome CrashSolve(bool quick, double increment, IterativeProgress* progress);
+
+    /// Searches for an order that ends the active project, solved like that, earlier, and gives its ranks to
+    /// the tasks. One that was cancelled leaves the ranks alone, until KeepShortened.
+    Outcome ShortenSolve(const ShortenOptions& options, IterativeProgress* progress);
+    /// After a search that was cancelled: keeps the best order that it found. False: none was better.
+    bool KeepShortened();
+    /// Takes the ranks off all tasks in memory, in the journal in force: one order runs through all
+    /// projects, so the told one is back only without any. False: there were none.
+    bool SolveInToldOrder();
+    /// Whether tasks in memory have ranks.
+    bool IsShortened() const;
 
     const IterativeResults& Results() const { return results_; }
     /// Another project became active: the crash curve was not its own.
@@ -62,6 +87,7 @@ class IterativeSolve {
     Workspace& workspace_;
     Solver& solver_;
     IterativeResults results_;
+    std::vector<std::pair<Link<Vtask>, std::int32_t>> foundRanks_;  ///< of the last search, if it was better
     Rnd rnd_;
     int workers_ = 0;
     std::chrono::milliseconds interval_{200};

@@ -71,6 +71,7 @@ void Network::BeginCheck() {
     periods_.clear();
     normalPeriods_.clear();
     onMinuteGrid_ = true;
+    ranked_ = false;
     slices_.clear();
     edges_.clear();
     circle_.clear();
@@ -94,6 +95,8 @@ std::optional<SolveProblem> Network::AddTask(Vtask* object) {
     task.mostLikely = object->MostLikely();
     task.pessimistic = object->Pessimistic();
     task.materialCost = object->MaterialCost();
+    task.rank = object->SolveRank();
+    ranked_ = ranked_ || task.rank != 0;
     task.firstSource = static_cast<std::int32_t>(sources_.size());
     task.firstWant = static_cast<std::int32_t>(wants_.size());
     const Vproject* subproject = object->Subproject();

@@ -42,7 +42,9 @@ int SlotTypeOf(SlotClass kind);
 /// All tasks of all projects as one network of slices, with everything that a run needs to know of them, in
 /// flat arrays. A slice is a piece of a task between two percentages; tasks are cut wherever a dependency
 /// touches them. Slices are numbered in solve order, so slice 0 is the first of `OrderList`: by the length of
-/// the longest chain of slices before it, then by project priority and name, then by TaskID.
+/// the longest chain of slices before it, then by project priority and name, then by TaskID. Where tasks have
+/// ranks, the next is always the one of the lowest rank among those whose predecessors are placed, and only
+/// equal ranks follow that rule.
 ///
 /// Built in two steps, Check and ComputeOrder; read-only from then on, so any number of runs can share it.
 /// Rebuilding an unchanged model allocates nothing.
@@ -66,6 +68,7 @@ class Network {
         std::uint8_t wantedDays = 0;                  ///< bit w: some resource is wanted on weekday w
         std::array<std::int32_t, kWeekdays> today{};  ///< minutes wanted of all resources, by weekday
         Money materialCost;
+        std::int32_t rank = 0;
     };
     /// A moment that a task waits for: a dependency on another slice, or on a date.
     struct Source {
@@ -182,6 +185,9 @@ class Network {
     std::span<const Period> PeriodsOf(const ResourceDay& day) const {
         return {periods_.data() + day.firstPeriod, static_cast<std::size_t>(day.periodCount)};
     }
+    /// Where a slice would stand if no task had a rank.
+    std::int32_t ToldPlaceOf(std::int32_t slice) const { return ranked_ ? toldPlace_[Index(slice)] : slice; }
+    bool Ranked() const { return ranked_; }
     /// Whether all dates and offsets lie on whole minutes, so that every booking begins and ends on one.
     bool OnMinuteGrid() const { return onMinuteGrid_; }
 
@@ -226,6 +232,7 @@ class Network {
     bool Level(const Stop& stop);
     void RankProjects();
     bool NumberSlices(const Stop& stop);
+    bool PlaceByRank(const Stop& stop);
     bool FillSlices(const Stop& stop);
     void FindCircle();
 
@@ -241,6 +248,7 @@ class Network {
     std::vector<Period> periods_;
     std::vector<NormalPeriod> normalPeriods_;
     bool onMinuteGrid_ = true;
+    bool ranked_ = false;  ///< some task has a rank
     std::vector<Slice> slices_;
     std::vector<Edge> edges_;
     std::vector<Link<Vtask>> circle_;
@@ -252,14 +260,23 @@ class Network {
         std::int32_t from, to;
         double offset;
     };
+    struct RankedSlice {
+        std::int32_t rank, toldPlace, slice;
+        /// Heaps have the largest in front.
+        bool operator<(const RankedSlice& other) const {
+            return rank != other.rank ? rank > other.rank : toldPlace > other.toldPlace;
+        }
+    };
     std::vector<CutSet> cuts_;
     std::vector<Slice> raw_;
     std::vector<RawEdge> rawEdges_;
     std::vector<std::int32_t> rawFirstEdge_, rawSuccessor_, count_, level_, queue_, place_, levelStart_;
     std::vector<std::int32_t> rawFirst_;  ///< by task: its first raw slice; one more at the end
     std::vector<std::int32_t> projectRank_;
-    std::vector<std::uint8_t> tiedIn_;    ///< by project: its link has a successor
-    std::vector<std::int32_t> openEnds_;  ///< by master project
+    std::vector<std::int32_t> toldPlace_;  ///< by slice, if there are ranks
+    std::vector<RankedSlice> heap_;        ///< slices that may come next, the first of them in front
+    std::vector<std::uint8_t> tiedIn_;     ///< by project: its link has a successor
+    std::vector<std::int32_t> openEnds_;   ///< by master project
 };
 
 }  // namespace vortan

@@ -254,8 +254,37 @@ bool Network::NumberSlices(const Stop& stop) {
             if (count_[Index(slice)] == 0) place_[Index(slice)] = levelStart_[Index(level_[Index(slice)])]++;
         }
     }
-
+    if (ranked_ && !PlaceByRank(stop)) return false;
     return FillSlices(stop);
+}
+
+/// Takes the told places as the tie between equal ranks, and gives places anew: the next is always the slice
+/// of the lowest rank whose predecessors have theirs.
+bool Network::PlaceByRank(const Stop& stop) {
+    count_.assign(raw_.size(), 0);
+    for (const RawEdge& edge : rawEdges_) ++count_[Index(edge.to)];
+    heap_.clear();
+    toldPlace_.resize(queue_.size());
+    const auto push = [this](std::int32_t slice) {
+        heap_.push_back({tasks_[Index(raw_[Index(slice)].task)].rank, place_[Index(slice)], slice});
+        std::push_heap(heap_.begin(), heap_.end());
+    };
+    for (std::size_t i = 0; i < raw_.size(); ++i) {
+        if (count_[i] == 0) push(static_cast<std::int32_t>(i));
+    }
+    for (std::int32_t next = 0; !heap_.empty(); ++next) {
+        if (GivesUp(Index(next), stop)) return false;
+        const auto [rank, toldPlace, slice] = heap_.front();
+        std::pop_heap(heap_.begin(), heap_.end());
+        heap_.pop_back();
+        place_[Index(slice)] = next;
+        toldPlace_[Index(next)] = toldPlace;
+        for (std::int32_t k = rawFirstEdge_[Index(slice)]; k < rawFirstEdge_[Index(slice) + 1]; ++k) {
+            const std::int32_t successor = rawEdges_[Index(rawSuccessor_[Index(k)])].to;
+            if (--count_[Index(successor)] == 0) push(successor);
+        }
+    }
+    return true;
 }
 
 /// Copies slices and edges to their places in the order, and numbers what refers to slices anew.

@@ -127,6 +127,9 @@ void AppendCode(std::string& out, DateTime value) {
 void AppendCode(std::string& out, SolveRule value) {
     AppendChars(out, static_cast<std::int32_t>(value));
 }
+void AppendCode(std::string& out, Rank value) {
+    AppendChars(out, static_cast<std::int32_t>(value));
+}
 
 bool ReadCode(std::string_view code, std::string& value) {
     value = Unescaped(code);
@@ -173,6 +176,12 @@ bool ReadCode(std::string_view code, SolveRule& value) {
     std::int32_t number = 0;
     if (!ReadChars(code, number) || number < 0 || number >= kSolveRules) return false;
     value = static_cast<SolveRule>(number);
+    return true;
+}
+bool ReadCode(std::string_view code, Rank& value) {
+    std::int32_t number = 0;
+    if (!ReadChars(code, number) || number < 0 || number > kMostRank) return false;
+    value = Rank{number};
     return true;
 }
 

@@ -8,6 +8,7 @@
 #include "model/DateTime.h"
 #include "model/Money.h"
 #include "model/Vproject.h"
+#include "model/Vtask.h"
 
 /// The alphabet of the texts that stand in Text30: how a value becomes letters and back, exactly. A value
 /// has none of the characters that part the text, no blanks and nothing that cannot stand in XML.
@@ -39,6 +40,7 @@ void AppendCode(std::string& out, Money value);
 /// behind an "e" as a number.
 void AppendCode(std::string& out, DateTime value);
 void AppendCode(std::string& out, SolveRule value);
+void AppendCode(std::string& out, Rank value);
 
 /// The reverse. Each is false for what is no such value.
 bool ReadCode(std::string_view code, std::string& value);
@@ -50,5 +52,6 @@ bool ReadCode(std::string_view code, float& value);
 bool ReadCode(std::string_view code, Money& value);
 bool ReadCode(std::string_view code, DateTime& value);
 bool ReadCode(std::string_view code, SolveRule& value);
+bool ReadCode(std::string_view code, Rank& value);
 
 }  // namespace vortan

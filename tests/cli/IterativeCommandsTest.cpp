@@ -71,5 +71,31 @@ TEST_F(IterativeCommandsTest, CrashPrintsTheSteps) {
     ExpectPart(Done({"crash", plan, "--increment", "0.1", "--json"}), "\"multiplier\":1.1,");
 }
 
+TEST_F(IterativeCommandsTest, ShortenSavesTheOrderThatItFound) {
+    // Bob's long job waits for Ann's short one, which by its number comes last.
+    const std::string plan = FileWith(
+        "plan.vta",
+        PlanText("template Crew; resource 1; resource 2; project P rule 1; task 1 work 4800 start by 1;"
+                 "task 2 work 480 start by 1; task 3 work 4800 after 2 by 2; task 4 work 0 after 1 after 3"));
+    const std::string saved = PathOf("out.vta");
+    const QJsonValue json = ParseJson(Done({"shorten", plan, "--json", "--moves", "20", "--save", saved}));
+    EXPECT_TRUE(json["better"].toBool());
+    EXPECT_TRUE(json["optimal"].toBool());
+    EXPECT_EQ(json["finish"], json["bound"]);
+    EXPECT_DOUBLE_EQ(json["finishBefore"].toDouble() - json["finish"].toDouble(), 14);
+    EXPECT_EQ(json["ranks"].toArray().size(), 4);
+    ExpectPart(FileBytes(saved), "SolveRank,");
+    ExpectPart(Done({"shorten", saved}), "None was better");
+    ExpectPart(Done({"shorten", saved, "--told"}), "ranks");
+    for (const std::vector<std::string>& wrong : {std::vector<std::string>{"--seconds", "0"},
+                                                  {"--moves", "1.5"},
+                                                  {"--for", "fun"},
+                                                  {"--save", "out.txt"}}) {
+        std::vector<std::string> arguments = {"shorten", plan};
+        arguments.insert(arguments.end(), wrong.begin(), wrong.end());
+        EXPECT_NE(Refused(arguments), "") << wrong[0];
+    }
+}
+
 }  // namespace
 }  // namespace vortan

@@ -73,6 +73,7 @@ TEST_F(ChangeTest, EverySetterTellsOnceOfWhatDiffers) {
 
     const auto task_ = [&](const char* what, auto&& write) { row(what, task, project, write); };
     task_("Description", [&] { task->SetDescription("x"); });
+    task_("SolveRank", [&] { task->SetSolveRank(7); });
     task_("Include", [&] { task->SetInclude(false); });
     task_("EffortUnits", [&] { task->SetEffortUnits(60); });
     task_("Optimistic", [&] { task->SetOptimistic(1); });

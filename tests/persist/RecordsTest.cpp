@@ -251,7 +251,7 @@ TEST_F(RecordsTest, AFieldThatJoinedLaterStandsOnlyWhereItSaysSomething) {
 TEST_F(RecordsTest, AFileOfALaterVersionIsNotCalledDamaged) {
     const std::string plan = SmallPlan("P", {1, 2}) + DependencyOn("P", 1);
     const std::tuple<std::string, const char*, bool> cases[] = {
-        {"  LateFinish,12/30/1899 12:00am\r\n", "  SolveRank,3\r\n", true},
+        {"  LateFinish,12/30/1899 12:00am\r\n", "  SolveHint,3\r\n", true},
         {"  Manager,\"\"\r\n", "  Calendar2,\"\",x,1\r\n", true},
         {"  Offset,0\r\n", "  Lag,2\r\n", true},
         {"  Offset,0\r\n", "NOTE\r\n  Text,x\r\n", true},
@@ -260,13 +260,13 @@ TEST_F(RecordsTest, AFileOfALaterVersionIsNotCalledDamaged) {
         {"  LateFinish,12/30/1899 12:00am\r\n", "  ToPercent,0\r\n", false},  // of another record
         {"  Offset,0\r\n", "  TaskID,3\r\n", false},
         {"  Offset,0\r\n", "  JournalDates,3\r\n", false},
-        {"  Offset,0\r\n", "  SolveRank\r\n", false},
+        {"  Offset,0\r\n", "  SolveHint\r\n", false},
         {"  Offset,0\r\n", "  Solve Rank,1\r\n", false},
         {"  Offset,0\r\n", "  solveRank,1\r\n", false},
         {"  Offset,0\r\n", "  RANK,1\r\n", false},
         {"  Offset,0\r\n", "Note\r\n", false},
         {"  Offset,0\r\n", "SHIFT\r\n", false},
-        {"  LateStart,12/30/1899 12:00am\r\n", "  SolveRank,3\r\n", false},  // in the midst of a record
+        {"  LateStart,12/30/1899 12:00am\r\n", "  SolveHint,3\r\n", false},  // in the midst of a record
         {"", "CALENDAR\r\n", false},
     };
     for (const auto& [behind, line, newer] : cases) {
