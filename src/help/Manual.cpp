@@ -17,7 +17,7 @@ std::string Small(std::string_view text) {
     return small;
 }
 
-bool IsWordChar(char c) {
+bool IsOfWord(char c) {
     return std::isalnum(static_cast<unsigned char>(c)) != 0 || static_cast<unsigned char>(c) >= 128;
 }
 
@@ -26,7 +26,7 @@ int CountWord(const std::string& text, const std::string& word, int most) {
     int count = 0;
     for (std::size_t at = text.find(word); at != std::string::npos && count < most;
          at = text.find(word, at + 1)) {
-        if (at == 0 || !IsWordChar(text[at - 1]) || !IsWordChar(word.front())) ++count;
+        if (at == 0 || !IsOfWord(text[at - 1]) || !IsOfWord(word.front())) ++count;
     }
     return count;
 }

@@ -191,6 +191,7 @@ void Changing(T& object, ChangeKind kind) {
     workspace.Tell(object, kind);
 }
 
+// NOLINTBEGIN(bugprone-macro-parentheses): a type
 #define VORTAN_OBJECT(T)                                \
     template T* Workspace::NewVObject<T>();             \
     template void Workspace::FreeVobject(T*);           \
@@ -206,6 +207,7 @@ VORTAN_OBJECT(Vshift)
 VORTAN_OBJECT(Vtask)
 VORTAN_OBJECT(Vtemplate)
 #undef VORTAN_OBJECT
+// NOLINTEND(bugprone-macro-parentheses)
 
 void GetDateRange(const Workspace& workspace, DateTime& start, DateTime& finish, bool includeFirstJournal) {
     const Vproject* project = workspace.ThisProject();

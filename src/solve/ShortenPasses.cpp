@@ -9,7 +9,7 @@ namespace vortan {
 
 namespace {
 
-constexpr double kSame = 1e-6;  ///< days
+constexpr double kSameDay = 1e-6;  ///< days
 
 }  // namespace
 
@@ -67,14 +67,15 @@ bool ShortenSolve::PickMove(std::int32_t& moved, std::int32_t& ahead) {
         for (std::int32_t k = firstBefore_[s]; k < firstBefore_[s + 1]; ++k) {
             const std::int32_t b = before_[Index(k)];
             const double until = sliceFinish_[Index(b)] + beforeOffset_[Index(k)];
-            if (until >= (link || task.effortUnits == 0 ? finish : start) - kSame && choose(ways)) next = b;
+            if (until >= (link || task.effortUnits == 0 ? finish : start) - kSameDay && choose(ways))
+                next = b;
         }
         if (task.effortUnits < 0 && slices[s].useMinutes > 0) {
             for (const auto& want : network_.WantsOf(task)) {
                 for (const std::int32_t b : slicesOf_[Index(want.resource)]) {
                     if (slicePlace_[Index(b)] >= slicePlace_[s]) break;
                     const bool between =
-                        sliceFinish_[Index(b)] > start + kSame && sliceStart_[Index(b)] < finish;
+                        sliceFinish_[Index(b)] > start + kSameDay && sliceStart_[Index(b)] < finish;
                     if (between && slices[Index(b)].task != slices[s].task && choose(holders)) held = b;
                 }
             }
@@ -158,7 +159,7 @@ void ShortenSolve::AnnealPasses(IterationWatch& watch, std::int64_t total) {
     }
     const double hottest = kHot * (options_.forCost ? start_.cost.ToDouble() : span);
     for (; moves_ < total; ++moves_) {
-        const bool done = !options_.forCost && best_.finish <= bound_ + kSame;
+        const bool done = !options_.forCost && best_.finish <= bound_ + kSameDay;
         const double part = static_cast<double>(moves_) / static_cast<double>(total);
         if (done || Cancelled(watch, part, best_.finish)) return;
         if (timed && Passed() > options_.seconds) return;

@@ -201,7 +201,7 @@ bool ReadMatrix(std::string_view code, std::vector<std::string>& hours) {
     }
     std::string all;
     std::size_t count = 0;
-    constexpr std::size_t kPeriods = Vshift::kHours * Vshift::kPeriodsPerHour;
+    constexpr std::size_t kPeriods = std::size_t{Vshift::kHours} * Vshift::kPeriodsPerHour;
     for (const char c : rest) {
         if (c >= '0' && c <= '9') {
             count = std::min<std::size_t>(count * 10 + static_cast<std::size_t>(c - '0'), kPeriods + 1);

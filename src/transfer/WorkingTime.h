@@ -37,7 +37,7 @@ class WorkingTime {
     struct Span {
         Minute from, to;  ///< since the beginning of the week
     };
-    static constexpr Minute kWeek = 7 * kMinutesPerDay;
+    static constexpr Minute kWeek = Minute{7} * kMinutesPerDay;
     /// Working minutes from the beginning of the week that holds date 1 to `at`.
     Minute Until(Minute at) const;
 

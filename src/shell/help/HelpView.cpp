@@ -1,5 +1,6 @@
 #include "shell/help/HelpView.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QKeyEvent>
 #include <QRegularExpression>
 #include <QScrollBar>
