@@ -50,6 +50,10 @@ if grep -nE '#include [<"](xlsxwriter|reports/xlsx/)' src/reports/*.{h,cpp}; the
     status=1
 fi
 forbid cli '#include ["<]shell/' "include shell"
+if grep -nE '#include [<"](Q[A-Z]|paint/|reports/xlsx/)' src/cli/*.{h,cpp}; then
+    echo "src/cli must not use what src/cli/output is there to load" >&2
+    status=1
+fi
 forbid cli '#include [<"]Q(Application|Widget|Dialog|MessageBox|MainWindow)' "open windows"
 forbid shell '#include ["<]cli/' "include cli"
 exit $status
