@@ -20,6 +20,7 @@ class CommandLine {
   public:
     CommandLine() {
         app_.require_subcommand(1);
+        app_.allow_windows_style_options(false);  // "/dir/plan.vta" is a file everywhere
         app_.set_version_flag("--version", "vortan-cli " + GetAppVersion() + ", " + GetBuildText());
         for (const Command& command : AllCommands()) Add(app_, command);
     }
