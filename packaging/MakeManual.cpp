@@ -266,6 +266,6 @@ bool MakeManual(const std::filesystem::path& folder) {
 
 int main(int argc, char** argv) {
     if (argc == 2 && vortan::MakeManual(argv[1])) return 0;
-    std::cerr << "The manual pages could not be written. Use: vortan_manual FOLDER\n";
+    std::cerr << "The manual pages could not be written. Use: vortan_describe FOLDER\n";
     return 1;
 }

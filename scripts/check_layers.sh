@@ -3,10 +3,10 @@
 # its layer must not use; and when there is a folder that this script does not know.
 set -eu
 cd "$(dirname "$0")/.."
-core=(model solve persist charts reports)
+core=(model solve persist charts reports transfer help)
 layers=("${core[@]}" paint)
 programs=(shell cli)
-rooms=(desk widgets forms entry trees pages problems main)
+rooms=(desk widgets forms entry trees pages problems help main)
 status=0
 # forbid <folder> <pattern of a line> <what is wrong with it>
 forbid() {
@@ -39,7 +39,7 @@ done
 for folder in "${core[@]}"; do
     forbid "$folder" '#include [<"]Q[A-Z]' "use the toolkit"
 done
-for folder in persist charts reports paint shell cli; do
+for folder in persist charts reports transfer paint shell cli; do
     forbid "$folder" '#include "solve/(Solution|Network|Bookings|ForwardRun|ReverseRun)\.h"' "see behind solve/Solver.h"
 done
 for folder in "${layers[@]}" "${programs[@]}"; do
@@ -49,6 +49,9 @@ if grep -nE '#include [<"](xlsxwriter|reports/xlsx/)' src/reports/*.{h,cpp}; the
     echo "src/reports must not use src/reports/xlsx or what is behind it" >&2
     status=1
 fi
+for folder in "${layers[@]}" "${programs[@]}"; do
+    [ "$folder" = transfer ] || forbid "$folder" '#include [<"]pugixml' "read XML itself"
+done
 forbid cli '#include ["<]shell/' "include shell"
 if grep -nE '#include [<"](Q[A-Z]|paint/|reports/xlsx/)' src/cli/*.{h,cpp}; then
     echo "src/cli must not use what src/cli/output is there to load" >&2

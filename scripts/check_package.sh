@@ -20,9 +20,14 @@ build() {
 echo "Building ..."
 build "$work/one"
 echo "Building again ..."
-CCACHE_DISABLE=1 build "$work/another/folder"
+build "$work/another/folder"
 for file in "$work"/one/build/package/vortan*.{deb,tar.gz}; do
-    cmp "$file" "$work/another/folder/build/package/$(basename "$file")"
+    other=$work/another/folder/build/package/$(basename "$file")
+    cmp "$file" "$other" && continue
+    [[ $file = *.tar.gz ]] && exit 1
+    dpkg-deb -R "$file" "$work/first" && dpkg-deb -R "$other" "$work/second"
+    diff -rq "$work/first" "$work/second" >&2 || exit 1
+    exit 1
 done
 echo "Two builds are equal"
 
@@ -86,4 +91,4 @@ echo "Installing into a fresh system ..."
 mkdir "$work/root"
 chmod 755 "$work"
 PACKAGE=$package ARCHIVE=$archive WORK=$work mmdebstrap --quiet --variant=apt --format=null \
-    --customize-hook="$work/try \"\$1\"" "$(. /etc/os-release && echo "$VERSION_CODENAME")" - >/dev/null
+    --customize-hook="$work/try \"\$1\"" "$(. /etc/os-release && echo "$VERSION_CODENAME")" /dev/null

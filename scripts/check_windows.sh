@@ -4,8 +4,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install_packages.sh g++-mingw-w64-x86-64-posix wine wine64
+scripts/build.sh dev vortan-cli vortan-helpc
 scripts/build.sh mingw vortan-cli
-scripts/build.sh dev vortan-cli
 work=$(mktemp -d)
 trap 'WINEPREFIX=$work/wine wineserver -k || true; rm -rf "$work"' EXIT
 export WINEPREFIX=$work/wine WINEDEBUG=-all LC_ALL=C.UTF-8

@@ -2,7 +2,7 @@
 # Installs the Debian packages that are missing, quietly. Needs root or sudo only when something is missing.
 set -eu
 packages=(g++ cmake ninja-build ccache libcli11-dev libgtest-dev libbenchmark-dev
-          qt6-base-dev qt6-svg-dev libxlsxwriter-dev zlib1g-dev fonts-dejavu-core fonts-liberation "$@")
+          qt6-base-dev qt6-svg-dev libxlsxwriter-dev libpugixml-dev zlib1g-dev fonts-dejavu-core fonts-liberation "$@")
 missing=()
 for package in "${packages[@]}"; do
     dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")

@@ -50,7 +50,7 @@ int Run(CliSession& session, const ChartOptions& options, const ChartKind& kind)
     if (words.set) words.set(form, options, session);
     if (session.Solve() != kExitDone) throw CliError(session.StatusLine(), kExitHalted);
     form.Start();
-    if (options.json) session.streams.out << words.json(form);
+    if (options.json) session.streams.out << session.WithLosses(words.json(form));
     if (options.out.empty()) return kExitDone;
     if (words.json && EndsWithText(options.out, ".json")) {
         WriteResultFile(session, options.out, words.json(form));
@@ -66,7 +66,7 @@ int Run(CliSession& session, const ChartOptions& options, const ChartKind& kind)
 
 std::vector<Option> CommonOptions(ChartOptions& o, const ChartWords& words) {
     std::vector<Option> list{
-        {"FILE", &o.files, "Plan files (.vta, .vtb), read in this order into one memory", "", true},
+        {"FILE", &o.files, "Plan files (.vta, .vtb, .xml), read in this order into one memory", "", true},
         {"-o,--output", &o.out,
          words.json
              ? "File to write: .svg and .png are one picture, a .pdf has pages with headings, .json and "

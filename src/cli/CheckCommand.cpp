@@ -73,10 +73,33 @@ void PrintStubs(const CliSession& session) {
     }
 }
 
+/// What an import has made.
+int CheckImport(CliSession& session, const std::string& file) {
+    session.Load(file);
+    LoadReport report;
+    for (const Vtemplate* each : session.workspace.TemplateList()) {
+        ++report.templates;
+        report.shifts += static_cast<int>(each->ShiftList().size());
+        report.resources += static_cast<int>(each->ResourceList().size());
+    }
+    for (const Vproject* project : session.workspace.ProjectList()) {
+        ++report.projects;
+        for (const Vtask* task : project->TaskList()) {
+            ++report.tasks;
+            report.dependencies += static_cast<int>(task->DependencyList().size());
+            report.assignments += static_cast<int>(task->AssignmentList().size());
+        }
+    }
+    PrintContent(session, report);
+    session.streams.out << "No damage found\n";
+    return kExitDone;
+}
+
 int Run(CliSession& session, const CheckOptions& options) {
     const std::string& file = options.file;
     using Damage = PlanLoad::Damage;
-    RequirePlanFile(file);
+    RequirePlanOrXml(file);
+    if (IsXmlName(file)) return CheckImport(session, file);
     PlanLoad load;
     std::string fault;
     try {

@@ -67,8 +67,8 @@ class CommandLine {
 }  // namespace
 
 std::vector<Command> AllCommands() {
-    return {SolveCommand(), ConvertCommand(), CheckCommand(), JournalCommand(), WhyCommand(),
-            RiskCommand(),  CrashCommand(),   ChartCommand(), ReportCommand(),  PublishCommand()};
+    return {SolveCommand(), ConvertCommand(), CheckCommand(),  JournalCommand(), WhyCommand(), RiskCommand(),
+            CrashCommand(), ChartCommand(),   ReportCommand(), PublishCommand(), HelpCommand()};
 }
 
 int RunCli(const std::vector<std::string>& arguments, const CliStreams& streams) {

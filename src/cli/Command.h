@@ -76,5 +76,6 @@ Command ChartCommand();
 Command ReportCommand();
 Command StatusReportCommand();  ///< a kind of report
 Command PublishCommand();
+Command HelpCommand();
 
 }  // namespace vortan

@@ -90,8 +90,9 @@ int Run(CliSession& session, const CrashOptions& options) {
     if (const int exitCode = session.SolveToIterate(); exitCode != kExitDone) return exitCode;
     const auto outcome = session.iterative.CrashSolve(!options.detailed, options.increment, nullptr);
     if (!outcome.done) throw CliError(WrapText(outcome.message, session.streams.width), kExitHalted);
-    session.streams.out << (options.json ? CrashJson(session.iterative.Results().crashList)
-                                         : CrashTable(session, !options.detailed));
+    session.streams.out << (options.json
+                                ? session.WithLosses(CrashJson(session.iterative.Results().crashList))
+                                : CrashTable(session, !options.detailed));
     if (!options.plot.empty()) WriteChart(session, options.plot, ChartKindOf("crash"), true);
     return kExitDone;
 }

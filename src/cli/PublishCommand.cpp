@@ -49,7 +49,8 @@ Command PublishCommand() {
         "publish", "Solve plans and write a web page of a project, for people without this program",
         [](PublishOptions& o) -> std::vector<Option> {
             return {
-                {"FILE", &o.files, "Plan files (.vta, .vtb), read in this order into one memory", "", true},
+                {"FILE", &o.files, "Plan files (.vta, .vtb, .xml), read in this order into one memory", "",
+                 true},
                 {"-o,--output", &o.out, "The page to write, one .html file complete in itself", "OUT", true},
                 ProjectOption(o.project, "The project to show; the first one if not given"),
                 {"--journal", &o.journal, "Show the journal of this date, in all projects that have it",

@@ -85,7 +85,7 @@ int Run(CliSession& session, const ReportOptions& options, const ReportKind& kin
     SolveFor(session, kind);
     const Table table = kind.build({session.workspace, session.solver, month});
     if (table.Rows() == 0) session.streams.err << "The requested spreadsheet contained no data.\n";
-    if (options.json) session.streams.out << ReportJson(kind, table);
+    if (options.json) session.streams.out << session.WithLosses(ReportJson(kind, table));
     if (!options.out.empty()) {
         try {
             WriteReport(session, options, kind, table);
@@ -102,7 +102,7 @@ Command KindCommand(const ReportKind& kind) {
     const auto values = std::make_shared<ReportOptions>();
     ReportOptions& o = *values;
     std::vector<Option> list{
-        {"FILE", &o.files, "Plan files (.vta, .vtb), read in this order into one memory", "", true},
+        {"FILE", &o.files, "Plan files (.vta, .vtb, .xml), read in this order into one memory", "", true},
         {"-o,--output", &o.out,
          "File to write: .csv, .xlsx and .html are tables, .pdf has pages with headings, .svg and .png are "
          "one picture, .json is the data; without it the report is printed",

@@ -84,7 +84,7 @@ int Run(CliSession& session, const RiskOptions& options) {
     const auto outcome = session.iterative.RiskSolve(!options.detailed,
                                                      static_cast<std::int32_t>(options.iterations), nullptr);
     if (!outcome.done) throw CliError(WrapText(outcome.message, session.streams.width), kExitHalted);
-    session.streams.out << (options.json ? RiskJson(session.iterative.Results())
+    session.streams.out << (options.json ? session.WithLosses(RiskJson(session.iterative.Results()))
                                          : RiskTable(session, !options.detailed));
     if (!options.plot.empty()) WriteChart(session, options.plot, ChartKindOf("risk"), true);
     return kExitDone;

@@ -1,4 +1,7 @@
 #include "cli/Session.h"
+
+#include "cli/JsonWriter.h"
+#include "cli/LossesText.h"
 #include "cli/TextTable.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
@@ -31,12 +34,39 @@ void RequirePlanFile(const std::string& name) {
     }
 }
 
+void RequirePlanOrXml(const std::string& name) {
+    if (!IsPlanFile(name) && !IsXmlName(name)) {
+        throw CliError(
+            "The file \"" + name +
+            "\" does not have a recognized type. Plan files end in .vta or .vtb, those of Microsoft "
+            "Project in .xml.");
+    }
+}
+
 const char* DamageText(bool cutOff) {
     return cutOff ? "it was cut off before its end" : "its check sum does not match";
 }
 
+void CliSession::Import(const std::string& fileName) {
+    try {
+        if (!transfer.ImportMSProject(fileName)) throw CliError("");
+    } catch (const Fault& fault) {
+        throw CliError(fault.Description());
+    }
+}
+
+std::string CliSession::WithLosses(const std::string& json) const {
+    const auto end = json.rfind('}');
+    if (losses.empty() || end == std::string::npos) return json;
+    JsonWriter list;
+    list.Object([&] { WriteLosses(list, losses); });
+    const bool empty = json[end - 1] == '{';
+    return json.substr(0, end) + (empty ? "" : ",") + list.Line().substr(1);
+}
+
 void CliSession::Load(const std::string& fileName) {
-    RequirePlanFile(fileName);
+    RequirePlanOrXml(fileName);
+    if (IsXmlName(fileName)) return Import(fileName);
     PlanLoad load;
     const auto cutOff = [&] { return load.damage == PlanLoad::Damage::CutOff; };
     try {
@@ -61,7 +91,17 @@ void CliSession::Load(const std::string& fileName) {
 }
 
 void CliSession::Save(const std::string& fileName) {
-    RequirePlanFile(fileName);
+    RequirePlanOrXml(fileName);
+    if (IsXmlName(fileName)) {
+        if (!workspace.ThisProject()) throw CliError("There is no project in memory.");
+        if (Solve() != kExitDone) streams.err << StatusLine() << "\n";
+        try {
+            if (!transfer.ExportToMSProject(fileName)) throw CliError("");
+        } catch (const Fault& fault) {
+            throw CliError(fault.Description());
+        }
+        return;
+    }
     if (!WriteFileText(platform, fileName, SaveRecords(workspace))) throw CliError("");
 }
 

@@ -2,12 +2,15 @@
 
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "cli/Cli.h"
 #include "cli/CliPlatform.h"
+#include "cli/LossesText.h"
 #include "model/Workspace.h"
 #include "solve/IterativeSolve.h"
 #include "solve/Solver.h"
+#include "transfer/Transfer.h"
 
 namespace vortan {
 
@@ -29,13 +32,25 @@ struct CliSession {
           platform(target),
           workspace(platform),
           solver(workspace),
-          iterative(workspace, solver) {}
+          iterative(workspace, solver),
+          transfer(workspace) {
+        // Nobody is there to ask: resources join what is in memory, and tasks get what lets them be solved.
+        transfer.AskForTemplate = false;
+        transfer.ToStartAnswer = static_cast<std::int16_t>(BoxAnswer::Yes);
+        transfer.ShowLosses = [this](const Losses& found, bool, const std::string& fileName) {
+            TellLosses(streams.err, found, fileName);
+            losses.insert(losses.end(), found.List().begin(), found.List().end());
+        };
+    }
 
-    /// Adds a plan file to the workspace. CliError if it cannot be read or is damaged. The first project and
-    /// template become active.
+    /// Adds a plan file, or a plan of Microsoft Project (.xml), to the workspace. CliError if it cannot be
+    /// read or is damaged. The first project and template become active.
     void Load(const std::string& fileName);
-    /// Writes everything. CliError if that fails.
+    /// Writes everything; to an .xml, the active project as solved. CliError if that fails.
     void Save(const std::string& fileName);
+    /// The result of a command, which is one JSON object, with a member "losses" at its end if a transfer
+    /// lost anything.
+    std::string WithLosses(const std::string& json) const;
     /// Makes the project of that name active; nothing for an empty name. CliError if there is none.
     void SelectProject(const std::string& name);
     /// The same with a template.
@@ -56,10 +71,17 @@ struct CliSession {
     Workspace workspace;
     Solver solver;
     IterativeSolve iterative;
+    Transfer transfer;
+    std::vector<Loss> losses;  ///< of all transfers
+
+  private:
+    void Import(const std::string& fileName);
 };
 
 /// CliError unless the name is that of a plan file.
 void RequirePlanFile(const std::string& name);
+/// The same, or of Microsoft Project's XML.
+void RequirePlanOrXml(const std::string& name);
 
 /// What is wrong with a packed file.
 const char* DamageText(bool cutOff);

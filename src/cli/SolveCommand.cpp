@@ -98,7 +98,7 @@ int Run(CliSession& session, const SolveOptions& options) {
     session.SelectJournal(options.journal);
     const int exitCode = session.Solve();
     if (options.json) {
-        session.streams.out << SolveJson(session.workspace, session.solver);
+        session.streams.out << session.WithLosses(SolveJson(session.workspace, session.solver));
     } else {
         const std::string symbol = session.platform.CurrencySymbol();
         PrintTables(session, symbol);
@@ -114,12 +114,12 @@ Command SolveCommand() {
     return MakeCommand<SolveOptions>(
         "solve", "Solve plans and print their schedules",
         [](SolveOptions& o) -> std::vector<Option> {
-            return {
-                {"FILE", &o.files, "Plan files (.vta, .vtb), read in this order into one memory", "", true},
-                JsonOption(o.json),
-                {"--save", &o.save, "Write the solved plan to this file", "OUT"},
-                {"--journal", &o.journal, "Solve the journal of this date", "DATE"},
-                ProjectOption(o.project)};
+            return {{"FILE", &o.files, "Plan files (.vta, .vtb, .xml), read in this order into one memory",
+                     "", true},
+                    JsonOption(o.json),
+                    {"--save", &o.save, "Write the solved plan to this file", "OUT"},
+                    {"--journal", &o.journal, "Solve the journal of this date", "DATE"},
+                    ProjectOption(o.project)};
         },
         Run);
 }

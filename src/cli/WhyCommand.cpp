@@ -303,7 +303,7 @@ int Run(CliSession& session, const WhyOptions& options) {
     const int exitCode = session.Solve();
     const WhyReport report = ExplainTask(session.solver, *task);
     if (options.json) {
-        session.streams.out << WhyJson(session, *task, report);
+        session.streams.out << session.WithLosses(WhyJson(session, *task, report));
         return exitCode;
     }
     PrintReport(session.streams.out, *task, report);

@@ -49,6 +49,15 @@ class FieldList {
     void ForEachField(Visitor&& visit) const {
         T::Fields(static_cast<const T&>(*this), Visit<Visitor>{visit});
     }
+    /// Calls `visit(name, field, usual)` for every stored field.
+    template <class Visitor>
+    void ForEachFieldUsual(Visitor&& visit) const {
+        T::Fields(static_cast<const T&>(*this), UsualVisit<Visitor>{visit});
+    }
+    template <class Visitor>
+    void ForEachFieldUsual(Visitor&& visit) {
+        T::Fields(static_cast<T&>(*this), UsualVisit<Visitor>{visit});
+    }
 
   protected:
     void ResetFields() { T::Fields(static_cast<T&>(*this), ResetVisit()); }
@@ -68,6 +77,18 @@ class FieldList {
             } else {
                 visit(name, field);
             }
+        }
+    };
+    template <class Visitor>
+    struct UsualVisit {
+        Visitor& visit;
+        template <class Field, class Usual>
+        void operator()(const char* name, Field& field, const Usual& usual) const {
+            visit(name, field, usual);
+        }
+        template <class Field, class Usual>
+        void Optional(const char* name, Field& field, const Usual& usual) const {
+            visit(name, field, usual);
         }
     };
     struct ResetVisit {

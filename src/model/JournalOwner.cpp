@@ -1,7 +1,10 @@
 #include "model/JournalOwner.h"
 
+#include <algorithm>
+
 #include "model/ErrTrap.h"
 #include "model/Fault.h"
+#include "model/History.h"
 #include "model/ValueText.h"
 #include "model/Workspace.h"
 
@@ -15,16 +18,18 @@ void JournalOwner::SetCurrentIndex(std::int32_t index) {
 
 bool JournalOwner::AddJournal(DateTime date) {
     if (numJournals_ == 0) {
+        JournalsChanging();
         numJournals_ = 1;
         currentIndex_ = 0;
         journalDates_ = {date};
         return true;
     }
-    for (currentIndex_ = 0; currentIndex_ < numJournals_; ++currentIndex_) {
-        if (Journal() == date) return false;
-        if (Journal() > date) break;
-    }
+    const auto later = std::find_if(journalDates_.begin(), journalDates_.end(),
+                                    [date](DateTime each) { return each >= date; });
+    currentIndex_ = static_cast<std::int32_t>(later - journalDates_.begin());
+    if (later != journalDates_.end() && *later == date) return false;
     JournalsChanging();
+    Owner().TheHistory().JournalMoves(*this, static_cast<std::size_t>(currentIndex_), date, false);
     journalDates_.insert(journalDates_.begin() + currentIndex_, date);
     ++numJournals_;
     ChangeNumJournals();
@@ -35,6 +40,7 @@ void JournalOwner::DeleteJournal() {
     const Section section("JournalOwner:DeleteJournal");
     if (numJournals_ < 2) Refuse("At least one journal must remain");
     JournalsChanging();
+    Owner().TheHistory().JournalMoves(*this, static_cast<std::size_t>(currentIndex_), Journal(), true);
     journalDates_.erase(journalDates_.begin() + currentIndex_);
     --numJournals_;
     ChangeNumJournals();

@@ -59,8 +59,8 @@ class JournalOwner : public VObject {
     void ResetJournals();
 
   private:
-    template <class T>
-    friend void Changing(T& object, ChangeKind kind);
+    friend class History;
+    friend class Workspace;
 
     std::int32_t numJournals_ = 0;
     std::int32_t currentIndex_ = 0;

@@ -21,6 +21,11 @@ class KeyedList {
         byKey_.emplace(key, item);
         items_.push_back(item);
     }
+    /// Adds before the item at `index`; behind all if there are not so many.
+    void Insert(T* item, const std::string& key, std::size_t index) {
+        byKey_.emplace(key, item);
+        items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(std::min(index, items_.size())), item);
+    }
     void Remove(const std::string& key) {
         auto it = byKey_.find(key);
         if (it == byKey_.end()) return;

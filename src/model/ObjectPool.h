@@ -36,8 +36,12 @@ class ObjectPool {
     void GiveBack(T* object) {
         if constexpr (requires { object->SetDirty(false); }) object->SetDirty(false);
         object->id_ = 0;
-        free_.push_back(object);
+        if (object->holds_ == 0) free_.push_back(object);
     }
+    /// An object that was given back while the history held it, and that it holds no more.
+    void Release(T* object) { free_.push_back(object); }
+    /// Such an object is in use again as the same one as before, or with 0 not any more.
+    void Revive(T* object, std::uint32_t id) { object->id_ = id; }
 
     /// Resets and takes back every object in use.
     void GiveBackAll() {

@@ -25,9 +25,11 @@ class VObject {
   private:
     template <class T>
     friend class ObjectPool;
+    friend class History;
 
     Workspace* workspace_;
     std::uint32_t id_ = 0;
+    std::uint32_t holds_ = 0;  ///< entries of the history that may want the object back
 };
 
 }  // namespace vortan

@@ -54,6 +54,7 @@ class Vassignment : public JournaledObject<Vassignment> {
 
   private:
     friend class FieldList<Vassignment>;
+    friend class History;
 
     template <class Self, class Visitor>
     static void Fields(Self& self, Visitor&& visit) {

@@ -66,6 +66,7 @@ class Vdependency : public JournaledObject<Vdependency> {
 
   private:
     friend class FieldList<Vdependency>;
+    friend class History;
 
     template <class Self, class Visitor>
     static void Fields(Self& self, Visitor&& visit) {

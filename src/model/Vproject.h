@@ -129,6 +129,7 @@ class Vproject : public JournalOwner, public FieldList<Vproject> {
 
   private:
     friend class FieldList<Vproject>;
+    friend class History;
     friend class Network;
     friend class Vtask;
 

@@ -70,6 +70,7 @@ class Vresource : public JournaledObject<Vresource> {
 
   private:
     friend class FieldList<Vresource>;
+    friend class History;
     friend class Network;
 
     /// Behind the ResourceID.

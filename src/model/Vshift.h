@@ -70,6 +70,7 @@ class Vshift : public VObject, public FieldList<Vshift> {
 
   private:
     friend class FieldList<Vshift>;
+    friend class History;
 
     /// Behind the name. Normal from 8 to 12 and 13 to 17, a break at noon, overtime from 17 to 21.
     template <class Self, class Visitor>

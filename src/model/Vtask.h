@@ -104,6 +104,7 @@ class alignas(64) Vtask : public JournaledObject<Vtask> {
 
   private:
     friend class FieldList<Vtask>;
+    friend class History;
     friend class Network;
     friend class Vdependency;
     friend class Vassignment;

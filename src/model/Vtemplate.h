@@ -60,6 +60,7 @@ class Vtemplate : public JournalOwner {
     void FitJournals() override;
 
   private:
+    friend class History;
     friend class Vresource;
     friend class Vshift;
 

@@ -4,6 +4,7 @@
 #include <tuple>
 #include <utility>
 
+#include "model/History.h"
 #include "model/ObjectPool.h"
 #include "model/Vassignment.h"
 #include "model/Vdependency.h"
@@ -27,7 +28,8 @@ struct Workspace::Pools {
         all;
 };
 
-Workspace::Workspace(Platform& platform) : platform_(platform), pools_(std::make_unique<Pools>()) {}
+Workspace::Workspace(Platform& platform)
+    : platform_(platform), pools_(std::make_unique<Pools>()), history_(std::make_unique<History>(*this)) {}
 Workspace::~Workspace() = default;
 
 Vproject* Workspace::ThisProject() const {
@@ -53,23 +55,18 @@ void Workspace::FreeVobject(T* object) {
     object->Reset();
     pools_->Of<T>().GiveBack(object);
 }
-template Vassignment* Workspace::NewVObject<Vassignment>();
-template void Workspace::FreeVobject(Vassignment*);
-template Vdependency* Workspace::NewVObject<Vdependency>();
-template void Workspace::FreeVobject(Vdependency*);
-template Vproject* Workspace::NewVObject<Vproject>();
-template void Workspace::FreeVobject(Vproject*);
-template Vresource* Workspace::NewVObject<Vresource>();
-template void Workspace::FreeVobject(Vresource*);
-template Vshift* Workspace::NewVObject<Vshift>();
-template void Workspace::FreeVobject(Vshift*);
-template Vtask* Workspace::NewVObject<Vtask>();
-template void Workspace::FreeVobject(Vtask*);
-template Vtemplate* Workspace::NewVObject<Vtemplate>();
-template void Workspace::FreeVobject(Vtemplate*);
+template <class T>
+void Workspace::Revive(T* object, std::uint32_t id) {
+    pools_->Of<T>().Revive(object, id);
+}
+template <class T>
+void Workspace::Release(T* object) {
+    pools_->Of<T>().Release(object);
+}
 
 void Workspace::FreeAllMemory() {
     const Quiet quiet(*this);
+    history_->Clear();
     changes_.clear();
     thisProject_ = {};
     thisTemplate_ = {};
@@ -177,24 +174,38 @@ void Workspace::DeliverChanges() {
 }
 
 template <class T>
+void Workspace::Tell(T& object, ChangeKind kind) {
+    JournalOwner* holder = object.Holder();
+    if (!holder || quiet_ > 0) return;
+    holder->dirty_ = true;
+    if (kind != ChangeKind::Journals) RestartSolve();
+    if (listeners_.empty()) return;
+    const Change change{Link<T>(&object), kind};
+    if (changes_.empty() || changes_.back() != change) changes_.push_back(change);
+}
+
+template <class T>
 void Changing(T& object, ChangeKind kind) {
     Workspace& workspace = object.Owner();
-    JournalOwner* holder = object.Holder();
-    if (!holder || workspace.quiet_ > 0) return;
-    holder->dirty_ = true;
-    if (kind != ChangeKind::Journals) workspace.RestartSolve();
-    if (workspace.listeners_.empty()) return;
-    const Change change{Link<T>(&object), kind};
-    if (workspace.changes_.empty() || workspace.changes_.back() != change)
-        workspace.changes_.push_back(change);
+    if (object.Holder()) workspace.history_->Before(object, kind);
+    workspace.Tell(object, kind);
 }
-template void Changing(Vassignment&, ChangeKind);
-template void Changing(Vdependency&, ChangeKind);
-template void Changing(Vproject&, ChangeKind);
-template void Changing(Vresource&, ChangeKind);
-template void Changing(Vshift&, ChangeKind);
-template void Changing(Vtask&, ChangeKind);
-template void Changing(Vtemplate&, ChangeKind);
+
+#define VORTAN_OBJECT(T)                                \
+    template T* Workspace::NewVObject<T>();             \
+    template void Workspace::FreeVobject(T*);           \
+    template void Workspace::Revive(T*, std::uint32_t); \
+    template void Workspace::Release(T*);               \
+    template void Workspace::Tell(T&, ChangeKind);      \
+    template void Changing(T&, ChangeKind);
+VORTAN_OBJECT(Vassignment)
+VORTAN_OBJECT(Vdependency)
+VORTAN_OBJECT(Vproject)
+VORTAN_OBJECT(Vresource)
+VORTAN_OBJECT(Vshift)
+VORTAN_OBJECT(Vtask)
+VORTAN_OBJECT(Vtemplate)
+#undef VORTAN_OBJECT
 
 void GetDateRange(const Workspace& workspace, DateTime& start, DateTime& finish, bool includeFirstJournal) {
     const Vproject* project = workspace.ThisProject();

@@ -15,6 +15,8 @@
 
 namespace vortan {
 
+class History;
+
 /// Everything that a running program has loaded: any number of projects and templates, which of them are
 /// active, the pools from which all model objects come, and who listens to changes. A program or a test can
 /// have as many as it likes; they share nothing.
@@ -99,6 +101,9 @@ class Workspace {
         Workspace& workspace_;
     };
 
+    /// What commands have changed; kept when a program asks for it.
+    History& TheHistory() { return *history_; }
+
     /// Name last given to File/Open, File/Save or a recent-file entry.
     std::string LastFileName;
     /// Directory that the file dialogs offer.
@@ -109,7 +114,17 @@ class Workspace {
   private:
     template <class T>
     friend void Changing(T& object, ChangeKind kind);
+    friend class History;
     struct Pools;
+
+    /// What `Changing` does beside the history.
+    template <class T>
+    void Tell(T& object, ChangeKind kind);
+    // For the history, of objects that it holds.
+    template <class T>
+    void Revive(T* object, std::uint32_t id);
+    template <class T>
+    void Release(T* object);
 
     void Broadcast(const std::function<void(Listener&)>& message);
 
@@ -126,6 +141,7 @@ class Workspace {
     std::uint32_t lastId_ = 0;
 
     std::unique_ptr<Pools> pools_;
+    std::unique_ptr<History> history_;
 };
 
 /// Start and finish of the active project; with `includeFirstJournal`, widened to cover its dates in the

@@ -9,6 +9,7 @@
 #include "model/Characters.h"
 #include "model/ErrTrap.h"
 #include "model/Fault.h"
+#include "model/History.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
@@ -21,7 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 
 bool IsExchangeFile(const std::string& fileName) {
-    return EndsWithText(fileName, ".mpp");
+    return EndsWithText(fileName, ".mpp") || EndsWithText(fileName, ".xml");
 }
 
 }  // namespace
@@ -76,7 +77,10 @@ bool FileCommands::RequestSave() {
     if (!IsExchangeFile(chosen.text)) {
         TellUnrecognized(chosen.text);
     } else if (Export) {
-        Export(chosen.text);
+        if (!Export(chosen.text)) return false;
+        AddRecentFile(chosen.text);
+        bool projects = false, templates = false;
+        return !AnyDirty(projects, templates);
     } else {
         workspace_.NotReadyYet();
     }
@@ -157,6 +161,7 @@ void FileCommands::OpenFile(const std::string& fileName) {
 bool FileCommands::LoadFile(const std::string& fileName) {
     const Section section("FileCommands:LoadFile");
     bool loaded = false;
+    const bool intoNothing = workspace_.ProjectList().empty() && workspace_.TemplateList().empty();
     Steps steps;
     SolveService* solver = workspace_.Solver();
     if (solver) solver->SuspendSolve();
@@ -170,7 +175,9 @@ bool FileCommands::LoadFile(const std::string& fileName) {
     steps.Do([&] { workspace_.BroadcastNewThisTemplate(); });
     steps.Do([&] { workspace_.BroadcastNewThisProject(); });
     if (solver) steps.Do([&] { solver->ResumeSolve(); });
+    if (intoNothing) workspace_.TheHistory().Clear();
     steps.Do([&] { TellWhatIsOdd(fileName); });
+    if (TellLosses) steps.Do(TellLosses);
     steps.End();
     return loaded;
 }

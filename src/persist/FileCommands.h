@@ -19,9 +19,13 @@ class FileCommands {
     FileCommands(const FileCommands&) = delete;
     FileCommands& operator=(const FileCommands&) = delete;
 
-    /// Exchange with files of Microsoft Project (".mpp"). Without one, the command answers that it is not
-    /// ready yet.
+    /// Exchange with files of Microsoft Project (".mpp", ".xml"): read into memory, or write the active
+    /// project. False: it was not done, which the user has been told. Without one, the command answers that
+    /// it is not ready yet.
     std::function<bool(const std::string&fileName)> Import, Export;
+    /// Shows what an import could not carry over. Called when all screens have been told of a file that was
+    /// read.
+    std::function<void()> TellLosses;
     /// Closes every screen that shows what is about to be cleared.
     std::function<void()> UnloadScreens;
 

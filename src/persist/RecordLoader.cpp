@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "model/ErrTrap.h"
+#include "model/History.h"
 #include "model/Vassignment.h"
 #include "model/Vdependency.h"
 #include "model/Vproject.h"
@@ -155,6 +156,7 @@ class RecordLoader {
 
     void LoadTemplate() {
         Vtemplate& loaded = *workspace_.FindOrCreateTemplate(ReadName("TemplateName"));
+        workspace_.TheHistory().KeepWhole(loaded);
         ++report_.templates;
         LoadHead(loaded);
         const Journals journals = LoadJournals(loaded, false);
@@ -191,6 +193,7 @@ class RecordLoader {
 
     void LoadProject() {
         Vproject& project = *workspace_.FindOrCreateProject(ReadName("ProjectName"));
+        workspace_.TheHistory().KeepWhole(project);
         ++report_.projects;
         LoadHead(project);
         const Journals journals = LoadJournals(project, true);

@@ -12,4 +12,8 @@ std::string FuzzCorpus() {
     return FUZZ_CORPUS;
 }
 
+std::string ProjectFile(const std::string& name) {
+    return PROJECT "/" + name;
+}
+
 }  // namespace vortan

@@ -9,5 +9,6 @@ namespace vortan {
 std::string TestFile(const std::string& name);     // below tests/data
 std::string ExampleFile(const std::string& name);  // below examples
 std::string FuzzCorpus();
+std::string ProjectFile(const std::string& name);  // below the top folder
 
 }  // namespace vortan

@@ -17,7 +17,8 @@
 namespace vortan {
 namespace {
 
-constexpr const char* kFilters = "VORTAN Bundle (*.vtb);;VORTAN Ascii (*.vta);;Microsoft Project (*.mpp)";
+constexpr const char* kFilters =
+    "VORTAN Bundle (*.vtb);;VORTAN Ascii (*.vta);;Microsoft Project (*.mpp);;Microsoft Project XML (*.xml)";
 constexpr const char* kPageFilter = "Web page (*.html)";
 
 std::string RunSaveDialog(QFileDialog& dialog) {

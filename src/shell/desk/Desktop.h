@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "model/ErrTrap.h"
+#include "model/History.h"
 #include "model/Workspace.h"
 #include "persist/FileCommands.h"
 #include "persist/Settings.h"
@@ -28,6 +29,7 @@ class Desktop {
           settings(thePlatform),
           files(workspace, settings),
           trap(thePlatform) {
+        workspace.TheHistory().SetKept(true);
         trap.BoxAnswered = [this] {
             if (std::exchange(solveWaits_, false)) platform.ArmSolveTimer(true);
         };
@@ -41,7 +43,10 @@ class Desktop {
         ++running_;
         const bool ended = trap.RunCommand(section, command);
         if (--running_ == 0) {
-            trap.RunCommand("Main:DeliverChanges", [this] { workspace.DeliverChanges(); });
+            trap.RunCommand("Main:DeliverChanges", [this] {
+                workspace.TheHistory().EndStep();
+                workspace.DeliverChanges();
+            });
         }
         return ended;
     }

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "paint/HelpDocument.h"
 #include "paint/Printout.h"
 #include "paint/SaveFile.h"
 #include "paint/Text.h"
@@ -123,9 +124,26 @@ std::string Printing::Print(QWidget* parent, Platform& platform, const ShownSurf
         PrintPieces(*printer, shown, pieces);
         return "Sent to the printer " + S(printer_);
     }
-    const std::string name = AskForFile(parent, "Print to PDF File", shown.title, "PDF (*.pdf)");
+    return WritePdf(parent, platform, shown.title, [&] { return MakePdf(layout_, shown, pieces); });
+}
+
+std::string Printing::PrintHelpPage(QWidget* parent, Platform& platform, const HelpPage& page) const {
+    const auto picture = [](const std::string& file) { return QImage(":/manual/" + Q(file)); };
+    if (!printer_.isEmpty()) {
+        const auto printer = NewPrinter(printer_, layout_);
+        printer->setDocName(Q(page.key));
+        PrintHelpPages(*printer, {&page}, picture);
+        return "Sent to the printer " + S(printer_);
+    }
+    return WritePdf(parent, platform, page.key,
+                    [&] { return MakeHelpPdf({&page}, layout_, Q(page.key), picture); });
+}
+
+std::string Printing::WritePdf(QWidget* parent, Platform& platform, const std::string& title,
+                               const std::function<QByteArray()>& make) const {
+    const std::string name = AskForFile(parent, "Print to PDF File", title, "PDF (*.pdf)");
     if (name.empty()) return {};
-    const std::string problem = SaveFile(name, MakePdf(layout_, shown, pieces));
+    const std::string problem = SaveFile(name, make());
     if (problem.empty()) return "Written to " + name;
     platform.MessageBox(problem, "File Not Written", BoxIcon::Warning, BoxButtons::Ok);
     return {};

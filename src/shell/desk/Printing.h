@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QByteArray>
 #include <QPageLayout>
 #include <QWidget>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -10,6 +12,8 @@
 #include "paint/ShownSurface.h"
 
 namespace vortan {
+
+struct HelpPage;
 
 /// The printer and page that the user has chosen, for the run of the program. A PDF file is the printer that
 /// is always there, and the one until the user chooses another.
@@ -27,8 +31,13 @@ class Printing {
     /// written is told in a box.
     std::string Print(QWidget* parent, Platform& platform, const ShownSurface& shown,
                       const std::vector<Piece>& pieces) const;
+    /// The same for a page of the manual.
+    std::string PrintHelpPage(QWidget* parent, Platform& platform, const HelpPage& page) const;
 
   private:
+    std::string WritePdf(QWidget* parent, Platform& platform, const std::string& title,
+                         const std::function<QByteArray()>& make) const;
+
     QPageLayout layout_;
     QString printer_;  // name, empty for a PDF file
 };

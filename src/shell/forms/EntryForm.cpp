@@ -125,6 +125,7 @@ void EntryForm::reject() {
 
 void EntryForm::ShowWith(QWidget& first) {
     returnFocus_ = QApplication::focusWidget();
+    first.setFocus(Qt::TabFocusReason);  // which the manual is not to cover
     desktop_.host->ShowForm(*this);
     first.setFocus(Qt::TabFocusReason);
     // The box hears of its focus when the window gets to the front, as if it had always had it.

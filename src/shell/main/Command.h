@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 
 namespace vortan {
 
@@ -22,6 +23,9 @@ struct CommandTraits {
     WhileEntering whileEntering = WhileEntering::Off;
     const char* page = nullptr;       ///< the form that it shows, and takes away if it is in front
     const char* separator = nullptr;  ///< the name of a line above it in the menu
+    const char* keys = nullptr;       ///< "Ctrl+Z"; several with "; " between
+    /// What stands behind the caption when the menu opens.
+    std::string (*what)(MainForm& main) = nullptr;
 };
 
 /// A command of the main window: one action, in a menu, on the toolbar or on both.

@@ -31,6 +31,19 @@ Workspace& Memory(MainForm& main) {
     return main.TheDesktop().workspace;
 }
 
+/// The solve follows by itself; all screens show what is there now.
+void TakeBack(MainForm& main, bool undo) {
+    Workspace& workspace = Memory(main);
+    History& history = workspace.TheHistory();
+    const std::string name = undo ? history.UndoName() : history.RedoName();
+    if (!(undo ? history.Undo() : history.Redo()))
+        return main.Note(undo ? "There is nothing to undo." : "There is nothing to do again.");
+    workspace.BroadcastNewThisTemplate();
+    workspace.BroadcastNewThisProject();
+    workspace.BroadcastNewJournal();
+    main.Note((undo ? "Undone: " : "Done again: ") + name);
+}
+
 void FileOpen(MainForm& main) {
     const std::string name = ShowOpen(main.TheDesktop());
     if (!name.empty()) main.TheDesktop().files.OpenFile(name);
@@ -101,6 +114,17 @@ constexpr Command kFile[] = {
      [](MainForm& m) { m.TheDesktop().files.RequestSave(); },
      {.button = 2, .toolTip = "Save", .offered = WithEither}},
     {"FileExitMenu", "E&xit", [](MainForm& m) { m.close(); }, {.whileEntering = kOn}},
+};
+
+constexpr Command kEdit[] = {
+    {"EditUndoMenu",
+     "&Undo",
+     [](MainForm& m) { TakeBack(m, true); },
+     {.keys = "Ctrl+Z", .what = [](MainForm& m) { return Memory(m).TheHistory().UndoName(); }}},
+    {"EditRedoMenu",
+     "&Redo",
+     [](MainForm& m) { TakeBack(m, false); },
+     {.keys = "Ctrl+Shift+Z; Ctrl+Y", .what = [](MainForm& m) { return Memory(m).TheHistory().RedoName(); }}},
 };
 
 constexpr Command kProject[] = {
@@ -323,6 +347,7 @@ constexpr Command kToolbarOnly[] = {
 
 constexpr CommandMenu kMenus[] = {
     {"FileMenu", "&File", kFile, kOn},
+    {"EditMenu", "&Edit", kEdit},
     {"ProjectMenu", "&Project", kProject},
     {"TemplateMenu", "&Template", kTemplate},
     {"JournalMenu", "&Journal", kJournal},

@@ -81,6 +81,7 @@ QAction* Commands::NewAction(const Command& command) {
         action->setIconText(command.traits.toolTip);
         action->setToolTip(command.traits.toolTip);
     }
+    if (command.traits.keys) action->setShortcuts(QKeySequence::listFromString(command.traits.keys));
     QObject::connect(action, &QAction::triggered, &main_, [this, &command] {
         main_.TheDesktop().Run(SectionOf(command.id), [this, &command] { Run(command); });
     });
@@ -112,7 +113,17 @@ void Commands::BuildMenus() {
             if (command.traits.separator) made.addSeparator()->setObjectName(command.traits.separator);
             made.addAction(actions_.at(command.id));
         }
+        QObject::connect(&made, &QMenu::aboutToShow, &main_, [this, &menu] { TellWhat(menu); });
         if (std::string(menu.id) == "FileMenu") BuildRecentMenu(made);
+    }
+}
+
+void Commands::TellWhat(const CommandMenu& menu) {
+    for (const Command& command : menu.commands) {
+        if (!command.traits.what) continue;
+        const QString what = Q(command.traits.what(main_)).replace("&", "&&");
+        QAction& action = *actions_.at(command.id);
+        action.setText(what.isEmpty() ? QString(command.caption) : command.caption + (" " + what));
     }
 }
 

@@ -32,6 +32,7 @@ class Commands {
   private:
     void BuildMenus();
     void BuildRecentMenu(QMenu& file);
+    void TellWhat(const CommandMenu& menu);
     void BuildToolbar();
     QAction* NewAction(const Command& command);
     void Run(const Command& command);

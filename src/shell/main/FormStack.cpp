@@ -46,6 +46,7 @@ void FormStack::Show(ChildForm& form) {
             LockOthers(form);
             EntryFormChanged();
             window.show();
+            EntryFormShown(window);
             window.raise();
             window.activateWindow();
             break;

@@ -36,7 +36,9 @@ class FormStack {
     ChildForm* Active() const;
 
     // Set by the main window.
-    std::function<void()> PageChanged;       ///< another page is in front, or it has another title
+    std::function<void()> PageChanged;  ///< another page is in front, or it has another title
+    std::function<void(QWidget&)> EntryFormShown = [](QWidget&) {
+    };                                       ///< to be placed where it is in nobody's way
     std::function<void()> EntryFormChanged;  ///< another entry form is in charge, or none any more
 
   private:

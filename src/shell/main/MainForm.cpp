@@ -4,11 +4,14 @@
 #include <QScreen>
 #include <QSplitter>
 
+#include "model/Fault.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
 #include "model/Vtemplate.h"
 #include "paint/Text.h"
 #include "shell/desk/Icons.h"
+#include "shell/help/HelpForm.h"
+#include "shell/main/ContextPage.h"
 #include "shell/main/OutputCommands.h"
 #include "shell/main/WelcomeForm.h"
 #include "shell/problems/ProblemDialogs.h"
@@ -27,7 +30,7 @@ constexpr int kProjectShare = 60, kTemplateShare = 40;
 }  // namespace
 
 MainForm::MainForm(Desktop& desktop)
-    : desktop_(desktop), forms_(*this), commands_(*this), status_(desktop, *this) {
+    : desktop_(desktop), forms_(*this), commands_(*this), status_(desktop, *this), exchange_(desktop, *this) {
     setObjectName("MainForm");
     setWindowTitle(Q("VORTAN " + GetAppVersion()));
     setWindowIcon(GetResIcon("Vortan.ico"));
@@ -71,6 +74,9 @@ void MainForm::Connect() {
         ChildForm* page = FullPage();
         setWindowTitle(page ? title + " - " + page->Window().windowTitle() : title);
     };
+    forms_.EntryFormShown = [this](QWidget& form) {
+        if (help_ && help_->isVisible()) help_->SplitScreen(form);
+    };
     forms_.EntryFormChanged = [this] {
         const ChildForm* entryForm = forms_.EntryForm();
         if (entryForm) {
@@ -109,12 +115,25 @@ void MainForm::Activate(const std::string& commandLine) {
     desktop_.Run("Main:MDIForm_Activate", [&] { WelcomeForm::Start(desktop_); });
 }
 
-void MainForm::DisplayHelpPage(const std::string&) {
-    desktop_.workspace.NotReadyYet();
+HelpForm& MainForm::Help() {
+    if (!help_) help_ = new HelpForm(desktop_, *this);
+    return *help_;
+}
+
+void MainForm::DisplayHelpPage(const std::string& page) {
+    Help().DisplayHelpPage(page);
 }
 
 void MainForm::ContextHelp() {
-    desktop_.workspace.NotReadyYet();
+    ChildForm* active = forms_.Active();
+    if (!active) Refuse("MainForm.ActiveForm = Nothing");
+    if (active->Class() == FormClass::EntryForm) Help().SplitScreen(active->Window());
+    DisplayHelpPage(ContextPage(*active, *trees_, desktop_.workspace));
+}
+
+void MainForm::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_F1) return QMainWindow::keyPressEvent(event);
+    desktop_.Run("Main:Form_KeyDown", [this] { ContextHelp(); });
 }
 
 void MainForm::SetupFont() {
@@ -128,6 +147,14 @@ void MainForm::SetupPrinter() {
 void MainForm::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::PaletteChange && trees_) status_.PaletteChanged();
+    if (event->type() != QEvent::WindowStateChange || !help_) return;
+    if (isMinimized() && help_->isVisible()) {
+        helpHidden_ = true;
+        help_->hide();
+    } else if (!isMinimized() && helpHidden_) {
+        helpHidden_ = false;
+        help_->show();
+    }
 }
 
 /// An entry form holds the commands shut; its end does what is left out here.
@@ -168,7 +195,9 @@ void MainForm::closeEvent(QCloseEvent* event) {
     if (!leave) desktop_.Run("Main:MDIForm_QueryUnload", [&] { leave = QueryUnload(); });
     closing_ = leave;
     event->setAccepted(leave);
-    if (leave) hide();
+    if (!leave) return;
+    if (help_) help_->hide();
+    hide();
 }
 
 }  // namespace vortan

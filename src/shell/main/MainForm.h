@@ -11,11 +11,13 @@
 #include "shell/desk/Printing.h"
 #include "shell/main/ChartCommands.h"
 #include "shell/main/Commands.h"
+#include "shell/main/Exchange.h"
 #include "shell/main/FormStack.h"
 #include "shell/main/StatusBar.h"
 
 namespace vortan {
 
+class HelpForm;
 class ProjectTreeForm;
 class TemplateTreeForm;
 class Trees;
@@ -60,6 +62,7 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
@@ -67,6 +70,7 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
     void Connect();
     void UpdateMenu();
     bool QueryUnload();
+    HelpForm& Help();
 
     Desktop& desktop_;
     Printing printing_;
@@ -75,8 +79,11 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
     StatusBar status_;
     ProjectTreeForm* projectTree_ = nullptr;
     TemplateTreeForm* templateTree_ = nullptr;
+    Exchange exchange_;
     std::unique_ptr<Trees> trees_;
     QTimer backupTimer_;
+    HelpForm* help_ = nullptr;  // none before its first use
+    bool helpHidden_ = false;   // with the main window, when that was minimised
     bool closing_ = false;
 };
 

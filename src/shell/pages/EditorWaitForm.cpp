@@ -116,4 +116,9 @@ void EditorWaitForm::Finish() {
     });
 }
 
+void EditorWaitForm::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_F1) return QDialog::keyPressEvent(event);
+    desktop_.Run("EditorWait:Form_KeyDown", [this] { desktop_.host->DisplayHelpPage("Status report"); });
+}
+
 }  // namespace vortan

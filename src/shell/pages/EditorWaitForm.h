@@ -34,6 +34,9 @@ class EditorWaitForm : public QDialog, public ChildForm {
     /// Milliseconds; what has run for less has handed its document on.
     static int ShortestEdit;
 
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
   private:
     EditorWaitForm(Desktop& desktop, const std::string& document, std::function<void()> finished);
     void EditorEnded();

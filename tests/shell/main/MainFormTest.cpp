@@ -35,7 +35,7 @@ TEST_F(MainFormTest, CommandsWithoutWhatTheyNeedWarnAndStop) {
             "SpreadsheetTypeMenu(2)", "SpreadsheetTypeMenu(4)", "IterativeQuickRiskSolveMenu",
             "JournalNewMenu", "JournalSelectMenu", "JournalSetAsPlanMenu"});
     warned("Crash Data Unavailable", {"GraphicsCrashAnalysisMenu"});
-    warned("Not Ready Yet", {"JournalModifyMenu", "HelpIndexMenu"});
+    warned("Not Ready Yet", {"JournalModifyMenu"});
     warned("Memory Already Empty", {"FileNewMenu"});
     for (const char* action : {"FileSaveMenu", "ProjectDeleteMenu", "TemplateModifyMenu"})
         EXPECT_FALSE(Enabled(action)) << action;
