@@ -53,6 +53,10 @@ for folder in "${layers[@]}" "${programs[@]}"; do
     [ "$folder" = transfer ] || forbid "$folder" '#include [<"]pugixml' "read XML itself"
 done
 forbid cli '#include ["<]shell/' "include shell"
+if grep -nE '#include [<"](Q[A-Z]|paint/|reports/xlsx/)' src/cli/*.{h,cpp}; then
+    echo "src/cli must not use what src/cli/output is there to load" >&2
+    status=1
+fi
 forbid cli '#include [<"]Q(Application|Widget|Dialog|MessageBox|MainWindow)' "open windows"
 forbid shell '#include ["<]cli/' "include cli"
 exit $status

@@ -53,9 +53,9 @@ int Run(CliSession& session, const ChartOptions& options, const ChartKind& kind)
     if (options.json) session.streams.out << session.WithLosses(words.json(form));
     if (options.out.empty()) return kExitDone;
     if (words.json && EndsWithText(options.out, ".json")) {
-        WriteResultFile(options.out, words.json(form));
+        WriteResultFile(session, options.out, words.json(form));
     } else if (words.csv && EndsWithText(options.out, ".csv")) {
-        WriteResultFile(options.out, words.csv(form));
+        WriteResultFile(session, options.out, words.csv(form));
     } else if (form.IsEmpty()) {
         return kExitHalted;  // as the chart has told
     } else {

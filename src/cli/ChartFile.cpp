@@ -1,48 +1,16 @@
 #include "cli/ChartFile.h"
 
-#include <QGuiApplication>
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
 #include <ostream>
+#include <system_error>
 
-#include "charts/PageCuts.h"
 #include "model/Characters.h"
 #include "model/Fault.h"
-#include "paint/Pictures.h"
-#include "paint/Printout.h"
-#include "paint/SaveFile.h"
+#include "persist/Vfile.h"
 
 namespace vortan {
-namespace {
-
-enum class Output { Svg, Png, Pdf };
-
-Output OutputOf(const std::string& fileName) {
-    if (EndsWithText(fileName, ".svg")) return Output::Svg;
-    return EndsWithText(fileName, ".png") ? Output::Png : Output::Pdf;
-}
-
-/// Fonts need the toolkit to be up, which needs no display.
-std::unique_ptr<QGuiApplication> StartToolkit() {
-    if (QCoreApplication::instance()) return nullptr;
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    // What the toolkit thinks of its surroundings is of no use to whoever runs a batch.
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    static int count = 1;
-    static char name[] = "vortan-cli";
-    static char* words[] = {name, nullptr};
-    return std::make_unique<QGuiApplication>(count, words);
-}
-
-QByteArray MakeFile(const ShownSurface& shown, Output output, bool fit) {
-    if (output == Output::Svg) return MakePicture(shown, PictureType::Svg);
-    if (output == Output::Png) return MakePicture(shown, PictureType::Png);
-    const PageCuts cuts(PageStatsOf(shown.surface, PageOf(DefaultPageLayout())));
-    const auto choice = cuts.Fit() >= 1 ? PageCuts::Choice::CenterOnPage
-                        : fit           ? PageCuts::Choice::ReduceToFit
-                                        : PageCuts::Choice::MultipleHeadings;
-    return MakePdf(DefaultPageLayout(), shown, cuts.Pieces(choice));
-}
-
-}  // namespace
 
 void RequireEnding(const std::string& what, const std::string& fileName,
                    std::span<const std::string_view> endings) {
@@ -60,40 +28,47 @@ void RequireChartFile(const std::string& fileName, bool data) {
     RequireEnding("chart", fileName, std::span(endings).first(data ? 5 : 3));
 }
 
-void WriteResultFile(const std::string& fileName, const std::string& bytes) {
-    const std::string problem =
-        SaveFile(fileName, QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())));
-    if (!problem.empty()) throw CliError(problem);
+void WriteResultFile(CliSession& session, const std::string& fileName, const std::string& bytes) {
+    namespace fs = std::filesystem;
+    std::error_code ignored;
+    const fs::file_status status = fs::status(fileName, ignored);
+    std::string problem;
+    if (!fs::exists(status) || fs::is_regular_file(status) || fs::is_directory(status)) {
+        problem = ReplaceFileBytes(session.platform, fileName, bytes);
+    } else {  // devices and pipes cannot be replaced as a whole
+        std::ofstream file(fileName, std::ios::binary);
+        if (!(file << bytes << std::flush)) problem = std::generic_category().message(errno);
+    }
+    if (!problem.empty())
+        throw CliError("The file \"" + fileName + "\" could not be written: " + problem + ".");
 }
 
 DrawingTools::DrawingTools(CliSession& session, const char* form)
-    : toolkit_(StartToolkit()), settings_(session.platform) {
+    : session_(session), settings_(session.platform) {
     try {
         settings_.ReadConfigFile();
     } catch (const Fault& fault) {
         session.streams.err << "Warning: " << fault.Description() << "\n";
     }
-    metrics_ = std::make_unique<QtTextMetrics>(ToFont(settings_.FontOf(form)));
+    drawing_ = LoadOutput(session.platform.ProgramFile()).StartDrawing(settings_.FontOf(form));
 }
-
-DrawingTools::~DrawingTools() = default;
 
 void DrawingTools::Write(const Vwindow& surface, const std::string& title, const std::string& fileName,
                          bool fit) const {
-    QByteArray bytes;
+    std::string bytes;
     try {
-        bytes = MakeFile({surface, *metrics_, title}, OutputOf(fileName), fit);
+        bytes = drawing_->MakeFile(surface, title, fileName, fit);
     } catch (const Fault& fault) {
         throw CliError(fault.Description());
     }
-    WriteResultFile(fileName, bytes.toStdString());
+    WriteResultFile(session_, fileName, bytes);
 }
 
 ChartFile::ChartFile(CliSession& session, const ChartKind& kind)
     : tools_(session, kind.form),
-      form_(kind.make({session.workspace, tools_.TheSettings(), session.iterative.Results(), tools_.Metrics(),
-                       session.solver})) {
-    form_->TheVwindow().SetPage(PageOf(DefaultPageLayout()));
+      form_(kind.make({session.workspace, tools_.TheSettings(), session.iterative.Results(),
+                       tools_.TheDrawing().Metrics(), session.solver})) {
+    form_->TheVwindow().SetPage(tools_.TheDrawing().Page());
 }
 
 void ChartFile::Write(const std::string& fileName, bool fit) const {
@@ -101,7 +76,7 @@ void ChartFile::Write(const std::string& fileName, bool fit) const {
 }
 
 std::string ChartFile::PictureText() const {
-    return GetPictureText({form_->TheVwindow(), tools_.Metrics(), form_->Caption()});
+    return tools_.TheDrawing().PictureText(form_->TheVwindow(), form_->Caption());
 }
 
 void WriteChart(CliSession& session, const std::string& fileName, const ChartKind& kind, bool fit) {

@@ -6,10 +6,8 @@
 #include <string_view>
 
 #include "charts/ChartKinds.h"
+#include "cli/Output.h"
 #include "cli/Session.h"
-#include "paint/QtTextMetrics.h"
-
-class QGuiApplication;
 
 /// Charts and reports as the desktop would show or print them, in files.
 namespace vortan {
@@ -19,28 +17,25 @@ void RequireEnding(const std::string& what, const std::string& fileName,
                    std::span<const std::string_view> endings);
 /// The same for a chart: .svg, .png or .pdf, or with `data` also .json or .csv.
 void RequireChartFile(const std::string& fileName, bool data = false);
-/// CliError if the file cannot be written.
-void WriteResultFile(const std::string& fileName, const std::string& bytes);
+/// In place of what the file held; what is no file, as a pipe, is written to. CliError if that fails.
+void WriteResultFile(CliSession& session, const std::string& fileName, const std::string& bytes);
 
-/// What drawing needs: the toolkit, which is up without a display, and the user's settings and font.
+/// What drawing needs: the user's settings, and what draws in the user's font.
 class DrawingTools {
   public:
-    /// `form` is the name under which the settings keep the font.
+    /// `form` is the name under which the settings keep the font. `session` must outlive this.
     DrawingTools(CliSession& session, const char* form);
-    ~DrawingTools();
-    DrawingTools(const DrawingTools&) = delete;
-    DrawingTools& operator=(const DrawingTools&) = delete;
 
     Settings& TheSettings() { return settings_; }
-    const QtTextMetrics& Metrics() const { return *metrics_; }
+    const Drawing& TheDrawing() const { return *drawing_; }
     /// Writes a complete surface: one picture, or a PDF cut into pages with headings, with `fit` reduced to
     /// one page. CliError if that fails.
     void Write(const Vwindow& surface, const std::string& title, const std::string& fileName, bool fit) const;
 
   private:
-    std::unique_ptr<QGuiApplication> toolkit_;
+    CliSession& session_;
     Settings settings_;
-    std::unique_ptr<QtTextMetrics> metrics_;
+    std::unique_ptr<Drawing> drawing_;
 };
 
 /// A chart with the user's preferences and font, for the caller to start.

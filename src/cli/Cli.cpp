@@ -7,6 +7,7 @@
 
 #include "cli/Command.h"
 #include "cli/Session.h"
+#include "model/Build.h"
 #include "model/ErrTrap.h"
 #include "model/ValueText.h"
 
@@ -19,11 +20,9 @@ class CommandLine {
   public:
     CommandLine() {
         app_.require_subcommand(1);
-        app_.set_version_flag("--version", GetAppVersion());
-        for (const Command& command : {SolveCommand(), ConvertCommand(), CheckCommand(), JournalCommand(),
-                                       WhyCommand(), RiskCommand(), CrashCommand(), ShortenCommand(),
-                                       ChartCommand(), ReportCommand(), PublishCommand(), HelpCommand()})
-            Add(app_, command);
+        app_.allow_windows_style_options(false);  // "/dir/plan.vta" is a file everywhere
+        app_.set_version_flag("--version", "vortan-cli " + GetAppVersion() + ", " + GetBuildText());
+        for (const Command& command : AllCommands()) Add(app_, command);
     }
 
     CLI::App& App() { return app_; }
@@ -61,15 +60,17 @@ class CommandLine {
             option.target);
     }
 
-    CLI::App app_{
-        "VORTAN, the batch tool: solves, converts, checks and explains project plans.\n"
-        "Exit code: 0 done, 1 the solve halted on a problem, 2 bad usage or a file that cannot be read\n"
-        "or written, 3 internal fault.",
-        "vortan-cli"};
+    CLI::App app_{std::string(kCliPurpose) + "\n" + kCliExitCodes, "vortan-cli"};
     std::function<int(CliSession&)> run_;
 };
 
 }  // namespace
+
+std::vector<Command> AllCommands() {
+    return {SolveCommand(), ConvertCommand(), CheckCommand(),   JournalCommand(),
+            WhyCommand(),   RiskCommand(),    CrashCommand(),   ShortenCommand(),
+            ChartCommand(), ReportCommand(),  PublishCommand(), HelpCommand()};
+}
 
 int RunCli(const std::vector<std::string>& arguments, const CliStreams& streams) {
     CommandLine line;

@@ -2,9 +2,9 @@
 
 #include <clocale>
 #include <ctime>
-#include <filesystem>
 #include <ostream>
 
+#include "cli/Terminal.h"
 #include "cli/TextTable.h"
 #include "persist/UserDirectories.h"
 
@@ -52,9 +52,7 @@ void CliPlatform::ClearProgress() {
 }
 
 DateTime CliPlatform::Now() {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
+    const std::tm local = LocalTime(std::time(nullptr));
     return FromParts(
         {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec});
 }
@@ -73,8 +71,7 @@ std::string CliPlatform::LogDirectory() {
 }
 
 std::string CliPlatform::ProgramFile() {
-    std::error_code failed;
-    return std::filesystem::read_symlink("/proc/self/exe", failed).string();
+    return ProgramFileName();
 }
 
 }  // namespace vortan

@@ -55,6 +55,16 @@ inline Option PlotOption(std::string& plot) {
     return {"-o,--output", &plot, "Draw the curve into this .svg, .png or .pdf", "PLOT"};
 }
 
+/// All of them, in the order of the help text.
+std::vector<Command> AllCommands();
+
+// What the help text and the manual page say of the whole.
+inline constexpr const char* kCliPurpose =
+    "VORTAN, the batch tool: solves, converts, checks and explains project plans.";
+inline constexpr const char* kCliExitCodes =
+    "Exit code: 0 done, 1 the solve halted on a problem, 2 bad usage or a file that cannot be read\n"
+    "or written, 3 internal fault.";
+
 Command SolveCommand();
 Command ConvertCommand();
 Command CheckCommand();

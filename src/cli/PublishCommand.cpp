@@ -32,8 +32,9 @@ int Run(CliSession& session, const PublishOptions& options) {
         session.streams.err << "Warning: " << fault.Description() << "\n";
     }
     const int exitCode = session.Solve();
-    WriteResultFile(options.out, WebPageOf({session.workspace, settings, session.solver,
-                                            session.iterative.Results(), !options.noCosts}));
+    WriteResultFile(session, options.out,
+                    WebPageOf({session.workspace, settings, session.solver, session.iterative.Results(),
+                               !options.noCosts}));
     if (exitCode != kExitDone)
         session.streams.err << "Warning: the page shows a plan that is not solved.\n"
                             << session.StatusLine() << "\n";

@@ -5,10 +5,8 @@
 #include "cli/ReportData.h"
 #include "model/Characters.h"
 #include "model/Fault.h"
-#include "paint/Printout.h"
 #include "reports/CsvFile.h"
 #include "reports/HtmlFile.h"
-#include "reports/xlsx/XlsxFile.h"
 
 namespace vortan {
 
@@ -62,17 +60,19 @@ void SolveFor(CliSession& session, const ReportKind& kind) {
 void WriteReport(CliSession& session, const ReportOptions& options, const ReportKind& kind,
                  const Table& table) {
     if (EndsWithText(options.out, ".json")) {
-        WriteResultFile(options.out, ReportJson(kind, table));
+        WriteResultFile(session, options.out, ReportJson(kind, table));
     } else if (EndsWithText(options.out, ".csv")) {
-        WriteResultFile(options.out, CsvOf(table));
+        WriteResultFile(session, options.out, CsvOf(table));
     } else if (EndsWithText(options.out, ".html")) {
-        WriteResultFile(options.out, HtmlOf(table));
+        WriteResultFile(session, options.out, HtmlOf(table));
     } else if (EndsWithText(options.out, ".xlsx")) {
-        WriteResultFile(options.out, XlsxOf(table, {kind.caption, session.platform.CurrencySymbol()}));
+        WriteResultFile(session, options.out,
+                        LoadOutput(session.platform.ProgramFile())
+                            .MakeWorkbook(table, kind.caption, session.platform.CurrencySymbol()));
     } else {
         const DrawingTools tools(session, kReportForm);
-        Vwindow surface(Vwindow::Style::Table, tools.Metrics());
-        surface.SetPage(PageOf(DefaultPageLayout()));
+        Vwindow surface(Vwindow::Style::Table, tools.TheDrawing().Metrics());
+        surface.SetPage(tools.TheDrawing().Page());
         FillSurface(surface, table);
         tools.Write(surface, table.caption, options.out, options.fit);
     }

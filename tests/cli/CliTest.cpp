@@ -19,7 +19,7 @@ TEST_F(CliTest, EveryCommandHasItsHelp) {
     }
     ExpectPart(Done({"solve", "--help"}), "--save OUT ");
     ExpectPart(Done({"chart", "gantt", "--help"}), "-o,--output OUT REQUIRED");
-    EXPECT_NE(Done({"--version"}), "");
+    ExpectPart(Done({"--version"}), ", commit ");
 }
 
 TEST_F(CliTest, WhatCannotBeDoneIsRefusedWithTheReason) {

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLocale>
 
+#include "model/Build.h"
 #include "model/ValueText.h"
 #include "paint/Text.h"
 #include "shell/desk/FormHost.h"
@@ -42,10 +43,14 @@ WelcomeForm::WelcomeForm(Desktop& desktop)
     name->setFont(large);
     auto* version = new QLabel(VersionText(desktop.platform.ProgramFile()));
     version->setObjectName("VersionLabel");
+    auto* build = new QLabel(Q(GetBuildText()));
+    build->setObjectName("BuildLabel");
+    build->setTextInteractionFlags(Qt::TextSelectableByMouse);
 
     auto* words = new QVBoxLayout;
     words->addWidget(name);
     words->addWidget(version);
+    words->addWidget(build);
     auto* head = new QHBoxLayout;
     head->setSpacing(line);
     head->setContentsMargins(line, line, 2 * line, line);

@@ -1,11 +1,35 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QTimer>
+#include <iomanip>
+#include <iostream>
+#include <string_view>
 
+#include "model/Build.h"
+#include "model/ValueText.h"
 #include "paint/Text.h"
 #include "shell/main/App.h"
+#include "shell/main/CommandLine.h"
+
+namespace {
+
+/// Answers what needs no window, and no display. Whether it was such a command line.
+bool AnswerOnTerminal(std::string_view argument) {
+    if (argument == "--version") {
+        std::cout << "vortan " << vortan::GetAppVersion() << ", " << vortan::GetBuildText() << "\n";
+        return true;
+    }
+    if (argument != "--help") return false;
+    std::cout << vortan::kProgramPurpose << "\nUsage: " << vortan::kProgramUse << "\n\n" << std::left;
+    for (const auto& [name, help] : vortan::kProgramOptions)
+        std::cout << "  " << std::setw(12) << name << help << "\n";
+    return true;
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
+    if (argc == 2 && AnswerOnTerminal(argv[1])) return 0;
     const QApplication application(argc, argv);
     QApplication::setApplicationName("vortan");
     // The whole command line is one file name, which the recent files keep for other directories.

@@ -238,6 +238,10 @@ TEST_P(FormsTest, MakesAnObjectUponOkAlone) {
         ASSERT_TRUE(QTest::qWaitForWindowActive(&bench.Dialog()));
         EXPECT_EQ(S(bench.Dialog().objectName()), form.name);
         EXPECT_EQ(bench.Focus(), form.focus);
+
+        EXPECT_EQ(
+            bench.Dialog().windowFlags() & (Qt::WindowMinMaxButtonsHint | Qt::WindowContextHelpButtonHint),
+            0);
         for (const QString& box : QString(form.shown).split(';'))
             EXPECT_EQ(bench.Value(S(box.section('=', 0, 0))), S(box.section('=', 1))) << S(box);
     };
