@@ -324,6 +324,28 @@ void ChartPainter::PaintText(QPainter& painter, const QRect& room, const std::ve
     }
 }
 
+namespace {
+
+/// The toolkit's own hatches depend on the device, and are lost in files.
+void PaintRect(QPainter& painter, const DrawItem& item, const QPen& pen) {
+    const QColor fill = ScreenColor(item.fill);
+    const QRect area(QPoint(item.x1, item.y1), QSize(item.x2 - item.x1, item.y2 - item.y1));
+    if (item.hatch != Hatch::Solid && item.hatch != Hatch::Transparent) {
+        QVector<QLineF> lines;
+        AddHatch(lines, QRectF(area) & painter.clipBoundingRect(), item.hatch);
+        painter.setPen(QPen(fill, pen.widthF()));
+        painter.setRenderHint(QPainter::Antialiasing,
+                              item.hatch != Hatch::Horizontal && item.hatch != Hatch::Vertical);
+        painter.drawLines(lines);
+        painter.setRenderHint(QPainter::Antialiasing, false);
+    }
+    painter.setPen(pen);
+    painter.setBrush(item.hatch == Hatch::Solid ? QBrush(fill) : QBrush(Qt::NoBrush));
+    painter.drawRect(area);
+}
+
+}  // namespace
+
 void ChartPainter::PaintItem(QPainter& painter, const DrawItem& item, double pixel) const {
     const QColor border = ScreenColor(item.border), fill = ScreenColor(item.fill);
     QPen pen(border, pixel);
@@ -340,23 +362,8 @@ void ChartPainter::PaintItem(QPainter& painter, const DrawItem& item, double pix
             painter.drawLine(item.x1, item.y1, item.x2, item.y2);
             painter.setRenderHint(QPainter::Antialiasing, false);
             return;
-        case DrawItem::Kind::Rect: {
-            const QRect area(QPoint(item.x1, item.y1), QSize(item.x2 - item.x1, item.y2 - item.y1));
-            // The toolkit's own hatches depend on the device, and are lost in files.
-            if (item.hatch != Hatch::Solid && item.hatch != Hatch::Transparent) {
-                QVector<QLineF> lines;
-                AddHatch(lines, QRectF(area) & painter.clipBoundingRect(), item.hatch);
-                painter.setPen(QPen(fill, pixel));
-                painter.setRenderHint(QPainter::Antialiasing,
-                                      item.hatch != Hatch::Horizontal && item.hatch != Hatch::Vertical);
-                painter.drawLines(lines);
-                painter.setRenderHint(QPainter::Antialiasing, false);
-            }
-            painter.setPen(pen);
-            painter.setBrush(item.hatch == Hatch::Solid ? QBrush(fill) : QBrush(Qt::NoBrush));
-            painter.drawRect(area);
-            return;
-        }
+        case DrawItem::Kind::Rect:
+            return PaintRect(painter, item, pen);
         case DrawItem::Kind::Milestone:
         case DrawItem::Kind::Triangle: {
             QPolygon shape;

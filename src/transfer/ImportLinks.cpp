@@ -206,21 +206,10 @@ void PlanImport::SetPercentLag(const Row& row, const MLink& link, Vdependency& d
          "An offset of " + PlainNumber(std::round(days * 100) / 100) + " days");
 }
 
-/// A task that stands for a subproject does not wait, so the first tasks in it do.
-void PlanImport::ImportLinksOfSummary(std::int32_t index) {
+/// The tasks of a summary that wait for no other in it. `any`: its first task, if it has one.
+std::vector<Vtask*> PlanImport::FirstTasksIn(std::int32_t index, Row*& any) {
     const Row& summary = rows_[static_cast<std::size_t>(index)];
-    const MTask& source = *summary.source;
-    const auto kind = static_cast<MConstraint>(source.ConstraintType);
-    const bool startDate = source.ConstraintDate.IsSet() &&
-                           (kind == MConstraint::MustStartOn || kind == MConstraint::StartNoEarlierThan);
-    const bool otherDate = source.ConstraintDate.IsSet() && !startDate && kind >= MConstraint::MustStartOn;
-    if (!summary.subproject || VortanTellsLinks(source)) return;
-    if (otherDate)
-        Lose(Name(source), "Constraint of " + FormatDate(source.ConstraintDate),
-             "What stands for a subproject has no dates of its own", "Left out");
-    if (source.Links.empty() && !startDate && source.FixedCost == 0) return;
     std::vector<Vtask*> first;
-    Row* any = nullptr;
     if (summary.inner) first.push_back(summary.inner);
     for (std::int32_t i = index + 1; i < summary.end; ++i) {
         Row& row = rows_[static_cast<std::size_t>(i)];
@@ -234,6 +223,24 @@ void PlanImport::ImportLinksOfSummary(std::int32_t index) {
             });
         if (!waits) first.push_back(row.task);
     }
+    return first;
+}
+
+/// A task that stands for a subproject does not wait, so the first tasks in it do.
+void PlanImport::ImportLinksOfSummary(std::int32_t index) {
+    const Row& summary = rows_[static_cast<std::size_t>(index)];
+    const MTask& source = *summary.source;
+    const auto kind = static_cast<MConstraint>(source.ConstraintType);
+    const bool startDate = source.ConstraintDate.IsSet() &&
+                           (kind == MConstraint::MustStartOn || kind == MConstraint::StartNoEarlierThan);
+    const bool otherDate = source.ConstraintDate.IsSet() && !startDate && kind >= MConstraint::MustStartOn;
+    if (!summary.subproject || VortanTellsLinks(source)) return;
+    if (otherDate)
+        Lose(Name(source), "Constraint of " + FormatDate(source.ConstraintDate),
+             "What stands for a subproject has no dates of its own", "Left out");
+    if (source.Links.empty() && !startDate && source.FixedCost == 0) return;
+    Row* any = nullptr;
+    const std::vector<Vtask*> first = FirstTasksIn(index, any);
     if (source.FixedCost != 0) {
         if (any) any->task->SetMaterialCost(any->task->MaterialCost() + Money::FromDouble(source.FixedCost));
         Lose(Name(source), "Fixed cost", "The cost of a subproject is that of its tasks",

@@ -116,6 +116,7 @@ class PlanImport {
     Vdependency* ImportPredecessor(const Row& row, const MLink& link, Vtask* task);
     void AddDefaultToStart(Row& row, Vtask* required);
     void SetPercentLag(const Row& row, const MLink& link, Vdependency& dependency, const MTask& predecessor);
+    std::vector<Vtask*> FirstTasksIn(std::int32_t index, Row*& any);
     void ImportLinksOfSummary(std::int32_t index);
     void DropCircles();
     void AddLastTask();
