@@ -49,7 +49,11 @@ ChartForm::Drag GanttForm::BeginDrag(int x, int y, bool /*links*/) {
     drag_ = {};
     const int row = vwindow_.RowAt(y);
     Vtask* task = BarAt(x, y);
-    if (!task) return Drag::None;
+    if (!task) {
+        // Beside a start there is room to grab it.
+        task = BarAt(x + kEdge, y);
+        if (!task || !StartDate(*task)) return Drag::None;
+    }
     const Bar bar = BarNow(*task, row);
     drag_ = {.kind = Drag::Link, .x1 = x, .y1 = y, .x2 = x, .y2 = y, .task = Link<Vtask>(task)};
     drag_.fromPercent = PercentAt(*task, x, 100);

@@ -6,6 +6,7 @@
 
 #include "model/ValueText.h"
 #include "model/Vproject.h"
+#include "solve/Solution.h"
 #include "solve/WhyText.h"
 
 namespace vortan {
@@ -50,23 +51,31 @@ std::string EffectText(const PlanEffect& effect) {
     return text;
 }
 
-void PlanWatch::Take(const Workspace& workspace, State& state) {
+/// From what the passes left, which lies in a row, and not from the model, which lies all over memory.
+void PlanWatch::Take(const Workspace& workspace, const Solver& solver, State& state) {
     state.tasks.clear();
     state.projects.clear();
     state.labor = state.material = Money();
     const Vproject* active = workspace.ThisProject();
     state.journal = active ? active->Journal() : DateTime();
-    for (Vproject* project : workspace.ProjectList()) {
-        DateTime last;
-        for (Vtask* task : project->TaskList()) {
-            if (!task->Include()) continue;
-            state.tasks.push_back({Link<Vtask>(task), task->EarlyStart(), task->EarlyFinish()});
-            last = std::max(last, state.tasks.back().finish);
-            if (task->Subproject()) continue;
-            state.labor = state.labor + task->LaborCost();
-            state.material = state.material + task->MaterialCost();
+    const Network& network = solver.Standing().network;
+    const auto tasks = network.Tasks();
+    const auto& clocks = solver.Standing().run.Clocks();
+    if (clocks.size() < tasks.size()) return;
+    state.tasks.reserve(tasks.size());
+    for (const Network::Project& project : network.Projects()) {
+        double last = 0;
+        for (std::int32_t i = project.firstTask; i < project.firstTask + project.taskCount; ++i) {
+            const Network::Task& task = tasks[static_cast<std::size_t>(i)];
+            const ForwardRun::Clock& clock = clocks[static_cast<std::size_t>(i)];
+            state.tasks.push_back({task.object, DateTime(clock.start), DateTime(clock.finish)});
+            last = std::max(last, clock.finish);
+            if (task.subproject >= 0) continue;
+            state.labor += clock.laborCost;
+            state.material += task.materialCost;
         }
-        state.projects.push_back({Link<Vproject>(project), project->ProjectName(), last});
+        Vproject* object = project.object.Get();
+        state.projects.push_back({project.object, object ? object->ProjectName() : "", DateTime(last)});
     }
 }
 
@@ -82,7 +91,7 @@ void PlanWatch::CompareTasks(const State& before, const State& now, PlanEffect& 
         compare(before.tasks[same], now.tasks[same]);
     std::unordered_map<const Vtask*, const Entry*> others;
     for (std::size_t i = same; i < before.tasks.size(); ++i) {
-        const Vtask* task = before.tasks[i].task.Get();
+        const Vtask* task = before.tasks[i].task.Get();  // none if it was deleted
         if (!task || !others.emplace(task, &before.tasks[i]).second) ++effect.removed;
     }
     for (std::size_t i = same; i < now.tasks.size(); ++i) {
@@ -97,8 +106,8 @@ void PlanWatch::CompareTasks(const State& before, const State& now, PlanEffect& 
     effect.removed += static_cast<std::int32_t>(others.size());
 }
 
-PlanEffect PlanWatch::Compare(const Workspace& workspace) {
-    Take(workspace, now_);
+PlanEffect PlanWatch::Compare(const Workspace& workspace, const Solver& solver) {
+    Take(workspace, solver, now_);
     PlanEffect effect;
     const auto sameProjects = [](const Sum& a, const Sum& b) { return a.project == b.project; };
     if (!isFirst_ && before_.journal == now_.journal &&

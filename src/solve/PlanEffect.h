@@ -10,6 +10,7 @@
 #include "model/Money.h"
 #include "model/Vtask.h"
 #include "model/Workspace.h"
+#include "solve/Solver.h"
 
 namespace vortan {
 
@@ -42,9 +43,9 @@ std::string EffectText(const PlanEffect& effect);
 /// the dates count and the costs do not, which their tasks have.
 class PlanWatch {
   public:
-    /// What the plan says now against the last call. Empty with the first one, in another journal, and when
-    /// other projects are in memory than before.
-    PlanEffect Compare(const Workspace& workspace);
+    /// What the complete solution says now against the last call. Empty with the first one, in another
+    /// journal, and when other projects are in memory than before.
+    PlanEffect Compare(const Workspace& workspace, const Solver& solver);
     /// The next call is the first.
     void Forget() { isFirst_ = true; }
 
@@ -64,7 +65,7 @@ class PlanWatch {
         Money labor, material;
         DateTime journal;
     };
-    static void Take(const Workspace& workspace, State& state);
+    static void Take(const Workspace& workspace, const Solver& solver, State& state);
     static void CompareTasks(const State& before, const State& now, PlanEffect& effect);
 
     State before_, now_;

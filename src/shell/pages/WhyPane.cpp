@@ -66,7 +66,7 @@ void WhyPane::SetShown(bool shown) {
     followed_ = {};
     if (shown) {
         effect_->setHtml("<p>What the next edit changes stands here.</p>");
-        if (desktop_.solver.Mode() == SolveMode::Idle) watch_.Compare(desktop_.workspace);
+        if (desktop_.solver.Mode() == SolveMode::Idle) watch_.Compare(desktop_.workspace, desktop_.solver);
         Follow();
     } else {
         watch_.Forget();
@@ -107,7 +107,7 @@ void WhyPane::SolveEnded() {
         Follow();
     }
     if (mode() != SolveMode::Idle) return;
-    const PlanEffect effect = watch_.Compare(desktop_.workspace);
+    const PlanEffect effect = watch_.Compare(desktop_.workspace, desktop_.solver);
     if (std::exchange(edited_, false) || !effect.IsNone()) TellEffect(effect);
 }
 
