@@ -1,7 +1,8 @@
 #include "solve/PlanEffect.h"
 
-#include "model/Vassignment.h"
+#include "model/Vdependency.h"
 #include "model/Vproject.h"
+#include "model/Vtemplate.h"
 #include "solve/Solver.h"
 #include "support/ScriptedPlatform.h"
 #include "support/TextPlan.h"
@@ -23,7 +24,7 @@ TEST(PlanEffectTest, TellsWhatAnEditMoved) {
         solver.RestartSolve();
         solver.SolveTimerTick();
         EXPECT_EQ(solver.SolveMessage(), "Solve complete");
-        return watch.Compare(workspace);
+        return watch.Compare(workspace, solver);
     };
     EXPECT_TRUE(effect().IsNone());
     EXPECT_EQ(EffectText(effect()), "Nothing moved");
@@ -45,7 +46,11 @@ TEST(PlanEffectTest, TellsWhatAnEditMoved) {
     // One from the middle goes: those behind it are still known.
     shed.FindTask(3)->Delete();
     Vtask* last = shed.FindOrCreateTask(9);
-    last->SetDescription("Late");
+    last->SetEffortUnits(0);
+    auto* date = workspace.NewVObject<Vdependency>();
+    date->SetTask(last);
+    date->SetDepDate(shed.Journal());
+    shed.FindTask(4)->DependencyList()[1]->SetTaskRequired(last);
     const PlanEffect swapped = effect();
     EXPECT_EQ(swapped.added, 1);
     EXPECT_EQ(swapped.removed, 1);
