@@ -176,6 +176,25 @@ TEST(PrecedenceFormTest, BoxesLieOnLines) {
     EXPECT_EQ(bench.form.TipAt(0, 0), "");
 }
 
+TEST(PrecedenceFormTest, ADragFromTheRightEdgeIsALink) {
+    ShedDiagram bench;
+    const auto& boxes = bench.form.Data().boxes;
+    const auto x = [&](std::size_t place) { return bench.form.GetX(boxes[place].col); };
+    const auto y = [&](std::size_t place) { return bench.form.GetY(boxes[place].row) + 100; };
+    for (const bool shift : {false, true}) {
+        ASSERT_EQ(bench.form.BeginDrag(x(0) + (shift ? 10 : 299), y(0), shift), ChartForm::Drag::Link);
+        bench.form.DragTo(x(6) + 10, y(6));
+        const auto wish = bench.form.EndDrag();
+        ASSERT_TRUE(wish);
+        EXPECT_TRUE(wish->required == boxes[0].task.Get() && wish->task == boxes[6].task.Get());
+        EXPECT_TRUE(wish->fromPercent == 100 && wish->toPercent == 0);
+    }
+    bench.form.BeginDrag(x(0) + 299, y(0), false);
+    bench.form.CancelDrag();
+    EXPECT_FALSE(bench.form.EndDrag());
+    EXPECT_FALSE(bench.form.HasMovedBoxes());
+}
+
 TEST(PrecedenceFormTest, ADragJumpsOverBoxesAndPushesTheOthersAtTheTop) {
     ShedDiagram bench;
     EXPECT_EQ(bench.form.BeginDrag(100, 0, false), ChartForm::Drag::None);

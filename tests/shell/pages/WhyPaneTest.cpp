@@ -3,6 +3,7 @@
 
 #include "charts/GanttForm.h"
 #include "shell/Shell.h"
+#include "shell/main/ContextPage.h"
 #include "shell/pages/ChartPage.h"
 #include "shell/pages/WhyPane.h"
 #include "solve/WhyText.h"
@@ -122,6 +123,7 @@ TEST_F(GrabTest, ThePaneFollowsTheSelectionAndEachEdit) {
     Solve();
     EXPECT_NE(why().find("Task 1: Dig"), std::string::npos) << why();
     EXPECT_EQ(shell.Marked(), Task(1).BuildNodeText() + ";");
+    EXPECT_EQ(ContextPage(shell.main.Why(), shell.TheTrees(), workspace), "Why");
     shell.Choose("EditWhyMenu");
     EXPECT_EQ(shell.desktop.settings.ReadSettings("WhyPane"), "-");
 }
