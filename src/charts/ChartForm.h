@@ -9,6 +9,7 @@
 
 namespace vortan {
 
+class Vdependency;
 class Vresource;
 class Vtask;
 
@@ -42,6 +43,17 @@ class ChartForm : private Vwindow::Owner {
     /// Keys that walk through the boxes of a chart, and move the one that they stand on.
     enum class Key { Left, Right, Up, Down, MoveUp, MoveDown };
     enum class DragState { None, Still, Moved };
+    /// What a drag does.
+    enum class Drag { None, UpDown, Date, Link };
+    /// What a drag that has ended asks for; a chart changes no plan. A prerequisite: a new dependency of the
+    /// task; a dependency: its new date; neither: the task was clicked on.
+    struct Wish {
+        Vtask* task = nullptr;
+        Vtask* required = nullptr;
+        int fromPercent = 100, toPercent = 0;
+        Vdependency* dependency = nullptr;
+        DateTime date{};
+    };
     /// Corners on the surface, twips.
     struct Box {
         int x1, y1, x2, y2;
@@ -79,11 +91,21 @@ class ChartForm : private Vwindow::Owner {
     /// Starting anew forgets what the user has moved about.
     virtual bool HasMovedBoxes() const { return false; }
 
-    /// The mouse goes down: whether a drag begins.
-    virtual bool BeginDrag(int /*x*/, int /*y*/) { return false; }
+    /// The left mouse button goes down: what it begins to drag. With `links`, a link where it may be one.
+    virtual Drag BeginDrag(int /*x*/, int /*y*/, bool /*links*/) { return Drag::None; }
     /// To there, with the picture drawn anew where it moved. None: the drag is over.
-    virtual DragState DragTo(int /*y*/) { return DragState::None; }
-    virtual void EndDrag() {}
+    virtual DragState DragTo(int /*x*/, int /*y*/) { return DragState::None; }
+    /// The button is up.
+    virtual std::optional<Wish> EndDrag() { return std::nullopt; }
+    /// The drag is given up, and changes nothing from now on.
+    virtual void CancelDrag() { EndDrag(); }
+    /// What letting go here would do.
+    virtual std::string DragTip() const { return {}; }
+    /// A click on nothing that can be dragged: whether another link is selected now.
+    virtual bool SelectAt(int /*x*/, int /*y*/) { return false; }
+    virtual Vdependency* SelectedLink() const { return nullptr; }
+    /// Lines from corner to corner, in front of the picture: the selected link, and a drag.
+    virtual std::vector<Box> Marks() const { return {}; }
     /// Whether there was something to walk to or to move.
     virtual bool Press(Key /*key*/) { return false; }
     /// The box that keys stand on.

@@ -30,15 +30,20 @@ std::string GanttForm::Caption() const {
 ChartForm::OptionsFrame GanttForm::Frame() {
     return {"OptionsFrame",
             "Gantt chart options",
-            {{Option::Kind::Button, "PreferencesCommand", "Preferences", false, [this](bool) {
+            {{Option::Kind::Button, "PreferencesCommand", "Preferences", false,
+              [this](bool) {
                   if (PreferencesCommandClick) PreferencesCommandClick();
-              }}}};
+              }},
+             {Option::Kind::Check, "CriticalPathCheck", "Critical path in red",
+              settings_.ThePreferences().criticalRed,
+              [this](bool on) { settings_.WriteSettings("CriticalPathRedCheck", on ? "X" : "-"); }}}};
 }
 
 void GanttForm::LayOut() {
     const Section section("Gantt:Vwindow_RedoLayout");
     workspace_.ThePlatform().StatusMessage("Building GANTT chart");
     options_ = settings_.ThePreferences();
+    options_.criticalRed |= criticalRed_;
     vwindow_.WrapText = options_.wrapText;
     vwindow_.ClearLayout();
     vwindow_.AddColumn("Task", Alignment::Left);
@@ -57,7 +62,7 @@ void GanttForm::LayOut() {
         BuildTaskList(*project, within);
     }
     if (options_.sortByDate && options_.subprojects == Subprojects::Flat) SortTaskList(taskCol_);
-    for (const Vtask* task : taskCol_) {
+    for (Vtask* task : taskCol_) {
         if (IncludeTask(*task)) BuildTaskRow(*task);
     }
     vwindow_.EndLayout(2, options_.taskLeader ? 8 : 5);
@@ -67,11 +72,11 @@ void GanttForm::LayOut() {
 void GanttForm::BuildTaskList(const Vproject& project, std::unordered_set<const Vproject*>& within) {
     if (!within.insert(&project).second) return;
     Tasks tasks;
-    for (const Vtask* task : project.TaskList()) {
+    for (Vtask* task : project.TaskList()) {
         if (task->Include()) tasks.push_back(task);
     }
     if (!options_.sortByDate || options_.subprojects != Subprojects::Flat) SortTaskList(tasks);
-    for (const Vtask* task : tasks) {
+    for (Vtask* task : tasks) {
         taskCol_.push_back(task);
         const Vproject* subproject = task->Subproject();
         if (!subproject) continue;
@@ -98,7 +103,7 @@ bool GanttForm::IncludeTask(const Vtask& task) const {
            (options_.subprojects == Subprojects::All && task.Subproject());
 }
 
-void GanttForm::BuildTaskRow(const Vtask& task) {
+void GanttForm::BuildTaskRow(Vtask& task) {
     vwindow_.AddRow();
     const int row = vwindow_.Rows() - 1;
     rowList_.emplace(&task, row);

@@ -33,6 +33,24 @@ class GanttForm : public ChartForm {
     /// Task, dates, slack and resources of the bar there.
     std::string TipAt(int x, int y) const override;
 
+    /// The task of the bar there.
+    Subject SubjectAt(int x, int y) const override { return {BarAt(x, y)}; }
+
+    /// A drag from bar to bar is a link; from the start of a bar that a date decides, another date.
+    Drag BeginDrag(int x, int y, bool links) override;
+    DragState DragTo(int x, int y) override;
+    std::optional<Wish> EndDrag() override;
+    void CancelDrag() override { drag_ = {}; }
+    std::string DragTip() const override;
+    bool SelectAt(int x, int y) override;
+    Vdependency* SelectedLink() const override;
+    std::vector<Box> Marks() const override;
+    /// The arrow that goes by there, or none; the one drawn last of several.
+    Vdependency* LinkAt(int x, int y) const;
+
+    /// Draws the critical path in red, whatever the preferences say.
+    void SetCriticalRed() { criticalRed_ = true; }
+
     /// What a click on "Preferences" does.
     std::function<void()> PreferencesCommandClick;
 
@@ -52,7 +70,7 @@ class GanttForm : public ChartForm {
         /// Of a milestone's symbol, which is as wide as high.
         int Height() const { return y2 - y1; }
     };
-    using Tasks = std::vector<const Vtask*>;
+    using Tasks = std::vector<Vtask*>;
 
     void LayOut() override;
     void Draw() override;
@@ -61,7 +79,7 @@ class GanttForm : public ChartForm {
     /// Below `within`, the projects that hold this one.
     void BuildTaskList(const Vproject& project, std::unordered_set<const Vproject*>& within);
     void SortTaskList(Tasks& tasks) const;
-    void BuildTaskRow(const Vtask& task);
+    void BuildTaskRow(Vtask& task);
     std::string TaskCell(const Vtask& task) const;
     std::string DependencyCell(const Vtask& task) const;
     int RowOfProject(const Vproject& project);
@@ -81,11 +99,34 @@ class GanttForm : public ChartForm {
     void DrawSymbol(double middle, const Bar& bar, Color border, Color fill);
     void DrawLink(const Bar& bar);
     void DrawMarker(const Vtask& task, int row, std::int32_t planIndex);
-    void DrawDependency(const Vdependency& dependency);
+    void DrawDependency(Vdependency& dependency);
     void DrawArrowBetweenRows(int row1, DateTime date1, int row2, DateTime date2);
     void DrawDateDependency(int row1, DateTime date1, int row2, DateTime date2);
     /// A head of an arrow, over the point `x`.
     void DrawHead(double x, double top, double bottom, Color color, Apex apex);
+
+    // Drags
+    /// An arrow as it was drawn: down, along, down. Of a date, from the top or in the row itself.
+    struct LinkPlace {
+        Link<Vdependency> dependency;
+        int x1, y1, yMiddle, x2, y2;
+    };
+    struct Dragged {
+        Drag kind = Drag::None;
+        bool moved = false;
+        int x1 = 0, y1 = 0, x2 = 0, y2 = 0;  ///< from there to here
+        Link<Vtask> task{}, target{};
+        int fromPercent = 100, toPercent = 0;
+        Link<Vdependency> dependency{};
+        DateTime date{};
+    };
+    /// The bar of the task as the journal in force has it.
+    Bar BarNow(const Vtask& task, int row) const;
+    Vtask* BarAt(int x, int y) const;
+    int PercentAt(const Vtask& task, int x, int ofNone) const;
+    /// The date that decides when the task starts, or none.
+    static Vdependency* StartDate(const Vtask& task);
+    static std::vector<Box> LinesOf(const LinkPlace& place);
 
     // Key
     void BuildKey(const Vproject& project);
@@ -98,11 +139,15 @@ class GanttForm : public ChartForm {
     Preferences options_;                                          ///< as they were when the layout began
     Tasks taskCol_;                                                ///< in chart order, hidden ones too
     std::unordered_map<const Vtask*, int> rowList_;                ///< the first row of tasks that have one
-    std::vector<Link<const Vtask>> rowTasks_;                      ///< the task of row 1, 2 ...
+    std::vector<Link<Vtask>> rowTasks_;                            ///< the task of row 1, 2 ...
     std::unordered_map<const Vproject*, const Vtask*> standsFor_;  ///< the task that a subproject is
     std::unordered_map<const Vproject*, int> projectRows_;         ///< what RowOfProject has found
     std::vector<bool> criticalRows_;                               ///< empty if they are not to be red
     double projectSlack_ = 0;                                      ///< days
+    bool criticalRed_ = false;
+    std::vector<LinkPlace> links_;  ///< in drawing order
+    Link<Vdependency> selected_;
+    Dragged drag_;
 };
 
 }  // namespace vortan

@@ -14,6 +14,7 @@ namespace vortan {
 
 void GanttForm::Draw() {
     const Section section("Gantt:Vwindow_RedoGraphics");
+    links_.clear();
     if (const Vproject* project = workspace_.ThisProject()) {
         projectSlack_ = DaysBetween(project->EarlyFinish(), project->LateFinish());
         vwindow_.DrawDateLine(project->Journal(), kBlue);
@@ -31,9 +32,9 @@ void GanttForm::Draw() {
         }
         for (const Vtask* task : taskCol_) {
             if (options_.arrows == Arrows::Control && IncludeTask(*task)) {
-                if (const Vdependency* control = task->ControlDependency()) DrawDependency(*control);
+                if (Vdependency* control = task->ControlDependency()) DrawDependency(*control);
             } else if (options_.arrows == Arrows::All) {
-                for (const Vdependency* dependency : task->DependencyList()) {
+                for (Vdependency* dependency : task->DependencyList()) {
                     if (dependency->Include()) DrawDependency(*dependency);
                 }
             }
@@ -119,13 +120,19 @@ void GanttForm::DrawMarker(const Vtask& task, int row, std::int32_t planIndex) {
     vwindow_.DrawTriangle(x - half, top, x + half, bottom, kRed, inPlan ? kRed : kWhite, Apex::Down);
 }
 
-void GanttForm::DrawDependency(const Vdependency& dependency) {
+void GanttForm::DrawDependency(Vdependency& dependency) {
     int row1 = FindRow(dependency.TaskRequired()), row2 = FindRow(dependency.Task());
     DateTime date1 = dependency.DepDate(), date2 = AddDays(date1, dependency.Offset());
     if (row1 == row2) return;
     if (row1 > row2) {
         std::swap(row1, row2);
         std::swap(date1, date2);
+    }
+    const bool overRows = row1 > 0 || options_.dateDeps == DateDeps::LineToTop;
+    const int x2 = vwindow_.DateToX(date2), top = overRows ? GetY(row1, 6) : GetY(row2, 0);
+    if (overRows || options_.dateDeps != DateDeps::Hidden) {
+        links_.push_back({Link<Vdependency>(&dependency), overRows ? vwindow_.DateToX(date1) : x2, top,
+                          overRows ? GetY((row1 + row2) / 2, 8) : top, x2, GetY(row2, 3)});
     }
     // Row 0: the dependency hangs on a date.
     if (row1 > 0) {

@@ -29,9 +29,13 @@ class PrecedenceForm : public ChartForm {
     bool IsEmpty() const override { return data_.boxes.empty(); }
     bool StaysAsBuilt() const override { return true; }
     bool HasMovedBoxes() const override { return moved_; }
-    bool BeginDrag(int x, int y) override;
-    DragState DragTo(int y) override;
-    void EndDrag() override { dragged_.reset(); }
+    /// From the right edge of a box, or with `links` from anywhere on it, a link from its finish to a start.
+    Drag BeginDrag(int x, int y, bool links) override;
+    DragState DragTo(int x, int y) override;
+    std::optional<Wish> EndDrag() override;
+    void CancelDrag() override { dragged_.reset(); }
+    std::string DragTip() const override;
+    std::vector<ChartForm::Box> Marks() const override;
     bool Press(Key key) override;
     std::optional<Box> Cursor() const override;
     Subject SubjectAtCursor() const override { return SubjectOf(cursor_); }
@@ -93,7 +97,8 @@ class PrecedenceForm : public ChartForm {
     std::vector<Label> labels_;
     std::vector<std::size_t> firstLabel_;  ///< by box, and behind the last
     Place dragged_, cursor_;
-    int mouseY_ = 0;
+    int mouseX_ = 0, mouseY_ = 0;
+    bool linking_ = false;  ///< the drag is one of a link
     bool moved_ = false;
 };
 

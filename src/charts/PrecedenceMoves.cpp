@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <tuple>
+#include <utility>
 
 #include "charts/PrecedenceForm.h"
 #include "charts/Twips.h"
@@ -13,6 +14,7 @@ namespace vortan {
 namespace {
 
 constexpr double kNear = 3 * kTwipsPerPixel;
+constexpr double kEdge = 8 * kTwipsPerPixel;  // of a box, where links begin
 
 /// How far a point is from a line that goes from left to right.
 double Distance(double x, double y, double x1, double y1, double x2, double y2) {
@@ -60,17 +62,50 @@ std::string PrecedenceForm::LinkTipAt(int x, int y) const {
     return {};
 }
 
-bool PrecedenceForm::BeginDrag(int x, int y) {
+ChartForm::Drag PrecedenceForm::BeginDrag(int x, int y, bool links) {
     dragged_ = BoxAt(x, y);
+    mouseX_ = x;
     mouseY_ = y;
-    if (dragged_) cursor_ = dragged_;
-    return dragged_.has_value();
+    if (!dragged_) return Drag::None;
+    cursor_ = dragged_;
+    linking_ = links || CornersOf(*dragged_).x2 - x <= std::min(kEdge, boxWidth_ / 4.0);
+    return linking_ ? Drag::Link : Drag::UpDown;
+}
+
+std::optional<ChartForm::Wish> PrecedenceForm::EndDrag() {
+    const Place from = std::exchange(dragged_, std::nullopt);
+    if (!from || !linking_) return std::nullopt;
+    const Place to = BoxAt(mouseX_, mouseY_);
+    Vtask *task = SubjectOf(to).task, *required = SubjectOf(from).task;
+    if (!task || !required || to == from) return std::nullopt;
+    return Wish{task, required};
+}
+
+std::string PrecedenceForm::DragTip() const {
+    if (!dragged_ || !linking_) return {};
+    const Place to = BoxAt(mouseX_, mouseY_);
+    if (to == dragged_) return {};
+    const Vtask *task = SubjectOf(to).task, *required = SubjectOf(dragged_).task;
+    if (task && task == required) return "A task cannot depend on itself.";
+    return (required ? required->Description() : "") + " 100% -> " +
+           (task ? task->Description() + " 0%" : "...");
+}
+
+std::vector<ChartForm::Box> PrecedenceForm::Marks() const {
+    if (!dragged_ || !linking_) return {};
+    const Box from = CornersOf(*dragged_);
+    return {{from.x2, (from.y1 + from.y2) / 2, mouseX_, mouseY_}};
 }
 
 /// A box goes on when the mouse has gone as far as the next free place is away.
-ChartForm::DragState PrecedenceForm::DragTo(int y) {
+ChartForm::DragState PrecedenceForm::DragTo(int x, int y) {
     const Section section("Precedence:Vwindow_MouseMove");
     if (!dragged_) return DragState::None;
+    if (linking_) {
+        mouseX_ = x;
+        mouseY_ = y;
+        return DragState::Moved;
+    }
     if (std::abs(y - mouseY_) <= boxHeight_) return DragState::Still;
     const bool up = y < mouseY_;
     const int rows = RowsToMove(*dragged_, up);

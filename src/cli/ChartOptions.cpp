@@ -4,6 +4,7 @@
 #include <span>
 
 #include "charts/BudgetForm.h"
+#include "charts/GanttForm.h"
 #include "charts/HistogramForm.h"
 #include "charts/PrecedenceForm.h"
 #include "charts/WorkBreakdownForm.h"
@@ -26,6 +27,16 @@ std::string JsonOf(const ChartForm& form) {
 
 std::string DataOf(const ChartForm& form) {
     return DataCsvOf(*TableOf(form, ""));
+}
+
+// ---- gantt chart
+
+std::vector<Option> GanttOptions(ChartOptions& o) {
+    return {{"--critical-path", &o.criticalPath, "Draw the critical path in red"}};
+}
+
+void SetGantt(ChartForm& form, const ChartOptions& options, CliSession&) {
+    if (options.criticalPath) static_cast<GanttForm&>(form).SetCriticalRed();
 }
 
 // ---- histogram
@@ -149,7 +160,7 @@ void SetWorkBreakdown(ChartForm& form, const ChartOptions& options, CliSession&)
 }
 
 constexpr ChartWords kWords[] = {
-    {.kind = "gantt", .hasTimeScale = true},
+    {"gantt", true, false, GanttOptions, SetGantt},
     {"histogram", true, true, HistogramOptions, SetHistogram, JsonOf<HistogramForm>, DataOf},
     {"budget", true, false, BudgetOptions, SetBudget, JsonOf<BudgetForm>, DataOf},
     {"precedence", false, false, PrecedenceOptions, SetPrecedence, PrecedenceJson, DataOf},

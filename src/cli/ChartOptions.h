@@ -16,6 +16,8 @@ struct ChartOptions {
     std::string out, project, templateName, journal, scale;
     bool fit = false;  ///< onto one page
     bool json = false;
+    // Gantt chart.
+    bool criticalPath = false;
     // Histogram.
     bool byDepartment = false, noCrosshatching = false;
     std::string only;

@@ -154,13 +154,4 @@ DateTime ParseDateArgument(const std::string& text) {
     return *date;
 }
 
-std::string MomentText(DateTime moment) {
-    if (!moment.IsSet()) return "-";
-    std::string text = FormatDate(moment);
-    const std::size_t blank = text.rfind(' ');
-    if (blank != std::string::npos && blank >= 3 && text.compare(blank - 3, 3, ":00") == 0)
-        text.erase(blank - 3, 3);
-    return text;
-}
-
 }  // namespace vortan

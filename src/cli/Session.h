@@ -10,6 +10,7 @@
 #include "model/Workspace.h"
 #include "solve/IterativeSolve.h"
 #include "solve/Solver.h"
+#include "solve/WhyText.h"
 #include "transfer/Transfer.h"
 
 namespace vortan {

@@ -176,21 +176,40 @@ TEST(PrecedenceFormTest, BoxesLieOnLines) {
     EXPECT_EQ(bench.form.TipAt(0, 0), "");
 }
 
+TEST(PrecedenceFormTest, ADragFromTheRightEdgeIsALink) {
+    ShedDiagram bench;
+    const auto& boxes = bench.form.Data().boxes;
+    const auto x = [&](std::size_t place) { return bench.form.GetX(boxes[place].col); };
+    const auto y = [&](std::size_t place) { return bench.form.GetY(boxes[place].row) + 100; };
+    for (const bool shift : {false, true}) {
+        ASSERT_EQ(bench.form.BeginDrag(x(0) + (shift ? 10 : 299), y(0), shift), ChartForm::Drag::Link);
+        bench.form.DragTo(x(6) + 10, y(6));
+        const auto wish = bench.form.EndDrag();
+        ASSERT_TRUE(wish);
+        EXPECT_TRUE(wish->required == boxes[0].task.Get() && wish->task == boxes[6].task.Get());
+        EXPECT_TRUE(wish->fromPercent == 100 && wish->toPercent == 0);
+    }
+    bench.form.BeginDrag(x(0) + 299, y(0), false);
+    bench.form.CancelDrag();
+    EXPECT_FALSE(bench.form.EndDrag());
+    EXPECT_FALSE(bench.form.HasMovedBoxes());
+}
+
 TEST(PrecedenceFormTest, ADragJumpsOverBoxesAndPushesTheOthersAtTheTop) {
     ShedDiagram bench;
-    EXPECT_FALSE(bench.form.BeginDrag(100, 0));
-    ASSERT_TRUE(bench.form.BeginDrag(100, 320));
-    EXPECT_EQ(bench.form.DragTo(570), DragState::Still);
+    EXPECT_EQ(bench.form.BeginDrag(100, 0, false), ChartForm::Drag::None);
+    ASSERT_EQ(bench.form.BeginDrag(200, 320, false), ChartForm::Drag::UpDown);
+    EXPECT_EQ(bench.form.DragTo(0, 570), DragState::Still);
     EXPECT_FALSE(bench.form.HasMovedBoxes());
-    EXPECT_EQ(bench.form.DragTo(571), DragState::Moved);
-    EXPECT_EQ(bench.form.DragTo(1070), DragState::Still) << "the next row is held";
-    EXPECT_EQ(bench.form.DragTo(1071), DragState::Moved);
+    EXPECT_EQ(bench.form.DragTo(0, 571), DragState::Moved);
+    EXPECT_EQ(bench.form.DragTo(0, 1070), DragState::Still) << "the next row is held";
+    EXPECT_EQ(bench.form.DragTo(0, 1071), DragState::Moved);
     EXPECT_EQ(bench.Rows(), "4 3 5 2 4 3 3 ");
-    for (const int y : {0, 0, 0}) EXPECT_EQ(bench.form.DragTo(y), DragState::Moved);
+    for (const int y : {0, 0, 0}) EXPECT_EQ(bench.form.DragTo(0, y), DragState::Moved);
     EXPECT_EQ(bench.Rows(), "0 3 5 2 4 3 3 ");
-    EXPECT_EQ(bench.form.DragTo(-500), DragState::None);
+    EXPECT_EQ(bench.form.DragTo(0, -500), DragState::None);
     EXPECT_EQ(bench.Rows(), "0 4 6 3 5 4 4 ");
-    EXPECT_EQ(bench.form.DragTo(900), DragState::None);
+    EXPECT_EQ(bench.form.DragTo(0, 900), DragState::None);
     EXPECT_TRUE(bench.form.HasMovedBoxes());
     EXPECT_EQ(bench.surface.Items()[8].y1, bench.form.GetY(0));
     bench.form.Start();

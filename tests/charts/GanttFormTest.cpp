@@ -4,6 +4,7 @@
 #include <map>
 
 #include "charts/FixedMetrics.h"
+#include "model/ValueText.h"
 #include "support/ModelBench.h"
 
 namespace vortan {
@@ -330,6 +331,67 @@ TEST(GanttFormTest, TheKeyNamesWhatIsThere) {
         g.Set("DependencyArrowsCombo", c.arrows);
         EXPECT_EQ(g.Key(), c.expected);
     }
+}
+
+TEST(GanttFormTest, DragsAskForLinksAndDates) {
+    GanttBench g;
+    g.Set("DependencyArrowsCombo", "All");
+    Vproject* project = g.Project("A", 2);
+    Vtask *first = g.Task(project, 1, 0, 4), *second = g.Task(project, 2, 4, 8),
+          *none = g.Task(project, 3, 8, 8);
+    first->SetDescription("Dig");
+    second->SetDescription("Wall");
+    Vdependency *date = g.On(first, nullptr, 0), *link = g.On(second, first, 4);
+    g.form.Start();
+    const auto drag = [&g](int row1, double day1, int row2, double day2) {
+        g.form.BeginDrag(g.X(day1), g.form.GetY(row1, 5), false);
+        g.form.DragTo(g.X(day2), g.form.GetY(row2, 5));
+    };
+    const struct {
+        int row1;
+        double day1;
+        int row2;
+        double day2;
+        const char* tip;
+        Vtask *required, *task;
+        int from, to;
+    } cases[] = {
+        {1, 3.9, 2, 4.1, "Dig 100% -> Wall 0%", first, second, 100, 0},
+        {1, 2.51, 2, 6.49, "Dig 75% -> Wall 50%", first, second, 75, 50},
+        {1, 2.49, 2, 6.51, "Dig 50% -> Wall 75%", first, second, 50, 75},
+        {3, 8, 1, 3.9, " 100% -> Dig 100%", none, first, 100, 100},
+        {1, 3.9, 3, 8, "Dig 100% ->  0%", first, none, 100, 0},
+        {1, 3.9, 2, 9, "Dig 100% -> ...", nullptr, nullptr, 0, 0},
+        {1, 1, 1, 3.9, "A task cannot depend on itself.", first, first, 25, 100},
+    };
+    for (const auto& c : cases) {
+        drag(c.row1, c.day1, c.row2, c.day2);
+        EXPECT_EQ(g.form.DragTip(), c.tip);
+        const auto wish = g.form.EndDrag();
+        ASSERT_EQ(wish.has_value(), c.task != nullptr) << c.tip;
+        if (!wish) continue;
+        EXPECT_TRUE(wish->task == c.task && wish->required == c.required) << c.tip;
+        EXPECT_TRUE(wish->fromPercent == c.from && wish->toPercent == c.to) << c.tip;
+    }
+    drag(1, 3.9, 2, 4.1);
+    g.form.CancelDrag();
+    EXPECT_FALSE(g.form.EndDrag());
+
+    drag(1, 0, 1, 2.4);
+    EXPECT_EQ(g.form.DragTip(), "Dig not before " + FormatDate(g.Day(2)));
+    const auto moved = g.form.EndDrag();
+    ASSERT_TRUE(moved);
+    EXPECT_TRUE(moved->dependency == date && moved->date == g.Day(2));
+    drag(1, 0, 1, 0.4);
+    EXPECT_FALSE(g.form.EndDrag()) << "less than half a day";
+    EXPECT_EQ(g.form.BeginDrag(g.X(4), g.form.GetY(2, 5), false), ChartForm::Drag::Link) << "no date decides";
+
+    EXPECT_EQ(g.form.LinkAt(g.X(4), g.form.GetY(1, 8)), link);
+    EXPECT_EQ(g.form.LinkAt(g.X(6), g.form.GetY(1, 8)), nullptr);
+    EXPECT_TRUE(g.form.SelectAt(g.X(4), g.form.GetY(1, 8)));
+    EXPECT_EQ(g.form.SelectedLink(), link);
+    link->Delete();
+    EXPECT_EQ(g.form.SelectedLink(), nullptr);
 }
 
 }  // namespace

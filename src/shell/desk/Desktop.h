@@ -59,6 +59,7 @@ class Desktop {
         } else {
             // Not a command that others run within: the screens follow each while the solve goes on.
             trap.RunCommand("Main:SolveTimer_Timer", [this] { solver.SolveTimerTick(); });
+            if (SolveEnded) trap.RunCommand("Main:SolveEnded", SolveEnded);
         }
     }
     void AutoBackupTimerTick() {
@@ -80,6 +81,12 @@ class Desktop {
     /// Called by entry forms for what they have saved; `Moved` when its place among its siblings may be
     /// another one. The trees set it.
     std::function<void(const PlanObject&, Saving)> ObjectSaved = [](const PlanObject&, Saving) {};
+    /// Called after each tick of the solve timer, whatever came of it. The main window sets it.
+    std::function<void()> SolveEnded;
+    /// What the trees do for other screens: select an object that they show or can show; delete it, after
+    /// their question.
+    std::function<void(const PlanObject&)> SelectObject = [](const PlanObject&) {},
+                                           RequestDelete = [](const PlanObject&) {};
 
   private:
     int running_ = 0;  ///< commands within one another

@@ -20,6 +20,7 @@
 #include "shell/main/WelcomeForm.h"
 #include "shell/pages/CalendarForm.h"
 #include "shell/pages/StatusReportForm.h"
+#include "shell/pages/WhyPane.h"
 #include "shell/trees/NodeCommands.h"
 #include "shell/trees/ProjectTreeForm.h"
 #include "shell/trees/Trees.h"
@@ -125,6 +126,10 @@ constexpr Command kEdit[] = {
      "&Redo",
      [](MainForm& m) { TakeBack(m, false); },
      {.keys = "Ctrl+Shift+Z; Ctrl+Y", .what = [](MainForm& m) { return Memory(m).TheHistory().RedoName(); }}},
+    {"EditWhyMenu",
+     "&Why",
+     [](MainForm& m) { m.Why().SetShown(!m.Why().IsShown()); },
+     {.separator = "EditSeparatorMenu"}},
 };
 
 constexpr Command kProject[] = {

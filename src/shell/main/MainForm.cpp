@@ -3,10 +3,12 @@
 #include <QCloseEvent>
 #include <QScreen>
 #include <QSplitter>
+#include <QVBoxLayout>
 
 #include "model/Fault.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "model/Vtemplate.h"
 #include "paint/Text.h"
 #include "shell/desk/Icons.h"
@@ -14,6 +16,7 @@
 #include "shell/main/ContextPage.h"
 #include "shell/main/OutputCommands.h"
 #include "shell/main/WelcomeForm.h"
+#include "shell/pages/WhyPane.h"
 #include "shell/problems/ProblemDialogs.h"
 #include "shell/trees/ProjectTreeForm.h"
 #include "shell/trees/TemplateTreeForm.h"
@@ -46,6 +49,7 @@ MainForm::MainForm(Desktop& desktop)
         templateTree_->Start();
         NewThisProject();
         NewThisTemplate();
+        why_->Restore();
     });
     desktop_.solver.SuspendSolve();
     desktop_.solver.ResumeSolve();
@@ -61,6 +65,7 @@ MainForm::~MainForm() {
     forms_.UnloadScreens();
     desktop_.workspace.RemoveListener(this);
     desktop_.files.UnloadScreens = nullptr;
+    desktop_.SolveEnded = nullptr;
     desktop_.host = nullptr;
 }
 
@@ -99,13 +104,70 @@ void MainForm::BuildWorkArea() {
     trees_ = std::make_unique<Trees>(desktop_, *projectTree_, *templateTree_);
     auto* splitter = new QSplitter;
     splitter->setObjectName("WorkArea");
-    splitter->addWidget(projectTree_);
+    splitter->addWidget(BuildProjectPane());
     splitter->addWidget(templateTree_);
     splitter->setChildrenCollapsible(false);
     splitter->setStretchFactor(0, kProjectShare);
     splitter->setStretchFactor(1, kTemplateShare);
     splitter->setSizes({kProjectShare * 100, kTemplateShare * 100});
-    forms_.SetWorkArea(*splitter, {projectTree_, templateTree_});
+    BuildWhyPane();
+    forms_.SetWorkArea(*splitter, {projectTree_, templateTree_, why_});
+}
+
+void MainForm::BuildWhyPane() {
+    why_ = new WhyPane(desktop_);
+    addDockWidget(Qt::BottomDockWidgetArea, why_);
+    setContextMenuPolicy(Qt::PreventContextMenu);  // one of the toolkit would show and hide the pane
+    why_->hide();
+    why_->SelectedTask = [this]() -> Vtask* {
+        const Node* node = trees_ ? trees_->DragNode() : nullptr;
+        const NodeKind kind = node ? node->Image() : NodeKind::None;
+        const bool ofTask = kind == NodeKind::Task || kind == NodeKind::Dependency ||
+                            kind == NodeKind::Assignment || (kind == NodeKind::Subproject && node->Parent);
+        return ofTask ? trees_->TaskOfNode(*node) : nullptr;
+    };
+    why_->SelectTask = [this](Vtask& task) { SelectTask(task); };
+    desktop_.SolveEnded = [this] { why_->SolveEnded(); };
+}
+
+void MainForm::SelectTask(Vtask& task) {
+    const Vproject* active = desktop_.workspace.ThisProject();
+    if (active && task.Project()->DescendsFrom(active)) return desktop_.SelectObject(&task);
+    trees_->ShowInProjectTree(&task, *task.Project());
+}
+
+QWidget* MainForm::BuildProjectPane() {
+    nextStep_ = new QLabel;
+    nextStep_->setObjectName("NextStepLabel");
+    nextStep_->setWordWrap(true);
+    nextStep_->setMargin(fontMetrics().height() / 2);
+    nextStep_->setTextInteractionFlags(Qt::TextBrowserInteraction);
+    nextStep_->hide();
+    connect(nextStep_, &QLabel::linkActivated, this,
+            [this](const QString& command) { Action(command.toUtf8()).trigger(); });
+    auto* pane = new QWidget;
+    auto* column = new QVBoxLayout(pane);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(projectTree_, 1);
+    column->addWidget(nextStep_);
+    return pane;
+}
+
+void MainForm::ShowNextStep() {
+    const Workspace& workspace = desktop_.workspace;
+    const Vproject* project = workspace.ThisProject();
+    bool isEmpty = project != nullptr;
+    if (project) {
+        for (const Vtask* task : project->TaskList()) isEmpty = isEmpty && !task->Include();
+    }
+    nextStep_->setVisible(isEmpty);
+    if (!isEmpty) return;
+    QString text = "<b>This project has no tasks yet.</b><br><a href=\"TaskNew\">Make its first task</a>";
+    text += workspace.ThisTemplate()
+                ? ", then drag people from the other tree onto it"
+                : ", and <a href=\"TemplateNewMenu\">make a template</a> for the people who work on it";
+    nextStep_->setText(text + ". Drag one task onto another that waits for it.");
 }
 
 void MainForm::Activate(const std::string& commandLine) {
@@ -165,6 +227,7 @@ void MainForm::UpdateMenu() {
 void MainForm::NewJournal() {
     desktop_.workspace.RestartSolve();
     status_.Boxes().UpdateJournalCombo();
+    ShowNextStep();
 }
 
 void MainForm::NewThisProject() {
@@ -172,12 +235,14 @@ void MainForm::NewThisProject() {
     UpdateMenu();
     status_.Boxes().UpdateProjectCombo();
     status_.Boxes().UpdateJournalCombo();
+    ShowNextStep();
 }
 
 void MainForm::NewThisTemplate() {
     UpdateMenu();
     status_.Boxes().UpdateTemplateCombo();
     status_.Boxes().UpdateJournalCombo();
+    ShowNextStep();
 }
 
 /// The first close takes the page in front away, the next one ends the program; so does the first while a

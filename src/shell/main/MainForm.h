@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLabel>
 #include <QMainWindow>
 #include <QTimer>
 #include <memory>
@@ -20,6 +21,7 @@ namespace vortan {
 class HelpForm;
 class ProjectTreeForm;
 class TemplateTreeForm;
+class WhyPane;
 class Trees;
 
 /// The one top-level window: menus, toolbar, status bar, and the work area with the trees and the page in
@@ -50,6 +52,7 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
     FormStack& Forms() { return forms_; }
     StatusBar& Status() { return status_; }
     Trees& TheTrees() const { return *trees_; }
+    WhyPane& Why() const { return *why_; }
     QAction& Action(const char* name) const { return commands_.Action(name); }
     void RedoRecentMenu() { commands_.RedoRecentMenu(); }
 
@@ -57,6 +60,7 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
     void NewJournal() override;
     void NewThisProject() override;
     void NewThisTemplate() override;
+    void ObjectsChanged(const std::vector<Change>&) override { ShowNextStep(); }
 
     IterativeChoices iterative;
 
@@ -68,6 +72,12 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
   private:
     void BuildWorkArea();
     void Connect();
+    void BuildWhyPane();
+    QWidget* BuildProjectPane();
+    /// Below the tree of a project that has no task yet: how to go on.
+    void ShowNextStep();
+    /// In the tree, with the chart in front left open where the task is part of it.
+    void SelectTask(Vtask& task);
     void UpdateMenu();
     bool QueryUnload();
     HelpForm& Help();
@@ -79,6 +89,8 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
     StatusBar status_;
     ProjectTreeForm* projectTree_ = nullptr;
     TemplateTreeForm* templateTree_ = nullptr;
+    QLabel* nextStep_ = nullptr;
+    WhyPane* why_ = nullptr;
     Exchange exchange_;
     std::unique_ptr<Trees> trees_;
     QTimer backupTimer_;

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "charts/Twips.h"
+#include "model/Vdependency.h"
 #include "model/Vtask.h"
 #include "paint/Text.h"
 #include "shell/desk/CommonDialogs.h"
@@ -118,21 +119,42 @@ void ChartPage::ConnectView() {
         desktop_.Run("Chart:TipAt", [&] { tip = chart_->TipAt(x, y); });
         return tip;
     };
-    view_->PressAt = [this](int x, int y) {
-        bool drags = false;
+    view_->PressAt = [this](int x, int y, bool shift) {
+        using Drag = ChartForm::Drag;
+        auto drag = Drag::None;
         desktop_.Run("Chart:Vwindow_MouseDown", [&] {
             chart_->TheVwindow().Press(x, y);
-            drags = chart_->BeginDrag(x, y);
+            drag = chart_->BeginDrag(x, y, shift);
+            if (chart_->SelectAt(drag == Drag::None ? x : -1, y)) view_->viewport()->update();
         });
-        return drags;
+        return drag == Drag::None   ? std::nullopt
+               : drag == Drag::Link ? std::optional(Qt::CrossCursor)
+               : drag == Drag::Date ? std::optional(Qt::SizeHorCursor)
+                                    : std::optional(Qt::SizeVerCursor);
     };
-    view_->DragTo = [this](int, int y) {
+    view_->DragTo = [this](int x, int y) {
         auto state = ChartForm::DragState::None;
-        desktop_.Run("Chart:Vwindow_MouseMove", [&] { state = chart_->DragTo(y); });
+        desktop_.Run("Chart:Vwindow_MouseMove", [&] { state = chart_->DragTo(x, y); });
         if (state != ChartForm::DragState::Still) view_->SurfaceChanged();
         return state != ChartForm::DragState::None;
     };
-    view_->EndDrag = [this] { desktop_.Run("Chart:Vwindow_MouseUp", [this] { chart_->EndDrag(); }); };
+    view_->EndDrag = [this] {
+        desktop_.Run("Chart:Vwindow_MouseUp", [this] {
+            if (const auto wish = chart_->EndDrag()) Grant(*wish);
+        });
+    };
+    view_->CancelDrag = [this] { desktop_.Run("Chart:Form_KeyDown", [this] { chart_->CancelDrag(); }); };
+    view_->DragTip = [this] { return chart_->DragTip(); };
+    view_->Marks = [this] {
+        std::vector<QLine> lines;
+        for (const auto& mark : chart_->Marks()) lines.emplace_back(mark.x1, mark.y1, mark.x2, mark.y2);
+        return lines;
+    };
+    if (chart_->TheVwindow().TheStyle() == Vwindow::Style::Time) {
+        view_->Zoom = [this](const QPoint& pixel, int steps) {
+            desktop_.Run("Chart:Zoom", [&] { ZoomAt(pixel, steps); });
+        };
+    }
     view_->DoubleClickAt = [this](int x, int y) {
         desktop_.Run("Chart:Vwindow_DblClick", [&] { Open(chart_->SubjectAt(x, y)); });
     };
@@ -267,6 +289,40 @@ void ChartPage::Open(const ChartForm::Subject& subject) {
     }
 }
 
+void ChartPage::Grant(const ChartForm::Wish& wish) {
+    if (wish.dependency) {
+        wish.dependency->SetDepDate(wish.date);
+        return desktop_.ObjectSaved(wish.dependency, Desktop::Saving::Changed);
+    }
+    if (!wish.required) return desktop_.SelectObject(wish.task);
+    const auto refuse = [this](const char* text, const char* title) {
+        desktop_.platform.MessageBox(text, title, BoxIcon::Warning, BoxButtons::Ok);
+    };
+    if (wish.task == wish.required) return refuse("A task cannot depend on itself.", "Invalid Task");
+    if (wish.task->Subproject()) return refuse("Please click on a task first.", "No Task Selected");
+    auto* dependency = desktop_.workspace.NewVObject<Vdependency>();
+    dependency->SetTask(wish.task);
+    dependency->SetTaskRequired(wish.required);
+    dependency->SetFromPercent(static_cast<std::uint8_t>(wish.fromPercent));
+    dependency->SetToPercent(static_cast<std::uint8_t>(wish.toPercent));
+    desktop_.ObjectSaved(dependency, Desktop::Saving::Added);
+}
+
+/// To finer or coarser periods; what is under the pointer stays there.
+void ChartPage::ZoomAt(const QPoint& pixel, int steps) {
+    using Period = Vwindow::Period;
+    Vwindow& surface = chart_->TheVwindow();
+    if (!surface.IsLaidOut()) return;
+    const int now = static_cast<int>(surface.ThePeriod());
+    const int next =
+        std::clamp(now - steps, static_cast<int>(Period::Day), static_cast<int>(Period::Quarter));
+    if (next == now) return;
+    const DateTime date = surface.XToDate(view_->ToSurface(pixel).x());
+    surface.FixedPeriod = static_cast<Period>(next);
+    Restart();
+    view_->ScrollXTo(surface.DateToX(date), pixel.x());
+}
+
 std::optional<QRect> ChartPage::Cursor() const {
     const auto box = chart_->Cursor();
     if (!box) return std::nullopt;
@@ -302,8 +358,13 @@ bool ChartPage::eventFilter(QObject* watched, QEvent* event) {
 void ChartPage::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
         case Qt::Key_Escape:
-            if (view_->Dragging()) return view_->StopDrag();
+            if (view_->Dragging()) return view_->GiveUpDrag();
             desktop_.Run("ChartPage:Form_KeyDown", [this] { Unload(); });
+            return;
+        case Qt::Key_Delete:
+            desktop_.Run("ChartPage:Form_KeyDown", [this] {
+                if (Vdependency* link = chart_->SelectedLink()) desktop_.RequestDelete(link);
+            });
             return;
         case Qt::Key_F5:
             if (chart_->StaysAsBuilt()) BuildAnew();

@@ -57,6 +57,9 @@ class ChartPage : public PageForm {
     /// The plan or its solution has changed: a chart that stays as it was built says so.
     void FallBehind();
     void BuildAnew();
+    /// What a drag asked for, with the refusals of the entry form.
+    void Grant(const ChartForm::Wish& wish);
+    void ZoomAt(const QPoint& pixel, int steps);
     /// Opens the entry form of a task or resource, if it is one.
     void Open(const ChartForm::Subject& subject);
     bool Walk(int key, bool moves);

@@ -52,10 +52,16 @@ Trees::Trees(Desktop& desktop, ProjectTreeForm& projectTree, TemplateTreeForm& t
     for (TreeForm* form : {static_cast<TreeForm*>(&projectTree_), static_cast<TreeForm*>(&templateTree_)})
         form->SetTrees(this);
     desktop_.ObjectSaved = [this](const PlanObject& object, Desktop::Saving what) { Saved(object, what); };
+    desktop_.SelectObject = [this](const PlanObject& object) { SetDragNode(&FindNodeFromObject(object)); };
+    desktop_.RequestDelete = [this](const PlanObject& object) {
+        SetDragNode(&FindNodeFromObject(object));
+        commands_->Delete();
+    };
 }
 
 Trees::~Trees() {
     desktop_.ObjectSaved = nullptr;
+    desktop_.SelectObject = desktop_.RequestDelete = nullptr;
     projectTree_.SetTrees(nullptr);
     templateTree_.SetTrees(nullptr);
 }

@@ -113,13 +113,39 @@ void SurfaceView::paintEvent(QPaintEvent* event) {
         chart.Paint(painter, part, twips);
         painter.restore();
     });
+    PaintMarks(painter);
     const auto cursor = hasFocus() && Cursor ? Cursor() : std::nullopt;
     if (!cursor) return;
     painter.setPen(QPen(palette().color(QPalette::Active, QPalette::Highlight), kCursorWidth));
     painter.drawRect(ToPixels(*cursor));
 }
 
+/// Under the headings, as the picture is.
+void SurfaceView::PaintMarks(QPainter& painter) {
+    const auto marks = Marks ? Marks() : std::vector<QLine>();
+    if (marks.empty()) return;
+    painter.save();
+    const QSize fixed = Fixed();
+    painter.setClipRect(viewport()->rect().adjusted(fixed.width(), fixed.height(), 0, 0));
+    painter.setPen(QPen(palette().color(QPalette::Active, QPalette::Highlight), kCursorWidth));
+    const QPoint scroll(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    for (const QLine& line : marks) {
+        painter.drawLine(QPoint(ToPixels(line.x1()), ToPixels(line.y1())) - scroll,
+                         QPoint(ToPixels(line.x2()), ToPixels(line.y2())) - scroll);
+    }
+    painter.restore();
+}
+
 void SurfaceView::wheelEvent(QWheelEvent* event) {
+    if (event->modifiers().testFlag(Qt::ControlModifier) && Zoom) {
+        // Fine wheels tell parts of a step.
+        wheel_ += event->angleDelta().y();
+        const int steps = wheel_ / QWheelEvent::DefaultDeltasPerStep;
+        wheel_ -= steps * QWheelEvent::DefaultDeltasPerStep;
+        event->accept();
+        if (steps != 0) Zoom(event->position().toPoint(), steps);
+        return;
+    }
     if (event->modifiers().testFlag(Qt::ShiftModifier) && event->angleDelta().x() == 0) {
         horizontalScrollBar()->setValue(horizontalScrollBar()->value() - event->angleDelta().y());
     } else if (!event->pixelDelta().isNull()) {
@@ -170,19 +196,30 @@ void SurfaceView::ScrollTo(const QRect& part) {
 }
 
 void SurfaceView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !PressAt) return;
     const QPoint at = ToSurface(event->position().toPoint());
-    dragging_ = PressAt && PressAt(at.x(), at.y());
-    if (dragging_) viewport()->setCursor(Qt::SizeVerCursor);
+    const auto shape = PressAt(at.x(), at.y(), event->modifiers().testFlag(Qt::ShiftModifier));
+    dragging_ = shape.has_value();
+    if (dragging_) viewport()->setCursor(*shape);
 }
 
 /// A drag that leaves the window takes the surface along.
 void SurfaceView::mouseMoveEvent(QMouseEvent* event) {
     if (!dragging_ || !DragTo) return;
     const QPoint place = event->position().toPoint();
-    if (const int beyond = place.y() - std::clamp(place.y(), 0, viewport()->height()))
-        verticalScrollBar()->setValue(verticalScrollBar()->value() + beyond);
+    const auto scroll = [](QScrollBar* bar, int position, int size) {
+        if (const int beyond = position - std::clamp(position, 0, size)) bar->setValue(bar->value() + beyond);
+    };
+    scroll(horizontalScrollBar(), place.x(), viewport()->width());
+    scroll(verticalScrollBar(), place.y(), viewport()->height());
     const QPoint at = ToSurface(place);
-    if (!DragTo(at.x(), at.y())) StopDrag();
+    if (!DragTo(at.x(), at.y())) return StopDrag();
+    const std::string tip = DragTip ? DragTip() : std::string();
+    if (tip.empty()) {
+        QToolTip::hideText();
+    } else {
+        QToolTip::showText(event->globalPosition().toPoint(), Q(tip), viewport());
+    }
 }
 
 void SurfaceView::mouseReleaseEvent(QMouseEvent*) {
@@ -192,7 +229,21 @@ void SurfaceView::mouseReleaseEvent(QMouseEvent*) {
 void SurfaceView::StopDrag() {
     if (!std::exchange(dragging_, false)) return;
     viewport()->unsetCursor();
+    QToolTip::hideText();
+    viewport()->update();
     if (EndDrag) EndDrag();
+}
+
+void SurfaceView::GiveUpDrag() {
+    if (!std::exchange(dragging_, false)) return;
+    viewport()->unsetCursor();
+    QToolTip::hideText();
+    viewport()->update();
+    if (CancelDrag) CancelDrag();
+}
+
+void SurfaceView::ScrollXTo(int x, int pixel) {
+    horizontalScrollBar()->setValue(ToPixels(x) - pixel);
 }
 
 void SurfaceView::mouseDoubleClickEvent(QMouseEvent* event) {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "charts/Twips.h"
 #include "charts/Vwindow.h"
@@ -29,11 +30,17 @@ class SurfaceView : public QAbstractScrollArea {
     int CellTop(int row) const;
     /// What to tell about the place under the mouse; empty for nothing.
     std::function<std::string(int x, int y)> TipAt;
-    /// A mouse button goes down at a place of the surface: whether a drag begins.
-    std::function<bool(int x, int y)> PressAt;
+    /// The left mouse button goes down at a place of the surface: the pointer of the drag that begins.
+    std::function<std::optional<Qt::CursorShape>(int x, int y, bool shift)> PressAt;
     /// The drag goes on to there: whether it still does.
     std::function<bool(int x, int y)> DragTo;
-    std::function<void()> EndDrag;
+    std::function<void()> EndDrag, CancelDrag;
+    /// What letting go would do now; empty for nothing.
+    std::function<std::string()> DragTip;
+    /// Lines in front of the picture.
+    std::function<std::vector<QLine>()> Marks;
+    /// The wheel turns with the control key, forward above 0.
+    std::function<void(const QPoint& pixel, int steps)> Zoom;
     std::function<void(int x, int y)> DoubleClickAt;
     /// What the keyboard stands on, as a rectangle of the surface; it has a frame.
     std::function<std::optional<QRect>()> Cursor;
@@ -41,6 +48,11 @@ class SurfaceView : public QAbstractScrollArea {
     bool Dragging() const { return dragging_; }
     /// As letting go of the mouse does.
     void StopDrag();
+    /// The drag is given up.
+    void GiveUpDrag();
+    QPoint ToSurface(const QPoint& pixel) const;
+    /// Scrolls to the sides until that place of the surface stands there in the viewport.
+    void ScrollXTo(int x, int pixel);
     /// Scrolls as far as it takes.
     void ScrollTo(const QRect& part);
 
@@ -59,7 +71,6 @@ class SurfaceView : public QAbstractScrollArea {
     const Vwindow& Surface() const { return surface_; }
     /// The size in pixels of what stays in view; nothing does that would fill most of the window.
     QSize Fixed() const;
-    QPoint ToSurface(const QPoint& pixel) const;
     int ToPixels(int twips) const;
     /// The headings and the body, each with its place in the viewport and how far it is scrolled.
     void ForEachPane(const std::function<void(const QRect& place, const QPoint& shift)>& visit) const;
@@ -67,11 +78,13 @@ class SurfaceView : public QAbstractScrollArea {
   private:
     double TwipsPerPixel() const { return kTwipsPerInch / logicalDpiX(); }
     void FitScrollBars();
+    void PaintMarks(QPainter& painter);
     QRect ToPixels(const QRect& part) const;
 
     const Vwindow& surface_;
     const QtTextMetrics* metrics_;
     bool dragging_ = false;
+    int wheel_ = 0;  // turned, but less than a step
 };
 
 }  // namespace vortan

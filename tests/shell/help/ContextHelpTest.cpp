@@ -64,6 +64,7 @@ TEST_F(ContextHelpTest, F1FindsAPageInEveryControlOfEveryForm) {
                                           "FileExitMenu",
                                           "EditUndoMenu",
                                           "EditRedoMenu",
+                                          "EditWhyMenu",
                                           "ProjectSelectMenu",
                                           "ProjectDeleteMenu",
                                           "TemplateSelectMenu",
