@@ -428,10 +428,16 @@ void History::EndStep() {
     choice_ = ChoiceNow();
 }
 
-/// Of its first object that came, went or moved; of the first at all, if none did.
+/// Of its first object that came, went or moved; else of the journal that came or went; else of the first.
 std::string History::NameOfStep() const {
     std::string name;
     std::size_t best = SIZE_MAX;
+    const auto journal = std::find_if(now_.entries.begin(), now_.entries.end(),
+                                      [](const Entry& entry) { return entry.what == What::Journal; });
+    if (journal != now_.entries.end()) {
+        name = journal->detail->removed ? "Delete journal" : "New journal";
+        best = std::variant_size_v<Object>;
+    }
     for (const Named& named : named_) {
         const std::size_t rank = named.object.index();
         const auto [verb, structural] = std::visit(
