@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -425,6 +426,25 @@ void History::EndStep() {
         DropAll(redo_);
         Push(undo_, std::exchange(now_, {}));
     }
+    choice_ = ChoiceNow();
+}
+
+void History::JoinStep() {
+    if (now_.entries.empty()) return;
+    DropAll(redo_);
+    if (undo_.empty()) {
+        now_.bytes = 0;
+        Drop(now_);
+    } else {
+        Step& last = undo_.back();
+        last.entries.insert(last.entries.end(), std::make_move_iterator(now_.entries.begin()),
+                            std::make_move_iterator(now_.entries.end()));
+        last.bytes += now_.bytes;
+        bytes_ += now_.bytes;
+    }
+    now_ = {};
+    known_.clear();
+    named_.clear();
     choice_ = ChoiceNow();
 }
 

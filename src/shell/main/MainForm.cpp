@@ -1,8 +1,12 @@
 #include "shell/main/MainForm.h"
 
 #include <QCloseEvent>
+#include <QFileInfo>
+#include <QMimeData>
 #include <QScreen>
 #include <QSplitter>
+#include <QToolBar>
+#include <algorithm>
 
 #include "model/Fault.h"
 #include "model/ValueText.h"
@@ -15,6 +19,7 @@
 #include "shell/main/OutputCommands.h"
 #include "shell/main/WelcomeForm.h"
 #include "shell/problems/ProblemDialogs.h"
+#include "shell/trees/FindBar.h"
 #include "shell/trees/ProjectTreeForm.h"
 #include "shell/trees/TemplateTreeForm.h"
 #include "shell/trees/Trees.h"
@@ -23,6 +28,7 @@
 namespace vortan {
 namespace {
 
+constexpr const char *kPlaceKey = "MainForm.Place", *kPanesKey = "MainForm.Panes";
 constexpr int kBackupPeriod = 10'000;  // milliseconds between looks at the clock
 // Of the work area, the share of the project tree and that of the template tree.
 constexpr int kProjectShare = 60, kTemplateShare = 40;
@@ -51,13 +57,34 @@ MainForm::MainForm(Desktop& desktop)
     desktop_.solver.ResumeSolve();
     backupTimer_.start(kBackupPeriod);
 
+    PlaceWindow();
+    setAcceptDrops(true);
+    desktop_.Ended = [this] { ShowTitle(); };
+    ShowTitle();
+}
+
+/// Where it was when the program ended, as far as that is on a screen.
+void MainForm::PlaceWindow() {
     const QRect available = screen()->availableGeometry();
     const int left = available.width() / 24, top = available.height() / 24;
     setGeometry(available.x() + left, available.y() + top, available.width() - 2 * left,
                 available.height() - 3 * top);
+    const auto stored = [this](const char* key) {
+        return QByteArray::fromBase64(QByteArray::fromStdString(desktop_.settings.ReadSettings(key)));
+    };
+    desktop_.Run("Main:PlaceWindow", [&] {
+        restoreGeometry(stored(kPlaceKey));
+        splitter_->restoreState(stored(kPanesKey));
+    });
+}
+
+void MainForm::RememberPlace() {
+    desktop_.settings.WriteSettings(kPlaceKey, saveGeometry().toBase64().toStdString());
+    desktop_.settings.WriteSettings(kPanesKey, splitter_->saveState().toBase64().toStdString());
 }
 
 MainForm::~MainForm() {
+    desktop_.Ended = [] {};
     forms_.UnloadScreens();
     desktop_.workspace.RemoveListener(this);
     desktop_.files.UnloadScreens = nullptr;
@@ -70,9 +97,8 @@ void MainForm::Connect() {
     connect(&backupTimer_, &QTimer::timeout, this, [this] { desktop_.AutoBackupTimerTick(); });
     forms_.PageChanged = [this] {
         commands_.UpdateChecks();
-        const QString title = Q("VORTAN " + GetAppVersion());
-        ChildForm* page = FullPage();
-        setWindowTitle(page ? title + " - " + page->Window().windowTitle() : title);
+        ShowTitle();
+        if (findBar_) findBar_->Again();
     };
     forms_.EntryFormShown = [this](QWidget& form) {
         if (help_ && help_->isVisible()) help_->SplitScreen(form);
@@ -85,6 +111,7 @@ void MainForm::Connect() {
             commands_.Unlock();
         }
         status_.Boxes().Lock(entryForm != nullptr);
+        if (findBar_) findBar_->setEnabled(!entryForm);
     };
     status_.Boxes().ShowTemplate = [this] { templateTree_->Start(); };
     // Not while an entry form is open: the dialogs would close it.
@@ -97,7 +124,7 @@ void MainForm::BuildWorkArea() {
     projectTree_ = new ProjectTreeForm(desktop_);
     templateTree_ = new TemplateTreeForm(desktop_);
     trees_ = std::make_unique<Trees>(desktop_, *projectTree_, *templateTree_);
-    auto* splitter = new QSplitter;
+    auto* splitter = splitter_ = new QSplitter;
     splitter->setObjectName("WorkArea");
     splitter->addWidget(projectTree_);
     splitter->addWidget(templateTree_);
@@ -106,6 +133,59 @@ void MainForm::BuildWorkArea() {
     splitter->setStretchFactor(1, kTemplateShare);
     splitter->setSizes({kProjectShare * 100, kTemplateShare * 100});
     forms_.SetWorkArea(*splitter, {projectTree_, templateTree_});
+    BuildFindBar();
+}
+
+void MainForm::BuildFindBar() {
+    findBar_ = new FindBar(desktop_, *trees_);
+    auto* line = new QToolBar("Find");
+    line->setObjectName("FindLine");
+    line->setMovable(false);
+    line->setContextMenuPolicy(Qt::PreventContextMenu);
+    line->addWidget(findBar_);
+    addToolBarBreak();
+    addToolBar(line);
+    line->hide();
+    findBar_->Shown = [line](bool shown) { line->setVisible(shown); };
+}
+
+void MainForm::ShowTitle() {
+    QString title = Q("VORTAN " + GetAppVersion());
+    const Workspace& workspace = desktop_.workspace;
+    const auto dirty = [](const auto& list) {
+        return std::any_of(list.begin(), list.end(), [](const auto* owner) { return owner->Dirty(); });
+    };
+    const bool any = !workspace.ProjectList().empty() || !workspace.TemplateList().empty();
+    if (any && !workspace.LastFileName.empty())
+        title += " - " + QFileInfo(Q(workspace.LastFileName)).fileName().replace("[*]", "[*][*]");
+    if (any) title += "[*]";
+    if (ChildForm* page = FullPage()) title += " - " + page->Window().windowTitle().replace("[*]", "[*][*]");
+    if (title != windowTitle()) setWindowTitle(title);
+    setWindowModified(any && (dirty(workspace.ProjectList()) || dirty(workspace.TemplateList())));
+}
+
+namespace {
+
+/// The one file that is dragged, or empty.
+QString DraggedFile(const QDropEvent& event) {
+    const QList<QUrl> urls = event.mimeData()->urls();
+    return urls.size() == 1 ? urls.front().toLocalFile() : QString();
+}
+
+}  // namespace
+
+void MainForm::dragEnterEvent(QDragEnterEvent* event) {
+    if (!IsEntering() && !DraggedFile(*event).isEmpty()) event->acceptProposedAction();
+}
+
+void MainForm::dropEvent(QDropEvent* event) {
+    const QString file = DraggedFile(*event);
+    if (IsEntering() || file.isEmpty()) return;
+    event->acceptProposedAction();
+    // When the other program has its mouse again: there may be questions.
+    QTimer::singleShot(0, this, [this, file] {
+        desktop_.Run("Main:Form_OLEDragDrop", [&] { desktop_.files.OpenFile(S(file)); });
+    });
 }
 
 void MainForm::Activate(const std::string& commandLine) {
@@ -187,6 +267,7 @@ bool MainForm::QueryUnload() {
         FullPage()->Unload();
         return false;
     }
+    RememberPlace();
     return desktop_.files.ShutDown();
 }
 

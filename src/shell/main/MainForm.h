@@ -15,8 +15,11 @@
 #include "shell/main/FormStack.h"
 #include "shell/main/StatusBar.h"
 
+class QSplitter;
+
 namespace vortan {
 
+class FindBar;
 class HelpForm;
 class ProjectTreeForm;
 class TemplateTreeForm;
@@ -50,6 +53,7 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
     FormStack& Forms() { return forms_; }
     StatusBar& Status() { return status_; }
     Trees& TheTrees() const { return *trees_; }
+    FindBar& Finding() const { return *findBar_; }
     QAction& Action(const char* name) const { return commands_.Action(name); }
     void RedoRecentMenu() { commands_.RedoRecentMenu(); }
 
@@ -62,11 +66,18 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
     void BuildWorkArea();
+    void BuildFindBar();
+    /// The caption, with the file and a mark while there are changes that no file has.
+    void ShowTitle();
+    void PlaceWindow();
+    void RememberPlace();
     void Connect();
     void UpdateMenu();
     bool QueryUnload();
@@ -79,6 +90,8 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
     StatusBar status_;
     ProjectTreeForm* projectTree_ = nullptr;
     TemplateTreeForm* templateTree_ = nullptr;
+    QSplitter* splitter_ = nullptr;
+    FindBar* findBar_ = nullptr;
     Exchange exchange_;
     std::unique_ptr<Trees> trees_;
     QTimer backupTimer_;

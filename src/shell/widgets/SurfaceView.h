@@ -38,6 +38,10 @@ class SurfaceView : public QAbstractScrollArea {
     /// What the keyboard stands on, as a rectangle of the surface; it has a frame.
     std::function<std::optional<QRect>()> Cursor;
 
+    /// What a search has found there, framed until the surface changes, and brought into sight.
+    void Mark(const std::optional<QRect>& part);
+    const std::optional<QRect>& Marked() const { return marked_; }
+
     bool Dragging() const { return dragging_; }
     /// As letting go of the mouse does.
     void StopDrag();
@@ -71,6 +75,7 @@ class SurfaceView : public QAbstractScrollArea {
 
     const Vwindow& surface_;
     const QtTextMetrics* metrics_;
+    std::optional<QRect> marked_;
     bool dragging_ = false;
 };
 
