@@ -130,6 +130,8 @@ bool FindBar::eventFilter(QObject* watched, QEvent* event) {
     const auto& key = static_cast<const QKeyEvent&>(*event);
     if (key.key() == Qt::Key_Escape) {
         desktop_.Run("Find:Close", [this] { Close(); });
+    } else if (key.key() == Qt::Key_F1) {
+        desktop_.Run("Find:Form_KeyDown", [this] { desktop_.host->DisplayHelpPage("Find"); });
     } else if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) {
         const bool back = key.modifiers().testFlag(Qt::ShiftModifier);
         desktop_.Run("Find:Step", [&] { Step(back ? FindFrom::Before : FindFrom::Next); });

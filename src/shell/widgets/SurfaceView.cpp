@@ -69,6 +69,13 @@ void SurfaceView::SurfaceChanged() {
     viewport()->update();
 }
 
+void SurfaceView::showEvent(QShowEvent* event) {
+    QAbstractScrollArea::showEvent(event);
+    QWidget* form = parentWidget();
+    while (form && form->windowTitle().isEmpty()) form = form->parentWidget();
+    if (form) setAccessibleName(form->windowTitle());
+}
+
 void SurfaceView::resizeEvent(QResizeEvent* event) {
     QAbstractScrollArea::resizeEvent(event);
     FitScrollBars();
