@@ -17,68 +17,46 @@ struct Tried {
     const char* input = nullptr;                     ///< empty: it is cancelled
 };
 
+/// Commands that need nothing else and change nothing.
+const std::string kPlain =
+    "FileOpenMenu FileSaveMenu EditUndoMenu EditRedoMenu ProjectSelectMenu TemplateSelectMenu "
+    "JournalSelectMenu SpreadsheetTypeMenu(1) SpreadsheetTypeMenu(2) SpreadsheetTypeMenu(3) "
+    "SpreadsheetTypeMenu(4) SpreadsheetTypeMenu(5) SpreadsheetTypeMenu(6) SpreadsheetTypeMenu(7) "
+    "SpreadsheetTypeMenu(8) SpreadsheetTypeMenu(10) CalendarMenu GraphicsGanttMenu "
+    "GraphicsHistogramMenu GraphicsBudgetMenu GraphicsWorkBreakdownMenu GraphicsPrecedenceMenu "
+    "SetupFontMenu SetupPrinterMenu SetupPreferencesMenu HelpWelcomeMenu HelpUsingHelpMenu "
+    "HelpMenuMenu HelpToolbarMenu HelpGuideMeMenu HelpIndexMenu HelpTechnicalSupportMenu "
+    "HelpAboutMenu ContextHelp ";
+
 const std::map<std::string, Tried>& Rows() {
     using enum Tried::Effect;
     static const std::map<std::string, Tried> rows = {
         {"FileNewMenu", {Anew}},
-        {"FileOpenMenu", {}},
-        {"FileSaveMenu", {}},
         {"FileExitMenu", {Anew}},
-        {"EditUndoMenu", {}},
-        {"EditRedoMenu", {}},
         {"EditFindMenu", {None, "FindText=billing"}},
         {"EditGoToMenu", {None, "", nullptr, "3"}},
         {"ProjectNewMenu", {Step, "ProjectNameText=Fresh;OkCommand!"}},
-        {"ProjectSelectMenu", {}},
         {"ProjectModifyMenu", {Step, "DescriptionText=Other;OkCommand!"}},
         {"ProjectDeleteMenu", {Step}},
         {"TemplateNewMenu", {Step, "TemplateNameText=Fresh;OkCommand!"}},
-        {"TemplateSelectMenu", {}},
         {"TemplateModifyMenu", {Step, "DescriptionText=Other;OkCommand!"}},
         {"TemplateDeleteMenu", {Step}},
         {"JournalNewMenu", {Step, "", nullptr, "1/5/2099"}},
-        {"JournalSelectMenu", {}},
         {"JournalModifyMenu", {None, "", "Not Ready Yet"}},
         {"JournalDeleteMenu", {None, "", "Not Ready Yet"}},
         {"JournalSetAsPlanMenu", {Step}},
-        {"SpreadsheetTypeMenu(1)", {}},
-        {"SpreadsheetTypeMenu(2)", {}},
-        {"SpreadsheetTypeMenu(3)", {}},
-        {"SpreadsheetTypeMenu(4)", {}},
-        {"SpreadsheetTypeMenu(5)", {}},
-        {"SpreadsheetTypeMenu(6)", {}},
-        {"SpreadsheetTypeMenu(7)", {}},
-        {"SpreadsheetTypeMenu(8)", {}},
         {"SpreadsheetTypeMenu(9)", {None, "", "Spreadsheet Empty"}},
-        {"SpreadsheetTypeMenu(10)", {}},
-        {"CalendarMenu", {}},
         {"IterativeQuickRiskSolveMenu", {None, "", nullptr, "2"}},
         {"IterativeDetailedRiskSolveMenu", {None, "", nullptr, "2"}},
         {"IterativeQuickCrashSolveMenu", {None, "", nullptr, ""}},
         {"IterativeDetailedCrashSolveMenu", {None, "", nullptr, ""}},
-        {"GraphicsGanttMenu", {}},
-        {"GraphicsHistogramMenu", {}},
-        {"GraphicsBudgetMenu", {}},
         {"GraphicsRiskAnalysisMenu", {None, "", "No Risk Data"}},
         {"GraphicsCrashAnalysisMenu", {None, "", "Crash Data Unavailable"}},
-        {"GraphicsWorkBreakdownMenu", {}},
-        {"GraphicsPrecedenceMenu", {}},
         {"GraphicsStatusReportMenu", {None, "", "File Copy Error"}},
         {"OutputPrintMenu", {None, "", "Print Not Supported"}},
         {"OutputExportMenu", {None, "", "Not Applicable"}},
         {"OutputCopyMenu", {None, "", "Copy Not Supported"}},
         {"OutputPublishMenu", {None, "", "Publish As Web Page"}},
-        {"SetupFontMenu", {}},
-        {"SetupPrinterMenu", {}},
-        {"SetupPreferencesMenu", {}},
-        {"HelpWelcomeMenu", {}},
-        {"HelpUsingHelpMenu", {}},
-        {"HelpMenuMenu", {}},
-        {"HelpToolbarMenu", {}},
-        {"HelpGuideMeMenu", {}},
-        {"HelpIndexMenu", {}},
-        {"HelpTechnicalSupportMenu", {}},
-        {"HelpAboutMenu", {}},
         {"SubprojectNew", {Step, "ProjectCombo#0;OkCommand!"}},
         {"TaskNew", {Step, "OkCommand!"}},
         {"DependencyNew", {Step, "DateOption!;OkCommand!"}},
@@ -86,7 +64,6 @@ const std::map<std::string, Tried>& Rows() {
         {"ShiftNew", {Step, "ShiftNameText=Late;OkCommand!"}},
         {"DepartmentNew", {None, "", "Can't Create Department"}},
         {"ResourceNew", {Step, "OkCommand!"}},
-        {"ContextHelp", {}},
     };
     return rows;
 }
@@ -141,11 +118,9 @@ TEST(AllCommands, AreUndoneOrChangeNothing) {
     for (const CommandMenu& menu : AllMenus()) {
         for (const Command& command : menu.commands) {
             const auto tried = Rows().find(command.id);
-            if (tried == Rows().end()) {
-                ADD_FAILURE() << command.id << " is not tried";
-            } else {
-                Try(command.id, tried->second);
-            }
+            const bool plain = (" " + kPlain).find(std::string(" ") + command.id + " ") != std::string::npos;
+            EXPECT_TRUE(plain || tried != Rows().end()) << command.id << " is not tried";
+            if (plain || tried != Rows().end()) Try(command.id, plain ? Tried() : tried->second);
         }
     }
 }
