@@ -7,13 +7,14 @@ cd "$(dirname "$0")/.."
 scripts/install_packages.sh lintian mmdebstrap dpkg-dev file desktop-file-utils appstream
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
+commit=$(git rev-parse HEAD)  # what is committed meanwhile does not count
+SOURCE_DATE_EPOCH=$(git log -1 --format=%ct "$commit")
 export SOURCE_DATE_EPOCH
 
 # build <folder>: the packages from what the commit holds, and from nothing else
 build() {
     mkdir -p "$1"
-    git archive HEAD | tar -x -C "$1"
+    git archive "$commit" | tar -x -C "$1"
     (cd "$1" && cmake --preset package && cmake --build build/package && cd build/package && cpack) >"$work/log" 2>&1 ||
         { tail -n 60 "$work/log" >&2; exit 1; }
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -358,10 +359,35 @@ void History::EndStep() {
     choice_ = ChoiceNow();
 }
 
-/// Of its first object that came, went or moved; of the first at all, if none did.
+void History::JoinStep() {
+    if (now_.entries.empty()) return;
+    DropAll(redo_);
+    if (undo_.empty()) {
+        now_.bytes = 0;
+        Drop(now_);
+    } else {
+        Step& last = undo_.back();
+        last.entries.insert(last.entries.end(), std::make_move_iterator(now_.entries.begin()),
+                            std::make_move_iterator(now_.entries.end()));
+        last.bytes += now_.bytes;
+        bytes_ += now_.bytes;
+    }
+    now_ = {};
+    known_.clear();
+    named_.clear();
+    choice_ = ChoiceNow();
+}
+
+/// Of its first object that came, went or moved; else of the journal that came or went; else of the first.
 std::string History::NameOfStep() const {
     std::string name;
     std::size_t best = SIZE_MAX;
+    const auto journal = std::find_if(now_.entries.begin(), now_.entries.end(),
+                                      [](const Entry& entry) { return entry.what == What::Journal; });
+    if (journal != now_.entries.end()) {
+        name = journal->detail->removed ? "Delete journal" : "New journal";
+        best = std::variant_size_v<Object>;
+    }
     for (const Named& named : named_) {
         const std::size_t rank = named.object.index();
         const auto [verb, structural] = std::visit(

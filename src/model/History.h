@@ -38,6 +38,9 @@ class History {
     /// A command has ended: what changed since the last call is a step, if anything did. What was undone
     /// before cannot be done again from then on.
     void EndStep();
+    /// What changed since the last call is no step of its own but goes with the last one, or is forgotten if
+    /// there is none: the solver has added what a command left out, as a journal of a template.
+    void JoinStep();
     /// What the step would take back or do again: "Delete task 7"; none: empty.
     std::string UndoName() const { return undo_.empty() ? "" : undo_.back().name; }
     std::string RedoName() const { return redo_.empty() ? "" : redo_.back().name; }

@@ -74,6 +74,7 @@ void Workspace::FreeAllMemory() {
     std::apply([](auto&... pool) { (pool.GiveBackAll(), ...); }, pools_->all);
     projectList_.Clear();
     templateList_.Clear();
+    history_->Clear();  // giving back has changed them
 }
 
 Vproject* Workspace::FindOrCreateProject(const std::string& name) {

@@ -187,7 +187,7 @@ class Shell : public Driver {
         EXPECT_TRUE(!line || line->selectedText() == line->text()) << field;
     }
     void Solve() {
-        if (platform.solveTimerArmed) desktop.solver.SolveTimerTick();
+        if (platform.solveTimerArmed) desktop.SolveTimerTick();
     }
 
     ScriptedPlatform platform;

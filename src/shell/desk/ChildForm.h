@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "paint/ShownSurface.h"
+#include "shell/desk/FindWords.h"
 
 namespace vortan {
 
@@ -32,6 +33,9 @@ class ChildForm {
     // What the Output and Setup menus ask of the form in front. None and false: it has no such function.
     virtual std::optional<ShownSurface> Surface() { return std::nullopt; }
     virtual bool ChangeFont() { return false; }
+    /// Marks the next place of a page that shows all of these words and brings it into sight. False: there is
+    /// none.
+    virtual bool Find(const FindWords&, FindFrom) { return false; }
     /// Whether the commands that print and copy stay open while an entry form like this is.
     virtual bool IsPrintable() const { return Class() == FormClass::FullPage; }
 

@@ -47,6 +47,7 @@ class Desktop {
                 workspace.TheHistory().EndStep();
                 workspace.DeliverChanges();
             });
+            Ended();
         }
         return ended;
     }
@@ -58,7 +59,10 @@ class Desktop {
             solveWaits_ = true;
         } else {
             // Not a command that others run within: the screens follow each while the solve goes on.
-            trap.RunCommand("Main:SolveTimer_Timer", [this] { solver.SolveTimerTick(); });
+            trap.RunCommand("Main:SolveTimer_Timer", [this] {
+                solver.SolveTimerTick();
+                if (running_ == 0) workspace.TheHistory().JoinStep();
+            });
             if (SolveEnded) trap.RunCommand("Main:SolveEnded", SolveEnded);
         }
     }
@@ -76,6 +80,9 @@ class Desktop {
     FormHost* host = nullptr;  ///< the main window, for as long as there is one
     int calendarYear = 0;      ///< that the calendar showed last, 0 before it was open
     DateTime byDayMonth;       ///< that the loading by day showed last, not set before it was open
+
+    /// After each command; the main window sets it.
+    std::function<void()> Ended = [] {};
 
     enum class Saving { Added, Changed, Moved };
     /// Called by entry forms for what they have saved; `Moved` when its place among its siblings may be

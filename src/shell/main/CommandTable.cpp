@@ -1,7 +1,11 @@
 // Every command of the main window: a row of the table, and what it does.
 
+#include <charconv>
+
+#include "model/Characters.h"
 #include "model/JournalCommands.h"
 #include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "model/Vtemplate.h"
 #include "shell/desk/CommonDialogs.h"
 #include "shell/desk/Removal.h"
@@ -21,6 +25,7 @@
 #include "shell/pages/CalendarForm.h"
 #include "shell/pages/StatusReportForm.h"
 #include "shell/pages/WhyPane.h"
+#include "shell/trees/FindBar.h"
 #include "shell/trees/NodeCommands.h"
 #include "shell/trees/ProjectTreeForm.h"
 #include "shell/trees/Trees.h"
@@ -43,6 +48,26 @@ void TakeBack(MainForm& main, bool undo) {
     workspace.BroadcastNewThisProject();
     workspace.BroadcastNewJournal();
     main.Note((undo ? "Undone: " : "Done again: ") + name);
+}
+
+void GoToTask(MainForm& main) {
+    Vproject& project = *Memory(main).ThisProject();
+    Platform& platform = main.TheDesktop().platform;
+    const InputAnswer answer =
+        platform.InputBox("Number of the task in " + project.ProjectName() + ":", "Go To Task", "");
+    const std::string text(Trim(answer.text));
+    if (!answer.given || text.empty()) return;
+    std::int32_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool whole = error == std::errc() && end == text.data() + text.size();
+    Vtask* task = whole ? project.FindTask(number) : nullptr;
+    if (!task || !task->Include()) {
+        platform.MessageBox("There is no task \"" + text + "\" in " + project.ProjectName() + ".",
+                            "Task Not Found", BoxIcon::Warning, BoxButtons::Ok);
+        return;
+    }
+    main.Finding().Close();
+    main.TheTrees().ShowInProjectTree(task, project);
 }
 
 void FileOpen(MainForm& main) {
@@ -126,10 +151,15 @@ constexpr Command kEdit[] = {
      "&Redo",
      [](MainForm& m) { TakeBack(m, false); },
      {.keys = "Ctrl+Shift+Z; Ctrl+Y", .what = [](MainForm& m) { return Memory(m).TheHistory().RedoName(); }}},
+    {"EditFindMenu",
+     "&Find",
+     [](MainForm& m) { m.Finding().Open(); },
+     {.separator = "EditSeparatorMenu", .keys = "Ctrl+F"}},
+    {"EditGoToMenu", "&Go to task", GoToTask, {.needs = Project, .offered = WithProject, .keys = "Ctrl+G"}},
     {"EditWhyMenu",
      "&Why",
      [](MainForm& m) { m.Why().SetShown(!m.Why().IsShown()); },
-     {.separator = "EditSeparatorMenu"}},
+     {.separator = "EditWhySeparatorMenu"}},
 };
 
 constexpr Command kProject[] = {

@@ -173,7 +173,9 @@ void Commands::BuildToolbar() {
     for (const auto& [place, command] : buttons) {
         QAction* action = actions_.at(command->id);
         toolbar->addAction(action);
-        toolbar->widgetForAction(action)->setObjectName(QString("Toolbar.") + command->traits.toolTip);
+        QWidget* button = toolbar->widgetForAction(action);
+        button->setObjectName(QString("Toolbar.") + command->traits.toolTip);
+        button->setFocusPolicy(Qt::TabFocus);
     }
 }
 

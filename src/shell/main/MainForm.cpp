@@ -1,9 +1,13 @@
 #include "shell/main/MainForm.h"
 
 #include <QCloseEvent>
+#include <QFileInfo>
+#include <QMimeData>
 #include <QScreen>
 #include <QSplitter>
+#include <QToolBar>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "model/Fault.h"
 #include "model/ValueText.h"
@@ -18,6 +22,7 @@
 #include "shell/main/WelcomeForm.h"
 #include "shell/pages/WhyPane.h"
 #include "shell/problems/ProblemDialogs.h"
+#include "shell/trees/FindBar.h"
 #include "shell/trees/ProjectTreeForm.h"
 #include "shell/trees/TemplateTreeForm.h"
 #include "shell/trees/Trees.h"
@@ -26,6 +31,7 @@
 namespace vortan {
 namespace {
 
+constexpr const char *kPlaceKey = "MainForm.Place", *kPanesKey = "MainForm.Panes";
 constexpr int kBackupPeriod = 10'000;  // milliseconds between looks at the clock
 // Of the work area, the share of the project tree and that of the template tree.
 constexpr int kProjectShare = 60, kTemplateShare = 40;
@@ -55,13 +61,34 @@ MainForm::MainForm(Desktop& desktop)
     desktop_.solver.ResumeSolve();
     backupTimer_.start(kBackupPeriod);
 
+    PlaceWindow();
+    setAcceptDrops(true);
+    desktop_.Ended = [this] { ShowTitle(); };
+    ShowTitle();
+}
+
+/// Where it was when the program ended, as far as that is on a screen.
+void MainForm::PlaceWindow() {
     const QRect available = screen()->availableGeometry();
     const int left = available.width() / 24, top = available.height() / 24;
     setGeometry(available.x() + left, available.y() + top, available.width() - 2 * left,
                 available.height() - 3 * top);
+    const auto stored = [this](const char* key) {
+        return QByteArray::fromBase64(QByteArray::fromStdString(desktop_.settings.ReadSettings(key)));
+    };
+    desktop_.Run("Main:PlaceWindow", [&] {
+        restoreGeometry(stored(kPlaceKey));
+        splitter_->restoreState(stored(kPanesKey));
+    });
+}
+
+void MainForm::RememberPlace() {
+    desktop_.settings.WriteSettings(kPlaceKey, saveGeometry().toBase64().toStdString());
+    desktop_.settings.WriteSettings(kPanesKey, splitter_->saveState().toBase64().toStdString());
 }
 
 MainForm::~MainForm() {
+    desktop_.Ended = [] {};
     forms_.UnloadScreens();
     desktop_.workspace.RemoveListener(this);
     desktop_.files.UnloadScreens = nullptr;
@@ -75,9 +102,8 @@ void MainForm::Connect() {
     connect(&backupTimer_, &QTimer::timeout, this, [this] { desktop_.AutoBackupTimerTick(); });
     forms_.PageChanged = [this] {
         commands_.UpdateChecks();
-        const QString title = Q("VORTAN " + GetAppVersion());
-        ChildForm* page = FullPage();
-        setWindowTitle(page ? title + " - " + page->Window().windowTitle() : title);
+        ShowTitle();
+        if (findBar_) findBar_->Again();
     };
     forms_.EntryFormShown = [this](QWidget& form) {
         if (help_ && help_->isVisible()) help_->SplitScreen(form);
@@ -90,6 +116,7 @@ void MainForm::Connect() {
             commands_.Unlock();
         }
         status_.Boxes().Lock(entryForm != nullptr);
+        if (findBar_) findBar_->setEnabled(!entryForm);
     };
     status_.Boxes().ShowTemplate = [this] { templateTree_->Start(); };
     // Not while an entry form is open: the dialogs would close it.
@@ -102,7 +129,7 @@ void MainForm::BuildWorkArea() {
     projectTree_ = new ProjectTreeForm(desktop_);
     templateTree_ = new TemplateTreeForm(desktop_);
     trees_ = std::make_unique<Trees>(desktop_, *projectTree_, *templateTree_);
-    auto* splitter = new QSplitter;
+    auto* splitter = splitter_ = new QSplitter;
     splitter->setObjectName("WorkArea");
     splitter->addWidget(BuildProjectPane());
     splitter->addWidget(templateTree_);
@@ -112,6 +139,7 @@ void MainForm::BuildWorkArea() {
     splitter->setSizes({kProjectShare * 100, kTemplateShare * 100});
     BuildWhyPane();
     forms_.SetWorkArea(*splitter, {projectTree_, templateTree_, why_});
+    BuildFindBar();
 }
 
 void MainForm::BuildWhyPane() {
@@ -168,6 +196,58 @@ void MainForm::ShowNextStep() {
                 ? ", then drag people from the other tree onto it"
                 : ", and <a href=\"TemplateNewMenu\">make a template</a> for the people who work on it";
     nextStep_->setText(text + ". Drag one task onto another that waits for it.");
+}
+
+void MainForm::BuildFindBar() {
+    findBar_ = new FindBar(desktop_, *trees_);
+    auto* line = new QToolBar("Find");
+    line->setObjectName("FindLine");
+    line->setMovable(false);
+    line->setContextMenuPolicy(Qt::PreventContextMenu);
+    line->addWidget(findBar_);
+    addToolBarBreak();
+    addToolBar(line);
+    line->hide();
+    findBar_->Shown = [line](bool shown) { line->setVisible(shown); };
+}
+
+void MainForm::ShowTitle() {
+    QString title = Q("VORTAN " + GetAppVersion());
+    const Workspace& workspace = desktop_.workspace;
+    const auto dirty = [](const auto& list) {
+        return std::any_of(list.begin(), list.end(), [](const auto* owner) { return owner->Dirty(); });
+    };
+    const bool any = !workspace.ProjectList().empty() || !workspace.TemplateList().empty();
+    if (any && !workspace.LastFileName.empty())
+        title += " - " + QFileInfo(Q(workspace.LastFileName)).fileName().replace("[*]", "[*][*]");
+    if (any) title += "[*]";
+    if (ChildForm* page = FullPage()) title += " - " + page->Window().windowTitle().replace("[*]", "[*][*]");
+    if (title != windowTitle()) setWindowTitle(title);
+    setWindowModified(any && (dirty(workspace.ProjectList()) || dirty(workspace.TemplateList())));
+}
+
+namespace {
+
+/// The one file that is dragged, or empty.
+QString DraggedFile(const QDropEvent& event) {
+    const QList<QUrl> urls = event.mimeData()->urls();
+    return urls.size() == 1 ? urls.front().toLocalFile() : QString();
+}
+
+}  // namespace
+
+void MainForm::dragEnterEvent(QDragEnterEvent* event) {
+    if (!IsEntering() && !DraggedFile(*event).isEmpty()) event->acceptProposedAction();
+}
+
+void MainForm::dropEvent(QDropEvent* event) {
+    const QString file = DraggedFile(*event);
+    if (IsEntering() || file.isEmpty()) return;
+    event->acceptProposedAction();
+    // When the other program has its mouse again: there may be questions.
+    QTimer::singleShot(0, this, [this, file] {
+        desktop_.Run("Main:Form_OLEDragDrop", [&] { desktop_.files.OpenFile(S(file)); });
+    });
 }
 
 void MainForm::Activate(const std::string& commandLine) {
@@ -252,6 +332,7 @@ bool MainForm::QueryUnload() {
         FullPage()->Unload();
         return false;
     }
+    RememberPlace();
     return desktop_.files.ShutDown();
 }
 

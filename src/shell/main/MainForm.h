@@ -16,8 +16,11 @@
 #include "shell/main/FormStack.h"
 #include "shell/main/StatusBar.h"
 
+class QSplitter;
+
 namespace vortan {
 
+class FindBar;
 class HelpForm;
 class ProjectTreeForm;
 class TemplateTreeForm;
@@ -53,6 +56,7 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
     StatusBar& Status() { return status_; }
     Trees& TheTrees() const { return *trees_; }
     WhyPane& Why() const { return *why_; }
+    FindBar& Finding() const { return *findBar_; }
     QAction& Action(const char* name) const { return commands_.Action(name); }
     void RedoRecentMenu() { commands_.RedoRecentMenu(); }
 
@@ -66,11 +70,18 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
     void BuildWorkArea();
+    void BuildFindBar();
+    /// The caption, with the file and a mark while there are changes that no file has.
+    void ShowTitle();
+    void PlaceWindow();
+    void RememberPlace();
     void Connect();
     void BuildWhyPane();
     QWidget* BuildProjectPane();
@@ -91,6 +102,8 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
     TemplateTreeForm* templateTree_ = nullptr;
     QLabel* nextStep_ = nullptr;
     WhyPane* why_ = nullptr;
+    QSplitter* splitter_ = nullptr;
+    FindBar* findBar_ = nullptr;
     Exchange exchange_;
     std::unique_ptr<Trees> trees_;
     QTimer backupTimer_;

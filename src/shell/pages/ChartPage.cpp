@@ -14,6 +14,7 @@
 
 #include "charts/Twips.h"
 #include "model/Vdependency.h"
+#include "model/Vresource.h"
 #include "model/Vtask.h"
 #include "paint/Text.h"
 #include "shell/desk/CommonDialogs.h"
@@ -339,11 +340,67 @@ bool ChartPage::Walk(int key, bool moves) {
     const auto found = kKeys.find({key, moves});
     if (found == kKeys.end()) return false;
     bool walked = false;
+    view_->Mark(std::nullopt);
     desktop_.Run("Chart:Vwindow_KeyDown", [&] { walked = chart_->Press(found->second); });
     if (!walked) return Cursor().has_value();
     view_->SurfaceChanged();
     if (const auto cursor = Cursor()) view_->ScrollTo(*cursor);
     return true;
+}
+
+int ChartPage::Places() const {
+    const Vwindow& surface = chart_->TheVwindow();
+    const int rows = surface.TheStyle() == Vwindow::Style::Free ? 0 : surface.Rows();
+    return rows + static_cast<int>(surface.Items().size());
+}
+
+QRect ChartPage::PlaceOf(int place) const {
+    const Vwindow& surface = chart_->TheVwindow();
+    const int rows = Places() - static_cast<int>(surface.Items().size());
+    if (place < rows) {
+        const int right = surface.FixedCols() > 0 ? surface.FixedCols() : surface.Cols();
+        return QRect(QPoint(0, surface.RowPos(place)),
+                     QPoint(surface.ColPos(right), surface.RowPos(place + 1)));
+    }
+    const DrawItem& item = surface.Items()[static_cast<std::size_t>(place - rows)];
+    return QRect(QPoint(item.x1, item.y1), QPoint(item.x2, item.y2));
+}
+
+/// Of a picture: the text that stands there, and all of what it belongs to, which may be more than fits.
+QString ChartPage::TextOf(int place) const {
+    const Vwindow& surface = chart_->TheVwindow();
+    const int rows = Places() - static_cast<int>(surface.Items().size());
+    QString all;
+    if (place < rows) {
+        const bool cells = place >= surface.FixedRows() && !(surface.HasFooter() && place == rows - 1);
+        for (int col = 0; cells && col < surface.Cols(); ++col) {
+            if (!surface.IsTimeColumn(col)) all += Q(surface.Cell(place, col)) + " ";
+        }
+        return all;
+    }
+    const DrawItem& item = surface.Items()[static_cast<std::size_t>(place - rows)];
+    if (item.kind != DrawItem::Kind::Text) return {};
+    const auto subject = chart_->SubjectAt((item.x1 + item.x2) / 2, (item.y1 + item.y2) / 2);
+    if (subject.task) all = Q(subject.task->BuildNodeText()) + " ";
+    if (subject.resource) all = Q(subject.resource->BuildNodeText()) + " ";
+    return all + Q(item.text);
+}
+
+bool ChartPage::Find(const FindWords& words, FindFrom from) {
+    const int count = Places();
+    if (!view_->Marked()) found_ = -1;
+    const int begin =
+        from == FindFrom::Here ? std::max(found_, 0) : found_ + (from == FindFrom::Next ? 1 : -1);
+    for (int i = 0; i < count; ++i) {
+        const int step = from == FindFrom::Before ? -i : i;
+        const int place = ((begin + step) % count + count) % count;
+        if (!words.AllIn(TextOf(place))) continue;
+        found_ = place;
+        view_->Mark(PlaceOf(place));
+        return true;
+    }
+    view_->Mark(std::nullopt);
+    return false;
 }
 
 /// Of the view: keys that it would scroll by, and its size.
@@ -371,7 +428,11 @@ void ChartPage::keyPressEvent(QKeyEvent* event) {
             return;
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            desktop_.Run("ChartPage:Form_KeyDown", [this] { Open(chart_->SubjectAtCursor()); });
+            desktop_.Run("ChartPage:Form_KeyDown", [this] {
+                const auto& found = view_->Marked();
+                Open(found ? chart_->SubjectAt(found->center().x(), found->center().y())
+                           : chart_->SubjectAtCursor());
+            });
             return;
         default:
             QWidget::keyPressEvent(event);

@@ -30,6 +30,7 @@ class ChartPage : public PageForm {
     std::optional<ShownSurface> Surface() override;
     bool ChangeFont() override;
 
+    bool Find(const FindWords& words, FindFrom from) override;
     void NewThisProject() override { Do("ChartPage:NewThisProject", chart_->AnswersTo().newThisProject); }
     void NewThisTemplate() override { Do("ChartPage:NewThisTemplate", chart_->AnswersTo().newThisTemplate); }
     void NewJournal() override { Do("ChartPage:NewJournal", chart_->AnswersTo().newJournal); }
@@ -64,6 +65,10 @@ class ChartPage : public PageForm {
     void Open(const ChartForm::Subject& subject);
     bool Walk(int key, bool moves);
     std::optional<QRect> Cursor() const;
+    /// The places that show something: the rows with their cells, then the texts of the picture.
+    int Places() const;
+    QRect PlaceOf(int place) const;
+    QString TextOf(int place) const;
 
     std::unique_ptr<QtTextMetrics> metrics_;
     std::unique_ptr<ChartForm> chart_;
@@ -72,6 +77,7 @@ class ChartPage : public PageForm {
     bool optionsBeside_ = false;
     std::vector<QWidget*> optionControls_;  // in the order of the frame
     BehindLine* behindLine_ = nullptr;
+    int found_ = -1;  // the place that a search has marked last
 };
 
 }  // namespace vortan

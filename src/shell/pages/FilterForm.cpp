@@ -41,6 +41,7 @@ FilterForm::FilterForm(Desktop& desktop, const std::vector<Choice>& choices,
     AddRow("&Find:", narrow_);
     EndRows();
     list_->setObjectName("ResourceList");
+    list_->setAccessibleName("resources");
     list_->setHeaderHidden(true);
     list_->setUniformRowHeights(true);
     list_->setMinimumSize(fontMetrics().averageCharWidth() * kShownLetters,

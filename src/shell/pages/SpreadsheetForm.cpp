@@ -186,6 +186,22 @@ void SpreadsheetForm::CopySelection() const {
     QApplication::clipboard()->setMimeData(copied.release());
 }
 
+bool SpreadsheetForm::Find(const FindWords& words, FindFrom from) {
+    const int first = vwindow_.FixedRows(), count = vwindow_.Rows() - first;
+    const int at = view_->Selection().Empty() ? -1 : view_->Selection().top - first;
+    const int begin = from == FindFrom::Here ? std::max(at, 0) : from == FindFrom::Next ? at + 1 : at - 1;
+    for (int i = 0; i < count; ++i) {
+        const int step = from == FindFrom::Before ? -i : i;
+        const int row = first + ((begin + step) % count + count) % count;
+        QString all;
+        for (int col = 0; col < vwindow_.Cols(); ++col) all += Q(vwindow_.Cell(row, col)) + " ";
+        if (!words.AllIn(all)) continue;
+        view_->SelectRow(row);
+        return true;
+    }
+    return false;
+}
+
 /// Page Up and Page Down turn the month where there is one.
 bool SpreadsheetForm::eventFilter(QObject* watched, QEvent* event) {
     if (watched != view_.get() || event->type() != QEvent::KeyPress || !kind_.byMonth) return false;

@@ -24,6 +24,7 @@ class SpreadsheetForm : public PageForm {
     QString PageName() override;
     std::optional<ShownSurface> Surface() override;
     bool ChangeFont() override;
+    bool Find(const FindWords& words, FindFrom from) override;
     void NewThisProject() override { Unload(); }
     void NewThisTemplate() override { Unload(); }
     void NewJournal() override { behind_->Show(); }

@@ -21,6 +21,8 @@ struct Node {
     NodeTree* Tree = nullptr;
     int Row = 0;            ///< place among the siblings
     bool Expanded = false;  ///< kept in step with the view
+    bool Hit = false;       ///< has the words that are looked for
+    bool Hidden = false;    ///< while words are looked for: it has not, and nothing below it has
 
     NodeKind Image() const { return Tag.empty() ? NodeKind::None : static_cast<NodeKind>(Tag.front()); }
 };

@@ -1,6 +1,6 @@
 #include "shell/trees/NodeCommands.h"
 
-#include <map>
+#include <algorithm>
 
 #include "model/Characters.h"
 #include "model/Fault.h"
@@ -45,14 +45,31 @@ std::string WordOf(NodeKind kind) {
 }  // namespace
 
 NodeCommands::NodeCommands(Desktop& desktop, Trees& trees)
-    : desktop_(desktop), trees_(trees), menu_(new QMenu(&desktop.host->MainWindow())) {
+    : desktop_(desktop),
+      trees_(trees),
+      menu_(new QMenu(&desktop.host->MainWindow())),
+      insert_(new QMenu(&desktop.host->MainWindow())) {
     menu_->setObjectName("PopupMainMenu");
+    insert_->setObjectName("InsertMenu");
     modify_ = Add("PopupModifyMenu", "Modify", "Main:PopupModifyMenu_Click", [this] { Modify(); });
     delete_ = Add("PopupDeleteMenu", "Delete", "Main:PopupDeleteMenu_Click", [this] { Delete(); });
-    Add("PopupExpandMenu", "Expand all", "Main:PopupExpandMenu_Click", [this] { GlobalExpand(true); });
-    Add("PopupContractMenu", "Contract all", "Main:PopupContractMenu_Click", [this] { GlobalExpand(false); });
-    setActive_ = Add("PopupSetActiveMenu", "Set as active project", "Main:PopupSetActiveMenu_Click",
+    Add("PopupExpandMenu", "&Expand all", "Main:PopupExpandMenu_Click", [this] { GlobalExpand(true); });
+    Add("PopupContractMenu", "&Contract all", "Main:PopupContractMenu_Click",
+        [this] { GlobalExpand(false); });
+    setActive_ = Add("PopupSetActiveMenu", "Set as acti&ve project", "Main:PopupSetActiveMenu_Click",
                      [this] { SetActive(); });
+    menu_->addSeparator();
+    const auto add = [this](NodeKind kind, const char* name, const char* caption) {
+        new_[kind] = Add(name, caption, "Main:PopupNewMenu_Click", [this, kind] { New(kind); });
+    };
+    add(NodeKind::Task, "PopupNewTaskMenu", "New &task");
+    add(NodeKind::Subproject, "PopupNewSubprojectMenu", "New &subproject");
+    add(NodeKind::Dependency, "PopupNewDependencyMenu", "New depe&ndency");
+    add(NodeKind::Assignment, "PopupNewAssignmentMenu", "New &assignment");
+    add(NodeKind::Resource, "PopupNewResourceMenu", "New &resource");
+    add(NodeKind::Shift, "PopupNewShiftMenu", "New s&hift");
+    add(NodeKind::Project, "PopupNewProjectMenu", "New &project");
+    add(NodeKind::Template, "PopupNewTemplateMenu", "New te&mplate");
 }
 
 QAction* NodeCommands::Add(const char* name, const QString& caption, const char* section,
@@ -69,8 +86,10 @@ void NodeCommands::UpdatePopupMenu() {
     const Node* node = trees_.DragNode();
     const NodeKind kind = node ? node->Image() : NodeKind::None;
     const bool isProject = kind == NodeKind::Project || kind == NodeKind::Subproject;
-    modify_->setText(Q("Modify this " + WordOf(kind)));
-    delete_->setText(Q("Delete this " + WordOf(kind)));
+    modify_->setText(Q("&Modify this " + WordOf(kind)));
+    delete_->setText(Q("&Delete this " + WordOf(kind)));
+    for (const auto& [made, action] : new_) action->setVisible(false);
+    for (const NodeKind offered : Offers(node)) new_.at(offered)->setVisible(true);
     // A placeholder stands for nothing.
     modify_->setEnabled(kind != NodeKind::None);
     delete_->setEnabled(kind != NodeKind::None);
@@ -104,6 +123,96 @@ void NodeCommands::GlobalExpand(bool flag) {
 }
 
 // ---- add
+
+std::vector<NodeKind> NodeCommands::Offers(const Node* node) const {
+    using enum NodeKind;
+    std::vector<NodeKind> offers;
+    switch (node ? node->Image() : None) {
+        case Project:
+        case Subproject:
+            return {Task, Subproject};
+        case Task:
+        case Dependency:
+        case Assignment:
+        case None: {
+            if (!node) return {};
+            // A placeholder stands below a task or a subproject.
+            if (node->Image() == None && node->Parent && node->Parent->Image() != Task)
+                return {Task, Subproject};
+            offers = {Task, Dependency, Subproject};
+            if (node->Image() == Dependency) offers = {Dependency, Task, Subproject};
+            if (desktop_.workspace.ThisTemplate()) offers.insert(offers.begin() + 2, Assignment);
+            if (node->Image() == Assignment)
+                std::rotate(offers.begin(), offers.begin() + 2, offers.begin() + 3);
+            return offers;
+        }
+        case Template:
+        case Department:
+        case Resource:
+            return {Resource, Shift};
+        case Shift:
+            return {Shift, Resource};
+    }
+    return {};
+}
+
+/// The project that the selected node is, or belongs to; the active one without a node of a project.
+Vproject* NodeCommands::ProjectForNew() const {
+    for (const Node* node = trees_.DragNode(); node; node = node->Parent) {
+        if (node->Image() == NodeKind::Project || node->Image() == NodeKind::Subproject)
+            return trees_.FindProjectFromNode(*node);
+    }
+    return desktop_.workspace.ThisProject();
+}
+
+void NodeCommands::New(NodeKind kind) {
+    Workspace& workspace = desktop_.workspace;
+    const Node* node = trees_.DragNode();
+    const Node* task = node && node->Image() != NodeKind::Task ? node->Parent : node;
+    switch (kind) {
+        case NodeKind::Project:
+            return ProjectEntryForm::StartAdd(desktop_);
+        case NodeKind::Template:
+            return TemplateEntryForm::StartAdd(desktop_);
+        case NodeKind::Task:
+            return TaskEntryForm::StartAdd(desktop_, *ProjectForNew());
+        case NodeKind::Subproject:
+            return SubprojectEntryForm::StartAdd(desktop_, *ProjectForNew());
+        case NodeKind::Dependency:
+            return DependencyEntryForm::StartAdd(desktop_, *trees_.TaskOfNode(*task));
+        case NodeKind::Assignment:
+            return AssignmentEntryForm::StartAdd(desktop_, *trees_.TaskOfNode(*task));
+        case NodeKind::Resource:
+            return ResourceEntryForm::StartAdd(desktop_, *workspace.ThisTemplate());
+        case NodeKind::Shift:
+            return ShiftEntryForm::StartAdd(desktop_, *workspace.ThisTemplate());
+        default:
+            AssertionFailed();
+    }
+}
+
+void NodeCommands::Insert(const NodeView& view) {
+    const Workspace& workspace = desktop_.workspace;
+    const bool ofProject = &view == &trees_.ProjectTree().View();
+    const Node* node = trees_.DragNode();
+    if (node && node->Tree != view.model()) node = nullptr;
+    std::vector<NodeKind> offers = Offers(node);
+    if (!node) {
+        const bool any = ofProject ? workspace.ThisProject() != nullptr : workspace.ThisTemplate() != nullptr;
+        if (ofProject) offers = {any ? NodeKind::Task : NodeKind::Project};
+        if (!ofProject) offers = {any ? NodeKind::Resource : NodeKind::Template};
+        trees_.SetDragNode(nullptr);
+    }
+    if (offers.size() == 1) return New(offers.front());
+    insert_->clear();
+    for (const NodeKind kind : offers) {
+        new_.at(kind)->setVisible(true);
+        insert_->addAction(new_.at(kind));
+    }
+    insert_->setActiveAction(new_.at(offers.front()));
+    const QRect line = view.visualRect(node->Tree->IndexOf(node));
+    insert_->popup(view.viewport()->mapToGlobal(line.bottomLeft() + QPoint(view.indentation(), 0)));
+}
 
 Vtask* NodeCommands::SelectedTask(const char* warning, const char* title) {
     const Node* node = trees_.DragNode();

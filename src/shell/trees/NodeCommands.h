@@ -2,7 +2,9 @@
 
 #include <QMenu>
 #include <functional>
+#include <map>
 #include <string>
+#include <vector>
 
 #include "shell/desk/Desktop.h"
 #include "shell/trees/Node.h"
@@ -21,6 +23,9 @@ class NodeCommands {
     void RightClick(const NodeView& view, const QPoint& global);
     void UpdatePopupMenu();
 
+    /// What fits the selected node: the form of a new one, or a menu if there are several kinds. With nothing
+    /// selected, what fits the pane.
+    void Insert(const NodeView& view);
     void Modify();
     void Delete();
     void SetActive();
@@ -32,6 +37,10 @@ class NodeCommands {
   private:
     QAction* Add(const char* name, const QString& caption, const char* section,
                  std::function<void()> command);
+    /// The kinds of what can be made beside or below the node, the most likely first.
+    std::vector<NodeKind> Offers(const Node* node) const;
+    void New(NodeKind kind);
+    Vproject* ProjectForNew() const;
     void RenameDepartment(const Node& node);
     bool MayLose(const Node& node);
     bool DeleteConfirmed(const Node& node);
@@ -43,6 +52,8 @@ class NodeCommands {
     Trees& trees_;
     QMenu* menu_;  // the main window's
     QAction *modify_, *delete_, *setActive_;
+    std::map<NodeKind, QAction*> new_;
+    QMenu* insert_;  // some of `new_`
 };
 
 }  // namespace vortan

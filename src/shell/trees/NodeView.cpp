@@ -53,6 +53,12 @@ NodeView::NodeView(Desktop& desktop, TreeForm& form, const QString& hint)
     for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
         connect(model(), signal, &fit_, [this] { fit_.start(); });
     connect(model(), &QAbstractItemModel::dataChanged, &fit_, [this] { fit_.start(); });
+    filter_.setSingleShot(true);
+    filter_.setInterval(0);
+    connect(&filter_, &QTimer::timeout, this,
+            [this] { desktop_.Run("Trees:Filter", [this] { form_.ApplyFilter(); }); });
+    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        connect(model(), signal, &filter_, [this] { filter_.start(); });
 }
 
 const NodeTree& NodeView::Tree() const {
@@ -109,6 +115,19 @@ void NodeView::reset() {
     QTreeView::reset();
     for (const auto& root : Tree().Roots()) ShowExpanded(*root);
     executeDelayedItemsLayout();
+    fit_.start();
+    filter_.start();
+}
+
+void NodeView::ShowHidden() {
+    const std::function<void(const Nodes&, const QModelIndex&)> visit = [&](const Nodes& nodes,
+                                                                            const QModelIndex& above) {
+        for (const auto& node : nodes) {
+            if (isRowHidden(node->Row, above) != node->Hidden) setRowHidden(node->Row, above, node->Hidden);
+            if (!node->Hidden) visit(node->Children, Tree().IndexOf(node.get()));
+        }
+    };
+    visit(Tree().Roots(), {});
     fit_.start();
 }
 
@@ -198,6 +217,8 @@ void NodeView::keyPressEvent(QKeyEvent* event) {
         desktop_.Run("Main:PopupModifyMenu_Click", [&] { trees.Commands().Modify(); });
     } else if (key == Qt::Key_Delete && MyDragNode()) {
         desktop_.Run("Main:PopupDeleteMenu_Click", [&] { trees.Commands().Delete(); });
+    } else if (key == Qt::Key_Insert) {
+        desktop_.Run("Main:PopupNewMenu_Click", [&] { trees.Commands().Insert(*this); });
     } else if (key == Qt::Key_Asterisk) {
         expand(currentIndex());
     } else {

@@ -27,6 +27,8 @@ class NodeView : public QTreeView {
     /// Shows the node and all below it expanded as they say.
     void ShowExpanded(const Node& node);
     void ScrollLines(int lines);
+    /// Hides and shows lines as the nodes say.
+    void ShowHidden();
 
     void reset() override;
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
@@ -63,7 +65,7 @@ class NodeView : public QTreeView {
     Desktop& desktop_;
     TreeForm& form_;
     QString hint_;
-    QTimer fit_;
+    QTimer fit_, filter_;
     bool selecting_ = false;  // the program moves the current line, not the user
     bool following_ = false;  // the program expands lines, not the user
 };

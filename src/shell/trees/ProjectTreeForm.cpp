@@ -5,7 +5,9 @@
 #include "model/Vassignment.h"
 #include "model/Vdependency.h"
 #include "model/Vproject.h"
+#include "model/Vresource.h"
 #include "model/Vtask.h"
+#include "paint/Text.h"
 #include "shell/desk/CommonDialogs.h"
 #include "shell/trees/NodeView.h"
 #include "shell/trees/Trees.h"
@@ -117,6 +119,30 @@ void ProjectTreeForm::RefreshReferences() {
         if (node.Image() == NodeKind::Dependency || node.Image() == NodeKind::Assignment)
             trees_->RefreshNode(node);
     });
+}
+
+/// The manager of a project.
+QString ProjectTreeForm::MoreText(const Node& node) const {
+    if (node.Image() != NodeKind::Project && node.Image() != NodeKind::Subproject) return {};
+    const Vproject* project = trees_->FindProjectFromNode(node);
+    return project && project->Manager() ? Q(project->Manager()->Description()) : QString();
+}
+
+/// Each project is looked into once, since they may hold each other in a circle.
+bool ProjectTreeForm::HidesHits(const Node& node, const FindWords& words) const {
+    if (node.Image() != NodeKind::Subproject) return false;
+    std::vector<const Vproject*> known;
+    for (const Node* above = node.Parent; above; above = above->Parent)
+        known.push_back(trees_->FindProjectFromNode(*above));
+    const std::function<bool(const Vproject*)> has = [&](const Vproject* project) {
+        if (!project || std::find(known.begin(), known.end(), project) != known.end()) return false;
+        known.push_back(project);
+        const auto& tasks = project->TaskList();
+        return std::any_of(tasks.begin(), tasks.end(), [&](const Vtask* task) {
+            return task->Include() && (words.AllIn(Q(task->BuildNodeText())) || has(task->Subproject()));
+        });
+    };
+    return has(trees_->FindProjectFromNode(node));
 }
 
 bool ProjectTreeForm::ChangeFont() {

@@ -27,6 +27,10 @@ class ProjectTreeForm : public TreeForm {
     void NewThisProject() override { Start(); }
     void NewJournal() override { Start(); }
 
+  protected:
+    QString MoreText(const Node& node) const override;
+    bool HidesHits(const Node& node, const FindWords& words) const override;
+
   private:
     Nodes BuildRoots();
     std::unique_ptr<Node> TaskNode(Vtask& task);

@@ -5,6 +5,7 @@
 #include "model/Vresource.h"
 #include "model/Vshift.h"
 #include "model/Vtemplate.h"
+#include "paint/Text.h"
 #include "shell/desk/CommonDialogs.h"
 #include "shell/trees/NodeView.h"
 
@@ -43,6 +44,11 @@ Nodes TemplateTreeForm::BuildRoots() {
         AddNode(department->Children, MakeNode(*resource));
     }
     return roots;
+}
+
+/// The department of a resource.
+QString TemplateTreeForm::MoreText(const Node& node) const {
+    return node.Image() == NodeKind::Resource && node.Parent ? Q(node.Parent->Text) : QString();
 }
 
 bool TemplateTreeForm::ChangeFont() {

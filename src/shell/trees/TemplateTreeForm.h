@@ -17,6 +17,9 @@ class TemplateTreeForm : public TreeForm {
     void NewThisTemplate() override { Start(); }
     void NewJournal() override { Start(); }
 
+  protected:
+    QString MoreText(const Node& node) const override;
+
   private:
     Nodes BuildRoots();
 };

@@ -3,6 +3,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "paint/Text.h"
 #include "shell/desk/CommonDialogs.h"
 #include "shell/desk/FormHost.h"
 #include "shell/trees/NodeView.h"
@@ -90,6 +91,73 @@ void TreeForm::Expand(Node& node) {
     node.Expanded = true;
     TreeExpand(node);
     if (!tree_.InBatch()) view_->ShowExpanded(node);
+}
+
+// ---- what words are looked for
+
+namespace {
+
+/// Others go with the node above them.
+bool IsLookedFor(const Node& node) {
+    return node.Image() != NodeKind::Dependency && node.Image() != NodeKind::Assignment &&
+           node.Image() != NodeKind::None;
+}
+
+}  // namespace
+
+void TreeForm::SetFilter(const FindWords& words) {
+    const bool was = !filter_.Empty();
+    filter_ = words;
+    if (!words.Empty()) return ApplyFilter();
+    if (was) Widen();
+}
+
+void TreeForm::EndFilter() {
+    SetFilter(FindWords(""));
+    opened_.clear();
+}
+
+void TreeForm::ApplyFilter() {
+    if (filter_.Empty() || tree_.InBatch()) return;
+    for (const auto& root : tree_.Roots()) Narrow(*root);
+    view_->ShowHidden();
+}
+
+bool TreeForm::Narrow(Node& node) {
+    node.Hit = filter_.AllIn(Q(node.Text) + " " + MoreText(node));
+    const auto open = [&] {
+        opened_.push_back(node.Key);
+        Expand(node);
+    };
+    if (!node.Expanded && HidesHits(node, filter_)) open();
+    bool below = false;
+    for (const auto& child : node.Children) below = (IsLookedFor(*child) && Narrow(*child)) || below;
+    if (below && !node.Expanded) open();
+    node.Hidden = !node.Hit && !below;
+    return !node.Hidden;
+}
+
+/// What the words have opened is closed again, but for what leads to the selected node.
+void TreeForm::Widen() {
+    tree_.ForEach([](Node& node) { node.Hit = node.Hidden = false; });
+    view_->ShowHidden();
+    for (const std::string& key : std::exchange(opened_, {})) {
+        Node* opened = tree_.FindNodeFromKey(key);
+        const Node* selected = trees_->DragNode();
+        while (selected && selected != opened) selected = selected->Parent;
+        if (opened && selected) opened_.push_back(key);
+        if (!opened || selected) continue;
+        opened->Expanded = false;
+        view_->ShowExpanded(*opened);
+    }
+}
+
+std::vector<Node*> TreeForm::Hits() const {
+    std::vector<Node*> hits;
+    tree_.ForEach([&](Node& node) {
+        if (node.Hit) hits.push_back(&node);
+    });
+    return hits;
 }
 
 /// What is to be opened is collected before anything changes, so that a node which only comes into sight

@@ -8,6 +8,7 @@
 #include "model/Listener.h"
 #include "shell/desk/ChildForm.h"
 #include "shell/desk/Desktop.h"
+#include "shell/desk/FindWords.h"
 #include "shell/trees/NodeTree.h"
 
 namespace vortan {
@@ -41,6 +42,15 @@ class TreeForm : public QWidget, public ChildForm, public Listener {
     virtual void TreeExpand(Node&) {}
     /// Opens or closes what can be seen, but for the roots; closes what cannot.
     void GlobalExpand(bool flag);
+    /// Shows only nodes that have the words and those above them, for as long as the words are not empty.
+    /// Then nodes that the words have opened close again, but for those above the selected node.
+    void SetFilter(const FindWords& words);
+    /// No words are looked for any more; what is open stays so.
+    void EndFilter();
+    /// As the nodes are now.
+    void ApplyFilter();
+    /// The nodes that have the words, in their order.
+    std::vector<Node*> Hits() const;
     /// Takes a node away with all below it.
     void RemoveNode(Node& node);
 
@@ -60,11 +70,21 @@ class TreeForm : public QWidget, public ChildForm, public Listener {
     Desktop& desktop_;
     Trees* trees_ = nullptr;
 
+    /// What words are looked for in, beside the text.
+    virtual QString MoreText(const Node&) const { return {}; }
+    /// Whether a closed node is to be opened for nodes below it that are not made yet.
+    virtual bool HidesHits(const Node&, const FindWords&) const { return false; }
+
   private:
+    bool Narrow(Node& node);
+    void Widen();
+
     NodeTree tree_;
     NodeView* view_;
     std::uint32_t shown_ = 0;
     std::unordered_map<std::string, bool> wasExpanded_;
+    FindWords filter_{QString()};
+    std::vector<std::string> opened_;  // keys of nodes that only the words have opened
 };
 
 }  // namespace vortan

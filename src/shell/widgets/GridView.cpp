@@ -84,6 +84,11 @@ void GridView::GoTo(Place place, bool extend) {
     viewport()->update();
 }
 
+void GridView::SelectRow(int row) {
+    GoTo({row, 0}, false);
+    anchor_.col = LastCol();
+}
+
 void GridView::MoveBy(int rows, int cols, bool extend) {
     if (current_.row < 0) {
         GoTo({FirstRow(), 0}, false);

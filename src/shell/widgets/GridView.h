@@ -21,6 +21,9 @@ class GridView : public SurfaceView {
     /// Within what there is.
     void Select(const Range& range);
 
+    /// Selects the row, in sight.
+    void SelectRow(int row);
+
     /// A click on a cell or, in row 0, on a title, with no drag behind it.
     std::function<void(Qt::MouseButton button, int row, int col)> CellClick;
     std::function<void(int row)> RowDoubleClick;

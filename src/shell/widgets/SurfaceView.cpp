@@ -64,8 +64,16 @@ void SurfaceView::FitScrollBars() {
 }
 
 void SurfaceView::SurfaceChanged() {
+    marked_.reset();
     FitScrollBars();
     viewport()->update();
+}
+
+void SurfaceView::showEvent(QShowEvent* event) {
+    QAbstractScrollArea::showEvent(event);
+    QWidget* form = parentWidget();
+    while (form && form->windowTitle().isEmpty()) form = form->parentWidget();
+    if (form) setAccessibleName(form->windowTitle());
 }
 
 void SurfaceView::resizeEvent(QResizeEvent* event) {
@@ -114,7 +122,8 @@ void SurfaceView::paintEvent(QPaintEvent* event) {
         painter.restore();
     });
     PaintMarks(painter);
-    const auto cursor = hasFocus() && Cursor ? Cursor() : std::nullopt;
+    auto cursor = marked_;
+    if (!cursor && hasFocus() && Cursor) cursor = Cursor();
     if (!cursor) return;
     painter.setPen(QPen(palette().color(QPalette::Active, QPalette::Highlight), kCursorWidth));
     painter.drawRect(ToPixels(*cursor));
@@ -134,6 +143,12 @@ void SurfaceView::PaintMarks(QPainter& painter) {
                          QPoint(ToPixels(line.x2()), ToPixels(line.y2())) - scroll);
     }
     painter.restore();
+}
+
+void SurfaceView::Mark(const std::optional<QRect>& part) {
+    marked_ = part;
+    if (marked_) ScrollTo(*marked_);
+    viewport()->update();
 }
 
 void SurfaceView::wheelEvent(QWheelEvent* event) {
@@ -177,7 +192,10 @@ int SurfaceView::CellTop(int row) const {
 
 /// Of a surface without headings.
 QRect SurfaceView::ToPixels(const QRect& part) const {
-    const QPoint scroll(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    QPoint scroll(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    const QSize fixed = Fixed();
+    if (ToPixels(part.left()) < fixed.width()) scroll.setX(0);
+    if (ToPixels(part.top()) < fixed.height()) scroll.setY(0);
     return QRect(QPoint(ToPixels(part.left()), ToPixels(part.top())) - scroll,
                  QPoint(ToPixels(part.right()), ToPixels(part.bottom())) - scroll);
 }
@@ -191,8 +209,12 @@ void SurfaceView::ScrollTo(const QRect& part) {
             bar->setValue(bar->value() + std::min(behind, before));
         }
     };
-    scroll(horizontalScrollBar(), place.left(), place.right() - window.right());
-    scroll(verticalScrollBar(), place.top(), place.bottom() - window.bottom());
+    // What stands in the headings is always in sight; what is under them is not.
+    const QSize fixed = Fixed();
+    if (ToPixels(part.left()) >= fixed.width())
+        scroll(horizontalScrollBar(), place.left() - fixed.width(), place.right() - window.right());
+    if (ToPixels(part.top()) >= fixed.height())
+        scroll(verticalScrollBar(), place.top() - fixed.height(), place.bottom() - window.bottom());
 }
 
 void SurfaceView::mousePressEvent(QMouseEvent* event) {

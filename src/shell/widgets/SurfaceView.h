@@ -45,6 +45,10 @@ class SurfaceView : public QAbstractScrollArea {
     /// What the keyboard stands on, as a rectangle of the surface; it has a frame.
     std::function<std::optional<QRect>()> Cursor;
 
+    /// What a search has found there, framed until the surface changes, and brought into sight.
+    void Mark(const std::optional<QRect>& part);
+    const std::optional<QRect>& Marked() const { return marked_; }
+
     bool Dragging() const { return dragging_; }
     /// As letting go of the mouse does.
     void StopDrag();
@@ -59,6 +63,8 @@ class SurfaceView : public QAbstractScrollArea {
   protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    /// Assistive technology calls it what its form is called.
+    void showEvent(QShowEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void wheelEvent(QWheelEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -83,6 +89,7 @@ class SurfaceView : public QAbstractScrollArea {
 
     const Vwindow& surface_;
     const QtTextMetrics* metrics_;
+    std::optional<QRect> marked_;
     bool dragging_ = false;
     int wheel_ = 0;  // turned, but less than a step
 };

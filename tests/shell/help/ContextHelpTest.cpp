@@ -1,3 +1,4 @@
+#include <QAccessible>
 #include <filesystem>
 #include <set>
 
@@ -23,6 +24,10 @@ class ContextHelpTest : public ::testing::Test {
         return *dynamic_cast<HelpForm*>(of.main.findChild<QWidget*>("HelpForm"));
     }
     static void PressF1(Shell& of, QWidget& control, const std::string& where) {
+        QAccessibleInterface* told = QAccessible::queryAccessibleInterface(&control);
+        ASSERT_TRUE(told) << where;
+        EXPECT_FALSE(told->text(QAccessible::Name).isEmpty()) << where << " has no name to be read out";
+        EXPECT_NE(told->role(), QAccessible::NoRole) << where;
         HelpForm& help = Help(of);
         control.setFocus();
         QTest::keyClick(&control, Qt::Key_F1);
@@ -65,6 +70,8 @@ TEST_F(ContextHelpTest, F1FindsAPageInEveryControlOfEveryForm) {
                                           "EditUndoMenu",
                                           "EditRedoMenu",
                                           "EditWhyMenu",
+                                          "EditFindMenu",
+                                          "EditGoToMenu",
                                           "ProjectSelectMenu",
                                           "ProjectDeleteMenu",
                                           "TemplateSelectMenu",

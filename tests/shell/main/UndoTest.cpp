@@ -39,7 +39,7 @@ TEST(Undo, TakesCommandsOfTheWindowBackToTheLastByte) {
     shell.desktop.Run("Test", [] {});
     done("Delete task 1");
     shell.desktop.Run("Test", [&] { AddJournalEverywhere(workspace, DateTime(47000)); });
-    done("Change project Billing");
+    done("New journal");
     shell.Select(project.FindTask(3));
     shell.Choose("TaskNew");
     shell.Click("OkCommand");

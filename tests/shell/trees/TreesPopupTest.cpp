@@ -29,7 +29,7 @@ TEST(TreesPopup, SpeaksOfTheKindOfTheNode) {
         bench.trees.Commands().UpdatePopupMenu();
         for (const std::string verb : {"Modify", "Delete"}) {
             const QAction& item = Item(bench, ("Popup" + verb + "Menu").c_str());
-            EXPECT_EQ(S(item.text()), verb + " this " + word);
+            EXPECT_EQ(S(item.text()), "&" + verb + " this " + word);
             EXPECT_EQ(item.isEnabled(), node->Image() != NodeKind::None) << word;
         }
         EXPECT_EQ(Item(bench, "PopupSetActiveMenu").isEnabled(), word == "subproject");
