@@ -109,6 +109,7 @@ void MainForm::BuildWorkArea() {
 }
 
 void MainForm::Activate(const std::string& commandLine) {
+    desktop_.Run("Main:MDIForm_Activate", [&] { desktop_.files.OfferBackups(); });
     if (!commandLine.empty()) {
         desktop_.Run("Main:MDIForm_Activate", [&] { desktop_.files.OpenFile(commandLine); });
     }
