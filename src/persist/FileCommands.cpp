@@ -300,11 +300,12 @@ void FileCommands::AutoBackupTick() {
 
 std::string FileCommands::BackupName(int minute) const {
     const std::string directory = workspace_.ThePlatform().BackupDirectory();
+    std::error_code ignored;
     char name[64];
     std::snprintf(name, sizeof name, "Backup%02d.vtb", minute);
     std::string whole = (fs::path(directory) / name).string();
     // What a crash right now would need, of this program or another, is left alone.
-    for (int number = 2; IsNoted(directory, whole); ++number) {
+    for (int number = 2; fs::exists(whole, ignored) && IsNoted(directory, whole); ++number) {
         std::snprintf(name, sizeof name, "Backup%02d-%d.vtb", minute, number);
         whole = (fs::path(directory) / name).string();
     }
