@@ -32,4 +32,18 @@ std::string ReadDiskFile(const std::string& name, std::size_t limit);
 /// or the failure says where the copy is.
 void ReplaceDiskFile(const std::string& name, std::string_view bytes, const std::string& copies);
 
+/// Makes a file that is not there yet. False: it is there, or the folder takes none.
+bool MakeDiskFile(const std::string& name, std::string_view bytes);
+
+/// A running process of this machine.
+struct Process {
+    std::string machine, user;
+    long number = 0;
+    std::string
+        start;  ///< tells it from a later one of the same number, also after the machine was started anew
+};
+Process ThisProcess();
+/// The `start` of the process of that number; empty: it is gone.
+std::string StartOfProcess(long number);
+
 }  // namespace vortan

@@ -1,4 +1,6 @@
 #include <fcntl.h>
+#include <pwd.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -6,7 +8,9 @@
 #include <cerrno>
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
 #include <optional>
+#include <sstream>
 #include <utility>
 
 #include "persist/DiskFile.h"
@@ -203,6 +207,40 @@ void WriteBeside(const fs::path& target, const struct stat& old, bool exists, st
 }
 
 }  // namespace
+
+bool MakeDiskFile(const std::string& name, std::string_view bytes) {
+    Descriptor file(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (!file.IsOpen()) return false;
+    try {
+        WriteTo(file.Number(), bytes);
+        return file.Close();
+    } catch (const DiskFailure&) {
+        ::unlink(name.c_str());
+        return false;
+    }
+}
+
+Process ThisProcess() {
+    char machine[256] = "";
+    if (::gethostname(machine, sizeof machine - 1) != 0) machine[0] = 0;
+    const struct passwd* entry = ::getpwuid(::geteuid());
+    return {machine, entry && entry->pw_name ? entry->pw_name : std::to_string(::geteuid()), ::getpid(),
+            StartOfProcess(::getpid())};
+}
+
+std::string StartOfProcess(long number) {
+    if (number <= 0 || (::kill(static_cast<pid_t>(number), 0) != 0 && errno == ESRCH)) return {};
+    // Behind the name of the program, which may have blanks and brackets, the start is field 20.
+    std::ifstream status("/proc/" + std::to_string(number) + "/stat"),
+        boot("/proc/sys/kernel/random/boot_id");
+    std::string text, machineStart;
+    if (!std::getline(status, text) || !std::getline(boot, machineStart)) return "running";
+    std::istringstream fields(text.substr(std::min(text.rfind(')'), text.size() - 1) + 1));
+    std::string state, field;
+    fields >> state;
+    for (int i = 0; i < 19; ++i) fields >> field;
+    return state == "Z" || state == "X" ? std::string() : field + "@" + machineStart;
+}
 
 void ReplaceDiskFile(const std::string& name, std::string_view bytes, const std::string& copies) {
     const fs::path target = FollowLinks(name);

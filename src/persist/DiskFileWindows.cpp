@@ -164,6 +164,41 @@ std::string ReadDiskFile(const std::string& name, std::size_t limit) {
     return bytes;
 }
 
+bool MakeDiskFile(const std::string& name, std::string_view bytes) {
+    try {
+        const Handle file(PathOf(name), GENERIC_WRITE, CREATE_NEW);
+        if (!file.IsOpen()) return false;
+        WriteAll(file, bytes);
+        return true;
+    } catch (const DiskFailure&) {
+        ::DeleteFileW(PathOf(name).c_str());
+        return false;
+    }
+}
+
+Process ThisProcess() {
+    const auto variable = [](const wchar_t* name) {
+        const wchar_t* value = _wgetenv(name);
+        return value ? NameOf(fs::path(value)) : std::string();
+    };
+    const auto number = static_cast<long>(::GetCurrentProcessId());
+    return {variable(L"COMPUTERNAME"), variable(L"USERNAME"), number, StartOfProcess(number)};
+}
+
+std::string StartOfProcess(long number) {
+    const HANDLE process =
+        ::OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(number));
+    if (!process) return ::GetLastError() == ERROR_ACCESS_DENIED ? "running" : "";
+    FILETIME start{}, end{}, ignored{};
+    DWORD code = 0;
+    const bool told = ::GetProcessTimes(process, &start, &end, &ignored, &ignored) != 0;
+    const bool ended = ::GetExitCodeProcess(process, &code) != 0 && code != STILL_ACTIVE;
+    ::CloseHandle(process);
+    if (ended) return {};
+    if (!told) return "running";
+    return std::to_string(std::uint64_t{start.dwHighDateTime} << 32 | start.dwLowDateTime);
+}
+
 void ReplaceDiskFile(const std::string& name, std::string_view bytes, const std::string& copies) {
     std::error_code ignored;
     fs::path target = PathOf(name);

@@ -57,7 +57,10 @@ void FileCommands::AddRecentFile(const std::string& fileName) {
 bool FileCommands::SaveAll(const std::string& fileName) {
     const Section section("FileCommands:SaveAll");
     if (!IsPlanFile(fileName)) AssertionFailed();
-    if (!WriteFileText(workspace_.ThePlatform(), fileName, SaveRecords(workspace_))) return false;
+    std::uint64_t mark = 0;
+    if (!WriteFileText(workspace_.ThePlatform(), fileName, SaveRecords(workspace_), &mark)) return false;
+    guard_.Know(fileName, mark);
+    RemoveBackupNote(workspace_.ThePlatform().BackupDirectory());
     for (Vproject* project : workspace_.ProjectList()) project->SetDirty(false);
     for (Vtemplate* each : workspace_.TemplateList()) each->SetDirty(false);
     AddRecentFile(fileName);
@@ -67,24 +70,69 @@ bool FileCommands::SaveAll(const std::string& fileName) {
 bool FileCommands::RequestSave() {
     const Section section("FileCommands:RequestSave");
     const std::string& last = workspace_.LastFileName;
-    const InputAnswer chosen = workspace_.ThePlatform().SaveFileDialog(workspace_.FileDialogPath,
-                                                                       last.empty() ? "NoName.vtb" : last);
-    if (!chosen.given || chosen.text.empty()) return false;
-    const std::string directory = fs::path(chosen.text).remove_filename().string();
-    if (!directory.empty()) workspace_.FileDialogPath = directory;
-    workspace_.LastFileName = chosen.text;
-    if (IsPlanFile(chosen.text)) return SaveAll(chosen.text);
-    if (!IsExchangeFile(chosen.text)) {
-        TellUnrecognized(chosen.text);
+    for (bool askAgain = true; askAgain;) {
+        const InputAnswer chosen = workspace_.ThePlatform().SaveFileDialog(
+            workspace_.FileDialogPath, last.empty() ? "NoName.vtb" : last);
+        if (!chosen.given || chosen.text.empty()) return false;
+        const std::string directory = fs::path(chosen.text).remove_filename().string();
+        if (!directory.empty()) workspace_.FileDialogPath = directory;
+        askAgain = false;
+        if (IsPlanFile(chosen.text) && !MayWrite(chosen.text, askAgain)) continue;
+        workspace_.LastFileName = chosen.text;
+        return SaveChosen(chosen.text);
+    }
+    return false;
+}
+
+bool FileCommands::SaveChosen(const std::string& fileName) {
+    if (IsPlanFile(fileName)) return SaveAll(fileName);
+    if (!IsExchangeFile(fileName)) {
+        TellUnrecognized(fileName);
     } else if (Export) {
-        if (!Export(chosen.text)) return false;
-        AddRecentFile(chosen.text);
+        if (!Export(fileName)) return false;
+        AddRecentFile(fileName);
         bool projects = false, templates = false;
         return !AnyDirty(projects, templates);
     } else {
         workspace_.NotReadyYet();
     }
     return false;
+}
+
+bool FileCommands::MayWrite(const std::string& fileName, bool& askAgain) {
+    Platform& platform = workspace_.ThePlatform();
+    const std::string other = guard_.Lock(fileName, NowText());
+    if (!other.empty()) {
+        askAgain =
+            platform.MessageBox("The file " + fileName + " is in use by " + other +
+                                    ".\nSave under another name, or cancel and save later.",
+                                "File In Use", BoxIcon::Warning, BoxButtons::OkCancel) == BoxAnswer::Ok;
+        return false;
+    }
+    if (!guard_.ChangedElsewhere(fileName)) return true;
+    const BoxAnswer answer = platform.MessageBox(
+        "The file " + fileName +
+            " has been changed by another program or user since it was read or saved here.\nWriting over it "
+            "loses those changes.\n\nDo you want to write over it? No lets you choose another name.",
+        "File Changed Elsewhere", BoxIcon::Warning, BoxButtons::YesNoCancel);
+    askAgain = answer == BoxAnswer::No;
+    return answer == BoxAnswer::Yes;
+}
+
+bool FileCommands::MayOpen(const std::string& fileName) {
+    std::error_code ignored;
+    if (!IsPlanFile(fileName) || !fs::exists(fileName, ignored)) return true;
+    const std::string other = guard_.Lock(fileName, NowText());
+    return other.empty() || workspace_.ThePlatform().MessageBox(
+                                "The file " + fileName + " is in use by " + other +
+                                    ".\nYou can read it now; changes can only be saved under another name "
+                                    "until it is free.\n\n"
+                                    "Do you want to open it for reading?",
+                                "File In Use", BoxIcon::Question, BoxButtons::YesNo) == BoxAnswer::Yes;
+}
+
+std::string FileCommands::NowText() const {
+    return FormatDate(workspace_.ThePlatform().Now());
 }
 
 bool FileCommands::AnyDirty(bool& projects, bool& templates) const {
@@ -120,6 +168,8 @@ void FileCommands::DeleteAll() {
     if (UnloadScreens) UnloadScreens();
     workspace_.ThePlatform().StatusMessage("Clearing memory");
     workspace_.FreeAllMemory();
+    guard_.Release();
+    RemoveBackupNote(workspace_.ThePlatform().BackupDirectory());
     workspace_.ThePlatform().StatusMessage("");
     workspace_.RestartSolve();
     workspace_.BroadcastNewThisProject();
@@ -153,6 +203,7 @@ void FileCommands::OpenFile(const std::string& fileName) {
             return;
         }
     }
+    if (!MayOpen(fileName)) return;
     workspace_.LastFileName = fileName;
     AddRecentFile(fileName);
     LoadFile(fileName);
@@ -186,7 +237,12 @@ bool FileCommands::LoadByType(const std::string& fileName) {
     loaded_ = {};
     if (IsPlanFile(fileName)) {
         const Section section("FileCommands:OpenBundle");
-        return LoadPlan(workspace_, fileName, loaded_);
+        Steps steps;
+        bool loaded = false;
+        steps.Do([&] { loaded = LoadPlan(workspace_, fileName, loaded_); });
+        if (loaded_.mark != 0) guard_.Know(fileName, loaded_.mark);
+        steps.End();
+        return loaded;
     }
     if (!IsExchangeFile(fileName)) {
         TellUnrecognized(fileName);
@@ -232,9 +288,69 @@ void FileCommands::AutoBackupTick() {
     const std::string directory = workspace_.ThePlatform().BackupDirectory();
     std::error_code ignored;  // writing tells soon enough
     fs::create_directories(directory, ignored);
-    char name[32];
-    std::snprintf(name, sizeof name, "Backup%02d.vtb", parts.minute);
-    SaveAll((fs::path(directory) / name).string());
+    const std::string name = BackupName(parts.minute);
+    std::uint64_t mark = 0;
+    if (!WriteFileText(workspace_.ThePlatform(), name, SaveRecords(workspace_), &mark)) return;
+    AddRecentFile(name);
+    bool projects = false, templates = false;
+    if (!AnyDirty(projects, templates)) return;
+    const std::string& plan = workspace_.LastFileName;
+    WriteBackupNote(directory, {"", name, mark, plan, guard_.Known(plan), NowText()});
+}
+
+std::string FileCommands::BackupName(int minute) const {
+    const std::string directory = workspace_.ThePlatform().BackupDirectory();
+    std::error_code ignored;
+    char name[64];
+    std::snprintf(name, sizeof name, "Backup%02d.vtb", minute);
+    std::string whole = (fs::path(directory) / name).string();
+    // What a crash right now would need, of this program or another, is left alone.
+    for (int number = 2; fs::exists(whole, ignored) && IsNoted(directory, whole); ++number) {
+        std::snprintf(name, sizeof name, "Backup%02d-%d.vtb", minute, number);
+        whole = (fs::path(directory) / name).string();
+    }
+    return whole;
+}
+
+void FileCommands::OfferBackups() {
+    const Section section("FileCommands:OfferBackups");
+    for (const BackupNote& note : NotesLeftBehind(workspace_.ThePlatform().BackupDirectory())) {
+        const BoxAnswer answer = workspace_.ThePlatform().MessageBox(
+            "VORTAN ended before changes to " + (note.planFile.empty() ? "a new plan" : note.planFile) +
+                " were saved.\nThe automatic backup of " + note.when + " has them: " + note.backupFile +
+                ".\n\nDo you want to keep it?\n"
+                "Yes makes it the plan, with changes that are not saved yet.\n"
+                "No drops it.\n"
+                "Cancel only opens it to look at; it is offered again at the next start.",
+            "Automatic Backup Found", BoxIcon::Question, BoxButtons::YesNoCancel);
+        if (answer == BoxAnswer::Yes) {
+            KeepBackup(note);
+            return;
+        }
+        if (answer == BoxAnswer::No) {
+            DropNote(note);
+            continue;
+        }
+        workspace_.LastFileName = note.backupFile;
+        LoadFile(note.backupFile);
+        MakeAllDirty();
+        return;
+    }
+}
+
+/// The note stays until one of this program is there: no moment is without one.
+void FileCommands::KeepBackup(const BackupNote& note) {
+    if (!note.planFile.empty() && !MayOpen(note.planFile)) return;
+    if (!LoadFile(note.backupFile)) return;
+    workspace_.LastFileName = note.planFile;
+    if (note.planMark != 0) guard_.Know(note.planFile, note.planMark);
+    MakeAllDirty();
+    if (WriteBackupNote(workspace_.ThePlatform().BackupDirectory(), note)) DropNote(note);
+}
+
+void FileCommands::MakeAllDirty() {
+    for (Vproject* project : workspace_.ProjectList()) project->SetDirty(true);
+    for (Vtemplate* each : workspace_.TemplateList()) each->SetDirty(true);
 }
 
 }  // namespace vortan

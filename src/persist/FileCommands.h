@@ -5,6 +5,7 @@
 
 #include "model/Workspace.h"
 #include "persist/PlanFile.h"
+#include "persist/PlanGuard.h"
 #include "persist/Settings.h"
 
 namespace vortan {
@@ -39,7 +40,8 @@ class FileCommands {
     /// Writes everything in memory to a bundle or ASCII file. Nothing is dirty once the file is safely
     /// written. False: it was not, which the user has been told. Another type is a fault.
     bool SaveAll(const std::string& fileName);
-    /// Asks for a name and saves under it. True only if nothing in memory is dirty now.
+    /// Asks for a name and saves under it. A file that somebody else has open, or that is no more what was
+    /// read from it, is not written over without a question. True only if nothing in memory is dirty now.
     bool RequestSave();
     /// Whether memory may be thrown away: nothing is dirty, or the user saved it or gave it up.
     bool OkToDeleteAll();
@@ -57,11 +59,25 @@ class FileCommands {
     /// What the file last read held.
     const LoadReport& LastReport() const { return loaded_.report; }
 
-    /// The event of a timer of 10 seconds: saves a backup when it is time for one.
+    /// The event of a timer of 10 seconds: saves a backup when it is time for one. What only a backup has is
+    /// not saved: it stays dirty.
     void AutoBackupTick();
+    /// At the start of the program: asks what is to become of backups that programs left behind when they
+    /// crashed with unsaved changes. Kept, one becomes the plan, dirty; looked at, it is opened under its own
+    /// name; dropped, it is not offered again.
+    void OfferBackups();
 
   private:
     bool AnyDirty(bool& projects, bool& templates) const;
+    /// Whether a plan may be saved there now; asks and tells the user. `askAgain`: under another name.
+    bool MayWrite(const std::string& fileName, bool& askAgain);
+    bool SaveChosen(const std::string& fileName);
+    /// Locks a plan that is opened. False: another has it, and the user does not want to read it.
+    bool MayOpen(const std::string& fileName);
+    void KeepBackup(const BackupNote& note);
+    void MakeAllDirty();
+    std::string BackupName(int minute) const;
+    std::string NowText() const;
     void AddRecentFile(const std::string& fileName);
     bool LoadByType(const std::string& fileName);
     void TellUnrecognized(const std::string& fileName);
@@ -69,6 +85,7 @@ class FileCommands {
 
     Workspace& workspace_;
     Settings& settings_;
+    PlanGuard guard_;
     PlanLoad loaded_;         // the file last read
     double lastBackup_ = -1;  // the minute of the last backup, counted from date 0
 };

@@ -10,6 +10,7 @@ bool LoadPlan(Workspace& workspace, const std::string& fileName, PlanLoad& load)
     if (!IsPlanFile(fileName)) AssertionFailed();
     FileText file;
     if (!ReadFileText(workspace.ThePlatform(), fileName, file)) return false;
+    load.mark = file.mark;
     load.packed = file.packed;
     if (file.packed && !file.suffixFound) {
         load.damage = PlanLoad::Damage::CutOff;

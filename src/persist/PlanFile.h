@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "persist/Records.h"
@@ -10,6 +11,7 @@ namespace vortan {
 struct PlanLoad {
     enum class Damage { None, CutOff, CheckSum };
 
+    std::uint64_t mark = 0;        ///< ContentMark of the file; 0 if it was not read
     LoadReport report;             ///< of the records
     bool packed = false;           ///< a bundle
     Damage damage = Damage::None;  ///< of the packed form

@@ -49,6 +49,7 @@ FileText ReadText(const std::string& name) {
     CheckName(name);
     FileText file;
     file.text = ReadDiskFile(name, kMaxFileText);
+    file.mark = ContentMark(file.text);
     file.packed = FileTypeOf(name) != FileType::Ascii;
     if (file.packed) {
         UnpackResult result = UnpackText(file.text, kMaxFileText);
@@ -95,17 +96,22 @@ bool ReadFileText(Platform& platform, const std::string& name, FileText& out) {
     return false;
 }
 
-bool WriteFileText(Platform& platform, const std::string& name, std::string_view text) {
+std::uint64_t ContentMark(std::string_view bytes) {
+    std::uint64_t mark = 14695981039346656037U ^ bytes.size();
+    for (const char each : bytes) mark = (mark ^ static_cast<unsigned char>(each)) * 1099511628211U;
+    return mark == 0 ? 1 : mark;
+}
+
+bool WriteFileText(Platform& platform, const std::string& name, std::string_view text, std::uint64_t* mark) {
     const Section section("Vfile:WriteFileText");
     std::string description;
     try {
         const Status status(platform, "Writing to " + name);
         CheckName(name);
-        if (FileTypeOf(name) == FileType::Ascii) {
-            ReplaceDiskFile(name, text, platform.BackupDirectory());
-        } else {
-            ReplaceDiskFile(name, PackText(text), platform.BackupDirectory());
-        }
+        const std::string packed = FileTypeOf(name) == FileType::Ascii ? std::string() : PackText(text);
+        const std::string_view bytes = FileTypeOf(name) == FileType::Ascii ? text : packed;
+        ReplaceDiskFile(name, bytes, platform.BackupDirectory());
+        if (mark) *mark = ContentMark(bytes);
         return true;
     } catch (const DiskFailure& failure) {
         description = Description(failure);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,7 @@ inline constexpr std::size_t kMaxFileText = std::size_t{1} << 30;
 
 struct FileText {
     std::string text;         ///< in UTF-8
+    std::uint64_t mark = 0;   ///< ContentMark of the file's bytes
     bool packed = false;      ///< the file holds the text packed; the next two tell of a packed file only
     bool suffixFound = true;  ///< the file has its end mark, so it was not cut off
     bool crcMatches = true;   ///< and the check sum behind it is that of the text
@@ -39,7 +41,12 @@ bool ReadFileText(Platform& platform, const std::string& name, FileText& out);
 /// old file or the whole new one. Where the folder takes no new file, an old one is written over, with a copy
 /// of it in the platform's BackupDirectory for as long as that takes. A failure is told in a box and gives
 /// false. A symbolic link stays one: the file that it leads to is written. An unknown type is a fault.
-bool WriteFileText(Platform& platform, const std::string& name, std::string_view text);
+/// `mark`: set to the ContentMark of what was written.
+bool WriteFileText(Platform& platform, const std::string& name, std::string_view text,
+                   std::uint64_t* mark = nullptr);
+
+/// Tells contents of files apart; never 0.
+std::uint64_t ContentMark(std::string_view bytes);
 
 // Files of other programs, as they are. Each returns what went wrong in the system's words, empty if nothing
 // did. Replacing is as safe as WriteFileText.

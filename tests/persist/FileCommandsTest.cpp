@@ -3,13 +3,22 @@
 #include "persist/FileCommands.h"
 
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <filesystem>
+#include <random>
+#include <thread>
 
 #include "model/Fault.h"
 #include "model/Listener.h"
+#include "model/Vtask.h"
+#include "persist/DiskFile.h"
 #include "persist/PackedText.h"
 #include "persist/Vfile.h"
 #include "solve/Solver.h"
@@ -274,7 +283,7 @@ TEST_F(FileCommandsTest, BackupsRunOnceInTheirMinute) {
     workspace.BackupMinutes = 20;
     tickAt(8, 0, 20);
     EXPECT_EQ(backups(), Names{"Backup00.vtb"});
-    EXPECT_FALSE(workspace.ThisProject()->Dirty());
+    EXPECT_TRUE(workspace.ThisProject()->Dirty()) << "a backup is no save";
     EXPECT_EQ(settings.RecentFiles(), Names{Path("Backup00.vtb")});
 
     std::filesystem::remove(Path("Backup00.vtb"));
@@ -285,6 +294,106 @@ TEST_F(FileCommandsTest, BackupsRunOnceInTheirMinute) {
     std::filesystem::remove(Path("Backup40.vtb"));
     tickAt(9, 40, 5);
     EXPECT_EQ(backups(), (Names{"Backup20.vtb", "Backup40.vtb"})) << "the same minute of the next hour";
+}
+
+TEST_F(FileCommandsTest, WhatOthersHaveChangedIsNotWrittenOverUnasked) {
+    files.OpenFile(Write("a.vta", SmallPlan("A")));
+    const std::string theirs = SmallPlan("Theirs");
+    const auto save = [&](BoxAnswer answer, const std::string& next) {
+        Write("a.vta", theirs);
+        workspace.ThisProject()->SetDirty(true);
+        platform.ExpectSaveFileDialog({true, Path("a.vta")});
+        platform.ExpectBox("File Changed Elsewhere", answer, Path("a.vta"));
+        if (!next.empty()) platform.ExpectSaveFileDialog({true, Path(next)});
+        return files.RequestSave();
+    };
+    EXPECT_FALSE(save(BoxAnswer::Cancel, ""));
+    EXPECT_TRUE(save(BoxAnswer::No, "b.vta"));
+    EXPECT_EQ(FileBytes(Path("a.vta")), theirs);
+    EXPECT_TRUE(save(BoxAnswer::Yes, ""));
+    EXPECT_EQ(FileBytes(Path("a.vta")), FileBytes(Path("b.vta")));
+    platform.ExpectSaveFileDialog({true, Path("a.vta")});
+    EXPECT_TRUE(files.RequestSave()) << "what was saved here";
+}
+
+TEST_F(FileCommandsTest, ASecondOpenerIsToldAndADeadLockIsNone) {
+    const std::string name = Write("a.vta", SmallPlan("A"));
+    Workspace otherMemory{platform};
+    FileCommands other{otherMemory, settings};
+    other.OpenFile(name);
+    platform.ExpectBox("File In Use", BoxAnswer::No, " since 9/3/2001");
+    files.OpenFile(name);
+    EXPECT_EQ(Projects(), Names{});
+    platform.ExpectBox("File In Use", BoxAnswer::Yes);
+    files.OpenFile(name);
+    platform.ExpectSaveFileDialog({true, name});
+    platform.ExpectBox("File In Use", BoxAnswer::Ok);
+    platform.ExpectSaveFileDialog({true, Path("b.vta")});
+    EXPECT_TRUE(files.RequestSave());
+    other.DeleteAll();
+    platform.ExpectSaveFileDialog({true, name});
+    EXPECT_TRUE(files.RequestSave());
+    files.DeleteAll();
+    EXPECT_FALSE(std::filesystem::exists(name + ".lock"));
+
+    const std::string machine = ThisProcess().machine, me = std::to_string(::getpid());
+    for (const auto& [lock, dead] : {std::pair{"ann\n" + machine + "\n" + me + "\n1@x\n9/3/2001\n", true},
+                                     {"ann\nelse" + machine + "\n" + me + "\n1@x\n9/3/2001\n", false},
+                                     {std::string("ann\n"), true}}) {
+        WriteBytes(name + ".lock", lock);
+        if (!dead) platform.ExpectBox("File In Use", BoxAnswer::No, "ann on else" + machine);
+        files.OpenFile(name);
+        EXPECT_EQ(Projects(), dead ? Names{"A"} : Names{});
+        files.DeleteAll();
+    }
+}
+
+/// A session of edits, saves and backups is killed at a random moment: the plan is whole, and it or the
+/// backup that is offered has all work since the last save or backup.
+TEST_F(FileCommandsTest, AKilledSessionLosesAtMostTheWorkSinceTheLastBackup) {
+    const std::string name = Write("a.vtb", SmallPlan("A"));
+    workspace.BackupMinutes = 1;
+    void* const shared =
+        ::mmap(nullptr, sizeof(int), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(shared, MAP_FAILED);
+    auto& safe = *static_cast<std::atomic<int>*>(shared);
+    std::mt19937 random(18);
+    int offered = 0, begun = 0;
+    for (int round = 0; round < 100; ++round) {
+        safe = 0;
+        const auto moment = std::chrono::microseconds(random() % 60'000);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            files.OpenFile(name);
+            for (int edit = 1;; ++edit) {
+                workspace.ThisProject()->TaskList()[0]->SetDescription(
+                    std::to_string(round * 100'000 + edit));
+                if (random() % 4 != 0) continue;
+                platform.now = DateTime(platform.now.Days() + 1.0 / kMinutesPerDay);
+                random() % 5 == 0 ? void(files.SaveAll(name)) : files.AutoBackupTick();
+                safe = round * 100'000 + edit;
+            }
+        }
+        std::this_thread::sleep_for(moment);
+        ::kill(child, SIGKILL);
+        ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+        begun += safe > 0;
+        if (const std::size_t notes = NotesLeftBehind(platform.Directory()).size(); notes > 0) {
+            EXPECT_EQ(notes, 1U);
+            ++offered;
+            platform.ExpectBox("Automatic Backup Found", BoxAnswer::Yes, name);
+            files.OfferBackups();
+            EXPECT_TRUE(workspace.LastFileName == name && workspace.ThisProject()->Dirty());
+        } else {
+            files.OpenFile(name);
+        }
+        EXPECT_GE(std::atoi(workspace.ThisProject()->TaskList()[0]->Description().c_str()), safe);
+        files.DeleteAll();
+        EXPECT_EQ(Projects(), Names{});
+    }
+    ::munmap(shared, sizeof(int));
+    EXPECT_TRUE(begun > 20 && offered > 10)
+        << begun << " sessions at work, " << offered << " backups offered";
 }
 
 TEST_F(FileCommandsTest, ShutDownWritesTheSettings) {

@@ -251,6 +251,7 @@ void MainForm::dropEvent(QDropEvent* event) {
 }
 
 void MainForm::Activate(const std::string& commandLine) {
+    desktop_.Run("Main:MDIForm_Activate", [&] { desktop_.files.OfferBackups(); });
     if (!commandLine.empty()) {
         desktop_.Run("Main:MDIForm_Activate", [&] { desktop_.files.OpenFile(commandLine); });
     }

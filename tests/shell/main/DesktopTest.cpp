@@ -95,8 +95,9 @@ TEST(ErrorBox, StopsTheTimers) {
     EXPECT_TRUE(shell.platform.solveTimerArmed);
     desktop.SolveTimerTick();
     EXPECT_EQ(desktop.solver.SolveMessage(), "Solve complete");
+    EXPECT_TRUE(FilesIn(shell.platform.Directory(), ".vtb").empty());
     desktop.AutoBackupTimerTick();
-    EXPECT_FALSE(desktop.workspace.ThisProject()->Dirty());
+    EXPECT_FALSE(FilesIn(shell.platform.Directory(), ".vtb").empty());
 }
 
 TEST(ErrorBox, TheLogNamesTheForm) {
