@@ -350,7 +350,8 @@ TEST_F(FileCommandsTest, ASecondOpenerIsToldAndADeadLockIsNone) {
 
 /// A session of edits, saves and backups is killed at a random moment: the plan is whole, and it or the
 /// backup that is offered has all work since the last save or backup.
-TEST_F(FileCommandsTest, AKilledSessionLosesAtMostTheWorkSinceTheLastBackup) {
+/// Waits for moments of the clock, so it stands outside of the suite: scripts/check_crashes.sh.
+TEST_F(FileCommandsTest, DISABLED_AKilledSessionLosesAtMostTheWorkSinceTheLastBackup) {
     const std::string name = Write("a.vtb", SmallPlan("A"));
     workspace.BackupMinutes = 1;
     void* const shared =
