@@ -169,7 +169,7 @@ void DependencyEntryForm::UpdatePoint(const Point& point, const std::string& bef
                                       const std::string& behind) {
     const int value = point.scroll->value();
     const std::string percent = std::to_string(value) + "%";
-    point.value->setText(Q(percent));
+    point.percent->setValue(value);
     point.options->button(1)->setText(Q(before + percent + behind));
     point.options->button(value == kStart ? 0 : value == kFinish ? 2 : 1)->setChecked(true);
 }

@@ -7,6 +7,7 @@
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QSlider>
+#include <QSpinBox>
 #include <vector>
 
 #include "model/Vdependency.h"
@@ -35,7 +36,7 @@ class DependencyEntryForm : public ObjectForm<Vdependency> {
     struct Point {
         QButtonGroup* options;
         QSlider* scroll;
-        QLabel* value;
+        QSpinBox* percent;  ///< the same as a number
         QWidget* whole;
     };
 

@@ -74,7 +74,7 @@ void DependencyEntryForm::BuildSentence() {
 
 DependencyEntryForm::Point DependencyEntryForm::BuildPoint(const char* optionName, const char* scrollName,
                                                            const char* const (&captions)[3]) {
-    Point point{new QButtonGroup(this), new QSlider(Qt::Horizontal), new QLabel, new QWidget};
+    Point point{new QButtonGroup(this), new QSlider(Qt::Horizontal), new QSpinBox, new QWidget};
     auto* options = new QHBoxLayout;
     for (int i = 0; i < 3; ++i) {
         QRadioButton* option = Option(optionName, i, captions[i]);
@@ -88,11 +88,14 @@ DependencyEntryForm::Point DependencyEntryForm::BuildPoint(const char* optionNam
     point.scroll->setPageStep(10);
     point.scroll->setTickInterval(10);
     point.scroll->setTickPosition(QSlider::TicksBelow);
-    point.value->setMinimumWidth(fontMetrics().horizontalAdvance("100%"));
-    point.value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    point.percent->setObjectName(QString(scrollName).replace("Scroll", "PercentText"));
+    point.percent->setRange(0, 100);
+    point.percent->setSuffix("%");
+    point.percent->setAlignment(Qt::AlignRight);
+    connect(point.percent, &QSpinBox::valueChanged, point.scroll, &QSlider::setValue);
     auto* bar = new QHBoxLayout;
     bar->addWidget(point.scroll, 1);
-    bar->addWidget(point.value);
+    bar->addWidget(point.percent);
     auto* all = new QVBoxLayout(point.whole);
     all->setContentsMargins(0, 0, 0, 0);
     all->addLayout(options);
@@ -103,6 +106,7 @@ DependencyEntryForm::Point DependencyEntryForm::BuildPoint(const char* optionNam
 QWidget* DependencyEntryForm::BuildToFrame() {
     to_ = BuildPoint("ToOption", "ToScroll", {"&start", "&proceed beyond 100%", "&finish"});
     to_.scroll->setAccessibleName("Percentage of this task");
+    to_.percent->setAccessibleName("Percentage of this task as a number");
     auto* frame = new QGroupBox("This task cannot");
     auto* all = new QVBoxLayout(frame);
     all->addWidget(to_.whole);
@@ -160,6 +164,7 @@ QWidget* DependencyEntryForm::BuildPrerequisiteFrame() {
 
     from_ = BuildPoint("FromOption", "FromScroll", {"sta&rts", "&is 100% complete", "finis&hes"});
     from_.scroll->setAccessibleName("Percentage of the prerequisite");
+    from_.percent->setAccessibleName("Percentage of the prerequisite as a number");
     QSizePolicy policy = from_.whole->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     from_.whole->setSizePolicy(policy);

@@ -2,9 +2,11 @@
 
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "model/NumberText.h"
 #include "paint/Text.h"
 
 namespace vortan {
@@ -35,11 +37,14 @@ EstimateGrid::EstimateGrid(const std::string& journalDate, bool manyRows)
         box->setAccessibleName(Q(heads[i % 3] + ", " + heads[3 + i / 3]));
         boxes_[static_cast<std::size_t>(i)] = box;
         grid->addWidget(box, 1 + i / 3, 1 + i % 3);
-        // By the user alone: what this class writes into the other boxes is rounded.
-        connect(box, &QLineEdit::textEdited, this, [this, i](const QString& text) {
-            values_.Type(i, S(text));
-            UpdateEstimates(i);
+        // Left: what was read of a unit or of three numbers shows as the other boxes do.
+        connect(box, &QLineEdit::editingFinished, this, [this, i] {
+            TextField& left = *boxes_[static_cast<std::size_t>(i)];
+            if (!ParseNumber(left.Value()) && !values_.Refusal(i, left.Value()))
+                left.SetValue(values_.TextOf(i));
         });
+        // By the user alone: what this class writes into the other boxes is rounded.
+        connect(box, &QLineEdit::textEdited, this, [this, i](const QString& text) { Type(i, S(text)); });
     }
 
     auto* left = new QVBoxLayout;
@@ -94,6 +99,18 @@ void EstimateGrid::SetControl(bool effortDriven, bool live) {
     }
     UpdateEnabled();
     UpdateEstimates(-1);
+}
+
+void EstimateGrid::Type(int box, const std::string& text) {
+    values_.Type(box, text);
+    {
+        // Their changes would write into the box that is being typed into.
+        const QSignalBlocker unit(units_[static_cast<std::size_t>(values_.unit)]), three(three_);
+        units_[static_cast<std::size_t>(values_.unit)]->setChecked(true);
+        three_->setChecked(values_.three);
+    }
+    UpdateEnabled();
+    UpdateEstimates(box);
 }
 
 void EstimateGrid::UpdateEstimates(int changed) {

@@ -34,6 +34,7 @@ class EstimateGrid : public QGroupBox {
     const Estimates& Values() const { return values_; }
 
   private:
+    void Type(int box, const std::string& text);
     /// In all boxes but `changed`.
     void UpdateEstimates(int changed);
     void UpdateEnabled();

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "model/NumberText.h"
 #include "model/Rounding.h"
@@ -28,6 +31,49 @@ std::string FormatEstimate(std::int32_t minutes, std::int32_t unit) {
     return minutes < 0 && hundredths > 0 ? "-" + text : text;
 }
 
+/// What a box can hold, in `unit` or in that of the other boxes.
+struct TypedEstimate {
+    std::vector<double> numbers;  // one or three
+    std::optional<int> unit;
+};
+
+constexpr std::array<std::array<std::string_view, 5>, 5> kUnitWords = {
+    {{"m", "min", "mins", "minute", "minutes"},
+     {"h", "hr", "hrs", "hour", "hours"},
+     {"d", "day", "days"},
+     {"w", "wk", "wks", "week", "weeks"},
+     {"mo", "mon", "mos", "month", "months"}}};
+
+std::optional<int> UnitOfWord(const std::string& word) {
+    for (std::size_t i = 0; i < kUnitWords.size(); ++i) {
+        if (std::find(kUnitWords[i].begin(), kUnitWords[i].end(), word) != kUnitWords[i].end())
+            return static_cast<int>(i);
+    }
+    return std::nullopt;
+}
+
+std::optional<TypedEstimate> ParseEstimate(std::string_view text) {
+    while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+    TypedEstimate typed;
+    std::string word;
+    for (; !text.empty(); text.remove_suffix(1)) {
+        const char lower = static_cast<char>(text.back() | 0x20);
+        if (lower < 'a' || lower > 'z') break;
+        word.insert(word.begin(), lower);
+    }
+    if (!word.empty() && !(typed.unit = UnitOfWord(word))) return std::nullopt;
+    for (;;) {
+        const std::size_t end = text.find(';');
+        const auto number = ParseNumber(text.substr(0, end));
+        if (!number) return std::nullopt;
+        typed.numbers.push_back(*number);
+        if (end == std::string_view::npos) break;
+        text.remove_prefix(end + 1);
+    }
+    if (typed.numbers.size() != 1 && typed.numbers.size() != 3) return std::nullopt;
+    return typed;
+}
+
 }  // namespace
 
 const std::array<Estimates::UnitKind, 5> Estimates::kUnits = {
@@ -47,7 +93,11 @@ int Estimates::UnitOf(std::int32_t effortUnits) {
 }
 
 std::int32_t Estimates::GetUnits() const {
-    const UnitKind& kind = kUnits[static_cast<std::size_t>(unit)];
+    return MinutesPer(unit);
+}
+
+std::int32_t Estimates::MinutesPer(int anyUnit) const {
+    const UnitKind& kind = kUnits[static_cast<std::size_t>(anyUnit)];
     return effortDriven ? kind.workMinutes : kind.clockMinutes;
 }
 
@@ -65,25 +115,38 @@ std::string Estimates::TextOf(int box) const {
 }
 
 void Estimates::Type(int box, const std::string& text) {
-    const std::int32_t typed = RoundToInt32(ScanNumber(text) * GetUnits());
+    TypedEstimate typed{{ScanNumber(text)}, std::nullopt};
+    if (auto whole = ParseEstimate(text)) typed = std::move(*whole);
+    unit = typed.unit.value_or(unit);
+    const auto minutesOf = [this](double number) { return RoundToInt32(number * GetUnits()); };
     if (box < 3) {
-        minutes.past = typed;
+        minutes.past = minutesOf(typed.numbers.front());
         return;
     }
     std::int32_t* const totals[] = {&minutes.optimistic, &minutes.mostLikely, &minutes.pessimistic};
-    *totals[box % 3] = box < 6 ? Saturated(std::int64_t{typed} + minutes.past) : typed;
+    const auto take = [&](int column, double number) {
+        const std::int32_t value = minutesOf(number);
+        *totals[column] = box < 6 ? Saturated(std::int64_t{value} + minutes.past) : value;
+    };
+    if (typed.numbers.size() == 1) return take(box % 3, typed.numbers.front());
+    three = true;
+    for (int column = 0; column < 3; ++column) take(column, typed.numbers[static_cast<std::size_t>(column)]);
 }
 
 std::optional<std::string> Estimates::Refusal(int box, const std::string& text) const {
-    const auto number = ParseNumber(text);
-    if (!number) return "The estimate must be a number.";
-    const double typed = *number * GetUnits();
+    const auto whole = ParseEstimate(text);
+    if (!whole || (box < 3 && whole->numbers.size() > 1)) return "The estimate must be a number.";
     const bool rest = box / 3 == 1;
-    const double total = rest ? typed + minutes.past : typed;
-    // More may have been done than was estimated; the whole cannot be less than nothing.
-    if (rest ? total < 0 && typed < 0 : typed < 0) return "The estimate must not be negative.";
-    if (typed <= kMost && total <= kMost) return std::nullopt;
-    return "The estimate is too large.  A task can take at most " + std::to_string(kMost) + " minutes.";
+    for (const double number : whole->numbers) {
+        const double typed = number * MinutesPer(whole->unit.value_or(unit));
+        const double total = rest ? typed + minutes.past : typed;
+        // More may have been done than was estimated; the whole cannot be less than nothing.
+        if (rest ? total < 0 && typed < 0 : typed < 0) return "The estimate must not be negative.";
+        if (typed > kMost || total > kMost)
+            return "The estimate is too large.  A task can take at most " + std::to_string(kMost) +
+                   " minutes.";
+    }
+    return std::nullopt;
 }
 
 Estimates::Minutes Estimates::Totals() const {

@@ -32,7 +32,9 @@ struct Estimates {
     bool BoxLive(int box) const;
     /// What a box shows, with at most two decimals.
     std::string TextOf(int box) const;
-    /// Takes over what was typed into a box.
+    /// Takes over what was typed into a box: a number in the unit, or one followed by a unit ("2d", "1.5
+    /// weeks"), which becomes that of all boxes. Three of them with semicolons ("3;5;8 h") are all estimates
+    /// of the row.
     void Type(int box, const std::string& text);
     /// What is wrong with the text of a box, or none if it can be stored.
     std::optional<std::string> Refusal(int box, const std::string& text) const;
@@ -45,6 +47,9 @@ struct Estimates {
     bool live = true;          ///< the task has estimates at all
     bool three = false;        ///< else the most likely one is all three
     bool manyRows = false;     ///< else only what remains can be entered
+
+  private:
+    std::int32_t MinutesPer(int anyUnit) const;
 };
 
 }  // namespace vortan

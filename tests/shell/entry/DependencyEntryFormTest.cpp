@@ -55,6 +55,16 @@ TEST_F(DependencyEntryFormTest, ATaskIsFoundByAPartOfItsText) {
     EXPECT_EQ(pour->DependencyList()[0]->Offset(), 0);
 }
 
+TEST_F(DependencyEntryFormTest, PercentagesAreTypedAsNumbers) {
+    Add();
+    Click("QuickOption(0)");
+    Find<QSpinBox>("FromPercentText").setValue(37);
+    EXPECT_EQ(Quick(), "PS 37 0");
+    Find<QSlider>("ToScroll").setValue(100);
+    EXPECT_EQ(Find<QSpinBox>("ToPercentText").value(), 100);
+    Cancel();
+}
+
 TEST_F(DependencyEntryFormTest, LoadsEachKind) {
     // What is not in this journal is not offered.
     MakePlan(workspace,

@@ -66,6 +66,13 @@ TEST_F(TaskEntryFormTest, TheBoxesFollowWhatIsTypedAndChosen) {
     Ok();
     EXPECT_EQ(Stored(*task), "43200: 3600 3600 3600");
     Modify(task);
+    Type("EstimateText(4)", "3;5;8 h");
+    EXPECT_TRUE(Checked("UnitsOption(1)") && Checked("Enable3EstimatesCheck"));
+    Find<QLineEdit>("EstimateText(4)").editingFinished();
+    EXPECT_EQ(Boxes(), "[0][0][0]|[3][5][8]|[3][5][8]");
+    Ok();
+    EXPECT_EQ(Stored(*task), "60: 180 300 480");
+    Modify(task);
     Do("ToFinishOption!");
     Ok();
     EXPECT_EQ(Stored(*task), "0: 0 0 0");

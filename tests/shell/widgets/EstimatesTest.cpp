@@ -57,14 +57,42 @@ TEST(Estimates, OneOfPastRestAndTotalFollowsTheOthers) {
     EXPECT_EQ(made.Totals().pessimistic, 4065 + 120);
 }
 
+TEST(Estimates, AUnitIsTypedWithTheNumbers) {
+    const std::tuple<int, int, const char*, const char*, int, int> cases[] = {
+        {-60, 480, "2d", "1 2 3", 480, 1440},
+        {-60, 480, "1.5 Weeks ", "0.2 1.5 1.7", 2400, 4080},
+        {60, 60, "2 days", "0.04 2 2.04", 1440, 2940},
+        {-480, 60, "90 m", "60 90 150", 1, 150},
+        {-480, 60, "3;5;8 h", "1 5 6", 60, 540}};
+    for (const auto& [units, past, text, rows, now, pessimistic] : cases) {
+        Estimates made = Of(units, 0, past);
+        made.Type(4, text);
+        EXPECT_EQ(Rows(made), rows) << text;
+        EXPECT_EQ(made.GetUnits(), now) << text;
+        EXPECT_EQ(made.Totals().pessimistic, pessimistic) << text;
+    }
+}
+
 TEST(Estimates, WhatCannotBeStoredIsRefused) {
     const Estimates made = Of(-60, 120, 60);
     const char *number = "The estimate must be a number.", *negative = "The estimate must not be negative.";
     const char* large = "The estimate is too large.  A task can take at most 2147483647 minutes.";
-    const std::tuple<int, const char*, const char*> cases[] = {
-        {4, "", number},        {4, "3 h", number},       {7, "-0.01", negative},  {1, "-1", negative},
-        {4, "-1", nullptr},     {4, "-1.01", negative},   {7, "0", nullptr},       {7, "35791394.1", nullptr},
-        {7, "35791395", large}, {4, "35791393.5", large}, {4, "35791393", nullptr}};
+    const std::tuple<int, const char*, const char*> cases[] = {{4, "", number},
+                                                               {4, "3 x", number},
+                                                               {1, "3;5;8 h", number},
+                                                               {4, "3;5 h", number},
+                                                               {4, "1;2;-4 h", negative},
+                                                               {7, "223697 mo", large},
+                                                               {4, "3 h", nullptr},
+                                                               {7, "-0.01", negative},
+                                                               {1, "-1", negative},
+                                                               {4, "-1", nullptr},
+                                                               {4, "-1.01", negative},
+                                                               {7, "0", nullptr},
+                                                               {7, "35791394.1", nullptr},
+                                                               {7, "35791395", large},
+                                                               {4, "35791393.5", large},
+                                                               {4, "35791393", nullptr}};
     for (const auto& [box, text, refusal] : cases)
         EXPECT_EQ(made.Refusal(box, text).value_or("fits"), refusal ? refusal : "fits") << box << " " << text;
 }
