@@ -8,6 +8,7 @@
 #include "cli/TextTable.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
+#include "solve/WhyText.h"
 
 namespace vortan {
 

@@ -90,7 +90,4 @@ const char* DamageText(bool cutOff);
 /// A date as a user types it. CliError if it is none.
 DateTime ParseDateArgument(const std::string& text);
 
-/// A moment for people: no seconds where there are none, "-" for none at all.
-std::string MomentText(DateTime moment);
-
 }  // namespace vortan

@@ -7,6 +7,7 @@
 #include "model/ValueText.h"
 #include "model/Vproject.h"
 #include "model/Vtask.h"
+#include "solve/WhyText.h"
 
 namespace vortan {
 

@@ -10,6 +10,7 @@
 #include "model/Vproject.h"
 #include "model/Vtask.h"
 #include "solve/ProblemText.h"
+#include "solve/WhyText.h"
 
 namespace vortan {
 

@@ -160,7 +160,9 @@ void Solver::TrySolve() {
     if (!workspace_.ProjectList().empty()) DoEverything();
     if (mode_ != SolveMode::Running) return;
     SetMode(SolveMode::Idle);
-    SetSolveMessage(workspace_.ProjectList().empty() ? "No projects loaded" : "Solve complete");
+    SetSolveMessage(workspace_.ProjectList().empty() ? "No projects loaded"
+                    : standing_->network.Ranked()    ? "Solve complete, in a shortened order"
+                                                     : "Solve complete");
     workspace_.BroadcastNewSolution();
 }
 

@@ -59,6 +59,12 @@ TaskEntryForm::TaskEntryForm(Desktop& desktop, Vtask& object, Vproject& owner, b
     AddRow("&Description", description_);
     AddRow("Fi&xed cost", materialCost_);
     AddRow("Efficienc&y", efficiency_);
+    if (object.SolveRank() != 0) {
+        auto* rank = new QLabel(QString::number(object.SolveRank()));
+        rank->setObjectName("SolveRankLabel");
+        rank->setToolTip("The place of the task in the order that Shorten has found");
+        AddRow("Rank", rank);
+    }
     for (TextField* field : {taskId_, efficiency_, static_cast<TextField*>(materialCost_)}) {
         field->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
         field->setAlignment(Qt::AlignRight);

@@ -22,6 +22,7 @@
 #include "shell/pages/CrashDataForm.h"
 #include "shell/pages/FilterForm.h"
 #include "shell/widgets/ProgressForm.h"
+#include "solve/WhyText.h"
 
 namespace vortan {
 namespace {
@@ -179,6 +180,47 @@ void CrashSolve(MainForm& main, bool quick) {
     const auto outcome = desktop.iterative.CrashSolve(quick, increment, &progress);
     progress.hide();
     if (ExplainOutcome(desktop.platform, outcome)) ShowCrashForm(desktop);
+}
+
+void ShortenPlan(MainForm& main) {
+    Desktop& desktop = main.TheDesktop();
+    double& seconds = main.iterative.shortenSeconds;
+    const auto check = [](double number) { return IterativeSolve::CheckShorten({.seconds = number}); };
+    const auto answer =
+        AskNumber(desktop.platform, "Enter the number of seconds to search:", "Enter Number of Seconds",
+                  seconds, check);
+    if (!answer || !desktop.workspace.ThisProjectSolved()) return;
+    seconds = *answer;
+    ProgressForm progress(&main, "Shorten");
+    const auto outcome = desktop.iterative.ShortenSolve({.seconds = seconds}, &progress);
+    progress.hide();
+    const ShortenResult& result = desktop.iterative.Results().shorten;
+    if (!outcome.message.empty() || (!outcome.done && !result.better)) {
+        ExplainOutcome(desktop.platform, outcome);
+        return;
+    }
+    std::string text = "No order of " + GroupDigits(result.moves) + " that were tried is better.";
+    if (result.better) {
+        text = "The project ends at " + MomentText(result.finish) + " instead of " +
+               MomentText(result.finishBefore) + ", and costs " +
+               FormatCurrency(result.cost, desktop.platform.CurrencySymbol()) + " instead of " +
+               FormatCurrency(result.costBefore, desktop.platform.CurrencySymbol()) + ".";
+    }
+    text += result.optimal ? "\nNo order ends it earlier."
+                           : "\nNo order ends it before " + MomentText(result.bound) + ".";
+    if (outcome.done) {
+        desktop.platform.MessageBox(text, "Shorten", BoxIcon::Information, BoxButtons::Ok);
+    } else if (desktop.platform.MessageBox(text + "\n\nDo you want to keep this order?", "Shorten",
+                                           BoxIcon::Question, BoxButtons::YesNo) == BoxAnswer::Yes) {
+        desktop.iterative.KeepShortened();
+    }
+}
+
+void SolveInToldOrder(MainForm& main) {
+    Desktop& desktop = main.TheDesktop();
+    if (desktop.iterative.SolveInToldOrder()) return;
+    desktop.platform.MessageBox("No task has a rank: the plan is solved in the told order already.",
+                                "Solve in Told Order", BoxIcon::Information, BoxButtons::Ok);
 }
 
 }  // namespace vortan

@@ -14,6 +14,7 @@ class MainForm;
 struct IterativeChoices {
     std::int32_t riskIterations = IterativeSolve::kUsualIterations;
     double teamIncrement = IterativeSolve::kUsualIncrement;
+    double shortenSeconds = ShortenOptions::kUsualSeconds;
     Money highestCost;
 };
 
@@ -28,5 +29,9 @@ void StartCrashForm(MainForm& main);
 // Each asks for a number, solves and shows what it found.
 void RiskSolve(MainForm& main, bool quick);
 void CrashSolve(MainForm& main, bool quick);
+void ShortenPlan(MainForm& main);
+
+/// Takes the ranks of a shortened plan off its tasks, or says that there are none.
+void SolveInToldOrder(MainForm& main);
 
 }  // namespace vortan

@@ -269,6 +269,11 @@ constexpr Command kIterative[] = {
      "Detailed crash solve",
      [](MainForm& m) { CrashSolve(m, false); },
      {.needs = Solved}},
+    {"IterativeShortenMenu",
+     "Shorten",
+     ShortenPlan,
+     {.needs = Solved, .separator = "IterativeSeparatorMenu"}},
+    {"IterativeToldOrderMenu", "Solve in told order", SolveInToldOrder, {.needs = Project}},
 };
 
 constexpr Command kGraphics[] = {

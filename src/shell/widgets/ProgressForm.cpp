@@ -8,6 +8,10 @@
 #include <QVBoxLayout>
 #include <cmath>
 
+#include "model/ValueText.h"
+#include "paint/Text.h"
+#include "solve/WhyText.h"
+
 namespace vortan {
 namespace {
 
@@ -28,7 +32,7 @@ QString TimeLeftText(double seconds) {
 }
 
 ProgressForm::ProgressForm(QWidget* parent, const QString& caption)
-    : QDialog(parent), bar_(new QProgressBar), left_(new QLabel) {
+    : QDialog(parent), bar_(new QProgressBar), left_(new QLabel), found_(new QLabel) {
     setObjectName("ProgressForm");
     setWindowTitle(caption);
     setWindowModality(Qt::ApplicationModal);
@@ -42,8 +46,11 @@ ProgressForm::ProgressForm(QWidget* parent, const QString& caption)
     auto* row = new QHBoxLayout;
     row->addWidget(left_, 1);
     row->addWidget(cancel);
+    found_->setObjectName("FoundLabel");
+    found_->hide();
     auto* all = new QVBoxLayout(this);
     all->addWidget(bar_);
+    all->addWidget(found_);
     all->addLayout(row);
 }
 
@@ -53,6 +60,13 @@ bool ProgressForm::Report(int percent, double secondsLeft) {
     left_->setText(TimeLeftText(secondsLeft));
     QApplication::processEvents();
     return cancelled_;
+}
+
+void ProgressForm::Found(DateTime finish, DateTime bound) {
+    const double gap = std::max(finish.Days() - bound.Days(), 0.0);
+    found_->setText(Q("Finish so far " + MomentText(finish) + "\nNo order before " + MomentText(bound) +
+                      "\nThat is " + FormatDuration(gap, true) + " apart"));
+    found_->show();
 }
 
 }  // namespace vortan

@@ -16,12 +16,13 @@ class ProgressForm : public QDialog, public IterativeProgress {
     ProgressForm(QWidget* parent, const QString& caption);
 
     bool Report(int percent, double secondsLeft) override;
+    void Found(DateTime finish, DateTime bound) override;
     /// Esc and the close box ask to cancel too.
     void reject() override { cancelled_ = true; }
 
   private:
     QProgressBar* bar_;
-    QLabel* left_;
+    QLabel *left_, *found_;
     bool cancelled_ = false;
 };
 

@@ -80,6 +80,8 @@ TEST_F(ContextHelpTest, F1FindsAPageInEveryControlOfEveryForm) {
                                           "JournalSelectMenu",
                                           "JournalModifyMenu",
                                           "JournalDeleteMenu",
+                                          "IterativeShortenMenu",
+                                          "IterativeToldOrderMenu",
                                           "OutputPrintMenu",
                                           "OutputExportMenu",
                                           "OutputCopyMenu",

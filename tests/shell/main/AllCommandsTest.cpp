@@ -50,6 +50,8 @@ const std::map<std::string, Tried>& Rows() {
         {"IterativeDetailedRiskSolveMenu", {None, "", nullptr, "2"}},
         {"IterativeQuickCrashSolveMenu", {None, "", nullptr, ""}},
         {"IterativeDetailedCrashSolveMenu", {None, "", nullptr, ""}},
+        {"IterativeShortenMenu", {None, "", nullptr, ""}},
+        {"IterativeToldOrderMenu", {None, "", "Solve in Told Order"}},
         {"GraphicsRiskAnalysisMenu", {None, "", "No Risk Data"}},
         {"GraphicsCrashAnalysisMenu", {None, "", "Crash Data Unavailable"}},
         {"GraphicsStatusReportMenu", {None, "", "File Copy Error"}},

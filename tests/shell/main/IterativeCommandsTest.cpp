@@ -4,7 +4,9 @@
 #include "shell/Shell.h"
 #include "shell/pages/ChartPage.h"
 #include "shell/widgets/ProgressForm.h"
+#include "solve/WhyText.h"
 #include "support/Paths.h"
+#include "support/TextPlan.h"
 
 namespace vortan {
 namespace {
@@ -126,6 +128,30 @@ TEST_F(IterativeCommandsTest, CancelLeavesEverythingAsItWas) {
     EXPECT_EQ(shell.desktop.workspace.ThisProject()->EarlyFinish(), finish);
     EXPECT_EQ(shell.desktop.solver.Mode(), SolveMode::Idle);
     EXPECT_EQ(shell.desktop.solver.SolveMessage(), "Solve complete");
+}
+
+/// As told, the long task of Ann comes first, and Ben waits for her short one.
+TEST(ShortenCommand, FindsAnOrderThatIsKeptUndoneAndTakenBack) {
+    Shell shell;
+    MakePlan(shell.desktop.workspace, R"(template Crew; resource 1 "Ann"; resource 2 "Ben"; project P rule 1;
+        task 1 work 4800 start by 1; task 2 work 480 start by 1; task 3 work 4800 after 2 by 2;
+        task 4 work 0 after 1 after 3)");
+    shell.Solve();
+    Vproject& project = *shell.desktop.workspace.ThisProject();
+    const DateTime told = project.EarlyFinish();
+    shell.platform.ExpectInput({true, "0.05"});
+    shell.platform.ExpectBox("Shorten", BoxAnswer::Ok, "instead of " + MomentText(told));
+    shell.Choose("IterativeShortenMenu");
+    shell.Solve();
+    EXPECT_LT(project.EarlyFinish().Days(), told.Days());
+    EXPECT_EQ(shell.desktop.solver.SolveMessage(), "Solve complete, in a shortened order");
+    shell.Choose("IterativeToldOrderMenu");
+    shell.Solve();
+    EXPECT_EQ(project.EarlyFinish(), told);
+    shell.Choose("EditUndoMenu");
+    shell.Solve();
+    EXPECT_LT(project.EarlyFinish().Days(), told.Days());
+    EXPECT_TRUE(shell.platform.AllBoxesCame());
 }
 
 TEST(ProgressFormTest, TimeLeftIsRoundedUp) {
