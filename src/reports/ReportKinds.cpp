@@ -24,6 +24,7 @@ constexpr ReportKind kKinds[] = {
     {"overload", "Overload", ReportNeeds::Solution,
      [](const ReportSource& source) { return BuildOverageSpreadsheet(source, false); }, true},
     {"date-dependencies", "Date dependency", ReportNeeds::Project, BuildDateDependencySpreadsheet},
+    {"changes", "Changes", ReportNeeds::SolutionBesidePlan, BuildChangesSpreadsheet, false, false, true},
 };
 
 }  // namespace
