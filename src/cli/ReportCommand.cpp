@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <ostream>
 #include <set>
 
@@ -60,15 +61,19 @@ void SolveFor(CliSession& session, const ReportKind& kind) {
                             << session.StatusLine() << "\n";
 }
 
-/// Solves both journals, and the plan that slack is measured against. The results of a journal run forward
-/// into later ones, so earlier ones are solved first.
+/// Solves the later journal. The earlier one, and the plan that slack is measured against, keep what their
+/// last solve found. Results run forward into later journals, so one that has none is solved before those.
 void SolveJournals(CliSession& session, const ReportSource& source) {
     const Vproject& project = *session.workspace.ThisProject();
+    const std::int32_t later = std::max(source.from, source.to);
+    bool overwritten = false;
     for (const std::int32_t index : std::set{source.from, source.to, project.PlanIndex()}) {
+        if (index > later || (index < later && !overwritten && HasResults(project, index))) continue;
+        overwritten = true;
         const DateTime date = project.JournalDates()[static_cast<std::size_t>(index)];
         session.SelectJournal(date);
-        if (session.Solve() == kExitDone || (index != source.from && index != source.to)) continue;
-        throw CliError("Journal of " + FormatDate(date) + ": " + session.StatusLine(), kExitHalted);
+        if (session.Solve() != kExitDone && (index == source.from || index == source.to))
+            throw CliError("Journal of " + FormatDate(date) + ": " + session.StatusLine(), kExitHalted);
     }
 }
 

@@ -39,7 +39,7 @@ Money CostAt(const Vtask& task, std::int32_t journal) {
 struct JournalSums {
     Side all;
     double leastSlack = 0;
-    bool solved = true;  ///< all tasks
+    bool solved = true;
 };
 
 std::optional<Side> SideOf(const Vtask& task, std::int32_t journal) {
@@ -50,11 +50,11 @@ std::optional<Side> SideOf(const Vtask& task, std::int32_t journal) {
 
 JournalSums SumsOf(const Vproject& project, std::int32_t journal) {
     JournalSums sums;
+    sums.solved = HasResults(project, journal);
     bool any = false;
     for (const Vtask* task : project.TaskList()) {
         const std::optional<Side> side = SideOf(*task, journal);
         if (!side) continue;
-        sums.solved = sums.solved && side->Solved();
         sums.leastSlack = any ? std::min(sums.leastSlack, side->Slack()) : side->Slack();
         sums.all.cost += side->cost;
         any = true;

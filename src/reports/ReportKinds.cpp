@@ -45,6 +45,14 @@ bool PlanIsCurrent(const Workspace& workspace) {
     return project && project->PlanIndex() == project->CurrentIndex();
 }
 
+bool HasResults(const Vproject& project, std::int32_t journalIndex) {
+    const auto& tasks = project.TaskList();
+    return std::all_of(tasks.begin(), tasks.end(), [&](const Vtask* task) {
+        return !task->IncludeAt(journalIndex) ||
+               (task->EarlyStartAt(journalIndex).IsSet() && task->EarlyFinishAt(journalIndex).IsSet());
+    });
+}
+
 bool MayBuild(Workspace& workspace, const ReportKind& kind) {
     switch (kind.needs) {
         case ReportNeeds::Template:

@@ -45,6 +45,10 @@ bool MayBuild(Workspace& workspace, const ReportKind& kind);
 /// Whether the report would set a journal beside itself.
 bool PlanIsCurrent(const Workspace& workspace);
 
+/// Whether all tasks that a project has in a journal have results there, if only those of the journal that it
+/// was copied from.
+bool HasResults(const Vproject& project, std::int32_t journalIndex);
+
 /// The name of the settings of the screen that shows reports, and of their font.
 inline constexpr const char* kReportForm = "SpreadsheetForm";
 
