@@ -146,8 +146,11 @@ void AddSides(RowWriter& row, const std::optional<Side>& from, const std::option
     each([&](const Side& side) -> RowWriter& { return row.Span(side.Duration()); },
          [&]() -> RowWriter& { return span(after->Duration() - before->Duration()); });
     withSlack&& after ? row.Span(after->Slack()) : row.Skip(1);
-    each([&](const Side& side) -> RowWriter& { return row.Amount(side.cost, symbol); },
-         [&]() -> RowWriter& { return row.Amount(after->cost - before->cost, symbol); });
+    before ? row.Amount(before->cost, symbol) : row.Skip(1);
+    after ? row.Amount(after->cost, symbol) : row.Skip(1);
+    const Money costBefore = before ? before->cost : Money(), costAfter = after ? after->cost : Money();
+    const bool known = (!from || before) && (!to || after);
+    known ? row.Amount(costAfter - costBefore, symbol) : row.Skip(1);
 }
 
 /// "1 added, 2 later, 2 dearer"

@@ -13,9 +13,11 @@ void MakeJournals(LoadedPlan& plan, bool solveFirst = true) {
         task 4 "Last" days 14400 start; task 5 "Gone" days 4320 start; task 6 "Dear" days 1440 start
         task 8 "Short" days 8640 start; task 9 "Noise" days 1440 start
         task 10 "End" days 60 after 5 after 1 after 2 after 3 after 4 after 6 after 8 after 9)");
+    plan.Task("Shed", 5)->SetMaterialCost(Money::FromDouble(1));
     if (solveFirst) plan.Solve();
     plan.Make(R"(at 9/6/2001; task 2 days 2880; task 3 days 4320; task 4 days 14460; task 8 days 4320
         task 7 "New" days 5760 start=9/7/2001_8:00; task 10 after 7)");
+    plan.Task("Shed", 7)->SetMaterialCost(Money::FromDouble(2));
     plan.Task("Shed", 10)->DependencyList()[0]->Delete();
     plan.Task("Shed", 5)->Delete();
     plan.Task("Shed", 6)->SetMaterialCost(Money::FromDouble(0.005));
@@ -41,16 +43,17 @@ TEST(ChangesReport, TellsWhatDiffersByEffectOnTheFinish) {
         EXPECT_EQ(RowsOf(plan, -1, -1), R"(from 9/3/2001 to 9/6/2001 for Shed: Hut
 4: Last|later, longer|0|1 hour|1 hour|$0.00|
 10: End|later|1 hour|1 hour|0|$0.00|
-7: New|added|||||
-5: Gone|removed|||||
+7: New|added||||$2.00|
+5: Gone|removed||||$-1.00|
 8: Short|earlier, shorter|0|-3 days|-3 days|$0.00|
 2: Tie|later, longer|0|1 day|1 day|$0.00|
 3: Tie too|later, longer|0|1 day|1 day|$0.00|
 6: Dear|dearer|0|0|0|$0.01|
-Total|1 added, 1 removed, 4 later, 1 earlier, 3 longer, 1 shorter, 1 dearer|0|1 hour|1 hour|$0.01|
+Total|1 added, 1 removed, 4 later, 1 earlier, 3 longer, 1 shorter, 1 dearer|0|1 hour|1 hour|$1.01|
 )");
     EXPECT_EQ(SaveRecords(plan.workspace), file);
-    ExpectPart(RowsOf(plan, 1, 0), "7: New|removed|||||\n5: Gone|added|||||\n8: Short|later, longer|");
+    ExpectPart(RowsOf(plan, 1, 0),
+               "7: New|removed||||$-2.00|\n5: Gone|added||||$1.00|\n8: Short|later, longer|");
     ExpectPart(RowsOf(plan, 1, 2), "Shed: Hut\nTotal|none|0|0|0|$0.00|");
 }
 
@@ -60,7 +63,8 @@ TEST(ChangesReport, AJournalThatWasNeverSolvedIsNotCompared) {
     plan.Solve();
     const std::string rows = RowsOf(plan, 0, 1);
     ExpectPart(
-        rows, "from 9/3/2001 (not solved) to 9/6/2001 for Shed: Hut\n7: New|added|||||\n1: Same|not solved|");
+        rows,
+        "from 9/3/2001 (not solved) to 9/6/2001 for Shed: Hut\n7: New|added||||$2.00|\n1: Same|not solved|");
     ExpectPart(rows, "Total|1 added, 1 removed, 9 not solved|||||");
 }
 
