@@ -1,10 +1,14 @@
+#include <algorithm>
 #include <ostream>
+#include <set>
 
 #include "cli/ChartFile.h"
 #include "cli/Command.h"
 #include "cli/ReportData.h"
 #include "model/Characters.h"
 #include "model/Fault.h"
+#include "model/ValueText.h"
+#include "model/Vproject.h"
 #include "reports/CsvFile.h"
 #include "reports/HtmlFile.h"
 
@@ -16,7 +20,7 @@ constexpr std::string_view kEndings[] = {".csv", ".xlsx", ".html", ".pdf", ".svg
 
 struct ReportOptions {
     std::vector<std::string> files;
-    std::string out, project, templateName, journal, month;
+    std::string out, project, templateName, journal, month, from, to;
     bool fit = false;
     bool json = false;
 };
@@ -57,6 +61,43 @@ void SolveFor(CliSession& session, const ReportKind& kind) {
                             << session.StatusLine() << "\n";
 }
 
+/// Solves the later journal. The earlier one, and the plan that slack is measured against, keep what their
+/// last solve found. Results run forward into later journals, so one that has none is solved before those.
+void SolveJournals(CliSession& session, const ReportSource& source) {
+    const Vproject& project = *session.workspace.ThisProject();
+    const std::int32_t later = std::max(source.from, source.to);
+    bool overwritten = false;
+    for (const std::int32_t index : std::set{source.from, source.to, project.PlanIndex()}) {
+        if (index > later || (index < later && !overwritten && HasResults(project, index))) continue;
+        overwritten = true;
+        const DateTime date = project.JournalDates()[static_cast<std::size_t>(index)];
+        session.SelectJournal(date);
+        if (session.Solve() != kExitDone && (index == source.from || index == source.to))
+            throw CliError("Journal of " + FormatDate(date) + ": " + session.StatusLine(), kExitHalted);
+    }
+}
+
+/// What the report is built from, solved.
+ReportSource SolvedSource(CliSession& session, const ReportOptions& options, const ReportKind& kind,
+                          DateTime month) {
+    ReportSource source{session.workspace, session.solver, month};
+    if (kind.twoJournals) {
+        const Vproject& project = *session.workspace.ThisProject();
+        source.from = options.from.empty() ? project.PlanIndex() : session.FindJournal(options.from);
+        source.to = options.to.empty() ? project.CurrentIndex() : session.FindJournal(options.to);
+        const bool chosen = !options.from.empty() || !options.to.empty();
+        if (chosen && source.from == source.to)
+            throw CliError("The report compares two journals, and both are that of " +
+                           FormatDate(project.JournalDates()[static_cast<std::size_t>(source.to)]) + ".");
+        if (source.from != source.to) {
+            SolveJournals(session, source);
+            return source;
+        }
+    }
+    SolveFor(session, kind);
+    return source;
+}
+
 void WriteReport(CliSession& session, const ReportOptions& options, const ReportKind& kind,
                  const Table& table) {
     if (EndsWithText(options.out, ".json")) {
@@ -82,8 +123,7 @@ int Run(CliSession& session, const ReportOptions& options, const ReportKind& kin
     if (!options.out.empty()) RequireEnding("report", options.out, kEndings);
     const DateTime month = MonthOption(options.month);
     LoadAll(session, options, kind);
-    SolveFor(session, kind);
-    const Table table = kind.build({session.workspace, session.solver, month});
+    const Table table = kind.build(SolvedSource(session, options, kind, month));
     if (table.Rows() == 0) session.streams.err << "The requested spreadsheet contained no data.\n";
     if (options.json) session.streams.out << session.WithLosses(ReportJson(kind, table));
     if (!options.out.empty()) {
@@ -110,8 +150,15 @@ Command KindCommand(const ReportKind& kind) {
         JsonOption(o.json),
         {"--fit", &o.fit, "Reduce a .pdf to one page"},
         ProjectOption(o.project),
-        {"--template", &o.templateName, "The active template; the first one if not given", "NAME"},
-        {"--journal", &o.journal, "Show the journal of this date, in all projects that have it", "DATE"}};
+        {"--template", &o.templateName, "The active template; the first one if not given", "NAME"}};
+    if (kind.twoJournals) {
+        list.push_back(
+            {"--from", &o.from, "Compare the journal of this date; the plan if not given", "DATE"});
+        list.push_back({"--to", &o.to, "With the journal of this date; the active one if not given", "DATE"});
+    } else {
+        list.push_back(
+            {"--journal", &o.journal, "Show the journal of this date, in all projects that have it", "DATE"});
+    }
     if (kind.byMonth)
         list.push_back({"--month", &o.month,
                         "The month to show, as 2026-03; the one in which the project starts if not given",

@@ -1,5 +1,7 @@
 #include "cli/Session.h"
 
+#include <algorithm>
+
 #include "cli/JsonWriter.h"
 #include "cli/LossesText.h"
 #include "cli/TextTable.h"
@@ -113,18 +115,26 @@ void CliSession::SelectTemplate(const std::string& name) {
     if (!name.empty()) workspace.SetThisTemplate(FindNamed("template", workspace.TemplateList(), name));
 }
 
-void CliSession::SelectJournal(const std::string& text) {
-    if (text.empty()) return;
+std::int32_t CliSession::FindJournal(const std::string& text) const {
     const DateTime date = ParseDateArgument(text);
     const Vproject* active = workspace.ThisProject();
     if (!active) throw CliError("There is no project in memory whose journal could be chosen.");
-    if (!active->JournalDefined(date)) {
-        std::string known;
-        for (const DateTime each : active->JournalDates())
-            known += (known.empty() ? "" : ", ") + FormatDate(each);
-        throw CliError("Project " + active->ProjectName() + " has no journal of " + FormatDate(date) +
-                       ". It has: " + known + ".");
-    }
+    const std::vector<DateTime>& dates = active->JournalDates();
+    const auto found = std::find(dates.begin(), dates.end(), date);
+    if (active->JournalDefined(date)) return static_cast<std::int32_t>(found - dates.begin());
+    std::string known;
+    for (const DateTime each : dates) known += (known.empty() ? "" : ", ") + FormatDate(each);
+    throw CliError("Project " + active->ProjectName() + " has no journal of " + FormatDate(date) +
+                   ". It has: " + known + ".");
+}
+
+void CliSession::SelectJournal(const std::string& text) {
+    if (text.empty()) return;
+    const auto place = static_cast<std::size_t>(FindJournal(text));
+    SelectJournal(workspace.ThisProject()->JournalDates()[place]);
+}
+
+void CliSession::SelectJournal(DateTime date) {
     for (Vproject* project : workspace.ProjectList()) {
         if (project->JournalDefined(date)) project->SetJournal(date);
     }

@@ -59,6 +59,9 @@ struct CliSession {
     /// Makes the journal of that date active in all projects that have it. CliError if the active one has
     /// not.
     void SelectJournal(const std::string& date);
+    void SelectJournal(DateTime date);
+    /// The place of the journal of that date in the active project. CliError, with the dates that there are.
+    std::int32_t FindJournal(const std::string& date) const;
     /// Solves everything in memory. Returns the exit code.
     int Solve();
     /// The same before a risk or crash solve: tells of a halt on the error stream. CliError without a

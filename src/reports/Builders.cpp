@@ -1,6 +1,7 @@
 #include "reports/Builders.h"
 
 #include <cmath>
+#include <cstdlib>
 
 #include "model/ValueText.h"
 
@@ -40,6 +41,12 @@ std::string EffortText(const Vtask& task, std::int32_t journalIndex) {
 
 TimeSpan EffortSpan(const Vtask& task, std::int32_t journalIndex) {
     return {static_cast<double>(task.MostLikelyAt(journalIndex)) / kMinutesPerDay};
+}
+
+Money ShownCents(Money amount) {
+    const std::lldiv_t cents = std::lldiv(amount.Units(), 100);
+    const long long up = cents.rem >= 50 ? 1 : cents.rem <= -50 ? -1 : 0;
+    return Money::FromUnits(cents.quot * 100) + Money::FromUnits(up * 100);
 }
 
 std::int64_t MillisecondsOf(const Vslot& slot) {

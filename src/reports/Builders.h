@@ -18,6 +18,13 @@ Table BuildLoadingSummary(const ReportSource& source, bool byResource);
 Table BuildLoadingByDay(const ReportSource& source);
 Table BuildOverageSpreadsheet(const ReportSource& source, bool includeOvertime);
 Table BuildDateDependencySpreadsheet(const ReportSource& source);
+/// The tasks of the active project that were added, removed, moved, or became longer, shorter, dearer or
+/// cheaper from one journal to another, by effect on the finish: first those with the least slack of the
+/// project (in the journal gone to, or else in the one gone from), then by the days that the early finish
+/// moved, either way, then by number. An added or removed task counts with its duration. Starts, finishes and
+/// durations are compared to the minute, costs to the cent. What was not solved in one of the journals comes
+/// last, with nothing compared.
+Table BuildChangesSpreadsheet(const ReportSource& source);
 
 /// Writes a new row of a table, cell by cell from the left.
 class RowWriter {
@@ -63,6 +70,9 @@ class ProjectTexts {
 /// days of 24 hours, and a unit that is none is "???".
 std::string EffortText(const Vtask& task, std::int32_t journalIndex);
 TimeSpan EffortSpan(const Vtask& task, std::int32_t journalIndex);
+
+/// In whole cents, as it is shown: totals are those of the amounts on screen.
+Money ShownCents(Money amount);
 
 /// How long a slot is. A moment of a day is not exact in binary; its millisecond is.
 std::int64_t MillisecondsOf(const Vslot& slot);

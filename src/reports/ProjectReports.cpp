@@ -1,7 +1,6 @@
 // The solution of the active project, a row per task: in the journal in force, or the plan's beside it.
 
 #include <array>
-#include <cstdlib>
 
 #include "charts/PageHeader.h"
 #include "model/ValueText.h"
@@ -31,13 +30,6 @@ Table MakeTable(const Workspace& workspace, const char* title, TableColumn secon
              {"Labor cost", Alignment::Right},
              {"Total cost", Alignment::Right}},
             fixed};
-}
-
-/// As it is shown: totals are those of the amounts on screen.
-Money ShownCents(Money amount) {
-    const std::lldiv_t cents = std::lldiv(amount.Units(), 100);
-    const long long up = cents.rem >= 50 ? 1 : cents.rem <= -50 ? -1 : 0;
-    return Money::FromUnits(cents.quot * 100) + Money::FromUnits(up * 100);
 }
 
 /// Fills in what both reports tell of a task in a journal, and adds its costs up.

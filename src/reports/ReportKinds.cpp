@@ -24,6 +24,7 @@ constexpr ReportKind kKinds[] = {
     {"overload", "Overload", ReportNeeds::Solution,
      [](const ReportSource& source) { return BuildOverageSpreadsheet(source, false); }, true},
     {"date-dependencies", "Date dependency", ReportNeeds::Project, BuildDateDependencySpreadsheet},
+    {"changes", "Changes", ReportNeeds::SolutionBesidePlan, BuildChangesSpreadsheet, false, false, true},
 };
 
 }  // namespace
@@ -42,6 +43,14 @@ const ReportKind& ReportKindOf(std::string_view name) {
 bool PlanIsCurrent(const Workspace& workspace) {
     const Vproject* project = workspace.ThisProject();
     return project && project->PlanIndex() == project->CurrentIndex();
+}
+
+bool HasResults(const Vproject& project, std::int32_t journalIndex) {
+    const auto& tasks = project.TaskList();
+    return std::all_of(tasks.begin(), tasks.end(), [&](const Vtask* task) {
+        return !task->IncludeAt(journalIndex) ||
+               (task->EarlyStartAt(journalIndex).IsSet() && task->EarlyFinishAt(journalIndex).IsSet());
+    });
 }
 
 bool MayBuild(Workspace& workspace, const ReportKind& kind) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,6 +18,8 @@ struct ReportSource {
     /// A day of the month that a report of one month shows; not set: the month in which the active project
     /// starts, or else the first in which the template's resources are booked, or else today's.
     DateTime month{};
+    /// Places of the journals that a report of changes goes from and to; negative: the plan, the active one.
+    std::int32_t from = -1, to = -1;
 };
 
 /// What must be there before a report is built.
@@ -30,6 +33,7 @@ struct ReportKind {
     Table (*build)(const ReportSource& source);
     bool showsBookings = false;  ///< and so tells half of them when a solve has halted
     bool byMonth = false;        ///< of one month; its rows belong together and are not sorted
+    bool twoJournals = false;    ///< compares journals, whichever are chosen
 };
 
 /// In the order of the menu.
@@ -40,6 +44,10 @@ const ReportKind& ReportKindOf(std::string_view name);
 bool MayBuild(Workspace& workspace, const ReportKind& kind);
 /// Whether the report would set a journal beside itself.
 bool PlanIsCurrent(const Workspace& workspace);
+
+/// Whether all tasks that a project has in a journal have results there, if only those of the journal that it
+/// was copied from.
+bool HasResults(const Vproject& project, std::int32_t journalIndex);
 
 /// The name of the settings of the screen that shows reports, and of their font.
 inline constexpr const char* kReportForm = "SpreadsheetForm";

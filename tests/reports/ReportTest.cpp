@@ -38,6 +38,7 @@ TEST(Reports, GoldenPlansGiveTheKnownTables) {
     for (const std::string& file : FilesIn(TestFile("golden/reports"), ".vta")) {
         LoadedPlan plan(FileBytes(file));
         for (const ReportKind& kind : ReportKinds()) {
+            if (kind.twoJournals) continue;
             const std::string answer = file.substr(0, file.size() - 3) + kind.name + ".json";
             const bool planOnly = std::string(kind.name) == "update" && PlanIsCurrent(plan.workspace);
             if (planOnly) plan.platform.ExpectBox("Plan Equals Current", BoxAnswer::Ok);

@@ -243,6 +243,10 @@ constexpr Command kSpreadsheet[] = {
      "Date dependency",
      StartReport<10>,
      {.needs = Project, .page = "SpreadsheetTypeMenu(10)"}},
+    {"SpreadsheetTypeMenu(11)",
+     "Changes",
+     StartReport<11>,
+     {.needs = Solved, .page = "SpreadsheetTypeMenu(11)"}},
 };
 
 constexpr Command kCalendar[] = {

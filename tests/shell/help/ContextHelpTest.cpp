@@ -90,6 +90,7 @@ TEST_F(ContextHelpTest, F1FindsAPageInEveryControlOfEveryForm) {
                                           "SetupPrinterMenu",
                                           "SpreadsheetTypeMenu(4)",
                                           "SpreadsheetTypeMenu(9)",
+                                          "SpreadsheetTypeMenu(11)",
                                           "DependencyNew",
                                           "DepartmentNew",
                                           "JournalSetAsPlanMenu",

@@ -22,7 +22,7 @@ const std::string kPlain =
     "FileOpenMenu FileSaveMenu EditUndoMenu EditRedoMenu EditWhyMenu ProjectSelectMenu TemplateSelectMenu "
     "JournalSelectMenu SpreadsheetTypeMenu(1) SpreadsheetTypeMenu(2) SpreadsheetTypeMenu(3) "
     "SpreadsheetTypeMenu(4) SpreadsheetTypeMenu(5) SpreadsheetTypeMenu(6) SpreadsheetTypeMenu(7) "
-    "SpreadsheetTypeMenu(8) SpreadsheetTypeMenu(10) CalendarMenu GraphicsGanttMenu "
+    "SpreadsheetTypeMenu(8) SpreadsheetTypeMenu(10) SpreadsheetTypeMenu(11) CalendarMenu GraphicsGanttMenu "
     "GraphicsHistogramMenu GraphicsBudgetMenu GraphicsWorkBreakdownMenu GraphicsPrecedenceMenu "
     "SetupFontMenu SetupPrinterMenu SetupPreferencesMenu HelpWelcomeMenu HelpUsingHelpMenu "
     "HelpMenuMenu HelpToolbarMenu HelpGuideMeMenu HelpIndexMenu HelpTechnicalSupportMenu "

@@ -41,7 +41,7 @@ TEST_F(MainFormTest, CommandsWithoutWhatTheyNeedWarnAndStop) {
         EXPECT_FALSE(Enabled(action)) << action;
     EXPECT_FALSE(shell.Find<QToolButton>("Toolbar.Save").isEnabled());
     Open("house.vta");
-    warned("Plan Equals Current", {"SpreadsheetTypeMenu(4)"});
+    warned("Plan Equals Current", {"SpreadsheetTypeMenu(4)", "SpreadsheetTypeMenu(11)"});
 }
 
 TEST_F(MainFormTest, PublishesAPageOfASolvedOrHaltedPlan) {
