@@ -8,14 +8,16 @@ clang-format --dry-run -Werror "${files[@]}"
 echo "Formatting and layers are in order"
 
 # A folder is one unit, since headers cost more than all that is ours; so names at file level must differ within it. The
-# charts and the commands, which are alike, stand alone. `starts` tells where in its unit a source begins.
+# charts and the commands, which are alike, and what is there once for each kind of build stand alone. `starts` tells where in
+# its unit a source begins.
 units=build/lint
 rm -rf $units && mkdir -p $units
 # The compiler's precompiled headers are of no use to clang-tidy.
 edits=(-e 's/ -Winvalid-pch -include [^ "]*cmake_pch\.hxx//g')
 while read -r file; do
+    grep -qF "$PWD/$file\"" build/dev/compile_commands.json || continue  # for another system
     unit=$(dirname "$file")
-    case $unit in src/charts | src/cli) unit=$file ;; esac
+    case $unit in src/charts | src/cli | src/cli/output) unit=$file ;; esac
     unit=${unit//\//_}
     unit=$units/${unit%.cpp}.cpp
     [ -e "$unit" ] || edits+=(-e "s|$PWD/$file|$PWD/$unit|g")

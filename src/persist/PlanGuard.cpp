@@ -145,7 +145,7 @@ void PlanGuard::Release() {
     marks_.clear();
 }
 
-bool WriteBackupNote(const std::string& directory, BackupNote note) {
+bool WriteBackupNote(const std::string& directory, const BackupNote& note) {
     std::vector<std::string> lines = OwnerLines();
     for (const std::string& each : {note.backupFile, std::to_string(note.backupMark), note.planFile,
                                     std::to_string(note.planMark), note.when})

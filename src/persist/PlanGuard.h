@@ -49,7 +49,7 @@ struct BackupNote {
 };
 
 /// Writes the note of this program, in place of an older one. False: it cannot.
-bool WriteBackupNote(const std::string& directory, BackupNote note);
+bool WriteBackupNote(const std::string& directory, const BackupNote& note);
 /// Removes the note of this program.
 void RemoveBackupNote(const std::string& directory);
 /// Removes the note that a program left behind, unless its name is this program's by now.

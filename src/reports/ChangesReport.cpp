@@ -113,7 +113,7 @@ TaskChange ChangeOf(Vtask& task, std::int32_t fromJournal, std::int32_t toJourna
 }
 
 /// Moments are not exact in binary; what agrees to the minute is equal.
-auto SortKey(const TaskChange& change) {
+auto PlaceOf(const TaskChange& change) {
     return std::tuple(!change.comparable, !change.decides, -std::llround(change.effect * kMinutesPerDay));
 }
 
@@ -125,7 +125,7 @@ std::vector<TaskChange> ChangesOf(const Vproject& project, std::int32_t from, st
         if (!change.words.empty()) changes.push_back(std::move(change));
     }
     std::stable_sort(changes.begin(), changes.end(),
-                     [](const auto& a, const auto& b) { return SortKey(a) < SortKey(b); });
+                     [](const auto& a, const auto& b) { return PlaceOf(a) < PlaceOf(b); });
     return changes;
 }
 

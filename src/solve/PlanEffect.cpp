@@ -12,10 +12,10 @@
 namespace vortan {
 namespace {
 
-constexpr double kMoment = 0.5 / kMinutesPerDay;  // what counts as the same time, days
+constexpr double kSameTime = 0.5 / kMinutesPerDay;  // what counts as the same time, days
 
 bool Differ(DateTime a, DateTime b) {
-    return std::abs(DaysBetween(a, b)) > kMoment;
+    return std::abs(DaysBetween(a, b)) > kSameTime;
 }
 
 /// The day alone, where that tells them apart.

@@ -168,7 +168,10 @@ Vproject* NodeCommands::ProjectForNew() const {
 void NodeCommands::New(NodeKind kind) {
     Workspace& workspace = desktop_.workspace;
     const Node* node = trees_.DragNode();
-    const Node* task = node && node->Image() != NodeKind::Task ? node->Parent : node;
+    const auto task = [&]() -> Vtask& {
+        if (!node) AssertionFailed();
+        return *trees_.TaskOfNode(node->Image() == NodeKind::Task ? *node : *node->Parent);
+    };
     switch (kind) {
         case NodeKind::Project:
             return ProjectEntryForm::StartAdd(desktop_);
@@ -179,9 +182,9 @@ void NodeCommands::New(NodeKind kind) {
         case NodeKind::Subproject:
             return SubprojectEntryForm::StartAdd(desktop_, *ProjectForNew());
         case NodeKind::Dependency:
-            return DependencyEntryForm::StartAdd(desktop_, *trees_.TaskOfNode(*task));
+            return DependencyEntryForm::StartAdd(desktop_, task());
         case NodeKind::Assignment:
-            return AssignmentEntryForm::StartAdd(desktop_, *trees_.TaskOfNode(*task));
+            return AssignmentEntryForm::StartAdd(desktop_, task());
         case NodeKind::Resource:
             return ResourceEntryForm::StartAdd(desktop_, *workspace.ThisTemplate());
         case NodeKind::Shift:
