@@ -71,6 +71,7 @@ try() {
 mkdir -p "$root/home-of-a-user" "$root/tmp"
 cp "$PACKAGE" "$root/tmp/vortan.deb"
 apt-get -y -qq satisfy "$(dpkg-deb -f "$PACKAGE" Depends), shared-mime-info, desktop-file-utils, hicolor-icon-theme" >/dev/null
+inside ldconfig  # some libraries get their name by it, which otherwise comes later
 mkdir "$root/opt/a folder" && tar -xzf "$ARCHIVE" -C "$root/opt/a folder" --strip-components=1
 mv "$root/opt/a folder" "$root/opt/moved"
 try /opt/moved/bin /opt/moved/share/doc/vortan/examples
