@@ -7,6 +7,7 @@
 #include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -20,6 +21,7 @@
 #include "shell/trees/TemplateTreeForm.h"
 #include "shell/trees/Trees.h"
 #include "support/CheckModel.h"
+#include "support/Paths.h"
 #include "support/ScriptedPlatform.h"
 
 namespace vortan {
@@ -185,6 +187,12 @@ class Shell : public Driver {
         auto* combo = qobject_cast<QComboBox*>(focus);
         auto* line = combo ? combo->lineEdit() : qobject_cast<QLineEdit*>(focus);
         EXPECT_TRUE(!line || line->selectedText() == line->text()) << field;
+    }
+    /// Opens a copy of an example: an opened plan is locked, and tests that run beside this one open it too.
+    void OpenExample(const std::string& name) {
+        const std::string copy = platform.Directory() + "/" + name;
+        std::filesystem::copy_file(ExampleFile(name), copy);
+        desktop.files.OpenFile(copy);
     }
     void Solve() {
         if (platform.solveTimerArmed) desktop.SolveTimerTick();

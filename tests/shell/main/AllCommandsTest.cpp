@@ -2,7 +2,6 @@
 
 #include "shell/Shell.h"
 #include "shell/main/Command.h"
-#include "support/Paths.h"
 #include "support/PlanFiles.h"
 
 namespace vortan {
@@ -75,7 +74,7 @@ void Try(const std::string& id, const Tried& tried) {
     SCOPED_TRACE(id);
     Shell shell;
     Workspace& workspace = shell.desktop.workspace;
-    shell.desktop.Run("Test", [&] { shell.desktop.files.OpenFile(ExampleFile("programme.vta")); });
+    shell.desktop.Run("Test", [&] { shell.OpenExample("programme.vta"); });
     shell.Solve();
     const auto bytes = [&] {
         shell.Solve();

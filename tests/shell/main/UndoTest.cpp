@@ -1,6 +1,5 @@
 #include "model/JournalCommands.h"
 #include "shell/Shell.h"
-#include "support/Paths.h"
 #include "support/PlanFiles.h"
 
 namespace vortan {
@@ -9,7 +8,7 @@ namespace {
 TEST(Undo, TakesCommandsOfTheWindowBackToTheLastByte) {
     Shell shell;
     Workspace& workspace = shell.desktop.workspace;
-    shell.desktop.Run("Test", [&] { shell.desktop.files.OpenFile(ExampleFile("programme.vta")); });
+    shell.desktop.Run("Test", [&] { shell.OpenExample("programme.vta"); });
     shell.Solve();
     const auto bytes = [&] {
         shell.Solve();

@@ -24,7 +24,7 @@ class StatusReportFormTest : public testing::Test {
                    "[Desktop Action x]\nExec=no\n[Desktop Entry]\nName=Writer\nExec=writer \"a b\" %U\n");
         std::filesystem::copy(TestFile("../../data/StatusReportLayout.rtf"), Folder());
         EditorWaitForm::ShortestEdit = 0;
-        shell.desktop.files.OpenFile(ExampleFile("programme.vta"));
+        shell.OpenExample("programme.vta");
         shell.Solve();
     }
     ~StatusReportFormTest() override {
