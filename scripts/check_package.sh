@@ -51,6 +51,8 @@ set -euo pipefail
 root=$1
 export APT_CONFIG=$MMDEBSTRAP_APT_CONFIG DEBIAN_FRONTEND=noninteractive
 inside() { chroot "$root" env HOME=/home-of-a-user "$@"; }
+# The packet manager runs outside, where the archive's keys and sources are; what it unpacks goes inside.
+packages() { apt-get -o DPkg::Chroot-Directory="$root" -y -qq "$@" >/dev/null; }
 # What stays may differ in what the system itself notes down.
 files() {
     (cd "$root" && find . -path ./proc -prune -o -path ./sys -prune -o -path ./dev -prune -o -path ./tmp -prune -o \
@@ -64,25 +66,25 @@ try() {
     inside "$1/vortan-cli" report tasks "$2/house.vta" -o /tmp/tasks.xlsx
     inside sh -c "cd /tmp && $1/vortan-cli report status $2/house.vta -o status.rtf"
     inside "$1/vortan" --version
-    inside env QT_QPA_PLATFORM=offscreen timeout 5 "$1/vortan" "$2/house.vta" || [ $? -eq 124 ]
+    cp "$root/$2/house.vta" "$root/tmp"  # an opened plan is locked beside it
+    inside env QT_QPA_PLATFORM=offscreen timeout 5 "$1/vortan" /tmp/house.vta || [ $? -eq 124 ]
     for file in gantt.svg tasks.xlsx status.rtf; do [ -s "$root/tmp/$file" ]; done
-    rm "$root"/tmp/{gantt.svg,tasks.xlsx,status.rtf}
+    rm "$root"/tmp/{gantt.svg,tasks.xlsx,status.rtf,house.vta*}
 }
 mkdir -p "$root/home-of-a-user" "$root/tmp"
 cp "$PACKAGE" "$root/tmp/vortan.deb"
-apt-get -y -qq satisfy "$(dpkg-deb -f "$PACKAGE" Depends), shared-mime-info, desktop-file-utils, hicolor-icon-theme" >/dev/null
-inside ldconfig  # some libraries get their name by it, which otherwise comes later
+packages satisfy "$(dpkg-deb -f "$PACKAGE" Depends), shared-mime-info, desktop-file-utils, hicolor-icon-theme"
 mkdir "$root/opt/a folder" && tar -xzf "$ARCHIVE" -C "$root/opt/a folder" --strip-components=1
 mv "$root/opt/a folder" "$root/opt/moved"
 try /opt/moved/bin /opt/moved/share/doc/vortan/examples
 rm -r "$root/opt/moved"
 echo "The archive runs from a folder that was moved"
 files >"$WORK/before"
-apt-get -y -qq install "$root/tmp/vortan.deb" >/dev/null
+packages install "$root/tmp/vortan.deb"
 try /usr/bin /usr/share/doc/vortan/examples
 grep -q '^application/x-vortan-bundle=vortan.desktop' "$root/usr/share/applications/mimeinfo.cache"
 grep -q ':\*\.vta' "$root/usr/share/mime/globs2"
-apt-get -y -qq purge vortan >/dev/null
+packages purge vortan
 files >"$WORK/after"
 diff "$WORK/before" "$WORK/after"
 ! grep -rq vortan "$root/usr/share/applications" "$root/usr/share/mime" "$root/var/lib/dpkg/status"
