@@ -61,7 +61,7 @@ files() {
 }
 # try <bin folder>: both programs, with what they need of their own
 try() {
-    inside "$1/vortan-cli" solve "$2/house.vta" | grep -q 'Hand over\|Total'
+    inside "$1/vortan-cli" solve "$2/house.vta" | grep 'Hand over\|Total' >/dev/null
     inside "$1/vortan-cli" chart gantt "$2/house.vta" -o /tmp/gantt.svg
     inside "$1/vortan-cli" report tasks "$2/house.vta" -o /tmp/tasks.xlsx
     inside sh -c "cd /tmp && $1/vortan-cli report status $2/house.vta -o status.rtf"
