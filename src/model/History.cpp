@@ -290,7 +290,7 @@ template <class Owner>
 void History::KeepWhole(Owner& owner) {
     if (!kept_) return;
     KeepFields(owner);
-    ForAllOf(owner, [this](auto& below) { KeepFields(below); });
+    ForAllOf(owner, [this](auto& below) { this->KeepFields(below); });
 }
 template void History::KeepWhole(Vproject&);
 template void History::KeepWhole(Vtemplate&);
@@ -311,7 +311,7 @@ void History::Before(T& object, ChangeKind kind) {
     if (kind == ChangeKind::Joined) {
         Join(object);
         // Below an owner that was made aside nothing has joined yet.
-        ForAllOf(object, [this](auto& below) { Join(below); });
+        ForAllOf(object, [this](auto& below) { this->Join(below); });
         return;
     }
     KeepFields(object);
