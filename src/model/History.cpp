@@ -281,7 +281,7 @@ void ForAllOf(T& object, const Visitor& visit) {
 template <class T>
 void History::KeepAllOf(T& object) {
     ForAllOf(object, [this](auto& below) {
-        KeepFields(below);
+        this->KeepFields(below);
         KeepPlace(below, true);
     });
 }
