@@ -110,7 +110,9 @@ std::string CliManual(const std::vector<Called>& all) {
         Head("VORTAN\\-CLI", "vortan\\-cli", "solve, explain, draw and convert project plans") +
         ".SH SYNOPSIS\n.B vortan\\-cli\n\\fIcommand\\fR [\\fIarguments\\fR]\n.br\n.B vortan\\-cli\n"
         "[\\fIcommand\\fR] \\fB\\-\\-help\\fR\n.SH DESCRIPTION\n" +
-        Roff(kCliPurpose) + "\n.SH COMMANDS\n";
+        Roff(kCliPurpose) + "\n.SH OPTIONS\n";
+    std::string locale;
+    out += ManualOption(LocaleOption(locale)) + ".SH COMMANDS\n";
     for (const Called& called : all) {
         out += ".SS " + Roff(called.words) + "\n" + Synopsis(called) + ".PP\n" +
                Roff(called.command.description) + ".\n";
@@ -138,6 +140,7 @@ std::string OptionWords(const Command& command) {
         if (IsPlaced(option)) continue;
         for (const std::string& name : NamesOf(option)) words += " " + name;
     }
+    words += " --locale";
     for (const char* name : kHelpNames) words += std::string(" ") + name;
     return words;
 }
@@ -154,7 +157,7 @@ std::string Bash(const std::vector<Command>& commands, const std::vector<Called>
         "    COMPREPLY=()\n"
         "    if [ \"$COMP_CWORD\" -eq 1 ]; then\n        words='" +
         KindWords(commands).substr(1) +
-        " --help --version'\n    else\n        case \"${COMP_WORDS[1]} ${COMP_WORDS[2]}\" in\n";
+        " --help --version --locale'\n    else\n        case \"${COMP_WORDS[1]} ${COMP_WORDS[2]}\" in\n";
     for (const Called& called : all)
         out += "            '" + called.words + (called.words.find(' ') == std::string::npos ? " '*" : "'") +
                ") words='" + OptionWords(called.command).substr(1) + "' ;;\n";
@@ -189,6 +192,8 @@ std::string Fish(const std::vector<Command>& commands, const std::vector<Called>
                    Quoted(command.description) + "\n";
     };
     words(commands, "");
+    std::string locale;
+    out += "complete -c vortan-cli -l locale -r -d " + Quoted(LocaleOption(locale).help) + "\n";
     for (const Command& command : commands) words(command.kinds, command.name);
     for (const Called& called : all) {
         for (const Option& option : called.command.options) {
@@ -234,7 +239,7 @@ std::string Zsh(const std::vector<Command>& commands, const std::vector<Called>&
                        Quoted(name + "[" + ZshText(option.help) + "]" +
                               (IsFlag(option) ? "" : std::string(":") + option.value + ":_files"));
         }
-        out += " \\\n            '*:file:_files' ;;\n";
+        out += " \\\n            '--locale:NAME:' '*:file:_files' ;;\n";
     }
     for (const Command& command : commands)
         if (!command.kinds.empty())

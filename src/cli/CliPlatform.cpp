@@ -58,6 +58,7 @@ DateTime CliPlatform::Now() {
 }
 
 std::string CliPlatform::CurrencySymbol() {
+    if (symbol_) return *symbol_;
     const std::lconv* locale = std::localeconv();
     return locale && locale->currency_symbol ? locale->currency_symbol : "";
 }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "cli/Cli.h"
 #include "model/Platform.h"
@@ -26,6 +28,8 @@ class CliPlatform : public Platform {
     void ArmSolveTimer(bool) override {}
     DateTime Now() override;
     std::string CurrencySymbol() override;
+    /// Instead of that of the environment.
+    void UseCurrencySymbol(std::string symbol) { symbol_ = std::move(symbol); }
     std::string SettingsDirectory() override;
     std::string LogDirectory() override;
     std::string BackupDirectory() override { return LogDirectory(); }
@@ -38,6 +42,7 @@ class CliPlatform : public Platform {
     CliStreams streams_;
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
     bool shown_ = false;
+    std::optional<std::string> symbol_;
 };
 
 }  // namespace vortan

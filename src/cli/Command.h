@@ -55,6 +55,15 @@ inline Option PlotOption(std::string& plot) {
     return {"-o,--output", &plot, "Draw the curve into this .svg, .png or .pdf", "PLOT"};
 }
 
+/// Of the program as a whole; it may stand in front of a command or among its options.
+inline Option LocaleOption(std::string& locale) {
+    return {
+        "--locale", &locale,
+        "Show and read dates and numbers as in this country, such as de_DE; user: as the environment says. "
+        "JSON and CSV are not changed",
+        "NAME"};
+}
+
 /// All of them, in the order of the help text.
 std::vector<Command> AllCommands();
 

@@ -2,6 +2,7 @@
 // behind it
 #include <shellapi.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "cli/Terminal.h"
@@ -12,6 +13,12 @@ namespace {
 std::string Utf8(const wchar_t* text) {
     const std::u8string name = std::filesystem::path(text).u8string();
     return {name.begin(), name.end()};
+}
+
+std::string LocaleText(const std::wstring& name, LCTYPE what) {
+    wchar_t text[90] = L"";
+    ::GetLocaleInfoEx(name.empty() ? LOCALE_NAME_USER_DEFAULT : name.c_str(), what, text, 90);
+    return Utf8(text);
 }
 
 }  // namespace
@@ -48,6 +55,20 @@ std::tm LocalTime(std::time_t time) {
     std::tm local{};
     localtime_s(&local, &time);
     return local;
+}
+
+std::optional<CountryHabits> HabitsOf(const std::string& locale) {
+    if (locale == "C" || locale == "POSIX") return CountryHabits{};
+    std::wstring name =
+        locale == "user" ? L"" : std::filesystem::u8path(locale.substr(0, locale.find('.'))).wstring();
+    std::replace(name.begin(), name.end(), L'_', L'-');
+    if (!name.empty() && !::IsValidLocaleName(name.c_str())) return std::nullopt;
+    CountryHabits habits;
+    habits.currencySymbol = LocaleText(name, LOCALE_SCURRENCY);
+    habits.conventions.TakeDatePattern(LocaleText(name, LOCALE_SSHORTDATE));
+    habits.conventions.halfDayClock = LocaleText(name, LOCALE_SSHORTTIME).find('t') != std::string::npos;
+    habits.conventions.TakeNumberSigns(LocaleText(name, LOCALE_SDECIMAL), LocaleText(name, LOCALE_STHOUSAND));
+    return habits;
 }
 
 }  // namespace vortan

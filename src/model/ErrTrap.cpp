@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "model/Conventions.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
 
@@ -57,6 +58,7 @@ std::string FileDateText(const std::string& fileName) {
     const std::time_t time = std::chrono::floor<std::chrono::seconds>(sinceEpoch).count();
     const std::tm* local = std::localtime(&time);
     if (!local) return {};
+    const UseConventions plain;
     return FormatDate(FromParts({local->tm_year + 1900, local->tm_mon + 1, local->tm_mday, local->tm_hour,
                                  local->tm_min, local->tm_sec}));
 }

@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "model/Characters.h"
+#include "model/Conventions.h"
 #include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/NumberText.h"
@@ -88,36 +89,54 @@ int WholeYear(int lastTwo, DateTime today) {
     return first + ((lastTwo - first) % 100 + 100) % 100;
 }
 
+/// What the three numbers of a date are, which stand behind each other and are parted by `separator`. A
+/// hyphen parts year, month and day, unless it parts dates here and the first number is too short for a year.
+Conventions::DateOrder OrderOf(char separator, std::size_t firstDigits) {
+    const Conventions& usual = TheConventions();
+    const bool asUsual = separator != '-' || (usual.dateSeparator == '-' && firstDigits <= 2);
+    return asUsual ? usual.order : Conventions::DateOrder::YearMonthDay;
+}
+
 /// The day that the word `text` names.
 std::optional<DateTime> ParseDay(std::string_view text, DateTime today) {
-    int numbers[3];
-    const std::size_t separatorAt = text.find_first_of("/-");
+    using Order = Conventions::DateOrder;
+    const char usual = TheConventions().dateSeparator;
+    const std::size_t separatorAt = text.find_first_of(usual == '.' ? "/-." : "/-");
     if (separatorAt == std::string_view::npos) return std::nullopt;
     const char separator = text[separatorAt];
-    for (int& number : numbers) {
-        if (&number != numbers) {
+    const Order order = OrderOf(separator, separatorAt);
+    const int yearAt = order == Order::YearMonthDay ? 0 : 2;
+    int numbers[3];
+    for (int i = 0; i < 3; ++i) {
+        if (i > 0) {
             if (text.empty() || text.front() != separator) return std::nullopt;
             text.remove_prefix(1);
         }
         const std::size_t size = text.size();
-        number = TakeDigits(text, 4);
-        if (number < 0) return std::nullopt;
-        const bool shortYear = separator == '/' && &number == numbers + 2 && size - text.size() <= 2;
-        if (shortYear) number = WholeYear(number, today);
+        numbers[i] = TakeDigits(text, 4);
+        if (numbers[i] < 0) return std::nullopt;
+        const bool shortYear = i == yearAt && size - text.size() <= 2 && (separator != '-' || usual == '-');
+        if (shortYear) numbers[i] = WholeYear(numbers[i], today);
     }
     if (!text.empty()) return std::nullopt;
     DateParts parts;
-    if (separator == '/') {
-        parts.month = numbers[0], parts.day = numbers[1], parts.year = numbers[2];
-    } else {
-        parts.year = numbers[0], parts.month = numbers[1], parts.day = numbers[2];
-    }
+    parts.year = numbers[yearAt];
+    parts.month = numbers[order == Order::MonthDayYear ? 0 : 1];
+    parts.day = numbers[order == Order::MonthDayYear ? 1 : order == Order::DayMonthYear ? 0 : 2];
     if (!ValidDate(parts.year, parts.month, parts.day)) return std::nullopt;
     return FromParts(parts);
 }
 
 std::string DayText(const DateParts& parts) {
-    return std::to_string(parts.month) + "/" + std::to_string(parts.day) + "/" + std::to_string(parts.year);
+    using Order = Conventions::DateOrder;
+    const Conventions& usual = TheConventions();
+    const auto text = [&](int number) {
+        return (usual.twoDigits && number < 10 ? "0" : "") + std::to_string(number);
+    };
+    const std::string year = std::to_string(parts.year), month = text(parts.month), day = text(parts.day);
+    const char sign = usual.dateSeparator;
+    if (usual.order == Order::YearMonthDay) return year + sign + month + sign + day;
+    return (usual.order == Order::DayMonthYear ? day + sign + month : month + sign + day) + sign + year;
 }
 
 }  // namespace
@@ -139,7 +158,7 @@ std::string FormatDuration(double days, bool longForm) {
     }
     std::string number = std::to_string(whole);
     if (hundredths > 0) {
-        number += '.';
+        number += TheConventions().decimalPoint;
         number += static_cast<char>('0' + hundredths / 10);
         if (hundredths % 10 > 0) number += static_cast<char>('0' + hundredths % 10);
     }
@@ -167,7 +186,7 @@ std::optional<double> TextToDuration(std::string_view text) {
             return std::nullopt;
     }
     constexpr double limit = std::numeric_limits<double>::max();
-    return std::clamp(ScanNumber(text) * size / kMinutesPerDay, -limit, limit);
+    return std::clamp(ScanNumber(PlainTyped(text)) * size / kMinutesPerDay, -limit, limit);
 }
 
 std::string FormatEffort(int effortUnits, int optimistic, int mostLikely, int pessimistic, bool longForm) {
@@ -199,7 +218,7 @@ std::string FormatTwoDecimals(float value) {
         text.erase(text.find_last_not_of('0') + 1);
         if (text.back() == '.') text.pop_back();
     }
-    return WithoutSignOfZero(text);
+    return LocalNumber(WithoutSignOfZero(text));
 }
 
 std::string FormatCurrency(Money value, const std::string& symbol) {
@@ -210,7 +229,7 @@ std::string FormatCurrency(Money value, const std::string& symbol) {
     if (text.empty()) text = "$";
     if (negative && cents > 0) text += '-';
     text += GroupDigits(static_cast<std::int64_t>(cents / 100));
-    text += '.';
+    text += TheConventions().decimalPoint;
     text += static_cast<char>('0' + cents / 10 % 10);
     text += static_cast<char>('0' + cents % 10);
     return text;
@@ -237,17 +256,18 @@ std::optional<Money> ParseCurrency(std::string_view text, const std::string& sym
     }
     if (!marked) marked = TakePrefix(text, mark);
     if (!marked) TakeSuffix(text, mark);
-    if (text.empty() || !(IsDigit(text.front()) || text.front() == '.')) return std::nullopt;
-    const std::size_t wholeDigits = text.find_first_not_of("0123456789,");
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != ',' || i > wholeDigits) number += text[i];
+    const std::string plain = PlainTyped(text);
+    if (plain.empty() || !(IsDigit(plain.front()) || plain.front() == '.')) return std::nullopt;
+    const std::size_t wholeDigits = plain.find_first_not_of("0123456789,");
+    for (std::size_t i = 0; i < plain.size(); ++i) {
+        if (plain[i] != ',' || i > wholeDigits) number += plain[i];
     }
     return ParseMoney(number);
 }
 
 std::string GroupDigits(std::int64_t number) {
     std::string text = std::to_string(number);
-    for (std::size_t i = text.size(); i > 3; i -= 3) text.insert(i - 3, ",");
+    for (std::size_t i = text.size(); i > 3; i -= 3) text.insert(i - 3, TheConventions().groupSeparator);
     return text;
 }
 
@@ -255,7 +275,7 @@ std::string PlainNumber(double value) {
     std::string text = FormatNumber(value);
     const std::size_t point = text.front() == '-' ? 1 : 0;
     if (text[point] == '.') text.insert(point, "0");
-    return text;
+    return LocalNumber(text);
 }
 
 std::string FormatHours(float hours, bool blankIfZero) {
@@ -269,10 +289,15 @@ std::string FormatHours(float hours, bool blankIfZero) {
         text.resize(point + 2);
         if (up) Increment(text);
     }
-    return WithoutSignOfZero(text);
+    return LocalNumber(WithoutSignOfZero(text));
 }
 
 std::string FormatHour(int hour, bool pad) {
+    if (TheConventions().halfDayClock) return HourName(hour, pad);
+    return (pad && hour < 10 ? "0" : "") + std::to_string(hour) + ":00";
+}
+
+std::string HourName(int hour, bool pad) {
     const bool afternoon = hour >= 12 && hour < 24;
     std::string text = std::to_string(hour == 0 || hour == 24 ? 12 : hour > 12 ? hour - 12 : hour);
     text += afternoon ? "pm" : "am";
@@ -296,9 +321,20 @@ std::string FormatDate(DateTime date) {
     const bool hasTime = parts.hour != 0 || parts.minute != 0 || parts.second != 0;
     if (wholeDay != 0 && !hasTime) return DayText(parts);
     char time[40];
-    std::snprintf(time, sizeof time, "%d:%02d:%02d %s", (parts.hour + 11) % 12 + 1, parts.minute,
-                  parts.second, parts.hour < 12 ? "AM" : "PM");
+    if (TheConventions().halfDayClock) {
+        std::snprintf(time, sizeof time, "%d:%02d:%02d %s", (parts.hour + 11) % 12 + 1, parts.minute,
+                      parts.second, parts.hour < 12 ? "AM" : "PM");
+    } else {
+        std::snprintf(time, sizeof time, "%02d:%02d:%02d", parts.hour, parts.minute, parts.second);
+    }
     return wholeDay == 0 ? time : DayText(parts) + " " + time;
+}
+
+std::string WithoutSeconds(std::string text) {
+    const std::size_t last = text.rfind(':');
+    if (last != std::string::npos && last >= 3 && text[last - 3] == ':' && text.compare(last, 3, ":00") == 0)
+        text.erase(last, 3);
+    return text;
 }
 
 std::string FormatShortDate(DateTime date) {

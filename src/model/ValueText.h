@@ -8,8 +8,9 @@
 #include "model/DateTime.h"
 #include "model/Money.h"
 
-/// The texts of values on screens and in reports, and the reading of what a user types. Groups are separated
-/// by a comma, decimals by a point. Values in files have their own texts (NumberText.h).
+/// The texts of values on screens and in reports, and the reading of what a user types, by the conventions in
+/// force (Conventions.h); the examples here are as in the United States. Values in files have their own texts
+/// (NumberText.h).
 namespace vortan {
 
 /// A stretch of the clock, in days, in the largest unit that fits: "1.5 days", short "1.5d". The units are
@@ -50,6 +51,8 @@ std::string PlainNumber(double value);
 std::string FormatHours(float hours, bool blankIfZero);
 /// An hour of the day, 0 to 24: "12am", "1am", "12pm", "1pm"; padded to "01am".
 std::string FormatHour(int hour, bool pad);
+/// The same in every country: files name the hours of a shift so.
+std::string HourName(int hour, bool pad);
 
 /// 0 "Holiday", 1 "Sunday" to 7 "Saturday", 8 "Shutdown". Other values are a fault.
 const char* DayName(int day);
@@ -58,13 +61,15 @@ std::string DayLetters(int day);
 
 /// "9/3/2001 8:05:00 AM". The date alone at midnight, the time alone on day 0.
 std::string FormatDate(DateTime date);
+/// Such a text without seconds that are 0: "9/3/2001 8:05 AM".
+std::string WithoutSeconds(std::string text);
 /// "9/3/2001".
 std::string FormatShortDate(DateTime date);
 /// The day by the clock of the system.
 DateTime Today();
 /// A typed date, month/day/year or year-month-day, with or without a blank and a time of day. A year of two
-/// digits behind a slash is the one of the 50 years before `today` and the 50 behind. None if there is no
-/// such moment.
+/// digits, but for one behind hyphens where they part no dates, is the one of the 50 years before `today` and
+/// the 50 behind. None if there is no such moment.
 std::optional<DateTime> ParseDate(std::string_view text, DateTime today = Today());
 /// The date in the first word of an entry such as "9/10/2001 [Current]". A fault if that is no date.
 DateTime JDate(std::string_view text);

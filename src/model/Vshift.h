@@ -83,7 +83,7 @@ class Vshift : public VObject, public FieldList<Vshift> {
             const bool normal = (hour >= 8 && hour <= 11) || (hour >= 13 && hour <= 16);
             const bool overtime = hour >= 17 && hour <= 20;
             const char letter = normal ? 'N' : overtime ? 'O' : hour == 12 ? 'B' : 'X';
-            visit(FormatHour(hour, true).c_str(), self.matrix_[static_cast<std::size_t>(hour)],
+            visit(HourName(hour, true).c_str(), self.matrix_[static_cast<std::size_t>(hour)],
                   std::string(kPeriodsPerHour, letter));
         }
     }

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "model/Characters.h"
+#include "model/Conventions.h"
 #include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/History.h"
@@ -132,6 +133,7 @@ bool FileCommands::MayOpen(const std::string& fileName) {
 }
 
 std::string FileCommands::NowText() const {
+    const UseConventions plain;  // it goes into the lock, for whoever asks
     return FormatDate(workspace_.ThePlatform().Now());
 }
 

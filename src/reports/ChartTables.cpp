@@ -6,6 +6,7 @@
 #include "charts/GanttForm.h"
 #include "charts/HistogramForm.h"
 #include "charts/WorkBreakdownForm.h"
+#include "model/Conventions.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
@@ -163,7 +164,7 @@ Table TableOf(const RiskForm& risk, const std::string& currencySymbol) {
             writer.Skip(1);
         } else {
             const double percent = 100.0 * static_cast<double>(i) / static_cast<double>(runs);
-            writer.Text(FormatNumber(static_cast<float>(percent)), percent);
+            writer.Text(LocalNumber(FormatNumber(static_cast<float>(percent))), percent);
         }
         writer.Amount(results.riskCosts[i], currencySymbol);
     }
@@ -185,7 +186,7 @@ Table TableOf(const CrashForm& crash, const std::string& currencySymbol) {
         if (!task) continue;
         writer.Text(task->Project()->BuildNodeText()).Text(task->BuildNodeText());
         writer.Number(crashed.fromPercent).Number(crashed.toPercent);
-        writer.Text(FormatNumber(crashed.multiplier), static_cast<double>(crashed.multiplier));
+        writer.Text(LocalNumber(FormatNumber(crashed.multiplier)), static_cast<double>(crashed.multiplier));
     }
     return table;
 }

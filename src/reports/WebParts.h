@@ -49,9 +49,7 @@ class WebTable {
     bool first_ = false;  ///< the next cell is the first of its row
 };
 
-/// The text of a moment without seconds where there are none.
-std::string WithoutSeconds(std::string text);
-/// The same of a moment; empty if it is not set.
+/// A moment without seconds where there are none; empty if it is not set.
 std::string ShortMoment(DateTime moment);
 
 /// Not set too where nothing says when the task has to end: a plan that was never solved ends nowhere.

@@ -131,13 +131,6 @@ DateTime LatestFinish(const Vtask& task, std::int32_t journal) {
     return latest.Days() > 0 ? latest : DateTime();
 }
 
-std::string WithoutSeconds(std::string text) {
-    const std::size_t blank = text.rfind(' ');
-    if (blank != std::string::npos && blank >= 3 && text.compare(blank - 3, 3, ":00") == 0)
-        text.erase(blank - 3, 3);
-    return text;
-}
-
 std::string ShortMoment(DateTime moment) {
     return moment.IsSet() ? WithoutSeconds(FormatDate(moment)) : "";
 }

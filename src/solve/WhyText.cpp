@@ -186,11 +186,7 @@ void PrintSlack(std::ostream& out, const WhyReport& report) {
 
 std::string MomentText(DateTime moment) {
     if (!moment.IsSet()) return "-";
-    std::string text = FormatDate(moment);
-    const std::size_t blank = text.rfind(' ');
-    if (blank != std::string::npos && blank >= 3 && text.compare(blank - 3, 3, ":00") == 0)
-        text.erase(blank - 3, 3);
-    return text;
+    return WithoutSeconds(FormatDate(moment));
 }
 
 std::string WhyText(const Vtask& task, const WhyReport& report, const WhyNames& names) {

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 
+#include "model/Conventions.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
@@ -87,6 +88,7 @@ Money FixRate(const std::string& text, const std::string& currencySymbol) {
 
 /// The text of a rate has its unit behind the amount, and nobody looks at it; so it is given by the hour.
 Money PlanImport::RateOf(double amount, std::int32_t format) const {
+    const UseConventions plain;
     return FixRate(RateText(amount, time_.HoursOf(format)), "");
 }
 

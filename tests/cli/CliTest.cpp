@@ -75,6 +75,16 @@ const std::vector<std::vector<std::string>> kReaders = {
     {"solve", "FILE"}, {"check", "FILE"}, {"journal", "FILE"},           {"why", "FILE", "--task", "1"},
     {"risk", "FILE"},  {"crash", "FILE"}, {"convert", "FILE", "out.vtb"}};
 
+TEST_F(CliTest, ALocaleThatTheSystemDoesNotKnowIsRefused) {
+    const std::string plan = FileWith("shed.vta", UsualShed());
+    const CliOutcome usual = Run({"solve", plan});
+    for (const char* known : {"C", "C.UTF-8"})
+        EXPECT_EQ(Run({"--locale", known, "solve", plan}).out, usual.out) << known;
+    const CliOutcome unknown = Run({"solve", plan, "--locale", "xx_YY"});
+    EXPECT_EQ(unknown.exitCode, 2);
+    EXPECT_EQ(unknown.err, "This system does not know a locale \"xx_YY\".\n");
+}
+
 TEST_F(CliTest, AFileThatCannotBeReadIsRefusedByEveryCommand) {
     const std::pair<std::string, std::string> files[] = {
         {PathOf("missing.vta"), PathOf("missing.vta")},

@@ -5,7 +5,9 @@
 #include <cmath>
 #include <limits>
 
+#include "model/Conventions.h"
 #include "model/Fault.h"
+#include "model/NumberText.h"
 
 namespace vortan {
 namespace {
@@ -151,6 +153,73 @@ TEST(ValueText, JDateTakesTheFirstWord) {
     EXPECT_EQ(JDate("9/10/2001 [Current]"), DateTime(37144));
     EXPECT_EQ(JDate("2001-09-10"), DateTime(37144));
     for (const char* text : {"<journal n/a>", ""}) EXPECT_THROW(JDate(text), Fault) << text;
+}
+
+struct Country {
+    const char *datePattern, *clock, *point, *groups;
+    const char *date, *shortDate, *money, *number, *duration;
+};
+/// The patterns are those of the toolkit and of the C library.
+const Country kCountries[] = {
+    {"M/d/yy", "12", ".", ",", "9/3/2001 5:08:00 PM", "9/3/2001", "$-1,234,567.50", "1234.25", "1.5 days"},
+    {"%m/%d/%Y", "12", ".", ",", "9/3/2001 5:08:00 PM", "9/3/2001", "$-1,234,567.50", "1234.25", "1.5 days"},
+    {"dd.MM.yy", "24", ",", ".", "03.09.2001 17:08:00", "03.09.2001", "$-1.234.567,50", "1234,25",
+     "1,5 days"},
+    {"%d/%m/%Y", "24", ",", "\u202f", "03/09/2001 17:08:00", "03/09/2001", "$-1\u202f234\u202f567,50",
+     "1234,25", "1,5 days"},
+    {"yyyy-MM-dd", "24", ",", "\u00a0", "2001-09-03 17:08:00", "2001-09-03", "$-1\u00a0234\u00a0567,50",
+     "1234,25", "1,5 days"},
+    {"dd-MM-yyyy", "24", ",", ".", "03-09-2001 17:08:00", "03-09-2001", "$-1.234.567,50", "1234,25",
+     "1,5 days"},
+    {"%Y\u5e74%m\u6708%d", "24", ".", ",", "2001/09/03 17:08:00", "2001/09/03", "$-1,234,567.50", "1234.25",
+     "1.5 days"},
+    {"%D", "12", "\u066b", "\u066c", "9/3/2001 5:08:00 PM", "9/3/2001", "$-1,234,567.50", "1234.25",
+     "1.5 days"}};
+
+TEST(ValueText, FollowsTheCountryBothWays) {
+    const DateTime moment = AddMinutes(FromParts({2001, 9, 3}), 17 * 60 + 8);
+    const Money amount = Money::FromDouble(-1234567.5);
+    for (const Country& country : kCountries) {
+        SCOPED_TRACE(country.datePattern);
+        Conventions conventions;
+        conventions.TakeDatePattern(country.datePattern);
+        conventions.halfDayClock = country.clock == std::string("12");
+        conventions.TakeNumberSigns(country.point, country.groups);
+        {
+            const UseConventions inForce(conventions);
+            EXPECT_EQ(FormatDate(moment), country.date);
+            EXPECT_EQ(FormatShortDate(moment), country.shortDate);
+            EXPECT_EQ(FormatCurrency(amount, ""), country.money);
+            EXPECT_EQ(PlainNumber(1234.25), country.number);
+            EXPECT_EQ(FormatDuration(1.5, true), country.duration);
+            EXPECT_EQ(ParseDate(country.date), moment);
+            EXPECT_EQ(JDate(country.shortDate + std::string(" [Current]")), DateTime(moment.WholeDay()));
+            EXPECT_EQ(ParseDate("2001-09-03"), DateTime(moment.WholeDay())) << "in every country";
+            EXPECT_EQ(ParseCurrency(country.money, ""), amount);
+            EXPECT_EQ(ParseNumber(PlainTyped(country.number)), 1234.25);
+            EXPECT_EQ(TextToDuration(country.duration), 1.5);
+            EXPECT_EQ(HourName(13, true), "01pm");
+        }
+        EXPECT_EQ(FormatShortDate(moment), "9/3/2001") << "as before";
+    }
+}
+
+TEST(ValueText, APointIsReadWhereItCannotBeMistaken) {
+    Conventions german;
+    german.TakeDatePattern("dd.MM.yyyy");
+    german.TakeNumberSigns(",", ".");
+    const UseConventions inForce(german);
+    const std::pair<const char*, double> cases[] = {{"1.5", 1.5},         {"1.234", 1234},
+                                                    {"0.500", 0.5},       {"1.234,5", 1234.5},
+                                                    {"1234.500", 1234.5}, {"-12.345.678", -12345678},
+                                                    {",5", 0.5},          {"1.23", 1.23}};
+    for (const auto& [text, number] : cases) EXPECT_EQ(ParseNumber(PlainTyped(text)), number) << text;
+    for (const char* text : {"1,2,3", "1.2.3", "x"}) EXPECT_FALSE(ParseNumber(PlainTyped(text))) << text;
+    const DateTime today = FromParts({2026, 1, 1});
+    EXPECT_EQ(ParseDate("3.9.01", today), FromParts({2001, 9, 3}));
+    EXPECT_EQ(ParseDate("3/9/2001 8:00", today), AddMinutes(FromParts({2001, 9, 3}), 480));
+    EXPECT_FALSE(ParseDate("31.2.2001", today));
+    EXPECT_EQ(WithoutSeconds(FormatDate(FromParts({2001, 9, 3, 17, 8, 0}))), "03.09.2001 5:08 PM");
 }
 
 }  // namespace

@@ -87,6 +87,15 @@ class UsualPointer {
 
 }  // namespace
 
+Conventions ConventionsOf(const QLocale& locale) {
+    Conventions conventions;
+    if (locale.language() == QLocale::C) return conventions;
+    conventions.TakeDatePattern(S(locale.dateFormat(QLocale::ShortFormat)));
+    conventions.halfDayClock = locale.timeFormat(QLocale::ShortFormat).contains('a', Qt::CaseInsensitive);
+    conventions.TakeNumberSigns(S(locale.decimalPoint()), S(locale.groupSeparator()));
+    return conventions;
+}
+
 QtPlatform::QtPlatform() {
     solveTimer_.setSingleShot(true);
     solveTimer_.setInterval(0);

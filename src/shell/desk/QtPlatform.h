@@ -3,9 +3,15 @@
 #include <QTimer>
 #include <functional>
 
+#include "model/Conventions.h"
 #include "model/Platform.h"
 
+class QLocale;
+
 namespace vortan {
+
+/// How the user of `locale` writes dates, times and numbers.
+Conventions ConventionsOf(const QLocale& locale);
 
 /// The desktop's outside: boxes as dialogs, the clock, the user's directories, and the timer that runs the
 /// background solve as soon as the event loop is idle.

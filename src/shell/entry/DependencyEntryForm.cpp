@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "model/Characters.h"
+#include "model/Conventions.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
@@ -29,7 +30,8 @@ std::string CaptionOf(const QButtonGroup& group) {
 /// In days, as TextToDuration; none for what begins with no number and for what is beyond the calendar.
 std::optional<double> ParseDuration(const std::string& text) {
     const auto lastDigit = text.find_last_of("0123456789");
-    if (lastDigit == std::string::npos || !ParseNumber(text.substr(0, lastDigit + 1))) return std::nullopt;
+    if (lastDigit == std::string::npos || !ParseNumber(PlainTyped(text.substr(0, lastDigit + 1))))
+        return std::nullopt;
     const auto days = TextToDuration(text);
     return days && std::abs(*days) <= kLastDay ? days : std::nullopt;
 }

@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <utility>
 
+#include "model/Conventions.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
 
@@ -108,7 +109,7 @@ void RateCalculatorForm::Recompute() {
     for (std::size_t i = 1; i < hourly_.size(); ++i) hourly_[i]->SetValue(Currency(*hourly));
 
     const auto times = [&](double factor) { return Money::FromDouble(hourly->ToDouble() * factor); };
-    const auto burdened = ParseNumber(burdenedMultiplier_->Value());
+    const auto burdened = ParseNumber(PlainTyped(burdenedMultiplier_->Value()));
     if (!burdened) return;
     for (TextField* box : burdenedRate_) box->SetValue(Currency(times(*burdened)));
     const Money overhead = times(*burdened - 1);
@@ -116,7 +117,7 @@ void RateCalculatorForm::Recompute() {
 
     bool complete = true;
     for (std::size_t i = 0; i < rates_.size(); ++i) {
-        if (const auto multiplier = ParseNumber(multipliers_[i]->Value())) {
+        if (const auto multiplier = ParseNumber(PlainTyped(multipliers_[i]->Value()))) {
             rates_[i]->SetValue(Currency(times(*multiplier) + overhead));
         } else {
             complete = false;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "model/Characters.h"
+#include "model/Conventions.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
 #include "model/Vtemplate.h"
@@ -110,7 +111,7 @@ void ShiftEntryForm::LoadData() {
     burdened_->SetValue(FloatText(object_->BurdenedMultiplier()));
     overtime_->SetValue(FloatText(object_->OvertimeMultiplier()));
     offDay_->SetValue(FloatText(object_->OffDayMultiplier()));
-    holiday_->SetValue(object_->HolidayMultiplier());
+    holiday_->SetValue(LocalNumber(object_->HolidayMultiplier()));
     for (int cell = 0; cell < ShiftGrid::kCells; ++cell) grid_->SetLetter(cell, object_->Period(cell));
 }
 
@@ -124,7 +125,7 @@ bool ShiftEntryForm::VerifyData() {
     }
     const auto read = [&](TextField& field, const char* what, float& value) {
         const auto number = ReadNumber(field, what);
-        if (number) value = ScanFloat(field.Value());
+        if (number) value = ScanFloat(PlainTyped(field.Value()));
         return number.has_value();
     };
     return read(*burdened_, "burdened multiplier", values_.burdened) &&
@@ -137,7 +138,7 @@ bool ShiftEntryForm::SaveData() {
     object_->SetBurdenedMultiplier(values_.burdened);
     object_->SetOvertimeMultiplier(values_.overtime);
     object_->SetOffDayMultiplier(values_.offDay);
-    object_->SetHolidayMultiplier(holiday_->Value());
+    object_->SetHolidayMultiplier(PlainTyped(holiday_->Value()));
     for (int hour = 0; hour < Vshift::kHours; ++hour) object_->SetMatrix(hour, grid_->Row(hour));
     return true;
 }

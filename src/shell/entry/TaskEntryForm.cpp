@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "model/Characters.h"
+#include "model/Conventions.h"
 #include "model/Fault.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
@@ -32,7 +33,7 @@ constexpr int kDateWidth = 24;  // characters of a date with its time
 }  // namespace
 
 void TaskEntryForm::SetDefaultEfficiency(Desktop& desktop, Vtask& task) {
-    const auto efficiency = ParseNumber(desktop.settings.ThePreferences().efficiency);
+    const auto efficiency = ParseNumber(PlainTyped(desktop.settings.ThePreferences().efficiency));
     if (efficiency && ValidEfficiency(*efficiency)) task.SetEfficiency(*efficiency);
 }
 

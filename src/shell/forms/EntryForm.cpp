@@ -9,6 +9,7 @@
 #include <set>
 
 #include "model/Characters.h"
+#include "model/Conventions.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
@@ -177,14 +178,14 @@ std::optional<Money> EntryForm::ReadMoney(TextField& field, const std::string& w
 }
 
 std::optional<double> EntryForm::ReadNumber(TextField& field, const std::string& what) {
-    const auto value = ParseNumber(field.Value());
+    const auto value = ParseNumber(PlainTyped(field.Value()));
     if (!value) Complain(field, "The " + what + " must be a number.", "Invalid Number");
     return value;
 }
 
 std::optional<std::int32_t> EntryForm::ReadWhole(TextField& field, const std::string& what,
                                                  std::int32_t least, std::int32_t most) {
-    const auto value = ParseNumber(field.Value());
+    const auto value = ParseNumber(PlainTyped(field.Value()));
     const bool fits = value && *value >= least && *value <= most && *value == std::floor(*value);
     if (fits) return static_cast<std::int32_t>(*value);
     Complain(field,

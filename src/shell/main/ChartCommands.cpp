@@ -9,6 +9,7 @@
 #include "charts/GanttForm.h"
 #include "charts/HistogramForm.h"
 #include "charts/RiskForm.h"
+#include "model/Conventions.h"
 #include "model/NumberText.h"
 #include "model/Rounding.h"
 #include "model/ValueText.h"
@@ -34,7 +35,7 @@ std::optional<double> AskNumber(Platform& platform, const char* prompt, const ch
     std::string text = PlainNumber(offered);
     for (;;) {
         const InputAnswer answer = platform.InputBox(prompt, title, text);
-        const auto number = answer.given ? ParseNumber(answer.text) : std::nullopt;
+        const auto number = answer.given ? ParseNumber(PlainTyped(answer.text)) : std::nullopt;
         if (!number || *number == 0) return std::nullopt;
         const auto complaint = check(*number);
         if (!complaint) return number;

@@ -1,13 +1,16 @@
 #include <QApplication>
 #include <QFileInfo>
+#include <QLocale>
 #include <QTimer>
 #include <iomanip>
 #include <iostream>
 #include <string_view>
 
 #include "model/Build.h"
+#include "model/Conventions.h"
 #include "model/ValueText.h"
 #include "paint/Text.h"
+#include "shell/desk/QtPlatform.h"
 #include "shell/main/App.h"
 #include "shell/main/CommandLine.h"
 
@@ -36,6 +39,7 @@ int main(int argc, char** argv) {
     QStringList words = QApplication::arguments();
     words.removeFirst();
     const QString file = words.isEmpty() ? QString() : QFileInfo(words.join(' ')).absoluteFilePath();
+    const vortan::UseConventions conventions(vortan::ConventionsOf(QLocale::system()));
     vortan::App app;
     app.mainForm.show();
     QTimer::singleShot(0, &app.mainForm, [&] { app.mainForm.Activate(vortan::S(file)); });

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "model/Conventions.h"
 #include "model/NumberText.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
@@ -36,7 +37,7 @@ void CrashDataForm::RedoLayout(Vwindow& table) {
             part = std::to_string(crash.fromPercent) + "% to " + std::to_string(crash.toPercent) + "% of ";
         table.SetCell(row, 0, task->Project()->BuildNodeText());
         table.SetCell(row, 1, part + task->BuildNodeText());
-        table.SetCell(row, 2, FormatNumber(crash.multiplier));
+        table.SetCell(row, 2, LocalNumber(FormatNumber(crash.multiplier)));
     }
     table.EndLayout(0, 0);
 }

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "model/Conventions.h"
 #include "model/NumberText.h"
 #include "paint/Text.h"
 
@@ -40,7 +41,7 @@ EstimateGrid::EstimateGrid(const std::string& journalDate, bool manyRows)
         // Left: what was read of a unit or of three numbers shows as the other boxes do.
         connect(box, &QLineEdit::editingFinished, this, [this, i] {
             TextField& left = *boxes_[static_cast<std::size_t>(i)];
-            if (!ParseNumber(left.Value()) && !values_.Refusal(i, left.Value()))
+            if (!ParseNumber(PlainTyped(left.Value())) && !values_.Refusal(i, left.Value()))
                 left.SetValue(values_.TextOf(i));
         });
         // By the user alone: what this class writes into the other boxes is rounded.

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "model/Conventions.h"
 #include "model/NumberText.h"
 #include "model/Rounding.h"
 
@@ -28,7 +29,7 @@ std::string FormatEstimate(std::int32_t minutes, std::int32_t unit) {
         text += static_cast<char>('0' + rest / 10);
         if (rest % 10 > 0) text += static_cast<char>('0' + rest % 10);
     }
-    return minutes < 0 && hundredths > 0 ? "-" + text : text;
+    return LocalNumber(minutes < 0 && hundredths > 0 ? "-" + text : text);
 }
 
 /// What a box can hold, in `unit` or in that of the other boxes.
@@ -64,7 +65,7 @@ std::optional<TypedEstimate> ParseEstimate(std::string_view text) {
     if (!word.empty() && !(typed.unit = UnitOfWord(word))) return std::nullopt;
     for (;;) {
         const std::size_t end = text.find(';');
-        const auto number = ParseNumber(text.substr(0, end));
+        const auto number = ParseNumber(PlainTyped(text.substr(0, end)));
         if (!number) return std::nullopt;
         typed.numbers.push_back(*number);
         if (end == std::string_view::npos) break;
@@ -115,7 +116,7 @@ std::string Estimates::TextOf(int box) const {
 }
 
 void Estimates::Type(int box, const std::string& text) {
-    TypedEstimate typed{{ScanNumber(text)}, std::nullopt};
+    TypedEstimate typed{{ScanNumber(PlainTyped(text))}, std::nullopt};
     if (auto whole = ParseEstimate(text)) typed = std::move(*whole);
     unit = typed.unit.value_or(unit);
     const auto minutesOf = [this](double number) { return RoundToInt32(number * GetUnits()); };
