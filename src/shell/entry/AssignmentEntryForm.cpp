@@ -139,7 +139,7 @@ bool AssignmentEntryForm::VerifyData() {
     if (!resourceRead_) {
         return Complain(*resource_, "Please choose a resource from the list.", "Missing Resource");
     }
-    const auto hours = ReadNumber(*hours_, "hours a day");
+    const auto hours = ValueOf(*hours_, TypedNumber(hours_->Value(), "hours a day"));
     hoursRead_ = hours.value_or(0);
     return hours.has_value();
 }

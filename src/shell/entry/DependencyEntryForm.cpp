@@ -27,15 +27,6 @@ std::string CaptionOf(const QButtonGroup& group) {
     return S(group.checkedButton()->text().remove('&'));
 }
 
-/// In days, as TextToDuration; none for what begins with no number and for what is beyond the calendar.
-std::optional<double> ParseDuration(const std::string& text) {
-    const auto lastDigit = text.find_last_of("0123456789");
-    if (lastDigit == std::string::npos || !ParseNumber(PlainTyped(text.substr(0, lastDigit + 1))))
-        return std::nullopt;
-    const auto days = TextToDuration(text);
-    return days && std::abs(*days) <= kLastDay ? days : std::nullopt;
-}
-
 /// As SetLive, for a list that is drawn like a button.
 void SetLiveList(QComboBox& list, bool live) {
     SetLive(list, live);
@@ -237,12 +228,8 @@ std::optional<double> DependencyEntryForm::ReadOffset() {
         offset_->Value() == FormatDuration(std::abs(stored), true)) {
         return stored;
     }
-    const auto days = ParseDuration(offset_->Value());
-    if (!days) {
-        Complain(*offset_, "The offset must be a duration, such as \"2 days\" or \"4 hours\".",
-                 "Invalid Duration");
-        return std::nullopt;
-    }
+    const auto days = ValueOf(*offset_, TypedOffset(offset_->Value()));
+    if (!days) return std::nullopt;
     return option == 1 ? 0 - *days : *days;
 }
 

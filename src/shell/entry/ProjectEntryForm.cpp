@@ -121,7 +121,7 @@ bool ProjectEntryForm::VerifyData() {
         if (!journal) return false;
         journalRead_ = DateTime(journal->WholeDay());
     }
-    const auto priority = ReadWhole(*priority_, "priority", 0, 255);
+    const auto priority = ValueOf(*priority_, TypedWhole(priority_->Value(), "priority", 0, 255));
     priorityRead_ = priority.value_or(0);
     return priority.has_value();
 }

@@ -140,14 +140,9 @@ bool ResourceEntryForm::VerifyData() {
     if (department_->currentText().isEmpty()) {
         return Complain(*department_, "The department must be filled in.", "Missing Department");
     }
-    const auto id = ReadWhole(*id_, "Resource ID", 1, kHighestId);
+    const auto id = ValueOf(*id_, TypedResourceId(id_->Value(), *owner_.Get(), object_.Get()));
     if (!id) return false;
     values_.id = *id;
-    const Vresource* other = owner_->FindResource(*id);
-    if (other && other != object_.Get()) {
-        return Complain(*id_, "The Resource ID " + std::to_string(*id) + " is already in use.",
-                        "Resource ID In Use");
-    }
     Vshift* const chosen = owner_->ShiftList().Find(S(shift_->currentText()));
     values_.shift = chosen ? chosen : object_->Shift();
     for (std::size_t i = 0; i < rates_.size(); ++i) {

@@ -124,7 +124,7 @@ bool ShiftEntryForm::VerifyData() {
                         "Shift Name In Use");
     }
     const auto read = [&](TextField& field, const char* what, float& value) {
-        const auto number = ReadNumber(field, what);
+        const auto number = ValueOf(field, TypedNumber(field.Value(), what));
         if (number) value = ScanFloat(PlainTyped(field.Value()));
         return number.has_value();
     };

@@ -54,7 +54,7 @@ bool SubprojectEntryForm::VerifyData() {
         return Complain(*project_, "Please select a parent project, or click [Cancel].",
                         "No Project Selected");
     }
-    const auto id = ReadTaskId(*taskId_, owner_, object_.Get());
+    const auto id = ValueOf(*taskId_, TypedTaskId(taskId_->Value(), owner_, object_.Get()));
     if (!id) return false;
     idRead_ = *id;
     if (!owner_.DescendsFrom(subprojectRead_)) return true;

@@ -18,10 +18,6 @@
 namespace vortan {
 namespace {
 
-bool ValidEfficiency(double value) {
-    return value > 0 && value <= 1;
-}
-
 /// A specific date of a task is a dependency on that date, without an offset.
 bool IsSpecificDate(const Vdependency& dependency) {
     return dependency.Include() && !dependency.TaskRequired() && !dependency.TaskRequiredDeleted() &&
@@ -32,9 +28,12 @@ constexpr int kDateWidth = 24;  // characters of a date with its time
 
 }  // namespace
 
+double TaskEntryForm::DefaultEfficiency(Desktop& desktop) {
+    return TypedEfficiency(desktop.settings.ThePreferences().efficiency).value.value_or(0);
+}
+
 void TaskEntryForm::SetDefaultEfficiency(Desktop& desktop, Vtask& task) {
-    const auto efficiency = ParseNumber(PlainTyped(desktop.settings.ThePreferences().efficiency));
-    if (efficiency && ValidEfficiency(*efficiency)) task.SetEfficiency(*efficiency);
+    if (const double efficiency = DefaultEfficiency(desktop); efficiency > 0) task.SetEfficiency(efficiency);
 }
 
 void TaskEntryForm::StartAdd(Desktop& desktop, Vproject& owner) {
@@ -192,15 +191,12 @@ void TaskEntryForm::UpdateEnabled() {
 
 bool TaskEntryForm::VerifyData() {
     if (!object_ || !owner_) AssertionFailed();
-    const auto id = ReadTaskId(*taskId_, *owner_.Get(), object_.Get());
+    const auto id = ValueOf(*taskId_, TypedTaskId(taskId_->Value(), *owner_.Get(), object_.Get()));
     if (!id) return false;
     const auto cost = ReadMoney(*materialCost_, "fixed cost", object_->MaterialCost());
     if (!cost) return false;
-    const auto efficiency = ReadNumber(*efficiency_, "efficiency");
+    const auto efficiency = ValueOf(*efficiency_, TypedEfficiency(efficiency_->Value()));
     if (!efficiency) return false;
-    if (!ValidEfficiency(*efficiency)) {
-        return Complain(*efficiency_, "The efficiency must be above 0 and not above 1.", "Invalid Number");
-    }
     if (HasEstimates()) {
         if (const auto refusal = estimates_->VerifyData()) {
             return Complain(*refusal->field, refusal->text, refusal->title);

@@ -17,6 +17,8 @@ class TaskEntryForm : public ObjectForm<Vtask> {
     static void StartModify(Desktop& desktop, Vtask& object);
     /// What a task that the program makes is to start with.
     static void SetDefaultEfficiency(Desktop& desktop, Vtask& task);
+    /// The same; 0: as it comes.
+    static double DefaultEfficiency(Desktop& desktop);
 
     void NewDragNode() override { Unload(); }
     void NewJournal() override { Unload(); }

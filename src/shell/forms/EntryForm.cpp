@@ -165,46 +165,12 @@ bool EntryForm::Complain(QWidget& field, const std::string& text, const std::str
 }
 
 std::optional<DateTime> EntryForm::ReadDate(TextField& field) {
-    const auto date = ParseDate(field.Value());
-    if (!date) Complain(field, "Invalid date", "Invalid Date");
-    return date;
+    return ValueOf(field, TypedDate(field.Value()));
 }
 
 std::optional<Money> EntryForm::ReadMoney(TextField& field, const std::string& what, Money stored) {
     if (field.Value() == Currency(stored)) return stored;
-    const auto value = ParseCurrency(field.Value(), CurrencySymbol());
-    if (!value) Complain(field, "The " + what + " must be an amount of money.", "Invalid Amount");
-    return value;
-}
-
-std::optional<double> EntryForm::ReadNumber(TextField& field, const std::string& what) {
-    const auto value = ParseNumber(PlainTyped(field.Value()));
-    if (!value) Complain(field, "The " + what + " must be a number.", "Invalid Number");
-    return value;
-}
-
-std::optional<std::int32_t> EntryForm::ReadWhole(TextField& field, const std::string& what,
-                                                 std::int32_t least, std::int32_t most) {
-    const auto value = ParseNumber(PlainTyped(field.Value()));
-    const bool fits = value && *value >= least && *value <= most && *value == std::floor(*value);
-    if (fits) return static_cast<std::int32_t>(*value);
-    Complain(field,
-             "The " + what + " must be a whole number from " + std::to_string(least) + " to " +
-                 std::to_string(most) + ".",
-             "Invalid Number");
-    return std::nullopt;
-}
-
-std::optional<std::int32_t> EntryForm::ReadTaskId(TextField& field, const Vproject& project,
-                                                  const Vtask* task) {
-    const auto id = ReadWhole(field, "task ID", 1, kHighestId);
-    const Vtask* other = id ? project.FindTask(*id) : nullptr;
-    if (!other || other == task) return id;
-    Complain(field,
-             "The task ID " + std::to_string(*id) + " is already in use by task " + other->BuildNodeText() +
-                 (other->Include() ? "." : ", which has been deleted in this journal."),
-             "Task ID In Use");
-    return std::nullopt;
+    return ValueOf(field, TypedMoney(field.Value(), what, CurrencySymbol()));
 }
 
 std::string EntryForm::Currency(Money value) const {

@@ -18,6 +18,7 @@
 #include "model/DateTime.h"
 #include "model/Listener.h"
 #include "model/Money.h"
+#include "model/TypedValues.h"
 #include "shell/desk/ChildForm.h"
 #include "shell/desk/Desktop.h"
 #include "shell/widgets/Fields.h"
@@ -42,8 +43,6 @@ class EntryForm : public QDialog, public ChildForm, public Listener {
     void reject() override;
 
   protected:
-    static constexpr std::int32_t kHighestId = 999'999'999;  ///< nine digits, of tasks and resources
-
     /// Ok: checks what was typed, saves it, brings the trees up to date. False leaves the form open; a check
     /// that failed has told the user and put the focus where the fault is.
     virtual bool Finish() = 0;
@@ -72,16 +71,15 @@ class EntryForm : public QDialog, public ChildForm, public Listener {
     /// A message, with the focus in `field` and all its text selected afterwards; returns false.
     bool Complain(QWidget& field, const std::string& text, const std::string& title);
 
-    // Each reads a field. What does not fit is complained about in words that name `what`, and gives none.
+    /// What was typed into `field`; none after a complaint about it.
+    template <class T>
+    std::optional<T> ValueOf(QWidget& field, const Typed<T>& typed) {
+        if (!typed.value) Complain(field, typed.refusal, typed.title);
+        return typed.value;
+    }
     std::optional<DateTime> ReadDate(TextField& field);
-    /// A text that still shows `stored` stands for the exact amount.
+    /// A text that still shows `stored` stands for the exact amount. `what` names it in a complaint.
     std::optional<Money> ReadMoney(TextField& field, const std::string& what, Money stored);
-    std::optional<double> ReadNumber(TextField& field, const std::string& what);
-    std::optional<std::int32_t> ReadWhole(TextField& field, const std::string& what, std::int32_t least,
-                                          std::int32_t most);
-
-    /// A number for `task` that no other task of the project has.
-    std::optional<std::int32_t> ReadTaskId(TextField& field, const Vproject& project, const Vtask* task);
 
     std::string Currency(Money value) const;
     std::string CurrencySymbol() const { return desktop_.platform.CurrencySymbol(); }

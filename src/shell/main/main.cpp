@@ -2,6 +2,7 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QTimer>
+#include <clocale>
 #include <iomanip>
 #include <iostream>
 #include <string_view>
@@ -34,6 +35,8 @@ bool AnswerOnTerminal(std::string_view argument) {
 int main(int argc, char** argv) {
     if (argc == 2 && AnswerOnTerminal(argv[1])) return 0;
     const QApplication application(argc, argv);
+    // Files and pictures have points in their numbers, whatever the toolkit has taken from the environment.
+    std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName("vortan");
     // The whole command line is one file name, which the recent files keep for other directories.
     QStringList words = QApplication::arguments();

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "shell/widgets/Estimates.h"
+#include "model/Estimates.h"
 #include "shell/widgets/Fields.h"
 
 namespace vortan {

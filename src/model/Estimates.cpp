@@ -1,4 +1,4 @@
-#include "shell/widgets/Estimates.h"
+#include "model/Estimates.h"
 
 #include <algorithm>
 #include <cstdlib>
