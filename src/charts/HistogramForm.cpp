@@ -6,6 +6,7 @@
 #include "charts/KeyColumns.h"
 #include "charts/PlotAxis.h"
 #include "charts/TextLines.h"
+#include "model/Conventions.h"
 #include "model/ErrTrap.h"
 #include "model/ValueText.h"
 #include "model/Vtemplate.h"
@@ -27,7 +28,7 @@ Color ColorOf(std::size_t row) {
 std::string HoursText(double hours) {
     char text[400];
     std::snprintf(text, sizeof text, "%.1f", hours);
-    return text;
+    return LocalNumber(text);
 }
 
 std::string HoursText(std::int64_t tenths) {

@@ -42,7 +42,7 @@ std::vector<std::string> IncludedTexts(const List& list) {
 }
 
 /// The task's own columns stand on each of its rows; dependencies and assignments run side by side.
-void FillInTaskRow(Table& table, Vtask& task, const std::string& symbol) {
+void FillInTaskRow(Table& table, Vtask& task, const std::string& symbol, bool ranked) {
     const std::vector<std::string> dependencies = IncludedTexts(task.DependencyList()),
                                    assignments = IncludedTexts(task.AssignmentList());
     const Vproject* subproject = task.Subproject();
@@ -58,6 +58,7 @@ void FillInTaskRow(Table& table, Vtask& task, const std::string& symbol) {
         subproject ? row.Text("<n/a>") : row.Text(EfficiencyText(efficiency), efficiency);
         row.Text(i < dependencies.size() ? dependencies[i] : "");
         row.Text(i < assignments.size() ? assignments[i] : "");
+        if (ranked) row.Number(task.SolveRank());
     }
 }
 
@@ -96,20 +97,19 @@ Table BuildResourceEntrySpreadsheet(const ReportSource& source) {
 }
 
 Table BuildTaskEntrySpreadsheet(const ReportSource& source) {
-    Table table("Task Entry Spreadsheet",
-                {{"Task ID", Alignment::Left},
-                 {"Description", Alignment::Left},
-                 {"Duration", Alignment::Right},
-                 {"MaterialCost", Alignment::Right},
-                 {"Efficiency", Alignment::Right},
-                 {"Dependencies", Alignment::Left},
-                 {"Assignments", Alignment::Left}},
-                1);
+    std::vector<TableColumn> columns{{"Task ID", Alignment::Left},     {"Description", Alignment::Left},
+                                     {"Duration", Alignment::Right},   {"MaterialCost", Alignment::Right},
+                                     {"Efficiency", Alignment::Right}, {"Dependencies", Alignment::Left},
+                                     {"Assignments", Alignment::Left}};
     const Vproject* project = source.workspace.ThisProject();
+    const bool ranked = project && std::any_of(project->TaskList().begin(), project->TaskList().end(),
+                                               [](const Vtask* task) { return task->SolveRank() != 0; });
+    if (ranked) columns.push_back({"Rank", Alignment::Right});
+    Table table("Task Entry Spreadsheet", std::move(columns), 1);
     if (!project) return table;
     const std::string symbol = source.workspace.ThePlatform().CurrencySymbol();
     for (Vtask* task : project->TaskList())
-        if (task->Include()) FillInTaskRow(table, *task, symbol);
+        if (task->Include()) FillInTaskRow(table, *task, symbol, ranked);
     return table;
 }
 

@@ -6,6 +6,7 @@
 #include <new>
 #include <thread>
 
+#include "model/Conventions.h"
 #include "model/ErrTrap.h"
 #include "model/Fault.h"
 #include "model/ValueText.h"
@@ -27,7 +28,7 @@ constexpr double kMostMemory = 2 * kGigabyte;
 std::string Gigabytes(double bytes) {
     char text[40];
     std::snprintf(text, sizeof text, "%.1f GB", bytes / kGigabyte);
-    return text;
+    return LocalNumber(text);
 }
 
 std::string FailureText(const Network& network, ForwardRun::Outcome outcome, std::int32_t task) {

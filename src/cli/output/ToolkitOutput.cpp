@@ -1,6 +1,7 @@
 #include "cli/output/ToolkitOutput.h"
 
 #include <QGuiApplication>
+#include <clocale>
 
 #include "charts/PageCuts.h"
 #include "model/Characters.h"
@@ -21,7 +22,9 @@ std::unique_ptr<QGuiApplication> StartToolkit() {
     static int count = 1;
     static char name[] = "vortan-cli";
     static char* words[] = {name, nullptr};
-    return std::make_unique<QGuiApplication>(count, words);
+    auto toolkit = std::make_unique<QGuiApplication>(count, words);
+    std::setlocale(LC_NUMERIC, "C");  // which the toolkit has taken from the environment
+    return toolkit;
 }
 
 QByteArray MakePages(const ShownSurface& shown, bool fit) {

@@ -56,6 +56,22 @@ SpreadsheetForm::SpreadsheetForm(Desktop& desktop, const ReportKind& kind)
     if (kind_.byMonth) layout->addWidget(NewMonthButtons());
     layout->addWidget(view_.get(), 1);
     setFocusProxy(view_.get());
+    if (&kind_ == &ReportKinds()[0] || &kind_ == &ReportKinds()[1]) StartTyping();
+}
+
+void SpreadsheetForm::StartTyping() {
+    const auto subjectOf = [this](int row) {
+        const int place = TableRow(row);
+        return place >= 0 && place < table_.Rows() ? table_.Subject(place) : RowSubject();
+    };
+    const auto sheet = &kind_ == &ReportKinds()[0] ? CellEntry::Sheet::Resources : CellEntry::Sheet::Tasks;
+    typing_ = std::make_unique<SheetTyping>(desktop_, sheet, vwindow_, *view_,
+                                            SheetTyping::Page{subjectOf, [this](bool) { Rebuild(); }});
+}
+
+void SpreadsheetForm::Unload() {
+    if (typing_) typing_->Leave();
+    PageForm::Unload();
 }
 
 QString SpreadsheetForm::PageName() {
@@ -89,6 +105,7 @@ bool SpreadsheetForm::Build() {
     vwindow_.SetPage(desktop_.host->ThePrinting().Page());
     view_->SetMetrics(*metrics);
     metrics_ = std::move(metrics);
+    if (typing_) typing_->SetFont(FontOfForm(desktop_, objectName()));
     behind_->hide();
     desktop_.platform.StatusMessage("Building spreadsheet");
     table_ = kind_.build({desktop_.workspace, desktop_.solver, desktop_.byDayMonth});
@@ -115,18 +132,26 @@ void SpreadsheetForm::Fill() {
         vwindow_.SetCell(0, sortedBy_, vwindow_.Cell(0, sortedBy_) + (descending_ ? " \u25BC" : " \u25B2"));
         vwindow_.EndLayout(table_.fixedColumns, 0);
     }
+    if (typing_ && typing_->HasEmptyRow()) {
+        vwindow_.AddRow();
+        vwindow_.EndLayout(table_.fixedColumns, 0);
+    }
     view_->Select(view_->Selection());  // as far as it is still there
     view_->SurfaceChanged();
+    if (typing_) typing_->SetEntryPos();
 }
 
 void SpreadsheetForm::BuildAnew() {
     desktop_.Run("Spreadsheet:BuildAnewCommand_Click", [this] {
-        if (!MayBuild(desktop_.workspace, kind_)) return;
-        const int x = view_->horizontalScrollBar()->value(), y = view_->verticalScrollBar()->value();
-        if (!Build()) return Unload();
-        view_->horizontalScrollBar()->setValue(x);
-        view_->verticalScrollBar()->setValue(y);
+        if (MayBuild(desktop_.workspace, kind_)) Rebuild();
     });
+}
+
+void SpreadsheetForm::Rebuild() {
+    const int x = view_->horizontalScrollBar()->value(), y = view_->verticalScrollBar()->value();
+    if (!Build()) return Unload();
+    view_->horizontalScrollBar()->setValue(x);
+    view_->verticalScrollBar()->setValue(y);
 }
 
 void SpreadsheetForm::TurnMonth(bool forward) {
@@ -136,7 +161,7 @@ void SpreadsheetForm::TurnMonth(bool forward) {
 
 int SpreadsheetForm::TableRow(int surfaceRow) const {
     const auto row = static_cast<std::size_t>(surfaceRow - 1);
-    return order_.empty() ? surfaceRow - 1 : order_[row];
+    return row < order_.size() ? order_[row] : surfaceRow - 1;
 }
 
 void SpreadsheetForm::CellClick(Qt::MouseButton button, int row, int col) {
@@ -162,6 +187,7 @@ void SpreadsheetForm::SortBy(int col) {
 
 void SpreadsheetForm::Open(int row) {
     if (kind_.byMonth) return;  // its first click has turned the month
+    if (TableRow(row) >= table_.Rows()) return;
     const RowSubject& subject = table_.Subject(TableRow(row));
     if (const auto* link = std::get_if<Link<Vtask>>(&subject); link && link->Get()) {
         Vtask& task = *link->Get();
@@ -202,9 +228,11 @@ bool SpreadsheetForm::Find(const FindWords& words, FindFrom from) {
     return false;
 }
 
-/// Page Up and Page Down turn the month where there is one.
+/// Page Up and Page Down turn the month where there is one; the entry tables are typed in.
 bool SpreadsheetForm::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != view_.get() || event->type() != QEvent::KeyPress || !kind_.byMonth) return false;
+    if (watched != view_.get() || event->type() != QEvent::KeyPress) return false;
+    if (typing_) return typing_->Key(static_cast<const QKeyEvent&>(*event));
+    if (!kind_.byMonth) return false;
     const int key = static_cast<const QKeyEvent&>(*event).key();
     if (key != Qt::Key_PageUp && key != Qt::Key_PageDown) return false;
     desktop_.Run("Spreadsheet:Form_KeyDown", [&] { TurnMonth(key == Qt::Key_PageDown); });

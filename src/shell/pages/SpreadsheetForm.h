@@ -8,6 +8,7 @@
 #include "paint/QtTextMetrics.h"
 #include "reports/ReportKinds.h"
 #include "shell/forms/PageForm.h"
+#include "shell/pages/SheetTyping.h"
 #include "shell/widgets/BehindLine.h"
 #include "shell/widgets/GridView.h"
 
@@ -28,7 +29,10 @@ class SpreadsheetForm : public PageForm {
     void NewThisProject() override { Unload(); }
     void NewThisTemplate() override { Unload(); }
     void NewJournal() override { behind_->Show(); }
-    void NewSolution() override { behind_->Show(); }
+    void NewSolution() override {
+        if (!typing_) behind_->Show();  // what was entered is what it shows
+    }
+    void Unload() override;
     void ObjectsChanged(const std::vector<Change>&) override { behind_->Show(); }
 
     const ReportKind& Kind() const { return kind_; }
@@ -47,11 +51,14 @@ class SpreadsheetForm : public PageForm {
     /// What is there goes on the surface, in the order that was chosen.
     void Fill();
     void BuildAnew();
+    /// In the same place, whatever has changed.
+    void Rebuild();
     void TurnMonth(bool forward);
     void CellClick(Qt::MouseButton button, int row, int col);
     void SortBy(int col);
     void Open(int row);
     void CopySelection() const;
+    void StartTyping();
     /// The row of the table that a row of the surface shows.
     int TableRow(int surfaceRow) const;
 
@@ -60,6 +67,7 @@ class SpreadsheetForm : public PageForm {
     Vwindow vwindow_;
     std::unique_ptr<GridView> view_;
     BehindLine* behind_;
+    std::unique_ptr<SheetTyping> typing_;               // in the two entry tables
     QPushButton *before_ = nullptr, *after_ = nullptr;  // of a report of one month
     Table table_;
     std::vector<std::int32_t> order_;  // empty: as built

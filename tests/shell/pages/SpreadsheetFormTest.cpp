@@ -1,9 +1,14 @@
 #include "shell/pages/SpreadsheetForm.h"
 
 #include <QClipboard>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QScrollBar>
 
+#include "model/LinkText.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "shell/Shell.h"
 #include "support/Paths.h"
 #include "support/PlanFiles.h"
@@ -129,6 +134,89 @@ TEST_F(SpreadsheetFormTest, MonthsTurn) {
     Open(7);
     Open(7);
     EXPECT_EQ(Form().Shown().month, month);
+}
+
+TEST_F(SpreadsheetFormTest, AnEntryTableIsTypedIn) {
+    Open(2);
+    Vproject& project = *shell.desktop.workspace.ThisProject();
+    Vtask& first = *project.TaskList()[0];
+    const std::string before = first.Description();
+    auto& entry = shell.Find<QLineEdit>("EntryText");
+    Click(1, 1);
+    QTest::keyClicks(&View(), "D");
+    QTest::keyClicks(&entry, "ig");
+    QTest::keyClick(&entry, Qt::Key_Escape);
+    EXPECT_EQ(first.Description(), before);
+    Key(Qt::Key_F2);
+    QTest::keyClicks(&entry, "Dig");  // all was selected
+    QTest::keyClick(&entry, Qt::Key_Tab);
+    EXPECT_EQ(first.Description() + "|" + Shown(1, 1), "Dig|Dig");
+    // What is refused stays, with the reason beside it, and nothing is taken.
+    QTest::keyClicks(&entry, "soon");
+    QTest::keyClick(&entry, Qt::Key_Return);
+    EXPECT_TRUE(entry.isVisible());
+    EXPECT_EQ(S(shell.Find<QLabel>("EntryRefusal").text()), "The estimate must be a number.");
+    QTest::keyClick(&entry, Qt::Key_Escape);
+    EXPECT_FALSE(entry.isVisible());
+    shell.desktop.Run("Test:Undo", [&] { shell.desktop.workspace.TheHistory().Undo(); });
+    EXPECT_EQ(first.Description(), before);
+    // Another table in place of this one takes what is typed.
+    Click(1, 1);
+    QTest::keyClicks(&View(), "K");
+    QTest::keyClicks(&entry, "ept");
+    Open(1);
+    EXPECT_EQ(first.Description(), "Kept");
+}
+
+/// A task with its effort, its link and its person: seven keys beside their letters.
+TEST_F(SpreadsheetFormTest, ATaskIsTypedWithFewKeys) {
+    Open(2);
+    Vproject& project = *shell.desktop.workspace.ThisProject();
+    const auto count = project.TaskList().size();
+    auto& entry = shell.Find<QLineEdit>("EntryText");
+    Click(static_cast<int>(Form().Shown().Rows()), 1);
+    Key(Qt::Key_Down);
+    const std::string texts[] = {"Paint", "2d", "", "", "1 50%-0%", "Mei Tanaka 50%"};
+    for (const std::string& text : texts) {
+        QTest::keyClicks(&entry, Q(text));
+        QTest::keyClick(&entry, Qt::Key_Tab);
+    }
+    ASSERT_EQ(project.TaskList().size(), count + 1);
+    const Vtask& painted = *project.TaskList()[count];
+    EXPECT_EQ(painted.Description() + "|" + DependencyLine(painted) + "|" + AssignmentLine(painted),
+              "Paint|1 50%-0%|Mei Tanaka @4");
+    EXPECT_EQ(painted.MostLikely(), 960);
+    EXPECT_TRUE(entry.isVisible());  // for the next task
+    QTest::keyClick(&entry, Qt::Key_Escape);
+    EXPECT_EQ(Form().Shown().Rows(), View().Selection().top);
+}
+
+TEST_F(SpreadsheetFormTest, BlocksArePastedAndFilledDownAsOneStep) {
+    Open(2);
+    Vproject& project = *shell.desktop.workspace.ThisProject();
+    const auto count = project.TaskList().size();
+    const auto description = [&](std::size_t i) { return project.TaskList()[i]->Description(); };
+    const std::string first = description(0);
+    Click(static_cast<int>(Form().Shown().Rows()), 1);
+    const std::string last = description(count - 1);
+    QApplication::clipboard()->setText("One\t1 d\r\n\"Two\t2\"\tsoon\r\n");
+    shell.platform.ExpectBox("Cannot Paste", BoxAnswer::Ok);
+    QTest::keyClick(&View(), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(description(count - 1), last);
+    QApplication::clipboard()->setText("One\t1 d\r\n\"Two\t2\"\t3 d\r\n");
+    QTest::keyClick(&View(), Qt::Key_V, Qt::ControlModifier);
+    ASSERT_EQ(project.TaskList().size(), count + 1);
+    EXPECT_EQ(description(count - 1) + "|" + description(count), "One|Two\t2");
+    View().SelectRow(1);  // in sight
+    Click(1, 1);
+    for (int i = 0; i < 8; ++i) Key(Qt::Key_Down, Qt::ShiftModifier);
+    QTest::keyClick(&View(), Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(description(1), first);
+    for (int i = 0; i < 2; ++i)
+        shell.desktop.Run("Test:Undo", [&] { shell.desktop.workspace.TheHistory().Undo(); });
+    EXPECT_EQ(project.TaskList().size(), count);
+    EXPECT_NE(description(1), first);
+    EXPECT_EQ(description(count - 1), last);
 }
 
 TEST_F(SpreadsheetFormTest, AReportThatIsBehindSaysSo) {
