@@ -82,6 +82,8 @@ class ChartForm : private Vwindow::Owner {
     virtual Answers AnswersTo() const { return {}; }
     /// What to tell about a place of the surface, a line each; empty for nothing.
     virtual std::string TipAt(int /*x*/, int /*y*/) const { return {}; }
+    /// What a row shows in pictures, behind its cells; empty for nothing.
+    virtual std::string RowText(int /*row*/) const { return {}; }
     /// Whose entry form a double click opens there.
     virtual Subject SubjectAt(int /*x*/, int /*y*/) const { return {}; }
     /// After Start: there is nothing to show, as the chart has told. Its page goes away again.

@@ -174,6 +174,24 @@ double GanttForm::Unit() const {
     return (options_.taskLeader ? 2.75 : 1.75) * vwindow_.TextHeight();
 }
 
+namespace {
+
+/// What its bar in a journal tells.
+std::string TextOfBar(const Vtask& task, std::int32_t journal) {
+    const DateTime finish = task.EarlyFinishAt(journal);
+    std::string resources;
+    for (const Vassignment* assignment : task.AssignmentList()) {
+        const Vresource* resource = assignment->Include() ? assignment->ResourceRequired() : nullptr;
+        if (resource) resources += (resources.empty() ? "" : ", ") + resource->Description();
+    }
+    return task.BuildNodeText() + "\nStart: " + FormatDate(task.EarlyStartAt(journal)) +
+           "\nFinish: " + FormatDate(finish) +
+           "\nSlack: " + FormatDuration(DaysBetween(finish, task.LateFinishAt(journal)), true) +
+           (resources.empty() ? "" : "\nResources: " + resources);
+}
+
+}  // namespace
+
 std::string GanttForm::TipAt(int x, int y) const {
     const int row = vwindow_.RowAt(y);
     if (row < 1 || row > static_cast<int>(rowTasks_.size())) return {};
@@ -189,16 +207,13 @@ std::string GanttForm::TipAt(int x, int y) const {
         return {};
     }
 
-    const DateTime finish = task->EarlyFinishAt(journal);
-    std::string resources;
-    for (const Vassignment* assignment : task->AssignmentList()) {
-        const Vresource* resource = assignment->Include() ? assignment->ResourceRequired() : nullptr;
-        if (resource) resources += (resources.empty() ? "" : ", ") + resource->Description();
-    }
-    return task->BuildNodeText() + "\nStart: " + FormatDate(task->EarlyStartAt(journal)) +
-           "\nFinish: " + FormatDate(finish) +
-           "\nSlack: " + FormatDuration(DaysBetween(finish, task->LateFinishAt(journal)), true) +
-           (resources.empty() ? "" : "\nResources: " + resources);
+    return TextOfBar(*task, journal);
+}
+
+std::string GanttForm::RowText(int row) const {
+    if (row < 1 || row > static_cast<int>(rowTasks_.size())) return {};
+    const Vtask* task = rowTasks_[static_cast<std::size_t>(row) - 1].Get();
+    return task && task->Project() ? TextOfBar(*task, task->Project()->CurrentIndex()) : std::string();
 }
 
 }  // namespace vortan

@@ -33,6 +33,8 @@ class GanttForm : public ChartForm {
     /// Task, dates, slack and resources of the bar there.
     std::string TipAt(int x, int y) const override;
 
+    std::string RowText(int row) const override;
+
     /// The task of the bar there.
     Subject SubjectAt(int x, int y) const override { return {BarAt(x, y)}; }
 

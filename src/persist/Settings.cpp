@@ -170,6 +170,14 @@ void Settings::AddRecentFile(const std::string& name) {
     Store(RecentKey(1), name);
 }
 
+void Settings::DropRecentFile(const std::string& name) {
+    auto names = RecentFiles();
+    std::erase_if(names, [&](const std::string& each) { return SameText(each, name); });
+    names.resize(kRecentFiles);
+    for (int place = 1; place <= kRecentFiles; ++place)
+        Store(RecentKey(place), names[static_cast<std::size_t>(place - 1)]);
+}
+
 std::vector<std::string> Settings::RecentFiles() {
     ReadOnce();
     std::vector<std::string> names;

@@ -48,6 +48,8 @@ class Settings {
 
     /// Makes `name` the newest of the recent files; one that is there already, in whatever case, moves up.
     void AddRecentFile(const std::string& name);
+    /// Takes it out of them.
+    void DropRecentFile(const std::string& name);
     /// The newest first.
     std::vector<std::string> RecentFiles();
 

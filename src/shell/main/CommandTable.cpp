@@ -160,6 +160,11 @@ constexpr Command kEdit[] = {
      "&Why",
      [](MainForm& m) { m.Why().SetShown(!m.Why().IsShown()); },
      {.separator = "EditWhySeparatorMenu"}},
+    {"EditTreeColumnsMenu", "&Columns in the tree",
+     [](MainForm& m) {
+         ProjectTreeForm& tree = m.TheTrees().ProjectTree();
+         tree.SetColumnsShown(!tree.ColumnsShown());
+     }},
 };
 
 constexpr Command kProject[] = {

@@ -1,5 +1,6 @@
 #include "shell/main/Commands.h"
 
+#include <QFileInfo>
 #include <QMenuBar>
 #include <QScreen>
 #include <QToolBar>
@@ -139,7 +140,10 @@ void Commands::BuildRecentMenu(QMenu& file) {
             Desktop& desktop = main_.TheDesktop();
             desktop.Run(SectionOf(name), [&] {
                 const auto files = desktop.settings.RecentFiles();
-                if (i < files.size()) desktop.files.OpenFile(files[i]);
+                if (i >= files.size()) return;
+                desktop.files.OpenFile(files[i]);
+                // It may lie on a drive that is not there now; but it can be opened anew like any file.
+                if (!QFileInfo::exists(Q(files[i]))) desktop.settings.DropRecentFile(files[i]);
             });
         });
         recent_.push_back(actions_[name] = action);

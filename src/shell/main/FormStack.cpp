@@ -5,6 +5,11 @@
 #include <algorithm>
 
 namespace vortan {
+namespace {
+
+constexpr const char* kPlacedSize = "placedSize";  // that an entry form was given
+
+}  // namespace
 
 FormStack::FormStack(QMainWindow& window) : window_(window), pages_(new QStackedWidget) {
     window.setCentralWidget(pages_);
@@ -62,11 +67,14 @@ void FormStack::Place(QWidget& form) {
     if (form.isVisible()) return;
     form.adjustSize();  // to two thirds of the screen at most
     form.resize(form.size().expandedTo(form.sizeHint()));
+    const QSize kept = SizeOf(form.objectName());
+    if (kept.isValid()) form.resize(kept.expandedTo(form.minimumSizeHint()));
     const QRect available = window_.screen()->availableGeometry();
     const QSize size = form.size().boundedTo(available.size());
     const QPoint middle = window_.mapToGlobal(window_.rect().center());
     const QPoint corner = middle - QPoint(size.width() / 2, size.height() / 2);
     form.resize(size);
+    form.setProperty(kPlacedSize, size);
     form.move(std::clamp(corner.x(), available.left(), available.right() + 1 - size.width()),
               std::clamp(corner.y(), available.top(), available.bottom() + 1 - size.height()));
 }
@@ -86,6 +94,8 @@ void FormStack::UnloadScreens() {
 
 void FormStack::Closed(ChildForm& form) {
     std::erase(forms_, &form);
+    const QSize placed = form.Window().property(kPlacedSize).toSize(), now = form.Window().size();
+    if (placed.isValid() && placed != now) KeepSize(form.Window().objectName(), now);
     if (fullPage_ == &form) {
         fullPage_ = nullptr;
         pages_->setCurrentWidget(workArea_);

@@ -36,6 +36,9 @@ class FormStack {
     ChildForm* Active() const;
 
     // Set by the main window.
+    /// What the user has left an entry form of that name at, and is to be kept; invalid: none.
+    std::function<QSize(const QString& name)> SizeOf = [](const QString&) { return QSize(); };
+    std::function<void(const QString& name, const QSize&)> KeepSize = [](const QString&, const QSize&) {};
     std::function<void()> PageChanged;  ///< another page is in front, or it has another title
     std::function<void(QWidget&)> EntryFormShown = [](QWidget&) {
     };                                       ///< to be placed where it is in nobody's way

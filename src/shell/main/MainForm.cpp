@@ -15,6 +15,7 @@
 #include "model/Vtask.h"
 #include "model/Vtemplate.h"
 #include "paint/Text.h"
+#include "shell/desk/Contrast.h"
 #include "shell/desk/Icons.h"
 #include "shell/help/HelpForm.h"
 #include "shell/main/ContextPage.h"
@@ -27,12 +28,14 @@
 #include "shell/trees/TemplateTreeForm.h"
 #include "shell/trees/Trees.h"
 #include "shell/widgets/FocusFrames.h"
+#include "shell/widgets/Readable.h"
 
 namespace vortan {
 namespace {
 
 constexpr const char *kPlaceKey = "MainForm.Place", *kPanesKey = "MainForm.Panes";
-constexpr int kBackupPeriod = 10'000;  // milliseconds between looks at the clock
+constexpr const char* kSizeKey = ".Size";  // behind the name of an entry form
+constexpr int kBackupPeriod = 10'000;      // milliseconds between looks at the clock
 // Of the work area, the share of the project tree and that of the template tree.
 constexpr int kProjectShare = 60, kTemplateShare = 40;
 
@@ -62,6 +65,8 @@ MainForm::MainForm(Desktop& desktop)
     backupTimer_.start(kBackupPeriod);
 
     PlaceWindow();
+    FollowContrast();
+    InstallReadables();
     setAcceptDrops(true);
     desktop_.Ended = [this] { ShowTitle(); };
     ShowTitle();
@@ -98,6 +103,14 @@ MainForm::~MainForm() {
 
 /// What the parts of the window have to tell each other.
 void MainForm::Connect() {
+    forms_.SizeOf = [this](const QString& name) {
+        const QStringList parts = Q(desktop_.settings.ReadSettings(S(name) + kSizeKey)).split(' ');
+        return parts.size() == 2 ? QSize(parts[0].toInt(), parts[1].toInt()) : QSize();
+    };
+    forms_.KeepSize = [this](const QString& name, const QSize& size) {
+        desktop_.settings.WriteSettings(S(name) + kSizeKey,
+                                        std::to_string(size.width()) + " " + std::to_string(size.height()));
+    };
     desktop_.files.UnloadScreens = [this] { forms_.UnloadScreens(); };
     connect(&backupTimer_, &QTimer::timeout, this, [this] { desktop_.AutoBackupTimerTick(); });
     forms_.PageChanged = [this] {
@@ -287,7 +300,13 @@ void MainForm::SetupPrinter() {
     if (printing_.ShowPrinter(this)) desktop_.workspace.BroadcastNewSolution();
 }
 
+void MainForm::FollowContrast() {
+    const QString sheet = ContrastSheet(QApplication::palette());
+    if (qApp->styleSheet() != sheet) qApp->setStyleSheet(sheet);
+}
+
 void MainForm::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::PaletteChange) FollowContrast();
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::PaletteChange && trees_) status_.PaletteChanged();
     if (event->type() != QEvent::WindowStateChange || !help_) return;

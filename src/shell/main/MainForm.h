@@ -80,6 +80,8 @@ class MainForm : public QMainWindow, public Listener, public FormHost {
     void BuildFindBar();
     /// The caption, with the file and a mark while there are changes that no file has.
     void ShowTitle();
+    /// Frames that the style of the toolkit leaves out in high contrast.
+    void FollowContrast();
     void PlaceWindow();
     void RememberPlace();
     void Connect();

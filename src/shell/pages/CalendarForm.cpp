@@ -8,6 +8,7 @@
 
 #include "charts/TimeScale.h"
 #include "charts/ZoomTable.h"
+#include "model/ValueText.h"
 #include "model/Vtemplate.h"
 #include "paint/ScreenColor.h"
 #include "paint/Text.h"
@@ -176,9 +177,18 @@ void CalendarForm::BuildCalendar() {
     auto key = keys.begin();
     for (int month = 1; month <= kMonths; ++month) {
         std::vector<Color> colors;
-        for (int day = DaysIn(thisYear_, month); day > 0; --day) colors.push_back(LookOf(*key++).color);
-        months_[static_cast<std::size_t>(month - 1)]->SetMonth(Weekday(FirstOf(thisYear_, month)) - 1,
-                                                               std::move(colors));
+        std::vector<const char*> labels;
+        for (int day = DaysIn(thisYear_, month); day > 0; --day, ++key) {
+            colors.push_back(LookOf(*key).color);
+            labels.push_back(LookOf(*key).label);
+        }
+        MonthGrid& grid = *months_[static_cast<std::size_t>(month - 1)];
+        grid.SetMonth(Weekday(FirstOf(thisYear_, month)) - 1, std::move(colors));
+        grid.TextOf = [year = thisYear_, month, labels = std::move(labels)](int day) {
+            const DateTime date = FromParts({year, month, day});
+            return Q(std::string(DayName(Weekday(date))) + " " + FormatShortDate(date) + ": " +
+                     labels[static_cast<std::size_t>(day - 1)]);
+        };
     }
     selectedDate_ = DateTime();
 }

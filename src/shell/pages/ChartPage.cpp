@@ -17,6 +17,7 @@
 #include "model/Vresource.h"
 #include "model/Vtask.h"
 #include "paint/Text.h"
+#include "reports/ChartTables.h"
 #include "shell/desk/CommonDialogs.h"
 #include "shell/desk/FormHost.h"
 #include "shell/desk/Printing.h"
@@ -115,6 +116,11 @@ ChartPage::ChartPage(Desktop& desktop, const Maker& make) : PageForm(desktop) {
 
 void ChartPage::ConnectView() {
     view_->installEventFilter(this);
+    view_->PlaceCount = [this] {
+        const SpokenParts& spoken = Spoken();
+        return static_cast<int>(spoken.places.size()) + (spoken.table ? spoken.table->Rows() : 0);
+    };
+    view_->PlaceAt = [this](int part) { return SpokenPlace(part); };
     view_->TipAt = [this](int x, int y) {
         std::string tip;
         desktop_.Run("Chart:TipAt", [&] { tip = chart_->TipAt(x, y); });
@@ -136,7 +142,7 @@ void ChartPage::ConnectView() {
     view_->DragTo = [this](int x, int y) {
         auto state = ChartForm::DragState::None;
         desktop_.Run("Chart:Vwindow_MouseMove", [&] { state = chart_->DragTo(x, y); });
-        if (state != ChartForm::DragState::Still) view_->SurfaceChanged();
+        if (state != ChartForm::DragState::Still) ShowSurface();
         return state != ChartForm::DragState::None;
     };
     view_->EndDrag = [this] {
@@ -245,7 +251,7 @@ void ChartPage::Restart() {
     desktop_.Run("Chart:Start", [this] { chart_->Start(); });
     setWindowTitle(Q(chart_->Caption()));
     RefreshOptions();
-    view_->SurfaceChanged();
+    ShowSurface();
     PlaceOptions();
     if (chart_->IsEmpty() && desktop_.host->FullPage() == this) Unload();
 }
@@ -343,7 +349,7 @@ bool ChartPage::Walk(int key, bool moves) {
     view_->Mark(std::nullopt);
     desktop_.Run("Chart:Vwindow_KeyDown", [&] { walked = chart_->Press(found->second); });
     if (!walked) return Cursor().has_value();
-    view_->SurfaceChanged();
+    ShowSurface();
     if (const auto cursor = Cursor()) view_->ScrollTo(*cursor);
     return true;
 }
@@ -401,6 +407,45 @@ bool ChartPage::Find(const FindWords& words, FindFrom from) {
     }
     view_->Mark(std::nullopt);
     return false;
+}
+
+void ChartPage::ShowSurface() {
+    spoken_.reset();
+    view_->SurfaceChanged();
+}
+
+SurfaceView::Place ChartPage::SpokenPlace(int part) const {
+    const SpokenParts& spoken = Spoken();
+    const auto count = static_cast<int>(spoken.places.size());
+    if (part >= count) {
+        const Table& table = *spoken.table;
+        QStringList cells;
+        for (int col = 0; col < table.Cols(); ++col) {
+            const std::string& text = table.Cell(part - count, col).text;
+            if (!text.empty())
+                cells += Q(TitleLine(table.Columns()[static_cast<std::size_t>(col)].title) + ": " + text);
+        }
+        const Vwindow& surface = chart_->TheVwindow();
+        return {cells.join(", "), QRect(0, 0, surface.ContentWidth(), surface.ContentHeight())};
+    }
+    const int place = spoken.places[static_cast<std::size_t>(part)];
+    QString text = TextOf(place).trimmed();
+    const int rows = Places() - static_cast<int>(chart_->TheVwindow().Items().size());
+    if (place < rows) {
+        const QString shown = Q(chart_->RowText(place));
+        if (!shown.isEmpty()) text += "\n" + shown;
+    }
+    return {text, PlaceOf(place)};
+}
+
+const ChartPage::SpokenParts& ChartPage::Spoken() const {
+    if (!spoken_) {
+        spoken_.emplace();
+        for (int place = 0; place < Places(); ++place)
+            if (!TextOf(place).trimmed().isEmpty()) spoken_->places.push_back(place);
+        if (!chart_->IsEmpty()) spoken_->table = TableOf(*chart_, desktop_.platform.CurrencySymbol());
+    }
+    return *spoken_;
 }
 
 /// Of the view: keys that it would scroll by, and its size.

@@ -9,6 +9,7 @@
 
 #include "charts/ChartForm.h"
 #include "paint/QtTextMetrics.h"
+#include "reports/Table.h"
 #include "shell/forms/PageForm.h"
 #include "shell/widgets/BehindLine.h"
 #include "shell/widgets/SurfaceView.h"
@@ -70,6 +71,17 @@ class ChartPage : public PageForm {
     QRect PlaceOf(int place) const;
     QString TextOf(int place) const;
 
+    /// What assistive technology reads: the places that have a text, then the rows of the table behind the
+    /// chart, if it has one.
+    struct SpokenParts {
+        std::vector<int> places;
+        std::optional<Table> table;
+    };
+    const SpokenParts& Spoken() const;
+    SurfaceView::Place SpokenPlace(int part) const;
+    void ShowSurface();
+
+    mutable std::optional<SpokenParts> spoken_;  // none before it is asked for
     std::unique_ptr<QtTextMetrics> metrics_;
     std::unique_ptr<ChartForm> chart_;
     std::unique_ptr<SurfaceView> view_;

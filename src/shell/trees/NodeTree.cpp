@@ -142,7 +142,7 @@ void NodeTree::Remove(Node& node) {
 
 void NodeTree::Changed(const Node& node) {
     const QModelIndex index = IndexOf(&node);
-    if (!InBatch()) emit dataChanged(index, index);
+    if (!InBatch()) emit dataChanged(index, index.siblingAtColumn(columnCount({}) - 1));
 }
 
 NodeTree::Batch::Batch(NodeTree& tree) : tree_(tree) {
@@ -160,8 +160,9 @@ QModelIndex NodeTree::IndexOf(const Node* node) const {
 
 QModelIndex NodeTree::index(int row, int column, const QModelIndex& parent) const {
     const Nodes& nodes = parent.isValid() ? NodeOf(parent)->Children : roots_;
-    if (column != 0 || row < 0 || static_cast<std::size_t>(row) >= nodes.size()) return {};
-    return createIndex(row, 0, nodes[static_cast<std::size_t>(row)].get());
+    if (column < 0 || column >= columnCount({}) || row < 0 || static_cast<std::size_t>(row) >= nodes.size())
+        return {};
+    return createIndex(row, column, nodes[static_cast<std::size_t>(row)].get());
 }
 
 QModelIndex NodeTree::parent(const QModelIndex& child) const {
@@ -172,9 +173,26 @@ int NodeTree::rowCount(const QModelIndex& parent) const {
     return static_cast<int>(parent.isValid() ? NodeOf(parent)->Children.size() : roots_.size());
 }
 
+void NodeTree::SetColumns(std::vector<Column> columns) {
+    const Batch batch(*this);
+    columns_ = std::move(columns);
+}
+
+QVariant NodeTree::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+    return section == 0 ? QString("Task") : columns_.at(static_cast<std::size_t>(section - 1)).title;
+}
+
 QVariant NodeTree::data(const QModelIndex& index, int role) const {
     if (!index.isValid()) return {};
     const Node& node = *NodeOf(index);
+    if (role == Qt::ToolTipRole) return TipOf ? TipOf(node) : QString();
+    if (index.column() > 0) {
+        const Column& column = columns_[static_cast<std::size_t>(index.column() - 1)];
+        if (role == Qt::DisplayRole) return column.text(node);
+        if (role == Qt::TextAlignmentRole && column.right) return int(Qt::AlignRight | Qt::AlignVCenter);
+        return {};
+    }
     switch (role) {
         case Qt::DisplayRole:
             return Q(node.Text);

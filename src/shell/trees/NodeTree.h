@@ -53,6 +53,16 @@ class NodeTree : public QAbstractItemModel {
     /// Text or tag of the node is another one.
     void Changed(const Node& node);
 
+    /// What stands behind the nodes, asked for when it is painted.
+    struct Column {
+        QString title;
+        std::function<QString(const Node&)> text;
+        bool right = false;  ///< at the right of its column
+    };
+    void SetColumns(std::vector<Column> columns);
+    /// The tip of a node, or none.
+    std::function<QString(const Node&)> TipOf;
+
     /// Makes everything that is done meanwhile one change for the view.
     class Batch {
       public:
@@ -72,7 +82,8 @@ class NodeTree : public QAbstractItemModel {
     QModelIndex index(int row, int column, const QModelIndex& parent) const override;
     QModelIndex parent(const QModelIndex& child) const override;
     int rowCount(const QModelIndex& parent) const override;
-    int columnCount(const QModelIndex&) const override { return 1; }
+    int columnCount(const QModelIndex&) const override { return 1 + static_cast<int>(columns_.size()); }
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override {
         if (!index.isValid()) return Qt::NoItemFlags;
@@ -88,6 +99,7 @@ class NodeTree : public QAbstractItemModel {
     void Forget(const Node& node);
 
     std::function<void(const Node&)> gone_;
+    std::vector<Column> columns_;
     Nodes roots_;
     std::unordered_map<std::string, Node*> byKey_;
     mutable std::map<NodeKind, QIcon> pictures_;

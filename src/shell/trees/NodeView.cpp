@@ -36,6 +36,7 @@ NodeView::NodeView(Desktop& desktop, TreeForm& form, const QString& hint)
     header()->setStretchLastSection(false);
     header()->setMinimumSectionSize(0);
     setUniformRowHeights(true);
+    setAllColumnsShowFocus(true);
     setTextElideMode(Qt::ElideNone);
     setVerticalScrollMode(ScrollPerItem);
     setHorizontalScrollMode(ScrollPerPixel);
@@ -165,7 +166,7 @@ void NodeView::Collapsed(const QModelIndex& index) {
 }
 
 bool NodeView::OnBranchSign(const QPoint& point) const {
-    const QModelIndex index = indexAt(point);
+    const QModelIndex index = indexAt(point).siblingAtColumn(0);
     if (!index.isValid() || !model()->hasChildren(index)) return false;
     const QRect item = visualRect(index);
     if (isRightToLeft()) return point.x() > item.right() && point.x() <= item.right() + indentation();
@@ -180,7 +181,7 @@ void NodeView::mousePressEvent(QMouseEvent* event) {
         form_.TheTrees()->Drag().Down(*this, point, event->globalPosition().toPoint(), event->button());
     });
     if (event->button() == Qt::LeftButton && OnBranchSign(point)) {
-        const QModelIndex index = indexAt(point);
+        const QModelIndex index = indexAt(point).siblingAtColumn(0);
         setExpanded(index, !isExpanded(index));
     }
 }
@@ -291,7 +292,9 @@ void NodeView::resizeEvent(QResizeEvent* event) {
 }
 
 void NodeView::FitWidth() {
-    header()->resizeSection(0, std::max(viewport()->width(), WidestLine()));
+    int behind = 0;
+    for (int column = 1; column < header()->count(); ++column) behind += header()->sectionSize(column);
+    header()->resizeSection(0, std::max(viewport()->width() - behind, WidestLine()));
 }
 
 int NodeView::WidestLine() const {

@@ -24,14 +24,24 @@ class ProjectTreeForm : public TreeForm {
     void RefreshReferences();
 
     bool ChangeFont() override;
+    /// Shows columns behind the tasks, as many as there are, or none; and keeps that.
+    void SetColumnsShown(bool shown);
+    bool ColumnsShown() const;
+
     void NewThisProject() override { Start(); }
     void NewJournal() override { Start(); }
+    void NewSolution() override;
 
   protected:
     QString MoreText(const Node& node) const override;
     bool HidesHits(const Node& node, const FindWords& words) const override;
 
   private:
+    /// The task that a node stands for, also as a subproject.
+    const Vtask* TaskOf(const Node& node) const;
+    void ShowColumns();
+    void ColumnMenu(const QPoint& at);
+    bool columnsUnknown_ = true;  // not read from the settings yet
     Nodes BuildRoots();
     std::unique_ptr<Node> TaskNode(Vtask& task);
     Nodes ProjectChildren(Vproject& project, bool showChildren);

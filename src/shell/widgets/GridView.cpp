@@ -64,10 +64,16 @@ void GridView::paintEvent(QPaintEvent* event) {
     });
 }
 
+int GridView::CurrentPart() const {
+    if (current_.row < FirstRow()) return -1;
+    return (current_.row - FirstRow()) * Surface().Cols() + current_.col;
+}
+
 void GridView::GoTo(Place place, bool extend) {
     if (LastRow() < FirstRow()) return;
     current_ = {std::clamp(place.row, FirstRow(), LastRow()), std::clamp(place.col, 0, LastCol())};
     if (!extend || anchor_.row < 0) anchor_ = current_;
+    CurrentChanged(*this, CurrentPart());
     // What is under the headings is not in view.
     const QRect cell = PixelsOf({current_.row, current_.col, current_.row, current_.col});
     ForEachPane([&](const QRect& pane, const QPoint& shift) {

@@ -21,6 +21,7 @@ class GridView : public SurfaceView {
     /// Within what there is.
     void Select(const Range& range);
 
+    int CurrentPart() const override;
     /// Selects the row, in sight.
     void SelectRow(int row);
 

@@ -33,6 +33,7 @@ void MonthGrid::SetSelected(int day) {
     if (day == selected_) return;
     selected_ = day;
     update();
+    CurrentChanged(*this, selected_ - 1);
 }
 
 int MonthGrid::DayAt(int row, int col) const {
@@ -51,6 +52,11 @@ QRect MonthGrid::CellRect(int row, int col) const {
     const auto edge = [](int i, int count, int size) { return 1 + i * (size - 1) / count; };
     const QPoint corner(edge(col, kCols, width()), edge(row, kRows, height()));
     return {corner, QPoint(edge(col + 1, kCols, width()) - 2, edge(row + 1, kRows, height()) - 2)};
+}
+
+Readable::Part MonthGrid::PartAt(int part) const {
+    const int cell = part + firstWeekday_;
+    return {TextOf ? TextOf(part + 1) : QString::number(part + 1), CellRect(1 + cell / kCols, cell % kCols)};
 }
 
 QSize MonthGrid::minimumSizeHint() const {

@@ -5,12 +5,13 @@
 #include <vector>
 
 #include "charts/DrawList.h"
+#include "shell/widgets/Readable.h"
 
 namespace vortan {
 
 /// A month as a grid of seven columns, Sunday first, with a heading and six rows of days, each in a colour of
 /// its own. The cells fill the widget, however large it is.
-class MonthGrid : public QWidget {
+class MonthGrid : public QWidget, public Readable {
   public:
     static constexpr int kRows = 7, kCols = 7;
 
@@ -25,6 +26,12 @@ class MonthGrid : public QWidget {
     /// What the cell is painted in. Row 0 is the heading.
     QColor CellColor(int row, int col) const;
     QRect CellRect(int row, int col) const;
+
+    /// What is read out of a day from 1 on.
+    std::function<QString(int day)> TextOf;
+    int PartCount() const override { return static_cast<int>(colors_.size()); }
+    Part PartAt(int part) const override;
+    int CurrentPart() const override { return selected_ - 1; }
 
     /// The left button went down on a cell, or twice; 0 beside the days.
     std::function<void(int day)> Click, DblClick;

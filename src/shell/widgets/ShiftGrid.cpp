@@ -22,8 +22,23 @@ constexpr QRgb kSelected = 0xFFFFFFFF, kInk = 0xFF000000, kLine = 0x40000000;
 std::string ClockText(int cell) {
     std::string text = FormatHour(cell / ShiftGrid::kColumns, false);
     const int minute = cell % ShiftGrid::kColumns * kMinutes;
-    text.insert(text.size() - 2, (minute < 10 ? ":0" : ":") + std::to_string(minute));
-    return text;
+    const std::string minutes = (minute < 10 ? ":0" : ":") + std::to_string(minute);
+    const std::size_t colon = text.find(':');
+    if (colon != std::string::npos) return text.substr(0, colon) + minutes;
+    return text.insert(text.size() - 2, minutes);
+}
+
+const char* NameOfLetter(char letter) {
+    switch (letter) {
+        case 'N':
+            return "Normal";
+        case 'O':
+            return "Overtime";
+        case 'B':
+            return "Break";
+        default:
+            return "Overload";
+    }
 }
 
 }  // namespace
@@ -74,7 +89,12 @@ void ShiftGrid::Select(int anchor, int current, bool selecting) {
     current_ = current;
     selecting_ = selecting;
     update();
+    CurrentChanged(*this, current_);
     if (SelectionChanged) SelectionChanged();
+}
+
+Readable::Part ShiftGrid::PartAt(int part) const {
+    return {Q(ClockText(part) + ": " + NameOfLetter(Letter(part))), CellRect(part)};
 }
 
 void ShiftGrid::ReplaceSelectedCells(char letter) {

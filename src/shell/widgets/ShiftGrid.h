@@ -5,6 +5,8 @@
 #include <functional>
 #include <string>
 
+#include "shell/widgets/Readable.h"
+
 namespace vortan {
 
 /// The day of a shift as a painted grid: a row for each hour, a column for each five minutes, a letter and
@@ -13,7 +15,7 @@ namespace vortan {
 ///
 /// While a selection is open its cells are white. It is ended by ReplaceSelectedCells alone, or by moving on
 /// without Shift.
-class ShiftGrid : public QWidget {
+class ShiftGrid : public QWidget, public Readable {
   public:
     static constexpr int kRows = 24, kColumns = 12, kCells = kRows * kColumns;
 
@@ -39,6 +41,11 @@ class ShiftGrid : public QWidget {
     /// The cell at or nearest to a position.
     int CellAt(QPoint position) const;
     QRect CellRect(int cell) const;
+
+    /// The cells: "8:05am: Normal".
+    int PartCount() const override { return kCells; }
+    Part PartAt(int part) const override;
+    int CurrentPart() const override { return current_; }
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

@@ -200,6 +200,24 @@ QRect SurfaceView::ToPixels(const QRect& part) const {
                  QPoint(ToPixels(part.right()), ToPixels(part.bottom())) - scroll);
 }
 
+/// Cells row by row below the titles, each behind its title.
+int SurfaceView::PartCount() const {
+    if (PlaceCount) return PlaceCount();
+    return surface_.IsLaidOut() ? std::max(0, surface_.Rows() - surface_.FixedRows()) * surface_.Cols() : 0;
+}
+
+Readable::Part SurfaceView::PartAt(int part) const {
+    if (PlaceAt) {
+        const Place place = PlaceAt(part);
+        return {place.text, ToPixels(place.at)};
+    }
+    const int row = surface_.FixedRows() + part / surface_.Cols(), col = part % surface_.Cols();
+    QString text = Q(surface_.Cell(row, col));
+    if (surface_.FixedRows() > 0) text = Q(surface_.Cell(0, col)).simplified() + ": " + text;
+    return {text, ToPixels(QRect(QPoint(surface_.ColPos(col), surface_.RowPos(row)),
+                                 QPoint(surface_.ColPos(col + 1), surface_.RowPos(row + 1))))};
+}
+
 void SurfaceView::ScrollTo(const QRect& part) {
     const QRect place = ToPixels(part), window = viewport()->rect();
     const auto scroll = [](QScrollBar* bar, int before, int behind) {

@@ -10,12 +10,13 @@
 #include "charts/Twips.h"
 #include "charts/Vwindow.h"
 #include "paint/QtTextMetrics.h"
+#include "shell/widgets/Readable.h"
 
 namespace vortan {
 
 /// A surface on screen: scrolls it with its headings in view, and hands the mouse on to it. Paints only what
 /// is visible, straight from the surface's list.
-class SurfaceView : public QAbstractScrollArea {
+class SurfaceView : public QAbstractScrollArea, public Readable {
   public:
     /// The surface must outlive the view; it is measured in `metrics`, which SetMetrics replaces.
     SurfaceView(const Vwindow& surface, const QtTextMetrics& metrics);
@@ -44,6 +45,17 @@ class SurfaceView : public QAbstractScrollArea {
     std::function<void(int x, int y)> DoubleClickAt;
     /// What the keyboard stands on, as a rectangle of the surface; it has a frame.
     std::function<std::optional<QRect>()> Cursor;
+
+    /// What assistive technology reads of a picture: a text at a rectangle of the surface, so many of them.
+    /// Where it is not set, the cells are read.
+    struct Place {
+        QString text;
+        QRect at;
+    };
+    std::function<int()> PlaceCount;
+    std::function<Place(int place)> PlaceAt;
+    int PartCount() const override;
+    Part PartAt(int part) const override;
 
     /// What a search has found there, framed until the surface changes, and brought into sight.
     void Mark(const std::optional<QRect>& part);

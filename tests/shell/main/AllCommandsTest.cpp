@@ -18,7 +18,8 @@ struct Tried {
 
 /// Commands that need nothing else and change nothing.
 const std::string kPlain =
-    "FileOpenMenu FileSaveMenu EditUndoMenu EditRedoMenu EditWhyMenu ProjectSelectMenu TemplateSelectMenu "
+    "FileOpenMenu FileSaveMenu EditUndoMenu EditRedoMenu EditWhyMenu EditTreeColumnsMenu ProjectSelectMenu "
+    "TemplateSelectMenu "
     "JournalSelectMenu SpreadsheetTypeMenu(1) SpreadsheetTypeMenu(2) SpreadsheetTypeMenu(3) "
     "SpreadsheetTypeMenu(4) SpreadsheetTypeMenu(5) SpreadsheetTypeMenu(6) SpreadsheetTypeMenu(7) "
     "SpreadsheetTypeMenu(8) SpreadsheetTypeMenu(10) SpreadsheetTypeMenu(11) CalendarMenu GraphicsGanttMenu "
