@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cmath>
+#include <optional>
 #include <ostream>
 
 #include "cli/ChartFile.h"
@@ -8,6 +10,7 @@
 #include "cli/TextTable.h"
 #include "model/ValueText.h"
 #include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "solve/WhyText.h"
 
 namespace vortan {
@@ -16,7 +19,8 @@ namespace {
 
 struct RiskOptions {
     std::string file, project, plot;
-    bool detailed = false, json = false;
+    bool detailed = false, json = false, drivers = false;
+    std::string by, within;
     double iterations = IterativeSolve::kUsualIterations;
     std::uint64_t seed = 0;
 };
@@ -28,7 +32,76 @@ void WriteResult(JsonWriter& json, DateTime date, Money cost) {
     });
 }
 
-std::string RiskJson(const IterativeResults& results) {
+/// A date and a budget to meet, and the share of the runs that met both.
+struct Target {
+    std::optional<DateTime> by;
+    std::optional<Money> within;
+    double chance = 0;
+
+    bool IsSet() const { return by || within; }
+};
+
+Target ReadTarget(CliSession& session, const RiskOptions& options) {
+    Target target;
+    if (!options.by.empty()) {
+        target.by = ParseDate(options.by);
+        if (!target.by) throw CliError("\"" + options.by + "\" is not a date.");
+        // A date alone means the whole day.
+        if (target.by->Days() == target.by->WholeDay()) target.by = AddDays(*target.by, 1);
+    }
+    if (options.within.empty()) return target;
+    target.within = ParseCurrency(options.within, session.platform.CurrencySymbol());
+    if (!target.within) throw CliError("\"" + options.within + "\" is not an amount of money.");
+    return target;
+}
+
+std::string TaskText(const RiskDriver& driver) {
+    const Vtask* task = driver.task.Get();
+    return task ? task->BuildNodeText() : "";
+}
+
+std::string SignedText(double number) {
+    const float hundredths = static_cast<float>(std::round(number * 100) / 100);
+    return FormatTwoDecimals(hundredths);
+}
+
+/// The leading ones.
+std::string DriverTable(const IterativeResults& results, int width) {
+    using Align = TextTable::Align;
+    constexpr std::size_t kShown = 12;
+    TextTable table({"Task", "Critical", "With finish", "With cost", "Gain"},
+                    {Align::Left, Align::Right, Align::Right, Align::Right, Align::Right}, 1);
+    for (std::size_t i = 0; i < std::min(kShown, results.drivers.size()); ++i) {
+        const RiskDriver& driver = results.drivers[i];
+        table.AddRow({TaskText(driver), std::to_string(std::lround(driver.criticality * 100)) + " %",
+                      SignedText(driver.finishCorrelation), SignedText(driver.costCorrelation),
+                      driver.gainKnown ? FormatDuration(driver.gainDays, true) : ""});
+    }
+    return "\n" +
+           WrapText(
+               "What drives it: how often a task had no slack, how its duration goes with finish and cost "
+               "(rank correlation), and how much earlier the median finish would be if it always took "
+               "its optimistic estimate (" +
+                   std::to_string(results.gainTrials) + " trials each).",
+               width) +
+           "\n\n" + table.Print(width);
+}
+
+void WriteDriver(JsonWriter& json, const RiskDriver& driver) {
+    const Vtask* task = driver.task.Get();
+    if (!task) return;
+    json.Object([&] {
+        json.Member("project", task->Project()->ProjectName());
+        json.Member("task", task->TaskID());
+        json.Member("description", task->Description());
+        json.Member("criticality", driver.criticality);
+        json.Member("finishCorrelation", driver.finishCorrelation);
+        json.Member("costCorrelation", driver.costCorrelation);
+        if (driver.gainKnown) json.Member("gainDays", driver.gainDays);
+    });
+}
+
+std::string RiskJson(const IterativeResults& results, const Target& target) {
     JsonWriter json;
     json.Object([&] {
         json.Member("iterations", results.riskIterations);
@@ -38,6 +111,13 @@ std::string RiskJson(const IterativeResults& results) {
             for (std::size_t i = 1; i < results.riskDates.size(); ++i)
                 WriteResult(json, results.riskDates[i], results.riskCosts[i]);
         });
+        if (target.IsSet()) json.Member("chance", target.chance);
+        if (results.gainTrials > 0) {
+            json.Member("gainTrials", results.gainTrials);
+            json.ArrayMember("drivers", [&] {
+                for (const RiskDriver& driver : results.drivers) WriteDriver(json, driver);
+            });
+        }
     });
     return json.Line();
 }
@@ -81,12 +161,22 @@ int Run(CliSession& session, const RiskOptions& options) {
     session.SelectProject(options.project);
     if (const int exitCode = session.SolveToIterate(); exitCode != kExitDone) return exitCode;
     if (const auto complaint = session.iterative.CheckRisk(options.iterations)) throw CliError(*complaint);
+    Target target = ReadTarget(session, options);
     session.iterative.SetSeed(options.seed);
-    const auto outcome = session.iterative.RiskSolve(!options.detailed,
-                                                     static_cast<std::int32_t>(options.iterations), nullptr);
+    const auto outcome = session.iterative.RiskSolve(
+        !options.detailed, static_cast<std::int32_t>(options.iterations), nullptr, options.drivers);
     if (!outcome.done) throw CliError(WrapText(outcome.message, session.streams.width), kExitHalted);
-    session.streams.out << (options.json ? session.WithLosses(RiskJson(session.iterative.Results()))
-                                         : RiskTable(session, !options.detailed));
+    const IterativeResults& results = session.iterative.Results();
+    target.chance = results.ChanceOfBoth(target.by, target.within);
+    if (options.json) {
+        session.streams.out << session.WithLosses(RiskJson(results, target));
+    } else {
+        session.streams.out << RiskTable(session, !options.detailed);
+        if (target.IsSet())
+            session.streams.out << "\nThe chance to meet that is "
+                                << std::to_string(std::lround(target.chance * 100)) << " %.\n";
+        if (options.drivers) session.streams.out << DriverTable(results, session.streams.width);
+    }
     if (!options.plot.empty()) WriteChart(session, options.plot, ChartKindOf("risk"), true);
     return kExitDone;
 }
@@ -97,14 +187,18 @@ Command RiskCommand() {
     return MakeCommand<RiskOptions>(
         "risk", "Repeat a plan with other estimates: how finish and cost spread",
         [](RiskOptions& o) -> std::vector<Option> {
-            return {PlanFileOption(o.file),
-                    ProjectOption(o.project),
-                    JsonOption(o.json),
-                    PlotOption(o.plot),
-                    {"--detailed", &o.detailed,
-                     "Solve each iteration with resources and calendars, instead of scaling one solution"},
-                    {"-n,--iterations", &o.iterations, "Number of iterations; 100 if not given", "N"},
-                    {"--seed", &o.seed, "Start of the random numbers; 0 if not given", "S"}};
+            return {
+                PlanFileOption(o.file),
+                ProjectOption(o.project),
+                JsonOption(o.json),
+                PlotOption(o.plot),
+                {"--detailed", &o.detailed,
+                 "Solve each iteration with resources and calendars, instead of scaling one solution"},
+                {"-n,--iterations", &o.iterations, "Number of iterations; 100 if not given", "N"},
+                {"--drivers", &o.drivers, "Also tell which tasks drive the spread, and what each could gain"},
+                {"--by", &o.by, "Also tell the chance to end by this date", "DATE"},
+                {"--within", &o.within, "and to cost no more than this", "MONEY"},
+                {"--seed", &o.seed, "Start of the random numbers; 0 if not given", "S"}};
         },
         Run);
 }

@@ -88,12 +88,13 @@ std::string IterativeSolve::HaltRuleText(const Vproject& project) {
 }
 
 IterativeSolve::Outcome IterativeSolve::RiskSolve(bool quick, std::int32_t iterations,
-                                                  IterativeProgress* progress) {
+                                                  IterativeProgress* progress, bool drivers) {
     const Section section("Solve:RiskSolve");
     if (auto complaint = CheckRisk(iterations)) return {false, *complaint};
     return Frame("Risk solve in progress", "Risk", progress, [&](IterationWatch& watch) -> std::string {
         Rnd rnd = rnd_;
         vortan::RiskSolve solve(solver_, ActiveProject(), iterations, Workers());
+        if (drivers) solve.WithDrivers();
         solve.PrepareRiskSolve(rnd);
         if (quick) {
             solve.QuickRiskSolve(watch);

@@ -54,7 +54,8 @@ class IterativeSolve {
 
     // Repeats or crashes the active project, which must be solved (Workspace::ThisProjectSolved); asks for an
     // ordinary solve in the end. `progress` may be none.
-    Outcome RiskSolve(bool quick, std::int32_t iterations, IterativeProgress* progress);
+    /// With `drivers`, also what drives the spread, which takes some more trials.
+    Outcome RiskSolve(bool quick, std::int32_t iterations, IterativeProgress* progress, bool drivers = false);
     Outcome CrashSolve(bool quick, double increment, IterativeProgress* progress);
 
     /// Searches for an order that ends the active project, solved like that, earlier, and gives its ranks to

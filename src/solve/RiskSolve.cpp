@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "model/Rounding.h"
+#include "solve/ReverseRun.h"
 
 namespace vortan {
 
@@ -59,22 +60,31 @@ class RiskSolve::Worker : private ForwardRun::Poll {
     void Run(bool quick) {
         for (;;) {
             const std::int32_t first = solve_.next_.fetch_add(solve_.block_);
-            const std::int32_t last = std::min(first + solve_.block_, solve_.iterations_);
-            if (first >= solve_.end_) return;
+            const auto count = static_cast<std::int32_t>(solve_.chosen_.size());
+            const std::int32_t last = std::min(first + solve_.block_, count);
+            if (first >= solve_.end_) break;
             LoadScores(first, last);
             for (std::int32_t i = first; i < last && i < solve_.end_; ++i) {
                 if (Stop(0)) return;
                 if (quick) {
                     QuickTrial(i - first);
-                } else if (!DetailedTrial(i, i - first)) {
+                } else if (!DetailedTrial(solve_.chosen_[Index(i)], i - first)) {
                     continue;
                 }
                 const auto totals =
                     ForwardRun::Totals(solve_.network_.Projects()[Index(solve_.project_)], run_.Clocks());
-                solve_.trials_[Index(i) + 1] = {totals.finish, totals.laborCost + totals.materialCost};
+                if (solve_.fixed_ >= 0) {
+                    solve_.finishes_[Index(i)] = totals.finish;
+                } else {
+                    solve_.trials_[Index(i) + 1] = {totals.finish, totals.laborCost + totals.materialCost};
+                    if (solve_.withDrivers_) CountCritical();
+                }
                 ++solve_.done_;
             }
         }
+        if (critical_.empty()) return;
+        const std::scoped_lock lock(solve_.mutex_);
+        for (std::size_t t = 0; t < critical_.size(); ++t) solve_.criticalCount_[t] += critical_[t];
     }
 
   private:
@@ -84,8 +94,29 @@ class RiskSolve::Worker : private ForwardRun::Poll {
         scores_.resize(slices * block);
         for (std::size_t s = 0; s < slices; ++s) {
             const float* row = solve_.permuteTable_.data() + s * Index(solve_.iterations_);
-            for (std::int32_t i = first; i < last; ++i) scores_[Index(i - first) * slices + s] = row[i];
+            for (std::int32_t i = first; i < last; ++i)
+                scores_[Index(i - first) * slices + s] = row[solve_.chosen_[Index(i)]];
         }
+    }
+    std::int32_t Minutes(std::size_t s, float score) const {
+        const Baseline& slice = solve_.baseline_[s];
+        const bool fixed = solve_.fixed_ >= 0 && solve_.network_.Slices()[s].task == solve_.fixed_;
+        return fixed ? slice.optimistic : Sample(slice, score);
+    }
+    /// Which tasks could not have been later without making a master project later.
+    void CountCritical() {
+        constexpr double kHalfMinute = 0.5 / kMinutesPerDay;
+        const auto tasks = solve_.network_.Tasks();
+        const auto projects = solve_.network_.Projects();
+        finishes_.assign(projects.size(), 0);
+        for (const std::int32_t master : solve_.masters_)
+            finishes_[Index(master)] = ForwardRun::Totals(projects[Index(master)], run_.Clocks()).finish;
+        for (std::size_t p = 0; p < projects.size(); ++p)
+            if (projects[p].master >= 0) finishes_[p] = finishes_[Index(projects[p].master)];
+        reverse_.Run(solve_.network_, run_, finishes_, [] { return false; });
+        critical_.resize(tasks.size());
+        for (std::size_t t = 0; t < tasks.size(); ++t)
+            critical_[t] += reverse_.Tasks()[t].finish - run_.Clocks()[t].finish < kHalfMinute ? 1 : 0;
     }
     bool DetailedTrial(std::int32_t iteration, std::int32_t column) {
         bookings_.Reset(solve_.network_);
@@ -93,7 +124,7 @@ class RiskSolve::Worker : private ForwardRun::Poll {
         const float* scores = scores_.data() + Index(column) * solve_.baseline_.size();
         for (std::size_t s = 0; s < solve_.baseline_.size(); ++s) {
             const Baseline& slice = solve_.baseline_[s];
-            const auto share = std::int64_t{Sample(slice, scores[s])} * slice.percent;
+            const auto share = std::int64_t{Minutes(s, scores[s])} * slice.percent;
             run_.SetUseMinutes(static_cast<std::int32_t>(s), RoundToInt32(static_cast<double>(share) / 100));
         }
         const auto outcome = run_.SolveAllSlices(this);
@@ -107,7 +138,7 @@ class RiskSolve::Worker : private ForwardRun::Poll {
         const float* scores = scores_.data() + Index(column) * solve_.baseline_.size();
         for (std::size_t s = 0; s < solve_.baseline_.size(); ++s) {
             const Baseline& slice = solve_.baseline_[s];
-            const std::int32_t sample = Sample(slice, scores[s]);
+            const std::int32_t sample = Minutes(s, scores[s]);
             double days = 0;
             Money cost;
             if (slice.mostLikelyDuration > 0 && sample > 0) {
@@ -122,7 +153,7 @@ class RiskSolve::Worker : private ForwardRun::Poll {
     }
     bool Stop(std::int32_t) override {
         if (watch_) {
-            const double part = static_cast<double>(solve_.done_) / solve_.iterations_;
+            const double part = solve_.PartDone();
             if (watch_->Cancelled(solve_.PercentDone(), part)) solve_.cancel_ = true;
         }
         return solve_.cancel_;
@@ -133,6 +164,9 @@ class RiskSolve::Worker : private ForwardRun::Poll {
     Bookings bookings_;
     ForwardRun run_;
     std::vector<float> scores_;  ///< of a block, trial by trial
+    ReverseRun reverse_;
+    std::vector<double> finishes_;        ///< by project
+    std::vector<std::int32_t> critical_;  ///< by task: trials in which it had no slack
 };
 
 RiskSolve::RiskSolve(const Solver& solver, std::int32_t project, std::int32_t iterations, int workers)
@@ -178,8 +212,29 @@ std::int32_t RiskSolve::Sample(const Baseline& slice, float score) {
 }
 
 int RiskSolve::PercentDone() const {
-    const std::int64_t iteration = std::min(done_ + 1, iterations_);
-    return static_cast<int>(iteration * 100 / (iterations_ + 1));
+    const std::int64_t iteration = std::min(runBefore_ + done_ + 1, runInAll_);
+    return static_cast<int>(iteration * 100 / (runInAll_ + 1));
+}
+
+double RiskSolve::PartDone() const {
+    return static_cast<double>(runBefore_ + done_) / runInAll_;
+}
+
+void RiskSolve::Solve(bool quick, IterationWatch& watch) {
+    chosen_.resize(Index(iterations_));
+    std::iota(chosen_.begin(), chosen_.end(), 0);
+    fixed_ = -1;
+    runBefore_ = 0;
+    runInAll_ = iterations_;
+    masters_.clear();
+    const auto projects = network_.Projects();
+    for (std::size_t p = 0; p < projects.size(); ++p)
+        if (projects[p].master == static_cast<std::int32_t>(p)) masters_.push_back(projects[p].master);
+    criticalCount_.assign(network_.Tasks().size(), 0);
+    RunTrials(quick, watch);
+    if (!withDrivers_ || watch.WasCancelled() || failure_) return;
+    FindDrivers();
+    MeasureGains(quick, watch);
 }
 
 /// Trials before the one that failed are still run, so that the first one is found.
@@ -192,10 +247,10 @@ void RiskSolve::Fail(const Failure& failure) {
 
 void RiskSolve::RunTrials(bool quick, IterationWatch& watch) {
     next_ = done_ = 0;
-    end_ = iterations_;
+    end_ = static_cast<std::int32_t>(chosen_.size());
     cancel_ = false;
     failure_.reset();
-    if (watch.Cancelled(0, 0)) return;
+    if (watch.Cancelled(PercentDone(), PartDone())) return;
     int running = 0;
     std::condition_variable ended;
     std::exception_ptr fault;
@@ -242,7 +297,7 @@ void RiskSolve::RunTrials(bool quick, IterationWatch& watch) {
                 std::unique_lock lock(mutex_);
                 if (ended.wait_for(lock, kLook, [&] { return running == 0; })) break;
             }
-            if (watch.Cancelled(PercentDone(), static_cast<double>(done_) / iterations_)) cancel_ = true;
+            if (watch.Cancelled(PercentDone(), PartDone())) cancel_ = true;
         }
     }
     if (fault) std::rethrow_exception(fault);
@@ -264,6 +319,8 @@ void RiskSolve::MoveResults(IterativeResults& results) {
         dates.emplace_back(trials_[Index(i)].finish);
         costs.push_back(trials_[Index(i)].cost);
     }
+    results.drivers = std::move(drivers_);
+    results.gainTrials = gainTrials_;
     results.riskIterations = iterations_;
     results.riskDates = std::move(dates);
     results.riskCosts = std::move(costs);

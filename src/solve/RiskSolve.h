@@ -43,10 +43,12 @@ class RiskSolve {
     /// What the solve will take of memory.
     static double MemoryNeeded(const Solver& solver, std::int32_t iterations, int workers);
 
+    /// Also find out what drives the spread. To be called before the solve.
+    void WithDrivers() { withDrivers_ = true; }
     void PrepareRiskSolve(Rnd& rnd);
     // Each ends early when it is cancelled or a trial fails; the results mean nothing then.
-    void DetailedRiskSolve(IterationWatch& watch) { RunTrials(false, watch); }
-    void QuickRiskSolve(IterationWatch& watch) { RunTrials(true, watch); }
+    void DetailedRiskSolve(IterationWatch& watch) { Solve(false, watch); }
+    void QuickRiskSolve(IterationWatch& watch) { Solve(true, watch); }
 
     const std::optional<Failure>& FirstFailure() const { return failure_; }
     /// Sorts what the trials recorded and hands it over.
@@ -67,8 +69,18 @@ class RiskSolve {
     };
 
     static std::int32_t Sample(const Baseline& slice, float score);
+    void Solve(bool quick, IterationWatch& watch);
+    /// The trials of `chosen_`, with the task `fixed_` at its optimistic estimate if there is one.
     void RunTrials(bool quick, IterationWatch& watch);
+    // What drives the spread, in RiskDrivers.cpp.
+    void FindDrivers();
+    bool IsDriver(std::int32_t task) const;
+    std::vector<double> SampleRanks(const Network::Task& task) const;
+    /// The sampled minutes of a task, trial by trial.
+    std::vector<double> SampledMinutes(const Network::Task& task) const;
+    void MeasureGains(bool quick, IterationWatch& watch);
     int PercentDone() const;
+    double PartDone() const;
     void Fail(const Failure& failure);
 
     const Solution& standing_;
@@ -80,6 +92,15 @@ class RiskSolve {
     std::vector<float> permuteTable_;
     std::vector<Baseline> baseline_;
     std::vector<Trial> trials_;  ///< 0 is the solution that stands, then in the order of iterations
+    bool withDrivers_ = false;
+    std::vector<std::int32_t> chosen_;  ///< iterations to run
+    std::int32_t fixed_ = -1;
+    std::vector<double> finishes_;             ///< of the chosen trials, while a task is fixed
+    std::vector<std::int32_t> masters_;        ///< projects that are no subprojects
+    std::vector<std::int32_t> criticalCount_;  ///< by task: trials in which it had no slack
+    std::vector<RiskDriver> drivers_;
+    std::int32_t gainTrials_ = 0;
+    std::int32_t runBefore_ = 0, runInAll_ = 0;  ///< trials, for the progress
 
     // Shared by the workers.
     std::atomic<std::int32_t> next_{0}, done_{0};

@@ -71,6 +71,88 @@ TEST(RiskSolveTest, AnyNumberOfWorkersFindsTheSame) {
     }
 }
 
+const RiskDriver& DriverOf(const IterativePlan& plan, std::int32_t id) {
+    for (const RiskDriver& driver : plan.Results().drivers)
+        if (driver.task->TaskID() == id) return driver;
+    throw std::runtime_error("no driver " + std::to_string(id));
+}
+
+/// Of a chain, all is critical, and the finish is that of the one task that spreads; its twin beside the
+/// chain is much shorter. What it gains is what the plan gains with its optimistic estimate.
+TEST(RiskSolveTest, DriversOfAChainAreKnown) {
+    for (const bool quick : {true, false}) {
+        IterativePlan plan;
+        plan.MakeSolved(
+            "task 1 work 2400/4800/9600 start by 1; task 2 work 960 after 1 by 1; "
+            "task 3 work 240/480/960 start by 2; task 4 clock 0 after 2 after 3");
+        ASSERT_TRUE(plan.iterative.RiskSolve(quick, 400, nullptr, true).done);
+        const RiskDriver &long1 = DriverOf(plan, 1), &fixed = DriverOf(plan, 2), &beside = DriverOf(plan, 3);
+        EXPECT_EQ(plan.Results().drivers.front().task->TaskID(), 1);
+        EXPECT_EQ(long1.criticality, 1);
+        EXPECT_EQ(fixed.criticality, 1);
+        EXPECT_EQ(beside.criticality, 0);
+        EXPECT_GT(long1.finishCorrelation, 0.99);
+        EXPECT_EQ(fixed.finishCorrelation, 0);
+        EXPECT_NEAR(beside.finishCorrelation, 0, 0.15);
+        EXPECT_GT(long1.costCorrelation, 0.9);
+        EXPECT_GT(beside.costCorrelation, -0.1);
+        EXPECT_TRUE(fixed.gainKnown && fixed.gainDays == 0 && !beside.gainKnown);
+        const auto& dates = plan.Results().riskDates;
+        const double median = (dates[200].Days() + dates[201].Days()) / 2, gain = long1.gainDays;
+        Vtask& first = *plan.workspace.ThisProject()->FindTask(1);
+        if (quick) continue;  // which scales the calendar along
+        first.SetMostLikely(2400);
+        first.SetPessimistic(2400);
+        plan.Solve();
+        EXPECT_NEAR(gain, median - plan.workspace.ThisProject()->EarlyFinish().Days(), 0.1);
+    }
+}
+
+TEST(RiskSolveTest, EqualPathsAreCriticalByTurns) {
+    IterativePlan plan;
+    plan.MakeSolved(
+        "task 1 work 2400/4800/9600 start by 1; task 2 work 2400/4800/9600 start by 2; "
+        "task 3 clock 0 after 1 after 2");
+    ASSERT_TRUE(plan.iterative.RiskSolve(true, 1000, nullptr, true).done);
+    const RiskDriver &one = DriverOf(plan, 1), &two = DriverOf(plan, 2);
+    EXPECT_NEAR(one.criticality, 0.5, 0.05);
+    EXPECT_NEAR(two.criticality, 0.5, 0.05);
+    EXPECT_GE(one.criticality + two.criticality, 1);
+    EXPECT_NEAR(one.finishCorrelation, two.finishCorrelation, 0.1);
+    // The chance to meet two things is no better than that of either.
+    const IterativeResults& results = plan.Results();
+    const DateTime by = results.riskDates[500];
+    EXPECT_EQ(results.ChanceOfBoth(by, {}), 0.5);
+    EXPECT_LE(results.ChanceOfBoth(by, results.riskCosts[1]), 0.5);
+    EXPECT_EQ(results.ChanceOfBoth(results.riskDates[1000], Money::FromDouble(1e9)), 1);
+}
+
+/// What is asked for beside changes nothing of the runs, and is the same for any number of workers.
+TEST(RiskSolveTest, DriversLeaveTheRunsAsTheyAre) {
+    for (std::uint64_t seed = 0; seed < 6; ++seed) {
+        std::string runs, told;
+        for (const int workers : {0, 1, 3}) {
+            IterativePlan plan(GeneratePlan(seed, MixedKnobs(seed)));
+            plan.Spread(40, 90);
+            plan.iterative.SetWorkers(std::max(workers, 1));
+            ASSERT_TRUE(plan.iterative.RiskSolve(seed % 2 == 0, 60, nullptr, workers > 0).done);
+            EXPECT_EQ(plan.Results().drivers.empty(), workers == 0);
+            if (workers == 0) runs = TextOf(plan.Results());
+            EXPECT_EQ(TextOf(plan.Results()), runs) << seed;
+            std::string drivers;
+            for (const RiskDriver& driver : plan.Results().drivers) {
+                EXPECT_TRUE(driver.criticality <= 1 && std::abs(driver.finishCorrelation) <= 1.0001);
+                drivers += driver.task->BuildNodeText() + std::to_string(driver.criticality) +
+                           std::to_string(driver.finishCorrelation) + std::to_string(driver.gainDays);
+            }
+            if (workers == 1) told = drivers;
+            if (workers > 1) {
+                EXPECT_EQ(drivers, told) << seed;
+            }
+        }
+    }
+}
+
 /// A long task fixes the finish of every run, so the costs must stand in the order of the iterations, each
 /// that of the sample of the short task.
 TEST(RiskSolveTest, EqualDatesStandInTheOrderOfIterations) {

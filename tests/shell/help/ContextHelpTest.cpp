@@ -70,6 +70,7 @@ TEST_F(ContextHelpTest, F1FindsAPageInEveryControlOfEveryForm) {
                                           "EditUndoMenu",
                                           "EditRedoMenu",
                                           "EditWhyMenu",
+                                          "EditTreeColumnsMenu",
                                           "EditFindMenu",
                                           "EditGoToMenu",
                                           "ProjectSelectMenu",
