@@ -58,6 +58,16 @@ class ChartForm : private Vwindow::Owner {
     struct Box {
         int x1, y1, x2, y2;
     };
+    /// A list that stands beside the surface.
+    struct SideList {
+        struct Row {
+            std::vector<std::string> texts;
+            Subject subject;
+        };
+        std::string name, caption;
+        std::vector<std::string> titles;
+        std::vector<Row> rows;
+    };
     /// What the chart does when a broadcast comes.
     enum class Answer { Nothing, Start, Unload };
     struct Answers {
@@ -80,6 +90,8 @@ class ChartForm : private Vwindow::Owner {
     /// As the options are now.
     virtual OptionsFrame Frame() { return {}; }
     virtual Answers AnswersTo() const { return {}; }
+    /// None if there is nothing to list.
+    virtual std::optional<SideList> Beside() const { return std::nullopt; }
     /// What to tell about a place of the surface, a line each; empty for nothing.
     virtual std::string TipAt(int /*x*/, int /*y*/) const { return {}; }
     /// What a row shows in pictures, behind its cells; empty for nothing.

@@ -8,6 +8,7 @@
 #include "charts/PlotAxis.h"
 #include "model/ErrTrap.h"
 #include "model/ValueText.h"
+#include "model/Vtask.h"
 
 namespace vortan {
 namespace {
@@ -16,6 +17,8 @@ constexpr Color kProbabilityCurve = 0x008000, kMostLikely = 0x000080, kCostCurve
 constexpr int kLineWidth = 2;  // pixels
 constexpr int kPercentRow = 10;
 constexpr int kTooClose = 3, kStair = 6;  // twips
+constexpr double kPoint = 0.12;           // half of a point, in heights of the font
+constexpr Color kGain = 0x70B070, kLoss = 0x7070D0;
 
 }  // namespace
 
@@ -33,13 +36,17 @@ std::string RiskForm::Caption() const {
 }
 
 ChartForm::OptionsFrame RiskForm::Frame() {
-    const auto choose = [this](bool totalCost) {
-        return [this, totalCost](bool) { totalCost_ = totalCost; };
+    const auto choice = [this](const char* name, const char* caption, View view) {
+        return Option{Option::Kind::Choice, name, caption, view_ == view,
+                      [this, view](bool) { view_ = view; }};
     };
-    return {"Frame1",
-            "Risk options",
-            {{Option::Kind::Choice, "ProbabilityOption", "Probability", !totalCost_, choose(false)},
-             {Option::Kind::Choice, "TotalCostOption", "Total cost", totalCost_, choose(true)}}};
+    OptionsFrame frame{"Frame1",
+                       "Risk options",
+                       {choice("ProbabilityOption", "Probability", View::Probability),
+                        choice("TotalCostOption", "Total cost", View::TotalCost),
+                        choice("JointOption", "Finish and cost", View::Joint)}};
+    if (!results_.drivers.empty()) frame.options.push_back(choice("TornadoOption", "Tornado", View::Tornado));
+    return frame;
 }
 
 Money RiskForm::HighestCost(const IterativeResults& results) {
@@ -51,16 +58,37 @@ void RiskForm::Start() {
     if (!HasData(results_)) return;
     maxCost_ = std::max(maxCost_, HighestCost(results_));
     increment_ = ComputeIncrement(maxCost_.ToDouble());
-    vwindow_.SetDateRange(Date(1), Date(Iterations()));
+    DateTime first = Date(1), last = Date(Iterations());
+    if (view_ == View::Tornado) {
+        first = last = Median();
+        for (const RiskDriver* driver : Leading()) {
+            first = std::min(first, AddDays(Median(), -driver->gainDays));
+            last = std::max(last, AddDays(Median(), driver->lossDays));
+        }
+    }
+    vwindow_.SetDateRange(first, last);
 }
 
 void RiskForm::LayOut() {
     const Section section("Risk:Vwindow_RedoLayout");
     workspace_.ThePlatform().StatusMessage("Building risk plot");
     vwindow_.ClearLayout();
-    vwindow_.AddColumn(totalCost_ ? "Total cost" : "Probability", Alignment::RightBottom);
+    if (view_ == View::Tornado) {
+        vwindow_.AddColumn("Task", Alignment::Left);
+        vwindow_.AddTimeColumns();
+        vwindow_.EndColumns();
+        for (const RiskDriver* driver : Leading()) {
+            vwindow_.AddRow();
+            vwindow_.SetCell(vwindow_.Rows() - 1, 0, driver->task ? driver->task->BuildNodeText() : "");
+        }
+        vwindow_.AddRow();  // for the name of the line in the middle
+        vwindow_.EndLayout(1, 0);
+        return;
+    }
+    const bool costs = view_ != View::Probability;
+    vwindow_.AddColumn(costs ? "Total cost" : "Probability", Alignment::RightBottom);
     vwindow_.AddTimeColumns();
-    if (totalCost_) {
+    if (costs) {
         const std::string symbol = workspace_.ThePlatform().CurrencySymbol();
         AddAxisRows(vwindow_, maxCost_.ToDouble(), increment_,
                     [&](double value) { return FormatCurrency(Money::FromDouble(value), symbol); });
@@ -73,10 +101,18 @@ void RiskForm::LayOut() {
 
 void RiskForm::Draw() {
     const Section section("Risk:Vwindow_RedoGraphics");
-    if (totalCost_) {
-        PlotTotalCost();
-    } else {
-        PlotProbability();
+    switch (view_) {
+        case View::Probability:
+            PlotProbability();
+            break;
+        case View::TotalCost:
+            PlotTotalCost();
+            break;
+        case View::Joint:
+            PlotJoint();
+            break;
+        case View::Tornado:
+            PlotTornado();
     }
     vwindow_.EndGraphics();
     workspace_.ThePlatform().StatusMessage("");
@@ -143,13 +179,103 @@ void RiskForm::PlotTotalCost() {
     }
 }
 
+/// A point for each run, and where half of them end and cost no more.
+void RiskForm::PlotJoint() {
+    const double reach = kPoint * vwindow_.Metrics().FontHeight();
+    for (std::int32_t i = 1; i <= Iterations(); ++i) {
+        const double x = vwindow_.DateToX(Date(i)), y = CostToY(Cost(i).ToDouble());
+        vwindow_.DrawRect(x - reach, y - reach, x + reach, y + reach, kCostCurve, kCostCurve);
+    }
+    PlotMostLikely();
+}
+
+DateTime RiskForm::Median() const {
+    return Date((Iterations() + 1) / 2);
+}
+
+std::vector<const RiskDriver*> RiskForm::Leading() const {
+    constexpr double kMinute = 1.0 / kMinutesPerDay;
+    constexpr std::size_t kMost = 12;
+    std::vector<const RiskDriver*> leading;
+    const auto swing = [](const RiskDriver* driver) { return driver->gainDays + driver->lossDays; };
+    for (const RiskDriver& driver : results_.drivers)
+        if (driver.gainKnown && driver.task && swing(&driver) >= kMinute) leading.push_back(&driver);
+    std::stable_sort(leading.begin(), leading.end(),
+                     [&](const RiskDriver* a, const RiskDriver* b) { return swing(a) > swing(b); });
+    leading.resize(std::min(leading.size(), kMost));
+    return leading;
+}
+
+/// A bar for each task, from the median finish with its optimistic estimate to that with its pessimistic one.
+void RiskForm::PlotTornado() {
+    const double middle = vwindow_.DateToX(Median());
+    int row = 1;
+    for (const RiskDriver* driver : Leading()) {
+        const double high = vwindow_.RowPos(row), low = vwindow_.RowPos(row + 1), inset = (low - high) / 5;
+        const double left = vwindow_.DateToX(AddDays(Median(), -driver->gainDays));
+        const double right = vwindow_.DateToX(AddDays(Median(), driver->lossDays));
+        vwindow_.DrawRect(left, high + inset, middle, low - inset, kBlack, kGain);
+        vwindow_.DrawRect(middle, high + inset, right, low - inset, kBlack, kLoss);
+        ++row;
+    }
+    vwindow_.DrawLine(middle, vwindow_.RowPos(1), middle, vwindow_.RowPos(row), kMostLikely, kLineWidth);
+    const std::string name = "Median";
+    vwindow_.DrawText(middle - vwindow_.TextWidth(name) / 2.0, vwindow_.RowPos(row), name, kMostLikely);
+}
+
+const RiskDriver* RiskForm::DriverAt(int y) const {
+    const auto leading = Leading();
+    const int row = vwindow_.RowAt(y);
+    const bool one = view_ == View::Tornado && row >= 1 && row <= static_cast<int>(leading.size());
+    return one ? leading[static_cast<std::size_t>(row - 1)] : nullptr;
+}
+
+ChartForm::Subject RiskForm::SubjectAt(int, int y) const {
+    const RiskDriver* driver = DriverAt(y);
+    return {driver ? driver->task.Get() : nullptr};
+}
+
+std::optional<ChartForm::SideList> RiskForm::Beside() const {
+    if (results_.drivers.empty()) return std::nullopt;
+    SideList list{
+        "DriversList", "What drives it", {"Task", "Critical", "With finish", "With cost", "Gain"}, {}};
+    for (const RiskDriver& driver : results_.drivers) {
+        Vtask* task = driver.task.Get();
+        if (!task) continue;
+        const auto two = [](double number) {
+            return FormatTwoDecimals(static_cast<float>(std::round(number * 100) / 100));
+        };
+        list.rows.push_back(
+            {{task->BuildNodeText(), std::to_string(std::lround(driver.criticality * 100)) + "%",
+              two(driver.finishCorrelation), two(driver.costCorrelation),
+              driver.gainKnown ? FormatDuration(driver.gainDays, true) : ""},
+             {task}});
+    }
+    return list;
+}
+
 std::string RiskForm::TipAt(int x, int y) const {
+    if (const RiskDriver* driver = DriverAt(y); driver && driver->task) {
+        return driver->task->BuildNodeText() +
+               "\nWith its optimistic estimate: " + FormatDuration(driver->gainDays, true) +
+               " earlier\nWith its pessimistic estimate: " + FormatDuration(driver->lossDays, true) +
+               " later";
+    }
+    if (view_ == View::Tornado) return {};
     const int col = vwindow_.ColAt(x), row = vwindow_.RowAt(y);
     if (!HasData(results_) || col < 0 || row < 1 || !vwindow_.IsTimeColumn(col)) return {};
     const DateTime when = vwindow_.XToDate(x);
     const auto met = std::upper_bound(results_.riskDates.begin() + 1, results_.riskDates.end(), when) -
                      (results_.riskDates.begin() + 1);
     const auto percent = std::lround(static_cast<double>(met) * 100 / Iterations());
+    if (view_ == View::Joint) {
+        const double bottom = CostToY(0), step = bottom - CostToY(increment_);
+        const Money cost = Money::FromDouble(std::max(0.0, (bottom - y) / step * increment_));
+        const auto both = std::lround(results_.ChanceOfBoth(when, cost) * 100);
+        return FormatDate(DateTime(when.WholeDay())) + "\n" +
+               FormatCurrency(cost, workspace_.ThePlatform().CurrencySymbol()) + "\n" + std::to_string(both) +
+               "% finish by then and cost no more";
+    }
     return FormatDate(DateTime(when.WholeDay())) + "\n" + std::to_string(percent) + "% finish by then";
 }
 

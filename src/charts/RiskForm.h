@@ -17,6 +17,10 @@ class RiskForm : public ChartForm {
     RiskForm(const Workspace& workspace, const IterativeResults& results, Money highestCost,
              const TextMetrics& metrics);
 
+    /// What is drawn: how likely it is to finish by a date, the costs of the runs by day, each run by finish
+    /// and cost, or how far the leading tasks move the median finish.
+    enum class View { Probability, TotalCost, Joint, Tornado };
+
     /// Without that there is nothing to show.
     static bool HasData(const IterativeResults& results) {
         return results.riskDates.size() > 1 && results.riskDates[1].IsSet();
@@ -31,6 +35,14 @@ class RiskForm : public ChartForm {
     OptionsFrame Frame() override;
     Answers AnswersTo() const override { return {.newThisProject = Answer::Unload}; }
     std::string TipAt(int x, int y) const override;
+    Subject SubjectAt(int x, int y) const override;
+    /// What drives the spread, as far as that was asked for.
+    std::optional<SideList> Beside() const override;
+
+    void SetView(View view) { view_ = view; }
+    View TheView() const { return view_; }
+    /// The tasks of the tornado, from the top; those of which gain and loss are known and move something.
+    std::vector<const RiskDriver*> Leading() const;
 
     const IterativeResults& Results() const { return results_; }
 
@@ -44,6 +56,10 @@ class RiskForm : public ChartForm {
     void PlotProbability();
     void PlotMostLikely();
     void PlotTotalCost();
+    void PlotJoint();
+    void PlotTornado();
+    DateTime Median() const;
+    const RiskDriver* DriverAt(int y) const;
     std::int32_t Iterations() const { return static_cast<std::int32_t>(results_.riskDates.size()) - 1; }
     DateTime Date(std::int32_t i) const { return results_.riskDates[static_cast<std::size_t>(i)]; }
     Money Cost(std::int32_t i) const { return results_.riskCosts[static_cast<std::size_t>(i)]; }
@@ -51,7 +67,7 @@ class RiskForm : public ChartForm {
     const Workspace& workspace_;
     const IterativeResults& results_;
     Money maxCost_;
-    bool totalCost_ = false;
+    View view_ = View::Probability;
     double increment_ = 1;  ///< money
 };
 

@@ -79,8 +79,10 @@ std::string ChartFile::PictureText() const {
     return tools_.TheDrawing().PictureText(form_->TheVwindow(), form_->Caption());
 }
 
-void WriteChart(CliSession& session, const std::string& fileName, const ChartKind& kind, bool fit) {
+void WriteChart(CliSession& session, const std::string& fileName, const ChartKind& kind, bool fit,
+                const std::function<void(ChartForm&)>& set) {
     ChartFile chart(session, kind);
+    if (set) set(chart.Form());
     chart.Form().Start();
     chart.Write(fileName, fit);
 }

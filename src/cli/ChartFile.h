@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -56,6 +57,7 @@ class ChartFile {
 };
 
 /// Makes, starts and writes a chart.
-void WriteChart(CliSession& session, const std::string& fileName, const ChartKind& kind, bool fit);
+void WriteChart(CliSession& session, const std::string& fileName, const ChartKind& kind, bool fit,
+                const std::function<void(ChartForm&)>& set = {});
 
 }  // namespace vortan

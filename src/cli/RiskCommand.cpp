@@ -3,6 +3,7 @@
 #include <optional>
 #include <ostream>
 
+#include "charts/RiskForm.h"
 #include "cli/ChartFile.h"
 #include "cli/Command.h"
 #include "cli/JsonWriter.h"
@@ -20,7 +21,7 @@ namespace {
 struct RiskOptions {
     std::string file, project, plot;
     bool detailed = false, json = false, drivers = false;
-    std::string by, within;
+    std::string by, within, picture;
     double iterations = IterativeSolve::kUsualIterations;
     std::uint64_t seed = 0;
 };
@@ -53,6 +54,18 @@ Target ReadTarget(CliSession& session, const RiskOptions& options) {
     target.within = ParseCurrency(options.within, session.platform.CurrencySymbol());
     if (!target.within) throw CliError("\"" + options.within + "\" is not an amount of money.");
     return target;
+}
+
+RiskForm::View ViewNamed(const std::string& name) {
+    using View = RiskForm::View;
+    const std::pair<const char*, View> views[] = {{"", View::Probability},
+                                                  {"curve", View::Probability},
+                                                  {"cost", View::TotalCost},
+                                                  {"joint", View::Joint},
+                                                  {"tornado", View::Tornado}};
+    for (const auto& [known, view] : views)
+        if (name == known) return view;
+    throw CliError("\"" + name + "\" is no picture. There are curve, cost, joint and tornado.");
 }
 
 std::string TaskText(const RiskDriver& driver) {
@@ -97,7 +110,9 @@ void WriteDriver(JsonWriter& json, const RiskDriver& driver) {
         json.Member("criticality", driver.criticality);
         json.Member("finishCorrelation", driver.finishCorrelation);
         json.Member("costCorrelation", driver.costCorrelation);
-        if (driver.gainKnown) json.Member("gainDays", driver.gainDays);
+        if (!driver.gainKnown) return;
+        json.Member("gainDays", driver.gainDays);
+        json.Member("lossDays", driver.lossDays);
     });
 }
 
@@ -162,9 +177,11 @@ int Run(CliSession& session, const RiskOptions& options) {
     if (const int exitCode = session.SolveToIterate(); exitCode != kExitDone) return exitCode;
     if (const auto complaint = session.iterative.CheckRisk(options.iterations)) throw CliError(*complaint);
     Target target = ReadTarget(session, options);
+    const RiskForm::View view = ViewNamed(options.picture);
     session.iterative.SetSeed(options.seed);
-    const auto outcome = session.iterative.RiskSolve(
-        !options.detailed, static_cast<std::int32_t>(options.iterations), nullptr, options.drivers);
+    const auto outcome =
+        session.iterative.RiskSolve(!options.detailed, static_cast<std::int32_t>(options.iterations), nullptr,
+                                    options.drivers || view == RiskForm::View::Tornado);
     if (!outcome.done) throw CliError(WrapText(outcome.message, session.streams.width), kExitHalted);
     const IterativeResults& results = session.iterative.Results();
     target.chance = results.ChanceOfBoth(target.by, target.within);
@@ -177,7 +194,9 @@ int Run(CliSession& session, const RiskOptions& options) {
                                 << std::to_string(std::lround(target.chance * 100)) << " %.\n";
         if (options.drivers) session.streams.out << DriverTable(results, session.streams.width);
     }
-    if (!options.plot.empty()) WriteChart(session, options.plot, ChartKindOf("risk"), true);
+    if (!options.plot.empty())
+        WriteChart(session, options.plot, ChartKindOf("risk"), true,
+                   [view](ChartForm& form) { static_cast<RiskForm&>(form).SetView(view); });
     return kExitDone;
 }
 
@@ -195,6 +214,9 @@ Command RiskCommand() {
                 {"--detailed", &o.detailed,
                  "Solve each iteration with resources and calendars, instead of scaling one solution"},
                 {"-n,--iterations", &o.iterations, "Number of iterations; 100 if not given", "N"},
+                {"--picture", &o.picture,
+                 "What to draw: curve, cost, joint (finish and cost) or tornado; the curve if not given",
+                 "NAME"},
                 {"--drivers", &o.drivers, "Also tell which tasks drive the spread, and what each could gain"},
                 {"--by", &o.by, "Also tell the chance to end by this date", "DATE"},
                 {"--within", &o.within, "and to cost no more than this", "MONEY"},

@@ -27,9 +27,9 @@ struct RiskDriver {
     /// Of its sampled duration with the finish of the active project and with its cost: Spearman's rank
     /// correlation, -1 to 1; 0 where nothing spreads.
     double finishCorrelation = 0, costCorrelation = 0;
-    /// Days that the median finish would be earlier if the task always took its optimistic estimate; known of
-    /// the leading tasks, from `gainTrials` trials each.
-    double gainDays = 0;
+    /// Days that the median finish would be earlier if the task always took its optimistic estimate, and
+    /// later with the pessimistic one; known of the leading tasks, from `gainTrials` trials each.
+    double gainDays = 0, lossDays = 0;
     bool gainKnown = false;
 };
 

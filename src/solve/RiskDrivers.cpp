@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <utility>
 
 #include "solve/RiskSolve.h"
 
@@ -11,7 +12,7 @@ namespace {
 
 constexpr std::size_t kLeading = 12;  // tasks whose gain is measured
 // Trials of each: a quarter of the iterations within these bounds.
-constexpr std::int32_t kFewestGainTrials = 25, kMostGainTrials = 100;
+constexpr std::int32_t kFewestGainTrials = 25, kMostGainTrials = 50;
 
 /// The ranks of values, equal ones sharing the middle of theirs, less the mean rank.
 std::vector<double> CentredRanks(const std::vector<double>& values) {
@@ -119,7 +120,7 @@ void RiskSolve::FindDrivers() {
 }
 
 /// Runs trials again, spread evenly over the finishes that came out, with the leading tasks one at a time at
-/// their optimistic estimates and everything else as it was. So what differs is theirs alone.
+/// their optimistic and pessimistic estimates and everything else as it was. So what differs is theirs alone.
 void RiskSolve::MeasureGains(bool quick, IterationWatch& watch) {
     std::vector<std::int32_t> order(Index(iterations_));
     std::iota(order.begin(), order.end(), 0);
@@ -138,7 +139,7 @@ void RiskSolve::MeasureGains(bool quick, IterationWatch& watch) {
     finishes_.assign(chosen_.size(), 0);
     const std::size_t leading = std::min(kLeading, drivers_.size());
     runBefore_ = iterations_;
-    runInAll_ = iterations_ + static_cast<std::int32_t>(leading) * gainTrials_;
+    runInAll_ = iterations_ + 2 * static_cast<std::int32_t>(leading) * gainTrials_;
     for (std::size_t i = 0; i < leading; ++i) {
         if (drivers_[i].criticality == 0) continue;
         fixed_ = network_.IndexOf(drivers_[i].task.Get());
@@ -147,16 +148,18 @@ void RiskSolve::MeasureGains(bool quick, IterationWatch& watch) {
             drivers_[i].gainKnown = true;
             continue;
         }
-        RunTrials(quick, watch);
-        if (watch.WasCancelled()) return;
-        // With other minutes a trial can run into the end of the calendar; what it would tell is not known.
-        if (failure_) {
-            failure_.reset();
-            continue;
+        bool known = true;
+        for (const bool pessimistic : {false, true}) {
+            fixedPessimistic_ = pessimistic;
+            RunTrials(quick, watch);
+            if (watch.WasCancelled()) return;
+            // With other minutes a trial can run into the end of the calendar; then nothing is known.
+            if (std::exchange(failure_, std::nullopt)) known = false;
+            const double moved = Median(finishes_) - median;
+            (pessimistic ? drivers_[i].lossDays : drivers_[i].gainDays) = pessimistic ? moved : 0 - moved;
+            runBefore_ += gainTrials_;
         }
-        drivers_[i].gainDays = median - Median(finishes_);
-        drivers_[i].gainKnown = true;
-        runBefore_ += gainTrials_;
+        drivers_[i].gainKnown = known;
     }
     std::stable_sort(drivers_.begin(), drivers_.end(), [](const RiskDriver& a, const RiskDriver& b) {
         return a.gainKnown != b.gainKnown ? a.gainKnown : a.gainDays > b.gainDays;

@@ -101,7 +101,8 @@ class RiskSolve::Worker : private ForwardRun::Poll {
     std::int32_t Minutes(std::size_t s, float score) const {
         const Baseline& slice = solve_.baseline_[s];
         const bool fixed = solve_.fixed_ >= 0 && solve_.network_.Slices()[s].task == solve_.fixed_;
-        return fixed ? slice.optimistic : Sample(slice, score);
+        if (!fixed) return Sample(slice, score);
+        return solve_.fixedPessimistic_ ? slice.pessimistic : slice.optimistic;
     }
     /// Which tasks could not have been later without making a master project later.
     void CountCritical() {

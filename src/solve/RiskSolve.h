@@ -93,8 +93,9 @@ class RiskSolve {
     std::vector<Baseline> baseline_;
     std::vector<Trial> trials_;  ///< 0 is the solution that stands, then in the order of iterations
     bool withDrivers_ = false;
-    std::vector<std::int32_t> chosen_;  ///< iterations to run
-    std::int32_t fixed_ = -1;
+    std::vector<std::int32_t> chosen_;         ///< iterations to run
+    std::int32_t fixed_ = -1;                  ///< a task that always takes one of its estimates
+    bool fixedPessimistic_ = false;            ///< which of both
     std::vector<double> finishes_;             ///< of the chosen trials, while a task is fixed
     std::vector<std::int32_t> masters_;        ///< projects that are no subprojects
     std::vector<std::int32_t> criticalCount_;  ///< by task: trials in which it had no slack

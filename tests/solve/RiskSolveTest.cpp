@@ -122,8 +122,8 @@ TEST(RiskSolveTest, EqualPathsAreCriticalByTurns) {
     // The chance to meet two things is no better than that of either.
     const IterativeResults& results = plan.Results();
     const DateTime by = results.riskDates[500];
-    EXPECT_EQ(results.ChanceOfBoth(by, {}), 0.5);
-    EXPECT_LE(results.ChanceOfBoth(by, results.riskCosts[1]), 0.5);
+    EXPECT_NEAR(results.ChanceOfBoth(by, {}), 0.5, 0.002);  // two runs may end together
+    EXPECT_LE(results.ChanceOfBoth(by, results.riskCosts[1]), results.ChanceOfBoth(by, {}));
     EXPECT_EQ(results.ChanceOfBoth(results.riskDates[1000], Money::FromDouble(1e9)), 1);
 }
 

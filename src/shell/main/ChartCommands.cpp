@@ -157,7 +157,7 @@ void RiskSolve(MainForm& main, bool quick) {
     if (iterations == 0 || !desktop.workspace.ThisProjectSolved()) return;
     main.iterative.riskIterations = iterations;
     ProgressForm progress(&main, quick ? "Quick risk solve" : "Detailed risk solve");
-    const auto outcome = desktop.iterative.RiskSolve(quick, iterations, &progress);
+    const auto outcome = desktop.iterative.RiskSolve(quick, iterations, &progress, true);
     progress.hide();
     if (ExplainOutcome(desktop.platform, outcome)) StartRiskForm(main);
 }

@@ -3,10 +3,14 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
+#include <QScrollBar>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <map>
@@ -112,6 +116,56 @@ ChartPage::ChartPage(Desktop& desktop, const Maker& make) : PageForm(desktop) {
     options_ = NewOptionsFrame(frame);
     optionsBeside_ = frame.beside;
     if (optionsBeside_) layout->addWidget(options_, 1, 0, Qt::AlignTop);
+}
+
+/// Made anew where it says something else.
+void ChartPage::RefreshSideList() {
+    auto list = chart_->Beside();
+    std::vector<std::vector<std::string>> texts;
+    if (list)
+        for (const auto& row : list->rows) texts.push_back(row.texts);
+    if (texts == sideTexts_) return;
+    sideTexts_ = std::move(texts);
+    delete sideList_;
+    sideList_ = list ? NewSideList(*list) : nullptr;
+    if (sideList_) static_cast<QGridLayout*>(layout())->addWidget(sideList_, 1, 2);
+}
+
+/// Enter and a double click open the task of a row.
+QWidget* ChartPage::NewSideList(const ChartForm::SideList& list) {
+    auto* table = new QTreeWidget;
+    table->setObjectName(Q(list.name));
+    table->setAccessibleName(Q(list.caption));
+    table->setRootIsDecorated(false);
+    table->setUniformRowHeights(true);
+    table->setAllColumnsShowFocus(true);
+    QStringList titles;
+    for (const std::string& title : list.titles) titles += Q(title);
+    table->setHeaderLabels(titles);
+    std::vector<std::pair<Link<Vtask>, Link<Vresource>>> subjects;
+    for (const ChartForm::SideList::Row& row : list.rows) {
+        QStringList texts;
+        for (const std::string& text : row.texts) texts += Q(text);
+        auto* item = new QTreeWidgetItem(table, texts);
+        for (int column = 1; column < titles.size(); ++column)
+            item->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
+        subjects.emplace_back(row.subject.task, row.subject.resource);
+    }
+    for (int column = 0; column < titles.size(); ++column) table->resizeColumnToContents(column);
+    const int length = table->header()->length();
+    table->header()->setStretchLastSection(false);
+    table->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    table->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    const int width = length + table->verticalScrollBar()->sizeHint().width() + 4;
+    table->setFixedWidth(std::min(width, screen()->availableGeometry().width() * 2 / 5));
+    connect(
+        table, &QTreeWidget::itemActivated, this,
+        [this, table, subjects = std::move(subjects)](QTreeWidgetItem* item) {
+            const auto& [task, resource] =
+                subjects[static_cast<std::size_t>(table->indexOfTopLevelItem(item))];
+            desktop_.Run("ChartPage:SideList_DblClick", [&, this] { Open({task.Get(), resource.Get()}); });
+        });
+    return table;
 }
 
 void ChartPage::ConnectView() {
@@ -251,6 +305,7 @@ void ChartPage::Restart() {
     desktop_.Run("Chart:Start", [this] { chart_->Start(); });
     setWindowTitle(Q(chart_->Caption()));
     RefreshOptions();
+    RefreshSideList();
     ShowSurface();
     PlaceOptions();
     if (chart_->IsEmpty() && desktop_.host->FullPage() == this) Unload();

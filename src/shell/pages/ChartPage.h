@@ -45,6 +45,8 @@ class ChartPage : public PageForm {
   private:
     ChartPage(Desktop& desktop, const Maker& make);
     void ConnectView();
+    void RefreshSideList();
+    QWidget* NewSideList(const ChartForm::SideList& list);
     QGroupBox* NewOptionsFrame(const ChartForm::OptionsFrame& frame);
     QWidget* NewOption(const ChartForm::Option& option);
     QWidget* NewButton(const ChartForm::Option& option);
@@ -87,7 +89,9 @@ class ChartPage : public PageForm {
     std::unique_ptr<SurfaceView> view_;
     QGroupBox* options_ = nullptr;
     bool optionsBeside_ = false;
-    std::vector<QWidget*> optionControls_;  // in the order of the frame
+    std::vector<QWidget*> optionControls_;             // in the order of the frame
+    QWidget* sideList_ = nullptr;                      // none if the chart has none
+    std::vector<std::vector<std::string>> sideTexts_;  // that it shows
     BehindLine* behindLine_ = nullptr;
     int found_ = -1;  // the place that a search has marked last
 };

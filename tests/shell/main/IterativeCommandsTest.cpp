@@ -46,7 +46,20 @@ TEST_F(IterativeCommandsTest, ARiskSolveEndsInItsCurve) {
     EXPECT_EQ(surface.ColumnTitle(0), "Probability");
     shell.Find<QRadioButton>("TotalCostOption").click();
     EXPECT_EQ(surface.ColumnTitle(0), "Total cost");
+    auto& drivers = shell.Find<QTreeWidget>("DriversList");
+    ASSERT_EQ(static_cast<std::size_t>(drivers.topLevelItemCount()), Results().drivers.size());
+    EXPECT_EQ(S(drivers.topLevelItem(0)->text(0)), Results().drivers[0].task->BuildNodeText());
+    shell.Find<QRadioButton>("TornadoOption").click();
+    EXPECT_EQ(surface.ColumnTitle(0), "Task");
+    EXPECT_EQ(surface.Cell(1, 0), Results().drivers[0].task->BuildNodeText());
+    drivers.setCurrentItem(drivers.topLevelItem(0));
+    QTest::keyClick(&drivers, Qt::Key_Return);
+    EXPECT_EQ(Q(shell.Value("TaskIdText")), QString::number(Results().drivers[0].task->TaskID()));
+    shell.Press(Qt::Key_Escape);
+    shell.Find<QRadioButton>("TotalCostOption").click();
     Answer("IterativeQuickRiskSolveMenu", {"6.6"});
+    EXPECT_EQ(static_cast<std::size_t>(shell.Find<QTreeWidget>("DriversList").topLevelItemCount()),
+              Results().drivers.size());
     EXPECT_EQ(surface.ColumnTitle(0), "Total cost");
     EXPECT_TRUE(shell.main.windowTitle().contains("7 iterations"));
     shell.Choose("GraphicsRiskAnalysisMenu");
