@@ -2,6 +2,7 @@
 
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 #include "model/Vproject.h"
 #include "model/Vtask.h"
@@ -12,6 +13,8 @@ namespace vortan {
 
 Table BuildResourceEntrySpreadsheet(const ReportSource& source);
 Table BuildTaskEntrySpreadsheet(const ReportSource& source);
+/// Some rows of one of the two above anew, as it would have them now.
+Table BuildEntryRows(const Table& like, const std::vector<RowSubject>& subjects, const std::string& symbol);
 Table BuildProjectSummarySpreadsheet(const ReportSource& source);
 Table BuildProjectUpdateSpreadsheet(const ReportSource& source);
 Table BuildLoadingSummary(const ReportSource& source, bool byResource);

@@ -64,6 +64,24 @@ void FillInTaskRow(Table& table, Vtask& task, const std::string& symbol, bool ra
 
 }  // namespace
 
+namespace {
+
+void FillInResourceRow(Table& table, Vresource& resource, const std::string& symbol) {
+    RowWriter row(table, Link<Vresource>(&resource));
+    row.Number(resource.ResourceID())
+        .Text(resource.Description())
+        .Text(resource.Department())
+        .Text(resource.Title())
+        .Amount(resource.BurdenedRate(), symbol)
+        .Amount(resource.OvertimeRate(), symbol)
+        .Amount(resource.OffDayRate(), symbol)
+        .Amount(resource.HolidayRate(), symbol)
+        .Text(resource.Shift() ? resource.Shift()->ShiftName() : "");
+    for (const int day : kDayColumns) row.YorN(resource.WorkDay(day));
+}
+
+}  // namespace
+
 Table BuildResourceEntrySpreadsheet(const ReportSource& source) {
     std::vector<TableColumn> columns{{"Resource ID", Alignment::Left},
                                      {"Description", Alignment::Left},
@@ -81,17 +99,7 @@ Table BuildResourceEntrySpreadsheet(const ReportSource& source) {
     const std::string symbol = source.workspace.ThePlatform().CurrencySymbol();
     for (Vresource* resource : from->ResourceList()) {
         if (!resource->Include()) continue;
-        RowWriter row(table, Link<Vresource>(resource));
-        row.Number(resource->ResourceID())
-            .Text(resource->Description())
-            .Text(resource->Department())
-            .Text(resource->Title())
-            .Amount(resource->BurdenedRate(), symbol)
-            .Amount(resource->OvertimeRate(), symbol)
-            .Amount(resource->OffDayRate(), symbol)
-            .Amount(resource->HolidayRate(), symbol)
-            .Text(resource->Shift() ? resource->Shift()->ShiftName() : "");
-        for (const int day : kDayColumns) row.YorN(resource->WorkDay(day));
+        FillInResourceRow(table, *resource, symbol);
     }
     return table;
 }
@@ -110,6 +118,20 @@ Table BuildTaskEntrySpreadsheet(const ReportSource& source) {
     const std::string symbol = source.workspace.ThePlatform().CurrencySymbol();
     for (Vtask* task : project->TaskList())
         if (task->Include()) FillInTaskRow(table, *task, symbol, ranked);
+    return table;
+}
+
+Table BuildEntryRows(const Table& like, const std::vector<RowSubject>& subjects, const std::string& symbol) {
+    constexpr std::int32_t kTaskColumns = 7;
+    Table table("", like.Columns(), like.fixedColumns);
+    for (const RowSubject& subject : subjects) {
+        if (const auto* task = std::get_if<Link<Vtask>>(&subject); task && task->Get()) {
+            FillInTaskRow(table, *task->Get(), symbol, like.Cols() > kTaskColumns);
+        } else if (const auto* resource = std::get_if<Link<Vresource>>(&subject);
+                   resource && resource->Get()) {
+            FillInResourceRow(table, *resource->Get(), symbol);
+        }
+    }
     return table;
 }
 

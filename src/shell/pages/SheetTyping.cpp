@@ -233,9 +233,14 @@ bool SheetTyping::Commit() {
     desktop_.Run("Spreadsheet:EntryText_LostFocus", [&] { taken = entry.Take({&cell, 1}); });
     const bool made = std::holds_alternative<std::monostate>(cell.subject);
     if (made) emptyRow_ = false;
-    page_.rebuild(emptyRow_);
-    const int now = RowOf(taken);
-    if (now >= 0 && (made || !SameObject(page_.subjectOf(row), taken))) view_.Select({now, col, now, col});
+    if (made || emptyRow_) {
+        page_.rebuild(emptyRow_);
+    } else {
+        page_.refresh(taken);
+    }
+    // It may stand elsewhere now.
+    const int now = !made && SameObject(page_.subjectOf(row), taken) ? -1 : RowOf(taken);
+    if (now >= 0) view_.Select({now, col, now, col});
     committing_ = false;
     return true;
 }

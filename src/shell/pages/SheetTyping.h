@@ -26,6 +26,8 @@ class SheetTyping : public QObject {
             subjectOf;  ///< of a row of the surface; none for the one at the end
         /// The plan has changed: shows it, with or without an empty row at the end.
         std::function<void(bool emptyRow)> rebuild;
+        /// One object has changed, and is in the table still.
+        std::function<void(const RowSubject& subject)> refresh;
     };
     /// All must outlive the object. `form` takes the keys of the program while a cell is typed in.
     SheetTyping(Desktop& desktop, CellEntry::Sheet sheet, Vwindow& surface, GridView& view, Page page);

@@ -12,8 +12,10 @@
 
 #include "charts/TableText.h"
 #include "model/Vdependency.h"
+#include "model/Vproject.h"
 #include "model/Vtask.h"
 #include "paint/Text.h"
+#include "reports/Builders.h"
 #include "shell/desk/CommonDialogs.h"
 #include "shell/desk/FormHost.h"
 #include "shell/desk/Printing.h"
@@ -66,7 +68,10 @@ void SpreadsheetForm::StartTyping() {
     };
     const auto sheet = &kind_ == &ReportKinds()[0] ? CellEntry::Sheet::Resources : CellEntry::Sheet::Tasks;
     typing_ = std::make_unique<SheetTyping>(desktop_, sheet, vwindow_, *view_,
-                                            SheetTyping::Page{subjectOf, [this](bool) { Rebuild(); }});
+                                            SheetTyping::Page{subjectOf, [this](bool) { Rebuild(); },
+                                                              [this](const RowSubject& subject) {
+                                                                  if (!Refresh(subject)) Rebuild();
+                                                              }});
 }
 
 void SpreadsheetForm::Unload() {
@@ -152,6 +157,66 @@ void SpreadsheetForm::Rebuild() {
     if (!Build()) return Unload();
     view_->horizontalScrollBar()->setValue(x);
     view_->verticalScrollBar()->setValue(y);
+}
+
+namespace {
+
+/// The object and the tasks whose rows name it.
+std::vector<RowSubject> ShownWith(const RowSubject& subject) {
+    std::vector<RowSubject> all{subject};
+    const auto* link = std::get_if<Link<Vtask>>(&subject);
+    const Vtask* task = link ? link->Get() : nullptr;
+    if (!task) return all;
+    for (Vtask* other : task->Project()->TaskList()) {
+        const auto& dependencies = other->DependencyList();
+        const bool waits =
+            other != task && std::any_of(dependencies.begin(), dependencies.end(),
+                                         [&](const auto* each) { return each->TaskRequired() == task; });
+        if (waits) all.emplace_back(Link<Vtask>(other));
+    }
+    return all;
+}
+
+}  // namespace
+
+/// Only where nothing moves by it: all have as many rows as before, and their texts fit.
+bool SpreadsheetForm::Refresh(const RowSubject& subject) {
+    if (sortedBy_ >= 0 || vwindow_.WrapText) return false;
+    const std::vector<RowSubject> all = ShownWith(subject);
+    std::vector<RowSubject> subjects;  // in the order of the table
+    std::vector<std::int32_t> rows;
+    for (std::int32_t row = 0; row < table_.Rows(); ++row) {
+        const RowSubject& at = table_.Subject(row);
+        if (std::find(all.begin(), all.end(), at) == all.end()) continue;
+        if (subjects.empty() || subjects.back() != at) subjects.push_back(at);
+        rows.push_back(row);
+    }
+    const Table fresh = BuildEntryRows(table_, subjects, desktop_.platform.CurrencySymbol());
+    if (fresh.Rows() != static_cast<std::int32_t>(rows.size())) return false;
+    const int inset = 2 * vwindow_.TextWidth("x");
+    const auto fits = [&](std::int32_t i, std::int32_t row) {
+        if (fresh.Subject(i) != table_.Subject(row)) return false;
+        for (int col = 0; col < fresh.Cols(); ++col) {
+            const std::string& text = fresh.Cell(i, col).text;
+            if (text == table_.Cell(row, col).text) continue;
+            const int room = vwindow_.ColPos(col + 1) - vwindow_.ColPos(col);
+            // The number says where an object stands.
+            if (col == 0 || vwindow_.TextWidth(text) + inset > room) return false;
+        }
+        return true;
+    };
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        if (!fits(static_cast<std::int32_t>(i), rows[i])) return false;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        for (int col = 0; col < fresh.Cols(); ++col) {
+            const TableCell& cell = fresh.Cell(static_cast<std::int32_t>(i), col);
+            table_.SetCell(rows[i], col, cell.text, cell.value);
+            vwindow_.SetCell(rows[i] + 1, col, cell.text);
+        }
+    }
+    behind_->hide();
+    view_->viewport()->update();
+    return true;
 }
 
 void SpreadsheetForm::TurnMonth(bool forward) {

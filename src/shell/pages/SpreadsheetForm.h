@@ -53,6 +53,8 @@ class SpreadsheetForm : public PageForm {
     void BuildAnew();
     /// In the same place, whatever has changed.
     void Rebuild();
+    /// Shows what an object has become without building the rest. False: it takes that.
+    bool Refresh(const RowSubject& subject);
     void TurnMonth(bool forward);
     void CellClick(Qt::MouseButton button, int row, int col);
     void SortBy(int col);

@@ -151,6 +151,10 @@ TEST_F(SpreadsheetFormTest, AnEntryTableIsTypedIn) {
     QTest::keyClicks(&entry, "Dig");  // all was selected
     QTest::keyClick(&entry, Qt::Key_Tab);
     EXPECT_EQ(first.Description() + "|" + Shown(1, 1), "Dig|Dig");
+    int named = 0;  // where other tasks wait for it
+    for (int row = 1; row < Form().Shown().Rows(); ++row)
+        named += Shown(row, 5).starts_with("1: Dig") ? 1 : 0;
+    EXPECT_EQ(named, 2);
     // What is refused stays, with the reason beside it, and nothing is taken.
     QTest::keyClicks(&entry, "soon");
     QTest::keyClick(&entry, Qt::Key_Return);
