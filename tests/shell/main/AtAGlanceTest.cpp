@@ -101,6 +101,21 @@ TEST_F(AtAGlanceTest, TabReachesTheToolbarAndItsKeysWork) {
     EXPECT_TRUE(shell.main.FullPage());
 }
 
+TEST_F(AtAGlanceTest, EscClosesWhatOpenedLast) {
+    shell.Choose("SpreadsheetTypeMenu(2)");
+    shell.Choose("EditFindMenu");
+    auto& find = shell.Find<QLineEdit>("FindText");
+    shell.Choose("ProjectModifyMenu");
+    shell.Press(Qt::Key_Escape);
+    EXPECT_FALSE(shell.IsOpen("ProjectEntryForm"));
+    ASSERT_TRUE(find.isVisible() && shell.main.FullPage());
+    QTest::keyClick(&find, Qt::Key_Escape);
+    EXPECT_FALSE(find.isVisible());
+    ASSERT_TRUE(shell.main.FullPage());
+    QTest::keyClick(&shell.Find<QAbstractScrollArea>("Vwindow"), Qt::Key_Escape);
+    EXPECT_FALSE(shell.main.FullPage());
+}
+
 TEST_F(AtAGlanceTest, OneFileThatIsDroppedIsOpened) {
     const auto drop = [&](const QList<QUrl>& files) {
         QMimeData data;
