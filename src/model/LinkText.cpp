@@ -67,7 +67,7 @@ std::optional<std::string> TakeBracketed(std::string_view& text) {
     return std::nullopt;
 }
 
-std::optional<std::int32_t> WholeNumber(std::string_view text) {
+std::optional<std::int32_t> NumberOf(std::string_view text) {
     const std::int32_t number = TakeDigits(text, 9);
     return number >= 0 && text.empty() ? std::optional(number) : std::nullopt;
 }
@@ -135,7 +135,7 @@ TypedDependency ReadRequired(std::string_view& rest, const Vtask* task, const Vp
         if (!where) return Refused("There is no project \"" + *name + "\" in memory.");
     }
     std::string first = TakeWord(rest);
-    if (const auto number = WholeNumber(first)) {
+    if (const auto number = NumberOf(first)) {
         typed.required = where->FindTask(*number);
         if (typed.required && typed.required == task) return Refused("A task cannot depend on itself.");
         const bool known =
@@ -205,7 +205,7 @@ double UsualHours(const Vresource& resource) {
 }
 
 Vresource* ResourceNamed(const Vtemplate& owner, const std::string& name) {
-    if (const auto number = WholeNumber(name)) return owner.FindResource(*number);
+    if (const auto number = NumberOf(name)) return owner.FindResource(*number);
     Vresource* found = nullptr;
     for (Vresource* resource : owner.ResourceList()) {
         if (!resource->Include() || !SameText(resource->Description(), name)) continue;

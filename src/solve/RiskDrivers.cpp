@@ -131,7 +131,7 @@ void RiskSolve::MeasureGains(bool quick, IterationWatch& watch) {
     chosen_.clear();
     std::vector<double> before;
     for (std::int32_t i = 0; i < gainTrials_; ++i) {
-        const auto place = (std::int64_t{2} * i + 1) * iterations_ / (2 * gainTrials_);
+        const auto place = (std::int64_t{2} * i + 1) * iterations_ / (std::int64_t{2} * gainTrials_);
         chosen_.push_back(order[static_cast<std::size_t>(place)]);
         before.push_back(trials_[Index(chosen_.back()) + 1].finish);
     }

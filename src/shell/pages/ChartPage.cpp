@@ -157,13 +157,13 @@ QWidget* ChartPage::NewSideList(const ChartForm::SideList& list) {
     table->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     const int width = length + table->verticalScrollBar()->sizeHint().width() + 4;
     table->setFixedWidth(std::min(width, screen()->availableGeometry().width() * 2 / 5));
-    connect(
-        table, &QTreeWidget::itemActivated, this,
-        [this, table, subjects = std::move(subjects)](QTreeWidgetItem* item) {
-            const auto& [task, resource] =
-                subjects[static_cast<std::size_t>(table->indexOfTopLevelItem(item))];
-            desktop_.Run("ChartPage:SideList_DblClick", [&, this] { Open({task.Get(), resource.Get()}); });
-        });
+    connect(table, &QTreeWidget::itemActivated, this,
+            [this, table, subjects = std::move(subjects)](QTreeWidgetItem* item) {
+                const auto& row = subjects[static_cast<std::size_t>(table->indexOfTopLevelItem(item))];
+                desktop_.Run("ChartPage:SideList_DblClick", [&row, this] {
+                    Open({row.first.Get(), row.second.Get()});
+                });
+            });
     return table;
 }
 
