@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <string>
 
@@ -32,8 +33,17 @@ class IterationWatch {
         Show(0);
     }
 
-    /// `done` is the part of the work that is behind, 0 to 1. True: the solve was cancelled.
+    /// Of a thread beside the one that asked: shows nothing, and ends when `stop` says so.
+    IterationWatch(Solver& solver, const std::atomic<bool>& stop)
+        : solver_(solver), progress_(nullptr), interval_(0), stop_(&stop), quiet_(true) {}
+
+    /// Ends the work, too, when `stop` says so, which is no cancel.
+    void StopWith(const std::atomic<bool>* stop) { stop_ = stop; }
+
+    /// `done` is the part of the work that is behind, 0 to 1. True: the solve was cancelled, or is to end.
     bool Cancelled(int percent, double done) {
+        if (stop_ && *stop_) return true;
+        if (quiet_) return false;
         if (percent > shown_) Show(percent);
         if (cancelled_ || !progress_) return cancelled_;
         const auto now = Clock::now();
@@ -68,6 +78,8 @@ class IterationWatch {
     int shown_ = 0;
     DateTime finish_, bound_;
     bool cancelled_ = false;
+    const std::atomic<bool>* stop_ = nullptr;
+    bool quiet_ = false;
 };
 
 }  // namespace vortan

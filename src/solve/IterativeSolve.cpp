@@ -14,7 +14,7 @@
 #include "solve/CrashSolve.h"
 #include "solve/ProblemText.h"
 #include "solve/RiskSolve.h"
-#include "solve/ShortenSolve.h"
+#include "solve/ShortenCrew.h"
 #include "solve/Solution.h"
 
 namespace vortan {
@@ -154,8 +154,8 @@ IterativeSolve::Outcome IterativeSolve::ShortenSolve(const ShortenOptions& optio
     foundRanks_.clear();
     const Outcome outcome =
         Frame("Shorten solve in progress", "Shortening", progress, [&](IterationWatch& watch) -> std::string {
-            vortan::ShortenSolve solve(solver_, ActiveProject(), options);
-            solve.Run(watch);
+            ShortenCrew solve(solver_, ActiveProject(), options, Workers());
+            solve.Run(solver_, watch);
             results_.shorten = solve.Result();
             foundRanks_ = solve.Ranks();
             return "";

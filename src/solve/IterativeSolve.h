@@ -74,7 +74,7 @@ class IterativeSolve {
     void NewThisProject() { results_.crashList.clear(); }
 
     void SetSeed(std::uint64_t seed) { rnd_ = Rnd(seed); }
-    /// Threads that a risk solve uses; 0 is one for each core.
+    /// Threads that a risk solve and a search for a shorter order use; 0 is one for each core.
     void SetWorkers(int workers) { workers_ = workers; }
     /// Shortest time between two reports of progress. Zero reports at every opportunity.
     void SetProgressInterval(std::chrono::milliseconds interval) { interval_ = interval; }

@@ -30,6 +30,10 @@ class ShortenSolve : private ForwardRun::Poll {
     void Run(IterationWatch& watch);
 
     ShortenResult Result() const;
+    /// Whether it found an order, and one better than what the other found.
+    bool IsBetterThan(const ShortenSolve& other) const {
+        return found_ && (!other.found_ || Better(best_, other.best_));
+    }
     /// A rank for each task that has a part in the matter; none if nothing better was found.
     std::vector<std::pair<Link<Vtask>, std::int32_t>> Ranks() const;
 

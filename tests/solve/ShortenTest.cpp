@@ -148,6 +148,26 @@ TEST(ShortenTest, RichPlansEndNoLaterAndTheSameSearchFindsTheSame) {
     EXPECT_GE(better, 10);
 }
 
+/// On as many threads as there are, none of which may touch what the others read.
+TEST(ShortenTest, SeveralSearchesEndAsSoundAsOne) {
+    for (std::uint64_t seed = 100; seed < 106; ++seed) {
+        SCOPED_TRACE(seed);
+        IterativePlan plan(GeneratePlan(seed, MixedKnobs(seed)));
+        if (!plan.Complete()) continue;
+        const double before = FinishOf(plan);
+        plan.iterative.SetWorkers(4);
+        ShortenOptions options;
+        options.seconds = 0.02;
+        ASSERT_TRUE(plan.iterative.ShortenSolve(options, nullptr).done);
+        const ShortenResult& result = plan.Results().shorten;
+        EXPECT_LE(result.finish.Days(), before + 1e-6);
+        EXPECT_LE(result.bound.Days(), result.finish.Days() + 1e-6);
+        plan.Solve();
+        ExpectSound(plan);
+        EXPECT_EQ(FinishOf(plan), result.finish.Days());
+    }
+}
+
 TEST(ShortenTest, RanksOfAJournalAreItsOwn) {
     IterativePlan plan;
     plan.Make("journals 9/3/2001 9/6/2001;" + kWaiting + "; at 9/6/2001");
