@@ -11,9 +11,8 @@ namespace vortan {
 /// numbers, and the best of all counts, the first of equal ones. All end when one has found what no order can
 /// beat.
 ///
-/// The first search is the one that a single thread would make, so more threads find nothing worse in the
-/// same time. Where a number of moves decides, there is one search alone: what it finds must not depend on
-/// the machine.
+/// The first search is the one that a single thread would make, as far as the machine gives it the same time.
+/// Where a number of moves decides, there is one search alone: what it finds must not depend on the machine.
 class ShortenCrew {
   public:
     ShortenCrew(const Solver& solver, std::int32_t project, const ShortenOptions& options, int workers);
