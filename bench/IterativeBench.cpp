@@ -29,14 +29,14 @@ void Require(benchmark::State& state, const IterativeSolve::Outcome& outcome) {
     if (!outcome.done) state.SkipWithError(outcome.message.c_str());
 }
 
-/// Arguments: tasks, resources, iterations, workers. The ordinary solve behind each risk solve is not
-/// counted.
+/// Arguments: tasks, resources, iterations, workers, and whether to find what drives the spread. The ordinary
+/// solve behind each risk solve is not counted.
 void Risk(benchmark::State& state, PlanMaker plan, bool quick) {
     Spread spread(plan(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)), 1));
     const auto iterations = static_cast<std::int32_t>(state.range(2));
     spread.iterative.SetWorkers(static_cast<int>(state.range(3)));
     for (auto _ : state) {
-        Require(state, spread.iterative.RiskSolve(quick, iterations, nullptr));
+        Require(state, spread.iterative.RiskSolve(quick, iterations, nullptr, state.range(4) != 0));
         state.PauseTiming();
         spread.Solve();
         state.ResumeTiming();
@@ -46,24 +46,27 @@ void Risk(benchmark::State& state, PlanMaker plan, bool quick) {
         steps, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 BENCHMARK_CAPTURE(Risk, DetailedSimple, SimplePlan, false)
-    ->Args({1000, 100, 1000, 1})
-    ->Args({1000, 100, 1000, 2})
-    ->Args({1000, 2, 1000, 1})
+    ->Args({1000, 100, 1000, 1, 0})
+    ->Args({1000, 100, 1000, 1, 1})
+    ->Args({1000, 100, 1000, 2, 0})
+    ->Args({1000, 2, 1000, 1, 0})
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Risk, DetailedRich, RichPlan, false)
-    ->Args({1000, 100, 1000, 1})
-    ->Args({1000, 100, 1000, 2})
+    ->Args({1000, 100, 1000, 1, 0})
+    ->Args({1000, 100, 1000, 1, 1})
+    ->Args({1000, 100, 1000, 2, 0})
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Risk, QuickSimple, SimplePlan, true)
-    ->Args({1000, 100, 1000, 1})
-    ->Args({1000, 100, 1000, 2})
-    ->Args({100000, 10000, 100, 1})
+    ->Args({1000, 100, 1000, 1, 0})
+    ->Args({1000, 100, 1000, 1, 1})
+    ->Args({1000, 100, 1000, 2, 0})
+    ->Args({100000, 10000, 100, 1, 0})
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Risk, QuickRich, RichPlan, true)
-    ->Args({1000, 100, 1000, 1})
+    ->Args({1000, 100, 1000, 1, 0})
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 

@@ -32,11 +32,11 @@ bool IsMany(const Option& option) {
 /// A command that is run, with the words that it is called by: "report status".
 struct Called {
     std::string words;
-    const Command& command;
+    const CliCommand& command;
 };
 
-void AddCalled(const std::vector<Command>& commands, const std::string& before, std::vector<Called>& out) {
-    for (const Command& command : commands) {
+void AddCalled(const std::vector<CliCommand>& commands, const std::string& before, std::vector<Called>& out) {
+    for (const CliCommand& command : commands) {
         const std::string words = before.empty() ? command.name : before + " " + command.name;
         if (command.kinds.empty()) out.push_back({words, command});
         AddCalled(command.kinds, words, out);
@@ -134,7 +134,7 @@ std::string DesktopManual() {
 // ---- completion
 
 /// Words that may follow: commands at their places, options behind a whole command. A blank in front of each.
-std::string OptionWords(const Command& command) {
+std::string OptionWords(const CliCommand& command) {
     std::string words;
     for (const Option& option : command.options) {
         if (IsPlaced(option)) continue;
@@ -144,13 +144,13 @@ std::string OptionWords(const Command& command) {
     for (const char* name : kHelpNames) words += std::string(" ") + name;
     return words;
 }
-std::string KindWords(const std::vector<Command>& commands) {
+std::string KindWords(const std::vector<CliCommand>& commands) {
     std::string words;
-    for (const Command& command : commands) words += " " + command.name;
+    for (const CliCommand& command : commands) words += " " + command.name;
     return words;
 }
 
-std::string Bash(const std::vector<Command>& commands, const std::vector<Called>& all) {
+std::string Bash(const std::vector<CliCommand>& commands, const std::vector<Called>& all) {
     std::string out =
         "# bash completion for vortan-cli and vortan\n_vortan_cli() {\n"
         "    local cur=${COMP_WORDS[COMP_CWORD]} words=''\n"
@@ -161,7 +161,7 @@ std::string Bash(const std::vector<Command>& commands, const std::vector<Called>
     for (const Called& called : all)
         out += "            '" + called.words + (called.words.find(' ') == std::string::npos ? " '*" : "'") +
                ") words='" + OptionWords(called.command).substr(1) + "' ;;\n";
-    for (const Command& command : commands)
+    for (const CliCommand& command : commands)
         if (!command.kinds.empty())
             out += "            '" + command.name + " '*) words='" + KindWords(command.kinds).substr(1) +
                    " --help' ;;\n";
@@ -180,21 +180,21 @@ std::string Quoted(std::string_view text) {
     return out + "'";
 }
 
-std::string Fish(const std::vector<Command>& commands, const std::vector<Called>& all) {
+std::string Fish(const std::vector<CliCommand>& commands, const std::vector<Called>& all) {
     std::string out =
         "# fish completion for vortan-cli\n"
         "function __vortan_at\n    test (string join ' ' -- (commandline -opc)[2..-1]) = \"$argv\"\nend\n"
         "function __vortan_in\n"
         "    string match -q -- \"$argv *\" (string join ' ' -- (commandline -opc)[2..-1])' '\nend\n";
-    const auto words = [&](const std::vector<Command>& list, const std::string& before) {
-        for (const Command& command : list)
+    const auto words = [&](const std::vector<CliCommand>& list, const std::string& before) {
+        for (const CliCommand& command : list)
             out += "complete -c vortan-cli -f -n '__vortan_at " + before + "' -a " + command.name + " -d " +
                    Quoted(command.description) + "\n";
     };
     words(commands, "");
     std::string locale;
     out += "complete -c vortan-cli -l locale -r -d " + Quoted(LocaleOption(locale).help) + "\n";
-    for (const Command& command : commands) words(command.kinds, command.name);
+    for (const CliCommand& command : commands) words(command.kinds, command.name);
     for (const Called& called : all) {
         for (const Option& option : called.command.options) {
             if (IsPlaced(option)) continue;
@@ -215,14 +215,14 @@ std::string ZshText(std::string_view text) {
     return out;
 }
 
-std::string ZshDescribe(const std::vector<Command>& list, const std::string& depth) {
+std::string ZshDescribe(const std::vector<CliCommand>& list, const std::string& depth) {
     std::string out = depth + "local -a names=(";
-    for (const Command& command : list)
+    for (const CliCommand& command : list)
         out += "\n" + depth + "    " + Quoted(command.name + ":" + ZshText(command.description));
     return out + ")\n" + depth + "_describe command names\n";
 }
 
-std::string Zsh(const std::vector<Command>& commands, const std::vector<Called>& all) {
+std::string Zsh(const std::vector<CliCommand>& commands, const std::vector<Called>& all) {
     std::string out = "#compdef vortan-cli\n\nif (( CURRENT == 2 )); then\n" + ZshDescribe(commands, "    ") +
                       "    return\nfi\ncase \"$words[2] $words[3]\" in\n";
     for (const Called& called : all) {
@@ -241,7 +241,7 @@ std::string Zsh(const std::vector<Command>& commands, const std::vector<Called>&
         }
         out += " \\\n            '--locale:NAME:' '*:file:_files' ;;\n";
     }
-    for (const Command& command : commands)
+    for (const CliCommand& command : commands)
         if (!command.kinds.empty())
             out += "    (" + Quoted(command.name + " ") + "*)\n" + ZshDescribe(command.kinds, "        ") +
                    "        ;;\n";
@@ -252,7 +252,7 @@ std::string Zsh(const std::vector<Command>& commands, const std::vector<Called>&
 
 /// Whether all files were written to `folder`.
 bool MakeManual(const std::filesystem::path& folder) {
-    const std::vector<Command> commands = AllCommands();
+    const std::vector<CliCommand> commands = AllCommands();
     std::vector<Called> all;
     AddCalled(commands, "", all);
     const std::pair<const char*, std::string> files[] = {{"vortan-cli.1", CliManual(all)},

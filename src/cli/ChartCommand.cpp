@@ -85,7 +85,7 @@ std::vector<Option> CommonOptions(ChartOptions& o, const ChartWords& words) {
     return list;
 }
 
-Command KindCommand(const ChartKind& kind) {
+CliCommand KindCommand(const ChartKind& kind) {
     const ChartWords& words = ChartWordsOf(kind.name);
     const auto values = std::make_shared<ChartOptions>();
     std::vector<Option> list = CommonOptions(*values, words);
@@ -99,8 +99,8 @@ Command KindCommand(const ChartKind& kind) {
 }  // namespace
 
 /// Of the charts that show a solution; commands with results of their own draw theirs.
-Command ChartCommand() {
-    Command chart{"chart", "Solve plans and draw a chart of them", {}, {}};
+CliCommand ChartCommand() {
+    CliCommand chart{"chart", "Solve plans and draw a chart of them", {}, {}};
     for (const ChartKind& kind : ChartKinds())
         if (kind.needs == ChartNeeds::Solution) chart.kinds.push_back(KindCommand(kind));
     return chart;

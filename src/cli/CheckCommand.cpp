@@ -131,7 +131,7 @@ int Run(CliSession& session, const CheckOptions& options) {
 
 }  // namespace
 
-Command CheckCommand() {
+CliCommand CheckCommand() {
     return MakeCommand<CheckOptions>(
         "check", "Read a file and tell what is in it and whether it is damaged",
         [](CheckOptions& o) -> std::vector<Option> { return {PlanFileOption(o.file)}; }, Run);

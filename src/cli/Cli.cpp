@@ -29,7 +29,7 @@ class CommandLine {
         app_.set_version_flag("--version", "vortan-cli " + GetAppVersion() + ", " + GetBuildText());
         AddOption(app_, LocaleOption(locale_));
         app_.fallthrough();
-        for (const Command& command : AllCommands()) Add(app_, command);
+        for (const CliCommand& command : AllCommands()) Add(app_, command);
     }
 
     CLI::App& App() { return app_; }
@@ -46,11 +46,11 @@ class CommandLine {
     }
 
   private:
-    void Add(CLI::App& parent, const Command& command) {
+    void Add(CLI::App& parent, const CliCommand& command) {
         CLI::App* added = parent.add_subcommand(command.name, command.description);
         added->fallthrough();
         for (const Option& option : command.options) AddOption(*added, option);
-        for (const Command& kind : command.kinds) Add(*added, kind);
+        for (const CliCommand& kind : command.kinds) Add(*added, kind);
         if (command.kinds.empty()) {
             added->callback([this, run = command.run] { run_ = run; });
         } else {
@@ -89,7 +89,7 @@ class CommandLine {
 
 }  // namespace
 
-std::vector<Command> AllCommands() {
+std::vector<CliCommand> AllCommands() {
     return {SolveCommand(), ConvertCommand(), CheckCommand(),   JournalCommand(),
             WhyCommand(),   RiskCommand(),    CrashCommand(),   ShortenCommand(),
             ChartCommand(), ReportCommand(),  PublishCommand(), HelpCommand()};

@@ -24,17 +24,17 @@ struct Option {
 };
 
 /// One command of the batch tool, good for one run.
-struct Command {
+struct CliCommand {
     std::string name, description;
     std::vector<Option> options;
     std::function<int(CliSession&)> run;  ///< returns the exit code
-    std::vector<Command> kinds{};         ///< if there are some, one of them is to follow and is what is run
+    std::vector<CliCommand> kinds{};      ///< if there are some, one of them is to follow and is what is run
 };
 
 /// A command whose options are the members of `Options`, with the values that they have at first.
 template <class Options>
-Command MakeCommand(std::string name, std::string description, std::vector<Option> (*list)(Options&),
-                    std::function<int(CliSession&, const Options&)> run) {
+CliCommand MakeCommand(std::string name, std::string description, std::vector<Option> (*list)(Options&),
+                       std::function<int(CliSession&, const Options&)> run) {
     const auto values = std::make_shared<Options>();
     return {std::move(name), std::move(description), list(*values),
             [values, run = std::move(run)](CliSession& session) { return run(session, *values); }};
@@ -65,7 +65,7 @@ inline Option LocaleOption(std::string& locale) {
 }
 
 /// All of them, in the order of the help text.
-std::vector<Command> AllCommands();
+std::vector<CliCommand> AllCommands();
 
 // What the help text and the manual page say of the whole.
 inline constexpr const char* kCliPurpose =
@@ -74,18 +74,18 @@ inline constexpr const char* kCliExitCodes =
     "Exit code: 0 done, 1 the solve halted on a problem, 2 bad usage or a file that cannot be read\n"
     "or written, 3 internal fault.";
 
-Command SolveCommand();
-Command ConvertCommand();
-Command CheckCommand();
-Command JournalCommand();
-Command WhyCommand();
-Command RiskCommand();
-Command CrashCommand();
-Command ShortenCommand();
-Command ChartCommand();
-Command ReportCommand();
-Command StatusReportCommand();  ///< a kind of report
-Command PublishCommand();
-Command HelpCommand();
+CliCommand SolveCommand();
+CliCommand ConvertCommand();
+CliCommand CheckCommand();
+CliCommand JournalCommand();
+CliCommand WhyCommand();
+CliCommand RiskCommand();
+CliCommand CrashCommand();
+CliCommand ShortenCommand();
+CliCommand ChartCommand();
+CliCommand ReportCommand();
+CliCommand StatusReportCommand();  ///< a kind of report
+CliCommand PublishCommand();
+CliCommand HelpCommand();
 
 }  // namespace vortan

@@ -38,7 +38,7 @@ int Run(CliSession& session, const ConvertOptions& options) {
 
 }  // namespace
 
-Command ConvertCommand() {
+CliCommand ConvertCommand() {
     return MakeCommand<ConvertOptions>(
         "convert",
         "Convert between plain (.vta) and packed (.vtb) files, content unchanged, and from and to "

@@ -100,7 +100,7 @@ int Run(CliSession& session, const CrashOptions& options) {
 
 }  // namespace
 
-Command CrashCommand() {
+CliCommand CrashCommand() {
     return MakeCommand<CrashOptions>(
         "crash", "Buy time with larger teams, step by step: the curve of finish and cost",
         [](CrashOptions& o) -> std::vector<Option> {

@@ -37,7 +37,7 @@ int Run(CliSession& session, const HelpOptions& options) {
 
 }  // namespace
 
-Command HelpCommand() {
+CliCommand HelpCommand() {
     return MakeCommand<HelpOptions>(
         "help", "Show a page of the manual, or the list of its pages",
         [](HelpOptions& o) -> std::vector<Option> {

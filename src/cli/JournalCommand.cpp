@@ -66,7 +66,7 @@ int Run(CliSession& session, const JournalOptions& options) {
 
 }  // namespace
 
-Command JournalCommand() {
+CliCommand JournalCommand() {
     return MakeCommand<JournalOptions>(
         "journal", "List the journals of a plan, add one, set the plan, activate one",
         [](JournalOptions& o) -> std::vector<Option> {

@@ -44,7 +44,7 @@ int Run(CliSession& session, const PublishOptions& options) {
 }  // namespace
 
 /// A page of a plan that halted is written too, since it says what is wrong.
-Command PublishCommand() {
+CliCommand PublishCommand() {
     return MakeCommand<PublishOptions>(
         "publish", "Solve plans and write a web page of a project, for people without this program",
         [](PublishOptions& o) -> std::vector<Option> {

@@ -138,7 +138,7 @@ int Run(CliSession& session, const ReportOptions& options, const ReportKind& kin
     return kExitDone;
 }
 
-Command KindCommand(const ReportKind& kind) {
+CliCommand KindCommand(const ReportKind& kind) {
     const auto values = std::make_shared<ReportOptions>();
     ReportOptions& o = *values;
     std::vector<Option> list{
@@ -169,8 +169,8 @@ Command KindCommand(const ReportKind& kind) {
 
 }  // namespace
 
-Command ReportCommand() {
-    Command report{
+CliCommand ReportCommand() {
+    CliCommand report{
         "report", "Solve plans and print a spreadsheet of them, or write the status report", {}, {}};
     for (const ReportKind& kind : ReportKinds()) report.kinds.push_back(KindCommand(kind));
     report.kinds.push_back(StatusReportCommand());

@@ -202,7 +202,7 @@ int Run(CliSession& session, const RiskOptions& options) {
 
 }  // namespace
 
-Command RiskCommand() {
+CliCommand RiskCommand() {
     return MakeCommand<RiskOptions>(
         "risk", "Repeat a plan with other estimates: how finish and cost spread",
         [](RiskOptions& o) -> std::vector<Option> {

@@ -123,7 +123,10 @@ std::int32_t CliSession::FindJournal(const std::string& text) const {
     const auto found = std::find(dates.begin(), dates.end(), date);
     if (active->JournalDefined(date)) return static_cast<std::int32_t>(found - dates.begin());
     std::string known;
-    for (const DateTime each : dates) known += (known.empty() ? "" : ", ") + FormatDate(each);
+    for (const DateTime each : dates) {
+        if (!known.empty()) known += ", ";
+        known += FormatDate(each);
+    }
     throw CliError("Project " + active->ProjectName() + " has no journal of " + FormatDate(date) +
                    ". It has: " + known + ".");
 }

@@ -90,7 +90,7 @@ int Run(CliSession& session, const Options& options) {
 
 }  // namespace
 
-Command ShortenCommand() {
+CliCommand ShortenCommand() {
     return MakeCommand<Options>(
         "shorten", "Search for an order of the tasks that ends a plan earlier",
         [](Options& o) -> std::vector<Option> {

@@ -111,7 +111,7 @@ int Run(CliSession& session, const SolveOptions& options) {
 
 }  // namespace
 
-Command SolveCommand() {
+CliCommand SolveCommand() {
     return MakeCommand<SolveOptions>(
         "solve", "Solve plans and print their schedules",
         [](SolveOptions& o) -> std::vector<Option> {

@@ -92,7 +92,7 @@ int Run(CliSession& session, const StatusReportOptions& options) {
 
 }  // namespace
 
-Command StatusReportCommand() {
+CliCommand StatusReportCommand() {
     return MakeCommand<StatusReportOptions>(
         "status", "The status report of a project: a document with marks, Gantt chart and budget plot",
         [](StatusReportOptions& o) -> std::vector<Option> {

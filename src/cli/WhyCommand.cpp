@@ -130,7 +130,7 @@ int Run(CliSession& session, const WhyOptions& options) {
 
 }  // namespace
 
-Command WhyCommand() {
+CliCommand WhyCommand() {
     return MakeCommand<WhyOptions>(
         "why", "Explain in plain words why a task lies where it does",
         [](WhyOptions& o) -> std::vector<Option> {

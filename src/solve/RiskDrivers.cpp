@@ -12,37 +12,64 @@ namespace {
 
 constexpr std::size_t kLeading = 12;  // tasks whose gain is measured
 // Trials of each: a quarter of the iterations within these bounds.
-constexpr std::int32_t kFewestGainTrials = 25, kMostGainTrials = 50;
+constexpr std::int32_t kFewestGainTrials = 12, kMostGainTrials = 24;
 
-/// The ranks of values, equal ones sharing the middle of theirs, less the mean rank.
-std::vector<double> CentredRanks(const std::vector<double>& values) {
+struct Ranks {
+    std::vector<double> ranks;  ///< less their mean
+    double spread = 0;          ///< the sum of their squares
+};
+
+/// The ranks of values, equal ones sharing the middle of theirs.
+Ranks RanksOf(const std::vector<double>& values) {
     std::vector<std::size_t> order(values.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     const auto less = [&](std::size_t a, std::size_t b) { return values[a] < values[b]; };
     if (!std::is_sorted(order.begin(), order.end(), less)) std::sort(order.begin(), order.end(), less);
-    std::vector<double> ranks(values.size());
+    Ranks found{std::vector<double>(values.size())};
     const double mean = (static_cast<double>(values.size()) - 1) / 2;
     for (std::size_t first = 0; first < order.size();) {
         std::size_t last = first;
         while (last + 1 < order.size() && values[order[last + 1]] == values[order[first]]) ++last;
-        for (std::size_t i = first; i <= last; ++i)
-            ranks[order[i]] = static_cast<double>(first + last) / 2 - mean;
+        const double rank = static_cast<double>(first + last) / 2 - mean;
+        for (std::size_t i = first; i <= last; ++i) found.ranks[order[i]] = rank;
+        found.spread += static_cast<double>(last + 1 - first) * rank * rank;
         first = last + 1;
     }
-    return ranks;
+    return found;
 }
 
-/// Pearson's correlation, which is Spearman's of what was ranked; 0 if one of both does not vary.
-double Correlation(const std::vector<double>& a, const std::vector<double>& b) {
-    const double ab = std::inner_product(a.begin(), a.end(), b.begin(), 0.0);
-    const double aa = std::inner_product(a.begin(), a.end(), a.begin(), 0.0);
-    const double bb = std::inner_product(b.begin(), b.end(), b.begin(), 0.0);
-    return aa > 0 && bb > 0 ? ab / std::sqrt(aa * bb) : 0;
+/// Pearson's correlation of ranks, which is Spearman's of what was ranked; 0 if one of both does not vary.
+double Correlation(const Ranks& a, const Ranks& b) {
+    const double sum = std::inner_product(a.ranks.begin(), a.ranks.end(), b.ranks.begin(), 0.0);
+    return a.spread > 0 && b.spread > 0 ? sum / std::sqrt(a.spread * b.spread) : 0;
 }
 
-std::int32_t PlaceOf(const float* rising, std::int32_t count, float value) {
-    return static_cast<std::int32_t>(std::lower_bound(rising, rising + count, value) - rising);
-}
+/// Finds scores in the row that has them rising.
+class Strata {
+  public:
+    Strata(const float* rising, std::int32_t count)
+        : rising_(rising), first_(Index(count) * kPerScore + 1, 0) {
+        const float width = rising[count - 1] - rising[0];
+        perScore_ = width > 0 ? static_cast<float>(first_.size() - 1) / width : 0;
+        for (std::int32_t i = count - 1; i >= 0; --i) first_[BucketOf(rising[i])] = i;
+    }
+    std::int32_t PlaceOf(float score) const {
+        std::int32_t place = first_[BucketOf(score)];
+        while (rising_[place] < score) ++place;
+        return place;
+    }
+
+  private:
+    static constexpr std::size_t kPerScore = 4;  // buckets, so that few scores share one
+
+    std::size_t BucketOf(float score) const {
+        return static_cast<std::size_t>((score - rising_[0]) * perScore_);
+    }
+
+    const float* rising_;
+    std::vector<std::int32_t> first_;  ///< by bucket: its first score
+    float perScore_ = 0;               ///< buckets for a difference of 1
+};
 
 double Median(std::vector<double> values) {
     const auto upper = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
@@ -68,21 +95,6 @@ bool RiskSolve::IsDriver(std::int32_t index) const {
            (task.optimistic < task.pessimistic || criticalCount_[Index(index)] > 0);
 }
 
-/// The ranks of the sampled minutes of a task, trial by trial.
-std::vector<double> RiskSolve::SampleRanks(const Network::Task& task) const {
-    const std::size_t n = Index(iterations_);
-    const float* const strata = permuteTable_.data();  // the scores of a row, rising
-    if (network_.Slices()[Index(task.firstSlice)].next >= 0) return CentredRanks(SampledMinutes(task));
-    // Samples rise with scores, so there is nothing to sort.
-    const auto slice = Index(task.firstSlice);
-    std::vector<double> samples(n), ranks(n);
-    for (std::size_t i = 0; i < n; ++i) samples[i] = Sample(baseline_[slice], strata[i]);
-    const std::vector<double> rankOf = CentredRanks(samples);
-    const float* const scores = permuteTable_.data() + slice * n;
-    for (std::size_t i = 0; i < n; ++i) ranks[i] = rankOf[Index(PlaceOf(strata, iterations_, scores[i]))];
-    return ranks;
-}
-
 std::vector<double> RiskSolve::SampledMinutes(const Network::Task& task) const {
     std::vector<double> minutes(Index(iterations_), 0);
     for (std::int32_t s = task.firstSlice; s >= 0; s = network_.Slices()[Index(s)].next) {
@@ -100,7 +112,22 @@ void RiskSolve::FindDrivers() {
         finishes.push_back(trials_[i].finish);
         costs.push_back(trials_[i].cost.ToDouble());
     }
-    const std::vector<double> finishRanks = CentredRanks(finishes), costRanks = CentredRanks(costs);
+    const Ranks finishRanks = RanksOf(finishes), costRanks = RanksOf(costs);
+    const float* const rising = permuteTable_.data();
+    const Strata strata(rising, iterations_);
+    const auto rankSamples = [&](const Network::Task& task) {
+        if (network_.Slices()[Index(task.firstSlice)].next >= 0) return RanksOf(SampledMinutes(task));
+        // Samples rise with scores, so there is nothing to sort.
+        const auto slice = Index(task.firstSlice);
+        std::vector<double> samples(finishes.size());
+        for (std::size_t i = 0; i < samples.size(); ++i) samples[i] = Sample(baseline_[slice], rising[i]);
+        const Ranks inOrder = RanksOf(samples);
+        Ranks ranks = inOrder;
+        const float* const scores = rising + slice * samples.size();
+        for (std::size_t i = 0; i < samples.size(); ++i)
+            ranks.ranks[i] = inOrder.ranks[Index(strata.PlaceOf(scores[i]))];
+        return ranks;
+    };
     drivers_.clear();
     const auto tasks = network_.Tasks();
     for (std::size_t t = 0; t < tasks.size(); ++t) {
@@ -109,7 +136,7 @@ void RiskSolve::FindDrivers() {
         driver.task = tasks[t].object;
         driver.criticality = static_cast<double>(criticalCount_[t]) / iterations_;
         if (tasks[t].optimistic < tasks[t].pessimistic) {
-            const std::vector<double> ranks = SampleRanks(tasks[t]);
+            const Ranks ranks = rankSamples(tasks[t]);
             driver.finishCorrelation = Correlation(ranks, finishRanks);
             driver.costCorrelation = Correlation(ranks, costRanks);
         }

@@ -9,7 +9,7 @@
 #include <thread>
 
 #include "model/Rounding.h"
-#include "solve/ReverseRun.h"
+#include "solve/CriticalCount.h"
 
 namespace vortan {
 
@@ -55,7 +55,9 @@ std::vector<float> BuildPermuteTable(std::size_t slices, std::int32_t iterations
 class RiskSolve::Worker : private ForwardRun::Poll {
   public:
     /// `watch` is that of the calling thread, none elsewhere.
-    Worker(RiskSolve& solve, IterationWatch* watch) : solve_(solve), watch_(watch) {}
+    Worker(RiskSolve& solve, IterationWatch* watch) : solve_(solve), watch_(watch) {
+        if (solve.withDrivers_ && solve.fixed_ < 0) critical_.emplace(solve.network_);
+    }
 
     void Run(bool quick) {
         for (;;) {
@@ -77,14 +79,15 @@ class RiskSolve::Worker : private ForwardRun::Poll {
                     solve_.finishes_[Index(i)] = totals.finish;
                 } else {
                     solve_.trials_[Index(i) + 1] = {totals.finish, totals.laborCost + totals.materialCost};
-                    if (solve_.withDrivers_) CountCritical();
+                    if (critical_) critical_->Add(run_);
                 }
                 ++solve_.done_;
             }
         }
-        if (critical_.empty()) return;
+        if (!critical_) return;
         const std::scoped_lock lock(solve_.mutex_);
-        for (std::size_t t = 0; t < critical_.size(); ++t) solve_.criticalCount_[t] += critical_[t];
+        for (std::size_t t = 0; t < critical_->Counts().size(); ++t)
+            solve_.criticalCount_[t] += critical_->Counts()[t];
     }
 
   private:
@@ -103,21 +106,6 @@ class RiskSolve::Worker : private ForwardRun::Poll {
         const bool fixed = solve_.fixed_ >= 0 && solve_.network_.Slices()[s].task == solve_.fixed_;
         if (!fixed) return Sample(slice, score);
         return solve_.fixedPessimistic_ ? slice.pessimistic : slice.optimistic;
-    }
-    /// Which tasks could not have been later without making a master project later.
-    void CountCritical() {
-        constexpr double kHalfMinute = 0.5 / kMinutesPerDay;
-        const auto tasks = solve_.network_.Tasks();
-        const auto projects = solve_.network_.Projects();
-        finishes_.assign(projects.size(), 0);
-        for (const std::int32_t master : solve_.masters_)
-            finishes_[Index(master)] = ForwardRun::Totals(projects[Index(master)], run_.Clocks()).finish;
-        for (std::size_t p = 0; p < projects.size(); ++p)
-            if (projects[p].master >= 0) finishes_[p] = finishes_[Index(projects[p].master)];
-        reverse_.Run(solve_.network_, run_, finishes_, [] { return false; });
-        critical_.resize(tasks.size());
-        for (std::size_t t = 0; t < tasks.size(); ++t)
-            critical_[t] += reverse_.Tasks()[t].finish - run_.Clocks()[t].finish < kHalfMinute ? 1 : 0;
     }
     bool DetailedTrial(std::int32_t iteration, std::int32_t column) {
         bookings_.Reset(solve_.network_);
@@ -164,10 +152,8 @@ class RiskSolve::Worker : private ForwardRun::Poll {
     IterationWatch* watch_;
     Bookings bookings_;
     ForwardRun run_;
-    std::vector<float> scores_;  ///< of a block, trial by trial
-    ReverseRun reverse_;
-    std::vector<double> finishes_;        ///< by project
-    std::vector<std::int32_t> critical_;  ///< by task: trials in which it had no slack
+    std::vector<float> scores_;              ///< of a block, trial by trial
+    std::optional<CriticalCount> critical_;  ///< if that is asked for
 };
 
 RiskSolve::RiskSolve(const Solver& solver, std::int32_t project, std::int32_t iterations, int workers)
@@ -227,10 +213,6 @@ void RiskSolve::Solve(bool quick, IterationWatch& watch) {
     fixed_ = -1;
     runBefore_ = 0;
     runInAll_ = iterations_;
-    masters_.clear();
-    const auto projects = network_.Projects();
-    for (std::size_t p = 0; p < projects.size(); ++p)
-        if (projects[p].master == static_cast<std::int32_t>(p)) masters_.push_back(projects[p].master);
     criticalCount_.assign(network_.Tasks().size(), 0);
     RunTrials(quick, watch);
     if (!withDrivers_ || watch.WasCancelled() || failure_) return;

@@ -75,7 +75,6 @@ class RiskSolve {
     // What drives the spread, in RiskDrivers.cpp.
     void FindDrivers();
     bool IsDriver(std::int32_t task) const;
-    std::vector<double> SampleRanks(const Network::Task& task) const;
     /// The sampled minutes of a task, trial by trial.
     std::vector<double> SampledMinutes(const Network::Task& task) const;
     void MeasureGains(bool quick, IterationWatch& watch);
@@ -97,7 +96,6 @@ class RiskSolve {
     std::int32_t fixed_ = -1;                  ///< a task that always takes one of its estimates
     bool fixedPessimistic_ = false;            ///< which of both
     std::vector<double> finishes_;             ///< of the chosen trials, while a task is fixed
-    std::vector<std::int32_t> masters_;        ///< projects that are no subprojects
     std::vector<std::int32_t> criticalCount_;  ///< by task: trials in which it had no slack
     std::vector<RiskDriver> drivers_;
     std::int32_t gainTrials_ = 0;

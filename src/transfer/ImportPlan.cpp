@@ -22,19 +22,19 @@ constexpr const char* kConnecting = "Connecting to Microsoft Project";
 
 }  // namespace
 
-WorkTime::WorkTime(const MProject& file)
+FileWorkTime::FileWorkTime(const MProject& file)
     : minutesPerDay_(file.MinutesPerDay > 0 ? file.MinutesPerDay : 480),
       minutesPerWeek_(file.MinutesPerWeek >= minutesPerDay_ ? file.MinutesPerWeek : 5 * minutesPerDay_),
       daysPerMonth_(file.DaysPerMonth > 0 ? file.DaysPerMonth : 20) {}
 
-double WorkTime::CalendarDays(double workingMinutes) const {
+double FileWorkTime::CalendarDays(double workingMinutes) const {
     const double minutes = std::abs(workingMinutes);
     const double weeks = std::floor(minutes / minutesPerWeek_);
     const double days = weeks * 7 + (minutes - weeks * minutesPerWeek_) / minutesPerDay_;
     return workingMinutes < 0 ? -days : days;
 }
 
-double WorkTime::HoursOf(std::int32_t rateFormat) const {
+double FileWorkTime::HoursOf(std::int32_t rateFormat) const {
     constexpr double weeksPerYear = 52;
     switch (static_cast<MRateFormat>(rateFormat)) {
         case MRateFormat::Minute:

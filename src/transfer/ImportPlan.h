@@ -24,9 +24,9 @@ void ParseDependency(Vdependency& dependency, const std::string& projectOfTask, 
                      const TaskKeys& keys);
 
 /// Working and calendar time of a plan, by its minutes per day and per week.
-class WorkTime {
+class FileWorkTime {
   public:
-    explicit WorkTime(const MProject& file);
+    explicit FileWorkTime(const MProject& file);
     /// Eight working hours are one day, five working days seven; the rest of a week counts day by day.
     double CalendarDays(double workingMinutes) const;
     /// Working hours that a rate is per.
@@ -125,7 +125,7 @@ class PlanImport {
     Workspace& workspace_;
     Losses& losses_;
     const MProject& file_;
-    WorkTime time_;
+    FileWorkTime time_;
     ImportedPlan plan_;
     bool joined_ = false;
     std::vector<Row> rows_;

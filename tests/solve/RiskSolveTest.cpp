@@ -4,7 +4,10 @@
 #include <random>
 #include <set>
 
+#include "solve/CriticalCount.h"
 #include "solve/IterativePlan.h"
+#include "solve/ReverseRun.h"
+#include "solve/Solution.h"
 
 namespace vortan {
 namespace {
@@ -106,6 +109,32 @@ TEST(RiskSolveTest, DriversOfAChainAreKnown) {
         plan.Solve();
         EXPECT_NEAR(gain, median - plan.workspace.ThisProject()->EarlyFinish().Days(), 0.1);
     }
+}
+
+TEST(RiskSolveTest, NoSlackIsWhatTheReversePassSays) {
+    std::size_t links = 0;
+    for (std::uint64_t seed = 0; seed < 60; ++seed) {
+        IterativePlan plan(GeneratePlan(seed, seed % 3 == 0 ? CrowdedKnobs(seed, 1) : MixedKnobs(seed)));
+        plan.Solve();
+        ASSERT_EQ(plan.solver.Mode(), SolveMode::Idle);
+        const Solution& solution = plan.solver.Standing();
+        const auto& clocks = solution.run.Clocks();
+        std::vector<double> ends;
+        for (const auto& project : solution.network.Projects())
+            ends.push_back(
+                ForwardRun::Totals(solution.network.Projects()[Index(project.master)], clocks).finish);
+        ReverseRun reverse;
+        reverse.Run(solution.network, solution.run, ends, [] { return false; });
+        CriticalCount count(solution.network);
+        count.Add(solution.run);
+        count.Add(solution.run);
+        for (std::size_t t = 0; t < clocks.size(); ++t) {
+            const bool none = reverse.Tasks()[t].finish - clocks[t].finish < 0.5 / kMinutesPerDay;
+            EXPECT_EQ(count.Counts()[t], none ? 2 : 0) << seed << " " << t;
+            links += solution.network.Tasks()[t].subproject >= 0 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(links, 20U);
 }
 
 TEST(RiskSolveTest, EqualPathsAreCriticalByTurns) {
