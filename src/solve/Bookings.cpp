@@ -51,9 +51,9 @@ std::size_t Bookings::MemoryBytes() const {
     return bytes;
 }
 
-Money Bookings::WholeDayCost(std::int32_t resource, const Network::ResourceDay& kind,
+Money Bookings::WholeDayCost(std::int32_t resource, const Network::DayPattern& kind,
                              double multiplier) const {
-    if (multiplier == 1) return kind.wholeDayCost;
+    if (multiplier == 1) return network_->WeekOf(resource).WholeDayCost(kind);
     Money cost;
     double start = kSteadyDays;
     for (const Network::Period& period : network_->PeriodsOf(kind)) {
@@ -115,7 +115,7 @@ std::int32_t Bookings::AddSlots(std::size_t count) {
     return static_cast<std::int32_t>(first);
 }
 
-void Bookings::MakeChain(Day& entry, const Network::ResourceDay& kind, std::int32_t day) {
+void Bookings::MakeChain(Day& entry, const Network::DayPattern& kind, std::int32_t day) {
     const std::int32_t holder = entry.code < 0 ? HolderOf(entry.code) : -1;
     const std::int32_t first = AddSlots(Index(kind.periodCount));
     Slot* slot = &slots_[Index(first)];
@@ -196,7 +196,7 @@ template <bool kNotes>
 std::int32_t Bookings::BookWholeDays(const Network::Want& want,
                                      const std::array<std::int32_t, kWeekdays>& today, std::int32_t day,
                                      std::int32_t& remaining, const Account& account) {
-    const Network::ResourceDay* const week = network_->WeekOf(want.resource);
+    const Network::ResourceWeek& week = network_->WeekOf(want.resource);
     auto weekday = Index(WeekdayIndex(day));
     Day* days = nullptr;  // of the present page
     std::int32_t left = remaining;
@@ -204,14 +204,14 @@ std::int32_t Bookings::BookWholeDays(const Network::Want& want,
     for (; day < 2 * kSteadyDays; ++day) {
         if (want.minutes[weekday] > 0) {
             if (left <= today[weekday]) break;
-            const Network::ResourceDay& kind = week[weekday];
+            const Network::DayPattern& kind = network_->DayOf(week, weekday);
             if (!days) days = PageFor(want.resource, day).days.data();
             Day& entry = days[day & (kPageDays - 1)];
             if (!CanBookWhole(entry, kind, want.minutes[weekday])) break;
             if constexpr (kNotes) NoteWhole(want.resource, day, entry);
             entry = Day{-account.task - 1, day + kWeekdays};
             const Money cost =
-                kNotes ? WholeDayCost(want.resource, kind, account.multiplier) : kind.wholeDayCost;
+                kNotes ? WholeDayCost(want.resource, kind, account.multiplier) : week.WholeDayCost(kind);
             sliceCost += cost;
             taskCost += cost;
             left -= kind.normalMinutes;
@@ -228,7 +228,7 @@ std::int32_t Bookings::BookWholeDays(const Network::Want& want,
 std::int32_t Bookings::AllocateWholeDay(std::int32_t resource, std::int32_t day, std::int32_t minutes,
                                         const Account& account) {
     if (day < kSteadyDays || day >= 2 * kSteadyDays) return 0;
-    const Network::ResourceDay& kind = KindOf(resource, day);
+    const Network::DayPattern& kind = KindOf(resource, day);
     Day& entry = DayFor(resource, day);
     if (!CanBookWhole(entry, kind, minutes)) return 0;
     NoteWhole(resource, day, entry);

@@ -178,15 +178,15 @@ class Bookings {
     };
 
     static std::int32_t HolderOf(std::int32_t code) { return -code - 1; }
-    const Network::ResourceDay& KindOf(std::int32_t resource, std::int32_t day) const {
-        return network_->WeekOf(resource)[WeekdayIndex(day)];
+    const Network::DayPattern& KindOf(std::int32_t resource, std::int32_t day) const {
+        return network_->DayOf(network_->WeekOf(resource), Index(WeekdayIndex(day)));
     }
     Money CostOf(std::int32_t resource, SlotClass kind, double start, double end, double multiplier) const {
-        const double rate = network_->Resources()[Index(resource)].rate[static_cast<std::size_t>(kind)];
+        const double rate = network_->WeekOf(resource).rate[static_cast<std::size_t>(kind)];
         return Money::FromDouble(rate * (end - start) * 24 * multiplier);
     }
     /// Cost of all normal time of a day, on the days of kSteadyDays.
-    Money WholeDayCost(std::int32_t resource, const Network::ResourceDay& kind, double multiplier) const;
+    Money WholeDayCost(std::int32_t resource, const Network::DayPattern& kind, double multiplier) const;
     /// Index of the page that holds the day, -1 for none.
     std::int32_t FindPage(std::int32_t resource, std::int32_t day) const {
         const Calendar& calendar = calendars_[Index(resource)];
@@ -214,9 +214,9 @@ class Bookings {
         }
         return entry.code - 1;
     }
-    void MakeChain(Day& entry, const Network::ResourceDay& kind, std::int32_t day);
+    void MakeChain(Day& entry, const Network::DayPattern& kind, std::int32_t day);
     /// Whether the day is untouched and all of its normal time is wanted.
-    static bool CanBookWhole(const Day& entry, const Network::ResourceDay& kind, std::int32_t minutes) {
+    static bool CanBookWhole(const Day& entry, const Network::DayPattern& kind, std::int32_t minutes) {
         return entry.code == kUntouched && kind.normalMinutes != 0 && minutes >= kind.normalMinutes;
     }
     /// AddMinutes for a moment that is known to lie within `day`.

@@ -16,10 +16,14 @@ namespace vortan {
 
 namespace {
 
+SlotClass NormalKind(bool workDay) {
+    return workDay ? SlotClass::Normal : SlotClass::OffDay;
+}
+
 SlotClass ClassOf(char letter, bool workDay) {
     switch (letter) {
         case 'N':
-            return workDay ? SlotClass::Normal : SlotClass::OffDay;
+            return NormalKind(workDay);
         case 'O':
             return SlotClass::Overtime;
         default:
@@ -66,7 +70,7 @@ void Network::BeginCheck() {
     wants_.clear();
     wantResources_.clear();
     resources_.clear();
-    resourceDays_.clear();
+    resourceWeeks_.clear();
     patterns_.clear();
     periods_.clear();
     normalPeriods_.clear();
@@ -227,6 +231,7 @@ std::int32_t Network::FindOrAddPattern(const Vshift* shift, bool workDay) {
         if (kind <= SlotClass::OffDay) {
             pattern.normalMinutes += (cell - begin) * (60 / Vshift::kPeriodsPerHour);
             normalPeriods_.push_back({start, end});
+            pattern.normalEnd = end;
         }
         begin = cell;
         start = end;
@@ -238,25 +243,23 @@ std::int32_t Network::FindOrAddPattern(const Vshift* shift, bool workDay) {
 }
 
 void Network::AddResource(Vresource* object) {
-    Resource& resource = resources_.emplace_back();
-    resource.object = object;
-    resource.rate = {object->BurdenedRate().ToDouble(), object->OffDayRate().ToDouble(),
-                     object->OvertimeRate().ToDouble(), object->HolidayRate().ToDouble()};
-    for (int w = 0; w < kWeekdays; ++w) {
-        const DayPattern& pattern =
-            patterns_[Index(FindOrAddPattern(object->Shift(), object->WorkDay(w + 1)))];
-        ResourceDay& day = resourceDays_.emplace_back();
-        day.firstPeriod = pattern.firstPeriod;
-        day.periodCount = pattern.periodCount;
-        day.normalMinutes = pattern.normalMinutes;
-        const double rate = resource.rate[static_cast<std::size_t>(pattern.NormalKind())];
+    resources_.emplace_back().object = object;
+    ResourceWeek& week = resourceWeeks_.emplace_back();
+    week.rate = {object->BurdenedRate().ToDouble(), object->OffDayRate().ToDouble(),
+                 object->OvertimeRate().ToDouble(), object->HolidayRate().ToDouble()};
+    for (const bool workDay : {false, true}) {
+        const std::int32_t at = FindOrAddPattern(object->Shift(), workDay);
+        const DayPattern& pattern = patterns_[Index(at)];
+        const double rate = week.rate[static_cast<std::size_t>(NormalKind(workDay))];
+        week.pattern[workDay ? 1 : 0] = at;
         for (std::int32_t i = 0; i < pattern.normalCount; ++i) {
             const NormalPeriod& period = normalPeriods_[Index(pattern.firstNormal + i)];
             const double days = (kSteadyDays + period.end) - (kSteadyDays + period.start);
-            day.wholeDayCost += Money::FromDouble(rate * days * 24);
-            day.normalEnd = period.end;
+            week.wholeDayCost[workDay ? 1 : 0] += Money::FromDouble(rate * days * 24);
         }
     }
+    for (int w = 0; w < kWeekdays; ++w)
+        if (object->WorkDay(w + 1)) week.workDays |= static_cast<std::uint8_t>(1U << w);
 }
 
 }  // namespace vortan

@@ -100,19 +100,21 @@ class Network {
         std::int32_t firstPeriod = 0, periodCount = 0;
         std::int32_t firstNormal = 0, normalCount = 0;
         std::int32_t normalMinutes = 0;
-
-        SlotClass NormalKind() const { return workDay ? SlotClass::Normal : SlotClass::OffDay; }
-    };
-    /// What a resource has to give on a weekday: all that a booking asks for, within one cache line.
-    struct alignas(32) ResourceDay {
-        std::int32_t firstPeriod = 0, periodCount = 0;
-        std::int32_t normalMinutes = 0;
         double normalEnd = 0;  ///< of the last normal time, fraction of the day
-        Money wholeDayCost;    ///< of all normal time for a team of 1, on the days of kSteadyDays
     };
     struct Resource {
         Link<Vresource> object;
-        std::array<double, 4> rate{};  ///< money per hour, by SlotClass
+    };
+    /// All that a booking asks of a resource itself, within one cache line; what its days hold, those of many
+    /// others share.
+    struct alignas(64) ResourceWeek {
+        std::array<double, 4> rate{};           ///< money per hour, by SlotClass
+        std::array<Money, 2> wholeDayCost{};    ///< of all normal time for a team of 1, on the days of
+                                                ///< kSteadyDays; of an off day, of a work day
+        std::array<std::int32_t, 2> pattern{};  ///< of an off day, of a work day
+        std::uint8_t workDays = 0;              ///< bit w: weekday w is a work day
+
+        const Money& WholeDayCost(const DayPattern& day) const { return wholeDayCost[day.workDay ? 1 : 0]; }
     };
     struct Slice {
         std::int32_t task = -1;
@@ -178,11 +180,11 @@ class Network {
     std::span<const Edge> EdgesOf(const Slice& slice) const {
         return {edges_.data() + slice.firstEdge, static_cast<std::size_t>(slice.edgeCount)};
     }
-    /// The kWeekdays days of a resource.
-    const ResourceDay* WeekOf(std::int32_t resource) const {
-        return resourceDays_.data() + static_cast<std::size_t>(resource) * kWeekdays;
+    const ResourceWeek& WeekOf(std::int32_t resource) const { return resourceWeeks_[Index(resource)]; }
+    const DayPattern& DayOf(const ResourceWeek& week, std::size_t weekday) const {
+        return patterns_[Index(week.pattern[week.workDays >> weekday & 1])];
     }
-    std::span<const Period> PeriodsOf(const ResourceDay& day) const {
+    std::span<const Period> PeriodsOf(const DayPattern& day) const {
         return {periods_.data() + day.firstPeriod, static_cast<std::size_t>(day.periodCount)};
     }
     /// Where a slice would stand if no task had a rank.
@@ -243,7 +245,7 @@ class Network {
     std::vector<Want> wants_;
     std::vector<Vresource*> wantResources_;  ///< parallel to wants_
     std::vector<Resource> resources_;
-    std::vector<ResourceDay> resourceDays_;  ///< kWeekdays of each resource
+    std::vector<ResourceWeek> resourceWeeks_;  ///< parallel to resources_
     std::vector<DayPattern> patterns_;
     std::vector<Period> periods_;
     std::vector<NormalPeriod> normalPeriods_;

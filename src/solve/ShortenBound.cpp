@@ -15,7 +15,7 @@ bool Gives(SlotClass kind, Reach reach) {
 
 /// When `minutes` of the time that the reach allows are through, of a day from `from` on, both fractions of
 /// the day. What is missing stays in `minutes`.
-double TakeOfDay(const Network& network, const Network::ResourceDay& day, Reach reach, double from,
+double TakeOfDay(const Network& network, const Network::DayPattern& day, Reach reach, double from,
                  double& minutes) {
     double start = 0, reached = from;
     for (const auto& period : network.PeriodsOf(day)) {
@@ -55,8 +55,9 @@ double ShortenSolve::EarliestFinish(const Network::Task& task, std::int32_t minu
             double mine = std::min<double>(want.minutes[Index(weekday)], left);
             if (mine <= 0) continue;
             const double wanted = mine;
-            end = std::max(
-                end, TakeOfDay(network_, network_.WeekOf(want.resource)[weekday], ReachOf(rule), from, mine));
+            end = std::max(end,
+                           TakeOfDay(network_, network_.DayOf(network_.WeekOf(want.resource), Index(weekday)),
+                                     ReachOf(rule), from, mine));
             all += wanted - mine;
         }
         if (all >= left - 1e-6) return day + (wants.size() == 1 ? end : from);
@@ -142,7 +143,8 @@ double ShortenSolve::ResourceBound(const std::vector<double>& starts) const {
         if (left <= 0) continue;
         double from = loads[r].start - DateTime(loads[r].start).WholeDay();
         for (auto day = static_cast<std::int32_t>(loads[r].start); day <= kLastDay; ++day, from = 0) {
-            const auto& hours = network_.WeekOf(static_cast<std::int32_t>(r))[WeekdayIndex(day)];
+            const auto& hours =
+                network_.DayOf(network_.WeekOf(static_cast<std::int32_t>(r)), Index(WeekdayIndex(day)));
             const double end = TakeOfDay(network_, hours, loads[r].reach, from, left);
             if (left > 0) continue;
             bound = std::max(bound, day + end);

@@ -10,7 +10,7 @@ bool WorkTime::Takes(const Network& network, const Network::Want& want) {
     std::int64_t minutes = 0;
     for (int w = 0; w < kWeekdays; ++w) {
         if (want.minutes[Index(w)] <= 0) continue;
-        const auto& day = network.WeekOf(want.resource)[w];
+        const auto& day = network.DayOf(network.WeekOf(want.resource), Index(w));
         if (want.minutes[Index(w)] < day.normalMinutes) return false;
         std::int32_t start = 0;
         for (const auto& period : network.PeriodsOf(day)) {
