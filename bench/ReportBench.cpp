@@ -9,6 +9,8 @@
 #include "BenchPlans.h"
 #include "Loaded.h"
 #include "charts/Twips.h"
+#include "model/Vproject.h"
+#include "model/Vtask.h"
 #include "paint/ChartPainter.h"
 #include "reports/CsvFile.h"
 #include "reports/HtmlFile.h"
@@ -48,6 +50,18 @@ REPORT(overtime, "overtime");
 REPORT(overload, "overload");
 REPORT(date_dependencies, "date-dependencies");
 #undef REPORT
+
+/// What differs from the plan, where every tenth task has become longer, so that nearly all have moved.
+void ReportChanges(benchmark::State& state) {
+    Solved plan(state.range(0));
+    for (Vtask* task : plan.workspace.ThisProject()->TaskList())
+        if (task->TaskID() % 10 == 0) task->SetMostLikely(task->MostLikely() * 2);
+    plan.Solve();
+    std::int32_t rows = 0;
+    for (auto _ : state) rows = plan.Build("changes").Rows();
+    state.counters["rows"] = rows;
+}
+BENCHMARK(ReportChanges)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 /// Files of the project summary, 13 columns. Argument: tasks.
 void ReportFile(benchmark::State& state, std::string (*make)(const Table&)) {
