@@ -4,7 +4,6 @@
 #include <charconv>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 #include "model/Characters.h"
@@ -127,16 +126,44 @@ std::optional<DateTime> ParseDay(std::string_view text, DateTime today) {
     return FromParts(parts);
 }
 
-std::string DayText(const DateParts& parts) {
+// Tables have a date in every third cell, so dates are put together in place.
+
+void AddNumber(std::string& text, int number, bool twoDigits) {
+    if (number > 99) {
+        text += std::to_string(number);
+        return;
+    }
+    if (twoDigits || number > 9) text += static_cast<char>('0' + number / 10);
+    text += static_cast<char>('0' + number % 10);
+}
+
+void AddDay(std::string& text, const DateParts& parts) {
     using Order = Conventions::DateOrder;
     const Conventions& usual = TheConventions();
-    const auto text = [&](int number) {
-        return (usual.twoDigits && number < 10 ? "0" : "") + std::to_string(number);
+    const auto add = [&](int number, bool twoDigits, bool last) {
+        AddNumber(text, number, twoDigits);
+        if (!last) text += usual.dateSeparator;
     };
-    const std::string year = std::to_string(parts.year), month = text(parts.month), day = text(parts.day);
-    const char sign = usual.dateSeparator;
-    if (usual.order == Order::YearMonthDay) return year + sign + month + sign + day;
-    return (usual.order == Order::DayMonthYear ? day + sign + month : month + sign + day) + sign + year;
+    const bool monthFirst = usual.order == Order::MonthDayYear;
+    if (usual.order == Order::YearMonthDay) {
+        add(parts.year, false, false);
+        add(parts.month, usual.twoDigits, false);
+        add(parts.day, usual.twoDigits, true);
+        return;
+    }
+    add(monthFirst ? parts.month : parts.day, usual.twoDigits, false);
+    add(monthFirst ? parts.day : parts.month, usual.twoDigits, false);
+    add(parts.year, false, true);
+}
+
+void AddTime(std::string& text, const DateParts& parts) {
+    const bool halfDay = TheConventions().halfDayClock;
+    AddNumber(text, halfDay ? (parts.hour + 11) % 12 + 1 : parts.hour, !halfDay);
+    text += ':';
+    AddNumber(text, parts.minute, true);
+    text += ':';
+    AddNumber(text, parts.second, true);
+    if (halfDay) text += parts.hour < 12 ? " AM" : " PM";
 }
 
 }  // namespace
@@ -319,15 +346,13 @@ std::string FormatDate(DateTime date) {
     const DateParts parts = ToParts(date);
     const double wholeDay = FromParts({parts.year, parts.month, parts.day}).Days();
     const bool hasTime = parts.hour != 0 || parts.minute != 0 || parts.second != 0;
-    if (wholeDay != 0 && !hasTime) return DayText(parts);
-    char time[40];
-    if (TheConventions().halfDayClock) {
-        std::snprintf(time, sizeof time, "%d:%02d:%02d %s", (parts.hour + 11) % 12 + 1, parts.minute,
-                      parts.second, parts.hour < 12 ? "AM" : "PM");
-    } else {
-        std::snprintf(time, sizeof time, "%02d:%02d:%02d", parts.hour, parts.minute, parts.second);
-    }
-    return wholeDay == 0 ? time : DayText(parts) + " " + time;
+    std::string text;
+    text.reserve(24);
+    if (wholeDay != 0) AddDay(text, parts);
+    if (wholeDay != 0 && !hasTime) return text;
+    if (wholeDay != 0) text += ' ';
+    AddTime(text, parts);
+    return text;
 }
 
 std::string WithoutSeconds(std::string text) {
@@ -338,7 +363,9 @@ std::string WithoutSeconds(std::string text) {
 }
 
 std::string FormatShortDate(DateTime date) {
-    return DayText(ToParts(date));
+    std::string text;
+    AddDay(text, ToParts(date));
+    return text;
 }
 
 DateTime Today() {
