@@ -6,10 +6,10 @@
 #include <exception>
 #include <numeric>
 #include <system_error>
-#include <thread>
 
 #include "model/Rounding.h"
 #include "solve/CriticalCount.h"
+#include "solve/ThreadCrew.h"
 
 namespace vortan {
 
@@ -237,17 +237,8 @@ void RiskSolve::RunTrials(bool quick, IterationWatch& watch) {
     int running = 0;
     std::condition_variable ended;
     std::exception_ptr fault;
-    /// Ends the threads whatever happens on this one.
-    struct Crew {
-        ~Crew() {
-            stop = true;
-            for (std::thread& thread : threads) thread.join();
-        }
-        std::atomic<bool>& stop;
-        std::vector<std::thread> threads;
-    };
     {
-        Crew crew{cancel_, {}};
+        ThreadCrew crew{cancel_};
         crew.threads.reserve(Index(workers_));
         for (int i = 1; i < workers_; ++i) {
             {

@@ -5,7 +5,8 @@
 #include <exception>
 #include <mutex>
 #include <system_error>
-#include <thread>
+
+#include "solve/ThreadCrew.h"
 
 namespace vortan {
 namespace {
@@ -32,15 +33,7 @@ void ShortenCrew::Run(Solver& solver, IterationWatch& watch) {
     std::exception_ptr fault;
     watch.StopWith(&stop);
     {
-        /// Ends the threads whatever happens on this one: its time is that of all.
-        struct Crew {
-            ~Crew() {
-                stop = true;
-                for (std::thread& thread : threads) thread.join();
-            }
-            std::atomic<bool>& stop;
-            std::vector<std::thread> threads;
-        } crew{stop, {}};
+        ThreadCrew crew{stop};  // its end is that of the search on this thread, whose time is that of all
         for (std::size_t i = 1; i < searches_.size(); ++i) {
             try {
                 crew.threads.emplace_back([&, i] {
