@@ -46,6 +46,7 @@ Vwindow::Vwindow(Style style, const TextMetrics& metrics, Owner* owner)
 void Vwindow::ClearLayout() {
     columns_.clear();
     rows_.assign(1, {});
+    texts_.Clear();
     timeAt_ = -1;
     scale_ = {};
     upperLabels_.clear();
@@ -60,7 +61,7 @@ void Vwindow::ClearLayout() {
 void Vwindow::AddColumn(const std::string& title, Alignment alignment) {
     columns_.push_back({alignment, 0});
     rows_[0].resize(columns_.size());
-    rows_[0].back().text = title;
+    rows_[0].back().text = texts_.Keep(title);
 }
 
 void Vwindow::AddTimeColumns() {
@@ -124,14 +125,15 @@ Vwindow::CellData& Vwindow::NeedCell(int row, int col) {
     return rows_[Index(row)][Index(titled)];
 }
 
-const std::string& Vwindow::Cell(int row, int col) const {
-    static const std::string empty;
+std::string_view Vwindow::Cell(int row, int col) const {
     const CellData* cell = FindCell(row, col);
-    return cell ? cell->text : empty;
+    return cell ? cell->text : std::string_view();
 }
 
-void Vwindow::SetCell(int row, int col, const std::string& text) {
-    NeedCell(row, col).text = text;
+/// A text that stays takes no more room: pages set theirs again with each solution.
+void Vwindow::SetCell(int row, int col, std::string_view text) {
+    std::string_view& shown = NeedCell(row, col).text;
+    if (shown != text) shown = texts_.Keep(text);
 }
 
 Color Vwindow::CellColor(int row, int col) const {
@@ -167,7 +169,7 @@ int Vwindow::WrapLimit() const {
 
 void Vwindow::CellLines(int row, int col, std::vector<std::string_view>& lines) const {
     lines.clear();
-    const std::string& text = Cell(row, col);
+    const std::string_view text = Cell(row, col);
     if (WrapText && row > 0 && ColumnAlignment(col) == Alignment::Left)
         WrapLines(text, WrapLimit(), *metrics_, lines);
     else
@@ -195,7 +197,7 @@ void Vwindow::MeasureCells(std::vector<int>& heights) {
     for (std::size_t row = 0; row < rows_.size(); ++row) {
         int mostLines = row == 0 && timeAt_ >= 0 ? 2 : 1;
         for (std::size_t col = 0; col < rows_[row].size(); ++col) {
-            const std::string& text = rows_[row][col].text;
+            const std::string_view text = rows_[row][col].text;
             const bool dayTitle = row == 0 && columns_[col].alignment == Alignment::DayColumn;
             lines.clear();
             if (wrapLimit > 0 && row > 0 && columns_[col].alignment == Alignment::Left)
@@ -297,8 +299,8 @@ int Vwindow::FixedCols() const {
     return style_ == Style::Free ? 0 : std::min(fixedCols_, Cols());
 }
 
-const std::string& Vwindow::ColumnTitle(int col) const {
-    return IsTimeColumn(col) ? scale_.Label(col - timeAt_) : Cell(0, col);
+std::string_view Vwindow::ColumnTitle(int col) const {
+    return IsTimeColumn(col) ? std::string_view(scale_.Label(col - timeAt_)) : Cell(0, col);
 }
 
 Alignment Vwindow::ColumnAlignment(int col) const {

@@ -8,6 +8,7 @@
 
 #include "charts/DrawList.h"
 #include "charts/TextMetrics.h"
+#include "charts/TextStore.h"
 #include "charts/TimeScale.h"
 #include "model/DateTime.h"
 
@@ -61,8 +62,9 @@ class Vwindow {
     void EndLayout(int fixedCols, double footerLines);
     /// Cells of row 0 hold the titles. The footer, time columns and what lies outside have no cells: to set
     /// or get one is an error, but that cells in time columns are empty.
-    const std::string& Cell(int row, int col) const;
-    void SetCell(int row, int col, const std::string& text);
+    /// A text is good until its cell gets another, or the layout is cleared.
+    std::string_view Cell(int row, int col) const;
+    void SetCell(int row, int col, std::string_view text);
     Color CellColor(int row, int col) const;
     void SetCellColor(int row, int col, Color color);
     /// The lines of a cell as painters show them, wrapped if WrapText is on. They are parts of the cell's
@@ -85,7 +87,7 @@ class Vwindow {
     int FixedRows() const;
     int FixedCols() const;
     /// Of a time column: the label of its period.
-    const std::string& ColumnTitle(int col) const;
+    std::string_view ColumnTitle(int col) const;
     /// Of a time column: centred.
     Alignment ColumnAlignment(int col) const;
     bool IsTimeColumn(int col) const;
@@ -167,7 +169,7 @@ class Vwindow {
 
   private:
     struct CellData {
-        std::string text;
+        std::string_view text;  ///< in texts_
         Color color = kWhite;
         bool markB = false, markC = false;
     };
@@ -202,6 +204,7 @@ class Vwindow {
     // missing at the end of their row.
     std::vector<Column> columns_;  ///< the titled ones
     std::vector<std::vector<CellData>> rows_;
+    TextStore texts_;
     int timeAt_ = -1;  ///< the titled columns left of the time columns, -1 without those
     DateTime start_, finish_;
     TimeScale scale_;

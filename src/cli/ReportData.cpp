@@ -87,7 +87,7 @@ std::string ReportText(const Table& table, int width) {
     for (std::int32_t row = table.firstRowFixed ? 1 : 0; row < table.Rows(); ++row) {
         if (table.totalRows > 0 && row == table.Rows() - table.totalRows) text.AddRule();
         std::vector<std::string> cells;
-        for (std::int32_t col = 0; col < table.Cols(); ++col) cells.push_back(table.Cell(row, col).text);
+        for (std::int32_t col = 0; col < table.Cols(); ++col) cells.emplace_back(table.Cell(row, col).text);
         text.AddRow(std::move(cells));
     }
     const std::string when = table.month.IsSet() ? ", " + MonthText(table.month) : "";

@@ -247,7 +247,7 @@ void ChartPainter::PaintHeading(QPainter& painter, int firstCol, int lastCol, do
 /// as it needs. Returns the last column of those that share one with `col`.
 int ChartPainter::PaintDayTitles(QPainter& painter, int col, double pixel) const {
     constexpr int daysOfWeek = 7;
-    const std::string& title = surface_.ColumnTitle(col);
+    const std::string_view title = surface_.ColumnTitle(col);
     const auto shares = [&](int other) {
         return other >= 0 && other < surface_.Cols() && !surface_.IsTimeColumn(other) &&
                surface_.ColumnAlignment(other) == Alignment::DayColumn &&

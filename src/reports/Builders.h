@@ -34,8 +34,8 @@ class RowWriter {
   public:
     explicit RowWriter(Table& table, RowSubject subject = {}) : table_(table), row_(table.AddRow(subject)) {}
 
-    RowWriter& Text(std::string text, CellValue value = {}) {
-        table_.SetCell(row_, column_++, std::move(text), value);
+    RowWriter& Text(std::string_view text, CellValue value = {}) {
+        table_.SetCell(row_, column_++, text, value);
         return *this;
     }
     RowWriter& Skip(std::int32_t columns) {

@@ -32,7 +32,7 @@ Table TitledColumns(const Vwindow& surface) {
     std::vector<int> places;
     for (int col = 0; col < surface.Cols(); ++col) {
         if (surface.IsTimeColumn(col)) continue;
-        columns.push_back({surface.ColumnTitle(col), surface.ColumnAlignment(col)});
+        columns.push_back({std::string(surface.ColumnTitle(col)), surface.ColumnAlignment(col)});
         places.push_back(col);
     }
     Table table("", std::move(columns), 1);

@@ -36,8 +36,8 @@ std::string CsvOf(const Table& table) {
     csv.EndLine();
     for (std::int32_t row = 0; row < table.Rows(); ++row) {
         for (std::int32_t col = 0; col < table.Cols(); ++col) {
-            const std::string& text = table.Cell(row, col).text;
-            MayBeFormula(text) ? csv.Cell("'" + text) : csv.Cell(text);
+            const std::string_view text = table.Cell(row, col).text;
+            MayBeFormula(text) ? csv.Cell("'" + std::string(text)) : csv.Cell(text);
         }
         csv.EndLine();
     }

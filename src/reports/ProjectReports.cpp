@@ -87,8 +87,9 @@ void AddTotals(Table& table, const Costs& sums, const std::string& symbol) {
     row.Text("Total").Skip(kFirstCost - 1);
     for (std::size_t i = 0; i < kCosts; ++i) {
         const auto column = kFirstCost + static_cast<std::int32_t>(i);
-        const std::string& text = above < 0 ? table.Columns()[static_cast<std::size_t>(column)].title
-                                            : table.Cell(above, column).text;
+        const std::string_view text =
+            above < 0 ? std::string_view(table.Columns()[static_cast<std::size_t>(column)].title)
+                      : table.Cell(above, column).text;
         if (text.find(mark) != std::string::npos) {
             row.Amount(sums[i], symbol);
         } else {

@@ -17,7 +17,7 @@ int Rank(const TableCell& cell) {
 }
 
 /// The number of the object comes first in its text.
-bool TextBefore(const std::string& a, const std::string& b) {
+bool TextBefore(std::string_view a, std::string_view b) {
     if (!a.empty() && !b.empty() && IsDigit(a.front()) && IsDigit(b.front())) {
         const double numberA = ScanNumber(a), numberB = ScanNumber(b);
         if (numberA != numberB) return numberA < numberB;
@@ -115,14 +115,14 @@ std::string TitleLine(const std::string& title) {
 std::vector<std::string> HeadingLine(const Table& table) {
     std::vector<std::string> headings;
     for (std::int32_t col = 0; col < table.Cols(); ++col) {
-        const std::string over = table.firstRowFixed ? table.Cell(0, col).text : "";
+        const std::string_view over = table.firstRowFixed ? table.Cell(0, col).text : std::string_view();
         headings.push_back(over.empty() ? TitleLine(table.Columns()[static_cast<std::size_t>(col)].title)
-                                        : over);
+                                        : std::string(over));
     }
     return headings;
 }
 
-bool MayBeFormula(const std::string& text) {
+bool MayBeFormula(std::string_view text) {
     if (text.empty()) return false;
     const auto first = static_cast<unsigned char>(text.front());
     if (first >= ' ' && std::string_view("=+-@").find(text.front()) == std::string_view::npos) return false;
@@ -145,7 +145,7 @@ void FillSurface(Vwindow& surface, const Table& table, const std::vector<std::in
         surface.AddRow();
         shownAt[static_cast<std::size_t>(row)] = i + 1;
         for (std::int32_t col = 0; col < table.Cols(); ++col) {
-            const std::string& text = table.Cell(row, col).text;
+            const std::string_view text = table.Cell(row, col).text;
             if (!text.empty()) surface.SetCell(i + 1, col, text);
         }
     }

@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -34,7 +36,7 @@ using CellValue =
     std::variant<std::monostate, DateTime, Money, HourCount, std::int64_t, bool, double, TimeSpan>;
 
 struct TableCell {
-    std::string text;
+    std::string_view text;  ///< kept by the table
     CellValue value;
 };
 
@@ -78,8 +80,8 @@ class Table {
     const TableCell& Cell(std::int32_t row, std::int32_t column) const {
         return blocks_[Block(row)][Place(row, column)];
     }
-    void SetCell(std::int32_t row, std::int32_t column, std::string text, CellValue value = {}) {
-        blocks_[Block(row)][Place(row, column)] = {std::move(text), value};
+    void SetCell(std::int32_t row, std::int32_t column, std::string_view text, CellValue value = {}) {
+        blocks_[Block(row)][Place(row, column)] = {texts_->Keep(text), value};
     }
     const RowSubject& Subject(std::int32_t row) const { return subjects_[static_cast<std::size_t>(row)]; }
 
@@ -102,6 +104,7 @@ class Table {
     std::vector<TableColumn> columns_;
     std::vector<std::vector<TableCell>> blocks_;  ///< row by row; cells never move
     std::vector<RowSubject> subjects_;
+    std::shared_ptr<TextStore> texts_ = std::make_shared<TextStore>();  ///< of copies too
 };
 
 /// A title in one line: its lines joined by blanks, or without if each is a single letter.
@@ -112,7 +115,7 @@ std::vector<std::string> HeadingLine(const Table& table);
 
 /// Whether a program that opens a file could take the text for a formula: it begins with = + - @ or a control
 /// character, and is no plain "-1.5 days".
-bool MayBeFormula(const std::string& text);
+bool MayBeFormula(std::string_view text);
 
 /// Puts a table on a surface of the table style, laid out and complete. `order` has the rows as they are to
 /// stand; none: as built.

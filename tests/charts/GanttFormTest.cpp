@@ -80,7 +80,7 @@ class GanttBench : public ModelBench {
     }
     Texts Column(int col) {
         Texts texts;
-        for (int row = 1; row < surface.Rows() - 1; ++row) texts.push_back(surface.Cell(row, col));
+        for (int row = 1; row < surface.Rows() - 1; ++row) texts.emplace_back(surface.Cell(row, col));
         return texts;
     }
 

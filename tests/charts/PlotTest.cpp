@@ -27,7 +27,7 @@ TEST(PlotAxis, TheIncrementGivesAboutTenRows) {
 struct Plot {
     static std::string Labels(const Vwindow& surface) {
         std::string text;
-        for (int row = 1; row < surface.Rows() - 1; ++row) text += surface.Cell(row, 0) + " ";
+        for (int row = 1; row < surface.Rows() - 1; ++row) text += std::string(surface.Cell(row, 0)) + " ";
         return text;
     }
     static std::string Lines(const Vwindow& surface, Color color) {

@@ -68,7 +68,7 @@ TEST(Vwindow, RowsAndColumnsFollowTheirText) {
 
     // A row between others; the footer waits for the layout.
     w.AddRow(2);
-    EXPECT_EQ(w.Cell(2, 0) + w.Cell(4, 0), "c");
+    EXPECT_EQ(std::string(w.Cell(2, 0)) + std::string(w.Cell(4, 0)), "c");
     w.AddRow(w.Rows());
     w.SetCell(5, 1, "last");
     w.RefreshRows();
@@ -227,7 +227,7 @@ TEST(Vwindow, CellsRightOfTheScaleStayThereWhenThePeriodChanges) {
     w.EndLayout(1, 0);
     EXPECT_EQ(w.ThePeriod(), Period::Week);
     ASSERT_EQ(w.Cols(), 10);
-    EXPECT_EQ(w.Cell(1, 9) + w.Cell(1, 1), "Done");
+    EXPECT_EQ(std::string(w.Cell(1, 9)) + std::string(w.Cell(1, 1)), "Done");
 }
 
 TEST(Vwindow, UpperLabelsShrinkToTheirColumns) {

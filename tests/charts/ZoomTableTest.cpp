@@ -32,7 +32,7 @@ class ZoomTableTest : public ::testing::Test {
         window.EndLayout(0, 0);
         std::string text;
         for (int row = 1; row < window.Rows(); ++row) {
-            for (int col = 0; col < window.Cols(); ++col) text += window.Cell(row, col) + "|";
+            for (int col = 0; col < window.Cols(); ++col) text += std::string(window.Cell(row, col)) + "|";
             char color[16];
             std::snprintf(color, sizeof color, "%06X\n", window.CellColor(row, window.Cols() - 1));
             text += color;

@@ -28,7 +28,7 @@ std::string RowsOf(const LoadedPlan& plan, std::int32_t from, std::int32_t to) {
     const Table table = BuildChangesSpreadsheet({plan.workspace, plan.solver, {}, from, to});
     std::string rows;
     for (std::int32_t row = 0; row < table.Rows(); ++row) {
-        for (const int col : {0, 1, 2, 5, 8, 12}) rows += table.Cell(row, col).text + "|";
+        for (const int col : {0, 1, 2, 5, 8, 12}) rows += std::string(table.Cell(row, col).text) + "|";
         rows += "\n";
     }
     return table.caption.substr(table.caption.find("from")) + "\n" + rows;

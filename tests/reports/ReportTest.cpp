@@ -22,7 +22,7 @@ Table Build(const LoadedPlan& plan, const char* kind, DateTime month = {}) {
 std::string RowText(const Table& table, std::int32_t row) {
     std::string text;
     for (std::int32_t col = 0; col < table.Cols(); ++col) {
-        const std::string& cell = table.Cell(row, col).text;
+        const std::string cell(table.Cell(row, col).text);
         if (!cell.empty()) text += (text.empty() ? "" : "|") + cell;
     }
     return text;
@@ -135,7 +135,7 @@ TEST(Loading, RowsOfADayGroupByProjectWhateverItsName) {
     plan.Solve();
     const Table table = Build(plan, "loading-by-day");
     std::string rows;
-    for (std::int32_t row = 1; row < table.Rows(); ++row) rows += table.Cell(row, 1).text + "; ";
+    for (std::int32_t row = 1; row < table.Rows(); ++row) rows += std::string(table.Cell(row, 1).text) + "; ";
     EXPECT_EQ(rows, "-x: Garden shed; - 1: Dig; A: Garden shed; - 1: Dig; Total; ");
 }
 
@@ -198,12 +198,15 @@ TEST(TableTest, RowsSortByValuesAndTotalsStay) {
     LoadedPlan plan(UsualShed());
     const Table summary = Build(plan, "summary");
     std::string durations;
-    for (const auto row : summary.SortedRows(7, false)) durations += summary.Cell(row, 7).text + ";";
+    for (const auto row : summary.SortedRows(7, false))
+        durations += std::string(summary.Cell(row, 7).text) + ";";
     EXPECT_EQ(durations, "1.04 days;2.17 days;3 days;5.21 days;1.05 weeks;1.34 weeks;;");
     const FixedMetrics metrics;
     Vwindow surface(Vwindow::Style::Table, metrics);
     FillSurface(surface, table, table.SortedRows(0, false));
-    EXPECT_EQ(surface.Cell(1, 0) + surface.Cell(2, 0) + surface.Cell(4, 1), "9: a10: b$12,354.68");
+    EXPECT_EQ(
+        std::string(surface.Cell(1, 0)) + std::string(surface.Cell(2, 0)) + std::string(surface.Cell(4, 1)),
+        "9: a10: b$12,354.68");
     EXPECT_TRUE(surface.IsComplete());
 }
 

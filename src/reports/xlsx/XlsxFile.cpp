@@ -237,11 +237,11 @@ class Workbook {
                     if (cell.text.empty()) {
                         Check(worksheet_write_blank(sheet_, at, static_cast<lxw_col_t>(col), format));
                     } else {
-                        WriteText(at, col, cell.text, format);
+                        WriteText(at, col, std::string(cell.text), format);
                     }
                 } else if constexpr (std::is_same_v<T, DateTime>) {
                     IsSheetDate(value) ? WriteNumber(at, col, value.Days(), format)
-                                       : WriteText(at, col, cell.text, format);
+                                       : WriteText(at, col, std::string(cell.text), format);
                 } else if constexpr (std::is_same_v<T, Money>) {
                     WriteNumber(at, col, value.ToDouble(), format);
                 } else if constexpr (std::is_same_v<T, HourCount>) {

@@ -77,9 +77,10 @@ SurfaceView::Place ChartPage::SpokenPlace(int part) const {
         const Table& table = *spoken.table;
         QStringList cells;
         for (int col = 0; col < table.Cols(); ++col) {
-            const std::string& text = table.Cell(part - count, col).text;
+            const std::string_view text = table.Cell(part - count, col).text;
             if (!text.empty())
-                cells += Q(TitleLine(table.Columns()[static_cast<std::size_t>(col)].title) + ": " + text);
+                cells += Q(TitleLine(table.Columns()[static_cast<std::size_t>(col)].title) + ": " +
+                           std::string(text));
         }
         const Vwindow& surface = chart_->TheVwindow();
         return {cells.join(", "), QRect(0, 0, surface.ContentWidth(), surface.ContentHeight())};

@@ -150,7 +150,7 @@ bool SheetTyping::StartEntry(int row, int col, const QString& typed) {
     }
     row_ = row;
     col_ = col;
-    before_ = entry.TextOf(subject, col, surface_.Cell(row, col));
+    before_ = entry.TextOf(subject, col, std::string(surface_.Cell(row, col)));
     const QString text = typed.isEmpty() ? Q(before_) : typed;
     if (control == CellEntry::Control::Text) {
         open_ = text_;
@@ -335,7 +335,7 @@ bool SheetTyping::TakeAll(const std::vector<CellEntry::Cell>& cells, const std::
         std::string all;
         for (std::size_t i = 0; i < std::min(refusals.size(), kMostTold); ++i) {
             const CellEntry::Cell& cell = cells[refusals[i].cell];
-            std::string column = surface_.Cell(0, cell.column);
+            std::string column(surface_.Cell(0, cell.column));
             std::erase(column, '\r');
             std::replace(column.begin(), column.end(), '\n', ' ');
             all += "\nRow " + std::to_string(cell.newRow + 1) + ", " + column + ": " + refusals[i].text;
@@ -387,7 +387,7 @@ void SheetTyping::FillDown() {
         const RowSubject subject = page_.subjectOf(rows[i]);
         for (int col = std::max(selected.left, 1); col <= selected.right; ++col)
             cells.push_back({subject, static_cast<int>(i), col,
-                             entry.TextOf(from, col, surface_.Cell(selected.top, col))});
+                             entry.TextOf(from, col, std::string(surface_.Cell(selected.top, col)))});
     }
     if (!cells.empty()) TakeAll(cells, "Cannot Fill Down");
 }

@@ -134,7 +134,8 @@ void SpreadsheetForm::Fill() {
     if (sortedBy_ >= 0) order_ = table_.SortedRows(sortedBy_, descending_);
     FillSurface(vwindow_, table_, order_);
     if (sortedBy_ >= 0) {
-        vwindow_.SetCell(0, sortedBy_, vwindow_.Cell(0, sortedBy_) + (descending_ ? " \u25BC" : " \u25B2"));
+        vwindow_.SetCell(0, sortedBy_,
+                         std::string(vwindow_.Cell(0, sortedBy_)) + (descending_ ? " \u25BC" : " \u25B2"));
         vwindow_.EndLayout(table_.fixedColumns, 0);
     }
     if (typing_ && typing_->HasEmptyRow()) {
@@ -197,7 +198,7 @@ bool SpreadsheetForm::Refresh(const RowSubject& subject) {
     const auto fits = [&](std::int32_t i, std::int32_t row) {
         if (fresh.Subject(i) != table_.Subject(row)) return false;
         for (int col = 0; col < fresh.Cols(); ++col) {
-            const std::string& text = fresh.Cell(i, col).text;
+            const std::string_view text = fresh.Cell(i, col).text;
             if (text == table_.Cell(row, col).text) continue;
             const int room = vwindow_.ColPos(col + 1) - vwindow_.ColPos(col);
             // The number says where an object stands.

@@ -29,7 +29,7 @@ class SpreadsheetFormTest : public ::testing::Test {
     bool Checked(int kind) {
         return shell.main.Action(("SpreadsheetTypeMenu(" + std::to_string(kind) + ")").c_str()).isChecked();
     }
-    std::string Shown(int row, int col) { return Form().Surface()->surface.Cell(row, col); }
+    std::string Shown(int row, int col) { return std::string(Form().Surface()->surface.Cell(row, col)); }
     QPoint PointOf(int row, int col) { return {View().CellLeft(col) + 3, View().CellTop(row) + 3}; }
     void Click(int row, int col, Qt::MouseButton button = Qt::LeftButton) {
         QTest::mouseClick(View().viewport(), button, {}, PointOf(row, col));
@@ -67,7 +67,7 @@ TEST_F(SpreadsheetFormTest, CellsAreSelectedAndCopied) {
     EXPECT_FALSE(QApplication::clipboard()->mimeData()->html().contains("<th"));
     Key(Qt::Key_A, Qt::ControlModifier);
     Key(Qt::Key_C, Qt::ControlModifier);
-    EXPECT_TRUE(Copied().starts_with(Form().Surface()->surface.Cell(0, 0) + "\t")) << Copied();
+    EXPECT_TRUE(Copied().starts_with(Shown(0, 0) + "\t")) << Copied();
     // By the mouse, from corner to corner, and no further than there are cells.
     QTest::mousePress(View().viewport(), Qt::LeftButton, {}, PointOf(3, 1));
     QTest::mouseMove(View().viewport(), PointOf(2, 0));

@@ -211,7 +211,8 @@ TEST_F(OverageFormTest, ShowsTheShortage) {
     const Vwindow& table =
         static_cast<TableView*>(shell.Find<QWidget>("Vwindow").parentWidget())->TheVwindow();
     ASSERT_EQ(table.Rows(), 3);
-    EXPECT_EQ(table.Cell(1, 0) + " " + table.Cell(2, 1) + " " + table.Cell(1, 3),
+    EXPECT_EQ(std::string(table.Cell(1, 0)) + " " + std::string(table.Cell(2, 1)) + " " +
+                  std::string(table.Cell(1, 3)),
               "8:00:00 AM 5:00:00 PM 2: New water and waste pipes");
     shell.Press(Qt::Key_Escape);
     EXPECT_FALSE(shell.IsOpen("OverageForm"));

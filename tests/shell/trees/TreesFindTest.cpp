@@ -75,7 +75,7 @@ TEST(PageFind, MarksRowsAndBoxes) {
         const int top = shell.Find<GridView>("Vwindow").Selection().top;
         std::string text;
         const auto& table = SpreadsheetForm::InFront(shell.desktop)->Surface()->surface;
-        for (int col = 0; col < table.Cols(); ++col) text += table.Cell(top, col) + " ";
+        for (int col = 0; col < table.Cols(); ++col) text += std::string(table.Cell(top, col)) + " ";
         return text;
     };
     find("frame ROOF");
